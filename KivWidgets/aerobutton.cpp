@@ -1,0 +1,143 @@
+#include "aerobutton.h"
+
+#include "aeropanel_p.h"
+#include "cachedimage_p.h"
+#include "errorline_p.h"
+#include "iconpainting_p.h"
+
+#include <QtGui/QFontMetrics>
+#include <QtGui/QImage>
+
+using namespace KivPrivate;
+
+AeroButton::AeroButton(QWidget *parent)
+    : QAbstractButton(parent)
+    , AeroStyle(this)
+    , colorText(Qt::white)
+    , bold(true)
+    , rotate(0.0)
+    , image(nullptr)
+{
+    repaintSchedule(&image);
+}
+
+AeroButton::~AeroButton()
+{
+    AeroStyle::repaintSchedule(&image);
+}
+
+QColor AeroButton::getColorText() const
+{
+    return colorText;
+}
+
+void AeroButton::setColorText(const QColor &newColorText)
+{
+    if (assignIfChanged(colorText, newColorText))
+        repaintSchedule(&image);
+}
+
+bool AeroButton::getBold() const
+{
+    return bold;
+}
+
+void AeroButton::setTextBold(bool newBold)
+{
+    if (assignIfChanged(bold, newBold))
+        repaintSchedule(&image);
+}
+
+double AeroButton::getRotate() const
+{
+    return rotate;
+}
+
+void AeroButton::setRotate(double newRotate)
+{
+    if (assignIfChanged(rotate, newRotate))
+        update();
+}
+
+void AeroButton::setText(const QString &newText)
+{
+    postUpdateRequest(this);
+    QAbstractButton::setText(newText);
+}
+
+void AeroButton::setIcon(const QIcon &newIcon)
+{
+    postUpdateRequest(this);
+    QAbstractButton::setIcon(newIcon);
+}
+
+bool AeroButton::event(QEvent *event)
+{
+    if (isOneOf(event, aeroDropEvents))
+        repaintSchedule(&image);
+    return QAbstractButton::event(event);
+}
+
+void AeroButton::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    beginAeroShow(&painter, this, opacity, rotate);
+    showImage(&painter, this, *image);
+}
+
+void AeroButton::createImages()
+{
+    if (createIfMissing(&image, size()))
+        paintImage();
+}
+
+void AeroButton::paintImage()
+{
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(image);
+    const PanelColors colors = PanelColors{color, shadow, colorPen}.shownBy(this);
+    paintBase(&painter, colors.panel, colors.band, colors.outline, geometry());
+    paintText(&painter);
+}
+
+void AeroButton::repaintSchedule(QImage **cached)
+{
+    AeroStyle::repaintSchedule(cached);
+    update();
+}
+
+void AeroButton::paintText(QPainter *painter)
+{
+    const QString label = text();
+    const bool hasText = !label.isNull();
+    const bool hasIcon = !icon().isNull();
+    if (!hasText && !hasIcon)
+        return;
+
+    const QFont font = withWeight(this->font(), bold);
+    const QFontMetrics metrics(font);
+    const int textWidth = hasText ? singleLineSize(metrics, label).width() : 0;
+    const QPixmap pixmap = hasIcon ? iconPixmap(this) : QPixmap();
+
+    painter->setOpacity(1.0);
+    int x = (width() - (textWidth + pixmap.width())) / 2;
+    if (hasIcon) {
+        drawAtNaturalSize(painter, x, (height() - pixmap.height()) / 2, pixmap);
+        x += pixmap.width();
+    } else {
+        // Text that stands alone looks centred one pixel to the left.
+        x -= 1;
+    }
+    if (hasText) {
+        painter->setFont(font);
+        painter->setPen(colorText);
+        painter->drawText(QPointF(x, centredBaseline(metrics, height())), label);
+    }
+}

@@ -1,0 +1,46 @@
+#include "cachedimage_p.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QMutex>
+#include <QtGui/QImage>
+#include <QtWidgets/QWidget>
+
+namespace KivPrivate {
+
+void dropImage(QMutex &lock, bool &dirty, QImage **image)
+{
+    const QMutexLocker locker(&lock);
+    delete *image;
+    *image = nullptr;
+    dirty = true;
+}
+
+bool createIfMissing(QImage **image, QSize size)
+{
+    if (*image)
+        return false;
+    *image = new QImage(size, QImage::Format_ARGB32_Premultiplied);
+    return true;
+}
+
+void postUpdateRequest(QObject *receiver)
+{
+    QCoreApplication::postEvent(receiver, new QEvent(QEvent::UpdateRequest));
+}
+
+ImagePainter::ImagePainter(QImage *image, Edges edges)
+    : QPainter(image)
+{
+    setRenderHint(QPainter::Antialiasing, edges == Antialiased);
+    setCompositionMode(QPainter::CompositionMode_Source);
+    fillRect(image->rect(), Qt::transparent);
+    setCompositionMode(QPainter::CompositionMode_SourceOver);
+}
+
+void showImage(QPainter *painter, const QWidget *widget, const QImage &image)
+{
+    painter->drawImage(QRectF(0, 0, widget->width(), widget->height()), image,
+                       QRectF(image.rect()));
+}
+
+} // namespace KivPrivate

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QtCore/QEvent>
+#include <QtCore/QSize>
+#include <QtGui/QPainter>
+
+#include <algorithm>
+#include <initializer_list>
+
+class QImage;
+class QMutex;
+class QObject;
+class QWidget;
+
+/// The vocabulary of the cached-image discipline. Its three verbs are kept apart: a *drop* deletes
+/// an image and marks the widget dirty, a *schedule* drops and asks for an update, a *creation*
+/// allocates and paints what is missing at the next paint.
+namespace KivPrivate {
+
+/// Deletes *@p image if there is one, nulls it and sets @p dirty, all under @p lock. Any thread.
+void dropImage(QMutex &lock, bool &dirty, QImage **image);
+
+/// Allocates a transparent-capable image of @p size where *@p image is missing.
+/// @return true when it did, so that the caller paints the new image.
+bool createIfMissing(QImage **image, QSize size);
+
+/// Asks @p receiver through Qt's event loop to drop its images. Any thread.
+void postUpdateRequest(QObject *receiver);
+
+/// Stores @p value in @p field if it differs; the comparison is exact, for doubles too.
+/// @return whether the field changed.
+template <typename Field, typename Value>
+bool assignIfChanged(Field &field, const Value &value)
+{
+    if (field == value)
+        return false;
+    field = value;
+    return true;
+}
+
+/// Whether the type of @p event is in a widget's own list of event types.
+inline bool isOneOf(const QEvent *event, std::initializer_list<QEvent::Type> types)
+{
+    return std::find(types.begin(), types.end(), event->type()) != types.end();
+}
+
+/// A painter on a cached image that begins with the image cleared to transparent and SourceOver
+/// set.
+class ImagePainter : public QPainter
+{
+public:
+    enum Edges { Plain, Antialiased };
+    explicit ImagePainter(QImage *image, Edges edges = Antialiased);
+};
+
+/// Draws the whole of @p image into the whole rectangle of @p widget.
+void showImage(QPainter *painter, const QWidget *widget, const QImage &image);
+
+} // namespace KivPrivate

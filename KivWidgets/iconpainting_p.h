@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QtCore/QSize>
+#include <QtCore/QString>
+#include <QtGui/QColor>
+#include <QtGui/QFont>
+#include <QtGui/QIcon>
+#include <QtGui/QPixmap>
+
+class QAbstractButton;
+class QFontMetrics;
+class QPainter;
+class QWidget;
+
+/// Pieces of drawing that several widgets share: the icon and the text of a button, disabled looks.
+namespace KivPrivate {
+
+/// A colour as a disabled Aero widget shows it: half the saturation, half way to full brightness.
+QColor washedOut(const QColor &color);
+
+/// @p font in bold weight, or in normal weight.
+QFont withWeight(const QFont &font, bool bold);
+
+/// The size of @p text on one line.
+QSize singleLineSize(const QFontMetrics &metrics, const QString &text);
+
+/// The baseline of one line of text that stands in the middle of @p height pixels.
+int centredBaseline(const QFontMetrics &metrics, int height);
+
+/// The pixmap of the button's icon at its icon size: in disabled mode while the button is disabled,
+/// else in @p enabledMode; in the state On while it is checked, else Off.
+QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode = QIcon::Normal);
+
+/// Draws @p pixmap unscaled with its corner at (@p x, @p y), as long as both are above zero; with a
+/// zero or negative offset nothing shows.
+void drawAtNaturalSize(QPainter *painter, int x, int y, const QPixmap &pixmap);
+
+/// Draws the button's icon, if it has one, in the middle of the button at natural size.
+void drawCentredIcon(QPainter *painter, const QAbstractButton *button, QIcon::Mode enabledMode);
+
+/// The look of a disabled Metro icon: a light grey hard-light wash over all but the outermost
+/// pixels.
+void drawDisabledWash(QPainter *painter, const QWidget *widget);
+
+} // namespace KivPrivate

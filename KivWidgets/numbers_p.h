@@ -1,0 +1,14 @@
+#pragma once
+
+class QPoint;
+class QPointF;
+
+namespace KivPrivate {
+
+/// @p number truncated towards zero, held within the range of int; a NaN gives 0.
+int truncatedToInt(double number);
+
+/// A pointer position as whole pixels: each axis rounded to the nearest, halves away from zero.
+QPoint roundedPosition(const QPointF &position);
+
+} // namespace KivPrivate

@@ -1,0 +1,18 @@
+# What every target of the project is compiled with: link to kivoptions privately.
+
+add_library(kivoptions INTERFACE)
+
+target_compile_options(kivoptions INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+    -Wold-style-cast -Wcast-qual -Wformat=2 -Wnon-virtual-dtor -Woverloaded-virtual
+    # Sizes computed from angles must not depend on the optimiser.
+    -ffp-contract=off
+    # Error lines name the source relative to the repository, wherever it is built.
+    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+if(KIVWIDGETS_WERROR)
+    target_compile_options(kivoptions INTERFACE -Werror)
+endif()
+
+target_compile_definitions(kivoptions INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+    QT_NO_CAST_FROM_BYTEARRAY QT_DEPRECATED_WARNINGS QT_STRICT_ITERATORS)
