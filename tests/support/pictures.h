@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtGui/QImage>
+
+#include <functional>
+
+class QPainter;
+class QWidget;
+
+/// Pictures in tests: what a widget shows, what it should show, and how the two differ.
+
+/// What @p widget itself shows, without the window behind it and without its children.
+QImage pictureOf(QWidget *widget);
+
+/// A transparent image of @p size in the format of all pictures here.
+QImage emptyPicture(QSize size);
+
+/// An empty picture drawn on by @p draw, with antialiasing set.
+QImage drawnPicture(QSize size, const std::function<void(QPainter *)> &draw);
+
+/// @p source drawn whole at the origin of an empty picture of its size with @p opacity.
+QImage faded(const QImage &source, double opacity);
+
+/// Empty when the pictures are equal to the last bit; else says how and where they differ first.
+/// Both are saved in the directory named by KIV_TEST_PICTURES, if that is set.
+QString differenceOf(const QImage &actual, const QImage &expected);
+
+/// Fails the test where the pictures differ in any pixel.
+#define COMPARE_PICTURES(actual, expected) QCOMPARE(differenceOf(actual, expected), QString())
