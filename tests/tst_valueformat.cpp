@@ -1,0 +1,85 @@
+#include "valueformat_p.h"
+
+#include <QtTest/QTest>
+
+#include <cmath>
+#include <limits>
+
+/// The texts that gauges make of their values with a format that the host gives.
+class ValueFormatTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void text_data();
+    void text();
+};
+
+void ValueFormatTest::text_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const char *format, double value, const char *text) {
+        QTest::newRow(name) << QString::fromUtf8(format) << value << QString::fromUtf8(text);
+    };
+    const double nan = std::nan("");
+    const double infinity = std::numeric_limits<double>::infinity();
+    row("integer with a percent sign", "%d%%", 35.0, "35%");
+    row("integer truncates", "%d%%", 99.9, "99%");
+    row("integer truncates towards zero", "%d", -99.9, "-99");
+    row("one digit and a unit", "%.1f V", 12.34, "12.3 V");
+    row("two digits", "%.02f%%", 50.004, "50.00%");
+    row("unsigned", "%u", 7.8, "7");
+    row("long", "%ld V", 230.7, "230 V");
+    row("long unsigned", "%lu V", 230.7, "230 V");
+    row("long long", "%lld", 230.7, "230");
+    row("size", "%zu", 230.7, "230");
+    row("zero padded", "%03d", 7.9, "007");
+    row("left aligned", "%-5d|", 7.9, "7    |");
+    row("signed", "%+d", 7.9, "+7");
+    row("hexadecimal", "%x", 255.9, "ff");
+    row("hexadecimal with its prefix", "%#x", 255.0, "0xff");
+    row("octal", "%o", 8.0, "10");
+    row("scientific", "%.2e", 12345.0, "1.23e+04");
+    row("general", "%g", 0.5, "0.5");
+    row("long double", "%.1Lf", 2.5, "2.5");
+    row("long real", "%.1lf", 2.75, "2.8");
+    row("real with a percent sign and a u", "%.1f%%u", 2.75, "2.8%u");
+    row("width", "%8.3f|", 3.14159, "   3.142|");
+    row("no conversion", "ready", 1.0, "ready");
+    row("percent signs alone", "100%%", 1.0, "100%");
+    row("empty", "", 1.0, "");
+    row("not Latin-1", "%d \xE2\x82\xAC", 5.0, "5 ?");
+    row("two conversions", "%d of %d", 5.0, "%d of %d");
+    row("real and integer", "%f %d", 5.0, "%f %d");
+    row("string", "%s", 5.0, "%s");
+    row("string after a number", "%d%s", 5.0, "%d%s");
+    row("counter", "%n", 5.0, "%n");
+    row("character", "%c", 65.0, "%c");
+    row("pointer", "%p", 5.0, "%p");
+    row("width as an argument", "%*d", 5.0, "%*d");
+    row("precision as an argument", "%.*f", 5.0, "%.*f");
+    row("unknown conversion", "%y", 5.0, "%y");
+    row("percent sign at the end", "5 %", 5.0, "5 %");
+    row("wide as no screen", "%999999999d", 5.0, "%999999999d");
+    row("precise as no screen", "%.999999999f", 5.0, "%.999999999f");
+    row("integer beyond its range", "%d", 1e300, "2147483647");
+    row("integer below its range", "%d", -1e300, "-2147483648");
+    row("integer of no number", "%d", nan, "0");
+    row("integer of infinity", "%d", infinity, "2147483647");
+    row("real of infinity", "%f", infinity, "inf");
+    row("real of no number", "%.1f", nan, "nan");
+}
+
+void ValueFormatTest::text()
+{
+    QFETCH(QString, format);
+    QFETCH(double, value);
+    QFETCH(QString, text);
+    QCOMPARE(KivPrivate::formatValue(format, value), text);
+}
+
+QTEST_GUILESS_MAIN(ValueFormatTest)
+
+#include "tst_valueformat.moc"
