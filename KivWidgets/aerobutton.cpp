@@ -102,8 +102,8 @@ void AeroButton::paintImage()
         return;
     }
     ImagePainter painter(image);
-    const PanelColors colors = PanelColors{color, shadow, colorPen}.shownBy(this);
-    paintBase(&painter, colors.panel, colors.band, colors.outline, geometry());
+    const PanelColors colors{color, shadow, colorPen};
+    paintPanel(&painter, this, colors.shownBy(this), geometry());
     paintText(&painter);
 }
 

@@ -1,10 +1,13 @@
 #include "aeropanel_p.h"
 
+#include "aerostyle.h"
 #include "iconpainting_p.h"
 
 #include <QtGui/QPainter>
 #include <QtGui/QTransform>
 #include <QtWidgets/QWidget>
+
+#include <algorithm>
 
 namespace KivPrivate {
 
@@ -13,6 +16,18 @@ PanelColors PanelColors::shownBy(const QWidget *widget) const
     if (widget->isEnabled())
         return *this;
     return {washedOut(panel), washedOut(band), washedOut(outline)};
+}
+
+qint64 cornerRadius(QSize size, int widthPen, int roundness)
+{
+    const qint64 a = qint64(size.width()) - widthPen;
+    const qint64 b = qint64(size.height()) - widthPen;
+    return (std::min(a, b) / 2) * roundness / 100;
+}
+
+void paintPanel(QPainter *painter, AeroStyle *style, const PanelColors &colors, const QRect &rect)
+{
+    style->paintBase(painter, colors.panel, colors.band, colors.outline, rect);
 }
 
 void beginAeroShow(QPainter *painter, const QWidget *widget, double opacity, double rotate)

@@ -5,7 +5,10 @@
 
 #include <initializer_list>
 
+class AeroStyle;
 class QPainter;
+class QRect;
+class QSize;
 class QWidget;
 
 /// What the Aero widgets share around the glass panel.
@@ -27,6 +30,13 @@ struct PanelColors
     /// These colours, washed out if @p widget is disabled.
     PanelColors shownBy(const QWidget *widget) const;
 };
+
+/// The corner radius of a panel of @p size in whole pixels: @p roundness percent of half the
+/// shorter side that is left inside an outline of @p widthPen.
+qint64 cornerRadius(QSize size, int widthPen, int roundness);
+
+/// Paints the glass panel of @p style in @p colors.
+void paintPanel(QPainter *painter, AeroStyle *style, const PanelColors &colors, const QRect &rect);
 
 /// Sets @p painter, open on @p widget, up to show a finished picture: antialiased, with @p opacity,
 /// turned by @p rotate degrees about the widget's vertical centre line.

@@ -1,12 +1,11 @@
 #include "aerostyle.h"
 
+#include "aeropanel_p.h"
 #include "cachedimage_p.h"
 
 #include <QtGui/QLinearGradient>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
-
-#include <algorithm>
 
 using namespace KivPrivate;
 
@@ -31,13 +30,10 @@ struct PanelGeometry
 PanelGeometry panelGeometry(QSize size, int widthPen, int roundness)
 {
     const double wp = widthPen;
-    const qint64 a = qint64(size.width()) - widthPen;
-    const qint64 b = qint64(size.height()) - widthPen;
-    const qint64 shorter = std::min(a, b);
     PanelGeometry panel;
     panel.pen = wp;
-    panel.outline = QRectF(wp * 0.5, wp * 0.5, double(a), double(b));
-    panel.outerRadius = double((shorter / 2) * roundness / 100);
+    panel.outline = QRectF(wp * 0.5, wp * 0.5, size.width() - wp, size.height() - wp);
+    panel.outerRadius = double(cornerRadius(size, widthPen, roundness));
     const double inset = wp * 5.0 * 0.25;
     panel.body = QRectF(inset, inset, size.width() - 2 * inset, size.height() - 2 * inset);
     panel.innerRadius = panel.outerRadius - wp * 3.0 * 0.25;

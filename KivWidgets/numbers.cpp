@@ -19,6 +19,17 @@ int truncatedToInt(double number)
     return static_cast<int>(number);
 }
 
+double quotient(double dividend, double divisor)
+{
+    if (divisor != 0.0)
+        return dividend / divisor;
+    if (dividend == 0.0 || std::isnan(dividend))
+        return std::numeric_limits<double>::quiet_NaN();
+    const bool negative = std::signbit(dividend) != std::signbit(divisor);
+    const double infinity = std::numeric_limits<double>::infinity();
+    return negative ? -infinity : infinity;
+}
+
 QPoint roundedPosition(const QPointF &position)
 {
     return {truncatedToInt(std::round(position.x())), truncatedToInt(std::round(position.y()))};

@@ -1,0 +1,232 @@
+#include "aerogroupbox.h"
+
+#include "aeropanel_p.h"
+#include "cachedimage_p.h"
+#include "errorline_p.h"
+#include "iconpainting_p.h"
+
+#include <QtCore/QPointer>
+#include <QtGui/QFontMetrics>
+#include <QtGui/QImage>
+#include <QtGui/QMouseEvent>
+
+using namespace KivPrivate;
+
+namespace {
+
+/// Free pixels on each side of the title.
+constexpr int titleMargin = 4;
+
+/// The events that drop the pictures; a removed child is not among them.
+constexpr std::initializer_list<QEvent::Type> dropEvents = {
+    QEvent::Resize,        QEvent::EnabledChange, QEvent::ContentsRectChange,
+    QEvent::PolishRequest, QEvent::UpdateRequest,
+};
+
+QSize titleExtent(const QString &title, const QFont &font)
+{
+    if (title.isNull())
+        return {0, 0};
+    return singleLineSize(QFontMetrics(font), title) + QSize(2 * titleMargin, 0);
+}
+
+/// Copies a piece of the body to the widget: @p target and @p source are of one size.
+void drawPiece(QPainter *painter, const QImage &body, QPointF target, const QRectF &source)
+{
+    painter->drawImage(QRectF(target, source.size()), body, source);
+}
+
+} // namespace
+
+AeroGroupbox::AeroGroupbox(QWidget *parent)
+    : QGroupBox(parent)
+    , AeroStyle(this)
+    , backgroudType(AeroStyleBG)
+    , colorTitle(Qt::white)
+    , bold(true)
+    , image(nullptr)
+    , imageTitle(nullptr)
+{
+    repaintSchedule(&image);
+    repaintSchedule(&imageTitle);
+}
+
+AeroGroupbox::~AeroGroupbox()
+{
+    AeroStyle::repaintSchedule(&image);
+    AeroStyle::repaintSchedule(&imageTitle);
+}
+
+AeroGroupbox::typeBG AeroGroupbox::getBackgroudType() const
+{
+    return backgroudType;
+}
+
+void AeroGroupbox::setBackgroundType(typeBG type)
+{
+    if (assignIfChanged(backgroudType, type))
+        repaintSchedule(&image);
+}
+
+QPixmap AeroGroupbox::getBackgroundGroup() const
+{
+    return backgroundGroup;
+}
+
+void AeroGroupbox::setBackgroundGroup(const QPixmap &picture)
+{
+    backgroundGroup = picture;
+    repaintSchedule(&image);
+}
+
+QColor AeroGroupbox::getColorTitle() const
+{
+    return colorTitle;
+}
+
+void AeroGroupbox::setColorTitle(const QColor &newColorTitle)
+{
+    if (assignIfChanged(colorTitle, newColorTitle))
+        repaintSchedule(&image);
+}
+
+bool AeroGroupbox::getBold() const
+{
+    return bold;
+}
+
+void AeroGroupbox::setTextBold(bool newBold)
+{
+    if (assignIfChanged(bold, newBold))
+        repaintSchedule(&image);
+}
+
+void AeroGroupbox::setTitle(const QString &newTitle)
+{
+    if (newTitle == title())
+        return;
+    QGroupBox::setTitle(newTitle);
+    titleSize = titleExtent(newTitle, withWeight(font(), bold));
+    repaintSchedule(&image);
+    repaintSchedule(&imageTitle);
+}
+
+bool AeroGroupbox::event(QEvent *event)
+{
+    if (isOneOf(event, dropEvents)) {
+        repaintSchedule(&image);
+        if (backgroudType == AeroStyleBG)
+            repaintSchedule(&imageTitle);
+    }
+    return QGroupBox::event(event);
+}
+
+void AeroGroupbox::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton) {
+        event->ignore();
+        return;
+    }
+    // A slot on toggled() may delete the box.
+    const QPointer<AeroGroupbox> self(this);
+    setChecked(!isChecked());
+    if (self)
+        Q_EMIT clicked(isChecked());
+}
+
+void AeroGroupbox::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (title().isNull()) {
+        painter.drawImage(QRectF(image->rect()), *image, QRectF(image->rect()));
+        return;
+    }
+
+    // A title set through the base class has no picture yet.
+    const double titleWidth = imageTitle ? imageTitle->width() : 0;
+    const double left = double(cornerRadius(size(), widthPen, roundness));
+    const double right = left + titleWidth;
+    const double bodyHeight = image->height();
+    const double top = height() - image->height();
+    const double pen = widthPen;
+    painter.setOpacity(opacity);
+    drawPiece(&painter, *image, {0, top}, {0, 0, left, bodyHeight});
+    drawPiece(&painter, *image, {left, top + pen}, {left, pen, titleWidth, bodyHeight - pen});
+    drawPiece(&painter, *image, {right, top}, {right, 0, width() - right, bodyHeight});
+    if (imageTitle)
+        painter.drawImage(QPointF(left, 0), *imageTitle);
+}
+
+void AeroGroupbox::paintImage()
+{
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(image);
+    switch (backgroudType) {
+    case AeroStyleBG:
+        paintPanel(&painter, this, PanelColors{color, shadow, colorPen}.shownBy(this),
+                   image->rect());
+        break;
+    case ImageBG:
+        if (!backgroundGroup.isNull())
+            painter.drawPixmap(QRectF(image->rect()), backgroundGroup, QRectF());
+        break;
+    }
+}
+
+void AeroGroupbox::paintImageTitle()
+{
+    if (imageTitle->isNull()) {
+        reportNullImage(KIV_HERE, this, "ImageTitle");
+        return;
+    }
+    ImagePainter painter(imageTitle);
+    paintTitle(&painter);
+}
+
+void AeroGroupbox::paintTitle(QPainter *painter)
+{
+    if (title().isNull())
+        return;
+    const QFont titleFont = withWeight(font(), bold);
+    titleSize = titleExtent(title(), titleFont);
+    painter->setFont(titleFont);
+    painter->setPen(colorTitle);
+    painter->setOpacity(1.0);
+    painter->drawText(QPointF(titleMargin, QFontMetrics(titleFont).ascent()), title());
+}
+
+void AeroGroupbox::createImages()
+{
+    titleSize = titleExtent(title(), withWeight(font(), bold));
+    if (createIfMissing(&image, size()))
+        paintImage();
+    if (imageTitle || title().isNull())
+        return;
+    createIfMissing(&imageTitle, titleSize);
+    if (!imageTitle->isNull())
+        paintImageTitle();
+}
+
+void AeroGroupbox::repaintSchedule(QImage **cached)
+{
+    AeroStyle::repaintSchedule(cached);
+    update();
+}
+
+bool AeroGroupbox::showsPicture() const
+{
+    return backgroudType == ImageBG;
+}
+
+bool AeroGroupbox::showsPanel() const
+{
+    return backgroudType == AeroStyleBG;
+}

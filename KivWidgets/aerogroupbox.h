@@ -1,0 +1,86 @@
+#pragma once
+
+#include "aerostyle.h"
+#include "kivglobal.h"
+
+#include <QtGui/QPixmap>
+#include <QtWidgets/QGroupBox>
+
+/// A group box on a glass panel or on a picture, with its title over the panel's top edge, where
+/// the outline is left open under it.
+///
+/// A left press anywhere in the box toggles it, if it is checkable, and emits clicked().
+///
+/// Body and title are cached apart. A resize, a change of the enabled state, of the contents
+/// rectangle or of an Aero setting drops the body, and the title too while the background is the
+/// glass panel. `colorTitle` and `bold` drop the body only: the title keeps its look until it is
+/// dropped by one of those events or by setTitle().
+class KIVWIDGETS_EXPORT AeroGroupbox : public QGroupBox, public AeroStyle
+{
+    Q_OBJECT
+    Q_PROPERTY(typeBG backgroudType READ getBackgroudType WRITE setBackgroundType)
+    Q_PROPERTY(QPixmap backgroundGroup READ getBackgroundGroup WRITE setBackgroundGroup DESIGNABLE
+                   showsPicture)
+    Q_PROPERTY(QColor color READ getColor WRITE setColor DESIGNABLE showsPanel)
+    Q_PROPERTY(QColor shadow READ getShadow WRITE setShadow DESIGNABLE showsPanel)
+    Q_PROPERTY(QColor colorPen READ getColorPen WRITE setColorPen)
+    Q_PROPERTY(int widthPen READ getWidthPen WRITE setWidthPen)
+    Q_PROPERTY(double opacity READ getOpacity WRITE setOpacity)
+    Q_PROPERTY(int roundness READ getRoundness WRITE setRoundness)
+    Q_PROPERTY(QColor colorTitle READ getColorTitle WRITE setColorTitle)
+    Q_PROPERTY(bool bold READ getBold WRITE setTextBold)
+
+public:
+    /// What the body shows. Any other value shows nothing.
+    enum typeBG : int {
+        ImageBG = 0,     ///< the picture `backgroundGroup`
+        AeroStyleBG = 1, ///< the glass panel
+    };
+    Q_ENUM(typeBG)
+
+    explicit AeroGroupbox(QWidget *parent = nullptr);
+    ~AeroGroupbox() override;
+
+    /// Default: AeroStyleBG. A change rebuilds the body.
+    typeBG getBackgroudType() const;
+    void setBackgroundType(typeBG type);
+    /// The picture for ImageBG, stretched over the box. Default: a null pixmap, which leaves the
+    /// body transparent. Every write rebuilds the body.
+    QPixmap getBackgroundGroup() const;
+    void setBackgroundGroup(const QPixmap &picture);
+    /// Colour of the title. Default: Qt::white. A change rebuilds the body, not the title.
+    QColor getColorTitle() const;
+    void setColorTitle(const QColor &colorTitle);
+    /// Whether the title is in bold weight. Default: true. A change rebuilds the body, not the
+    /// title.
+    bool getBold() const;
+    void setTextBold(bool bold);
+
+    /// Sets the title and rebuilds both pictures; an equal title does nothing. Hides the base
+    /// class's, which does not rebuild the title.
+    void setTitle(const QString &title);
+
+protected:
+    bool event(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+    void paintImage();
+    void paintImageTitle();
+    void paintTitle(QPainter *painter);
+    void createImages();
+    void repaintSchedule(QImage **image);
+
+    // The spelling without "n" is the property's name.
+    typeBG backgroudType;
+    QPixmap backgroundGroup;
+    QColor colorTitle;
+    bool bold;
+    QImage *image;
+    QImage *imageTitle;
+    QSize titleSize;
+
+private:
+    bool showsPicture() const;
+    bool showsPanel() const;
+};

@@ -1,0 +1,402 @@
+#include "aerolinebar.h"
+
+#include "aeropanel_p.h"
+#include "cachedimage_p.h"
+#include "errorline_p.h"
+#include "iconpainting_p.h"
+#include "numbers_p.h"
+#include "valueformat_p.h"
+
+#include <QtGui/QFontMetrics>
+#include <QtGui/QImage>
+#include <QtGui/QLinearGradient>
+#include <QtGui/QPainterPath>
+
+#include <algorithm>
+
+using namespace KivPrivate;
+
+namespace {
+
+/// Free rows between the bar and the tick strip.
+constexpr int gapHeight = 2;
+/// Ticks that an interval may give before it is replaced, and the number it is replaced by.
+constexpr double mostTicks = 50.0;
+constexpr double replacementTicks = 10.0;
+/// How close to a limit a tick counts as an end tick.
+constexpr double endTolerance = 0.005;
+/// A picture of more ticks than this cannot be told from a black strip; it ends the loop.
+constexpr int tickBound = 100000;
+/// The rounded ends of the fill are at least this long.
+constexpr double shortestEnd = 2.0;
+/// Free pixels between the value text and what it stands next to.
+constexpr int textGap = 2;
+
+PanelColors troughColors(const QColor &edge)
+{
+    return {QColor(230, 230, 230, 250), QColor(192, 192, 192, 200), edge};
+}
+
+/// The lengths of the three slices of the fill: its rounded ends and the straight piece between.
+struct Fill
+{
+    int left = 0;
+    int middle = 0;
+    int right = 0;
+};
+
+Fill sliceFill(int length, double endRadius, int width)
+{
+    Fill fill;
+    if (length <= endRadius) {
+        fill.left = length;
+        return fill;
+    }
+    fill.left = truncatedToInt(endRadius);
+    const int rest = length - fill.left;
+    fill.middle = std::min(rest, width - 2 * fill.left);
+    fill.right = std::max(rest - fill.middle, 0);
+    return fill;
+}
+
+double fillEndRadius(int width, int barHeight, int widthPen, int roundness)
+{
+    const double rw = double(width) - widthPen;
+    const double rh = double(barHeight) - widthPen;
+    const double radius = std::min(rw, rh) * 0.5 * roundness / 100.0;
+    return radius > shortestEnd ? radius : shortestEnd;
+}
+
+int fillLength(double value, double minimum, double maximum, int width)
+{
+    const double held = std::min(std::max(value, minimum), maximum);
+    // Equal limits make no bar.
+    return std::min(truncatedToInt(quotient((held - minimum) * width, maximum - minimum)), width);
+}
+
+/// Copies a slice of the finished panel to the same height of the widget; no slice for length 0.
+void drawSlice(QPainter *painter, const QImage &panel, int from, int to, int length, int height)
+{
+    if (length != 0)
+        painter->drawImage(QRectF(to, 0, length, height), panel, QRectF(from, 0, length, height));
+}
+
+} // namespace
+
+AeroLinebar::AeroLinebar(QWidget *parent)
+    : QWidget(parent)
+    , AeroStyle(this)
+    , tickSize(20)
+    , tickInterval(10.0)
+    , minValueF(0.0)
+    , maxValueF(100.0)
+    , valueF(50.0)
+    , valuePosition(NoVal)
+    , valueFormat(QStringLiteral("%.02f%%"))
+    , bold(true)
+    , image(nullptr)
+    , imageShadow(nullptr)
+    , imageText(nullptr)
+    , imageTick(nullptr)
+{
+    SplitArea();
+    dropAll();
+}
+
+AeroLinebar::~AeroLinebar()
+{
+    for (QImage **cached : {&image, &imageShadow, &imageText, &imageTick})
+        AeroStyle::repaintSchedule(cached);
+}
+
+double AeroLinebar::getMinValueF() const
+{
+    return minValueF;
+}
+
+void AeroLinebar::setMinValue(double minimum)
+{
+    minValueF = minimum;
+    update();
+}
+
+double AeroLinebar::getMaxValueF() const
+{
+    return maxValueF;
+}
+
+void AeroLinebar::setMaxValue(double maximum)
+{
+    maxValueF = maximum;
+    update();
+}
+
+int AeroLinebar::getTickSize() const
+{
+    return tickSize;
+}
+
+void AeroLinebar::setTickHeight(int percent)
+{
+    tickSize = qBound(0, percent, 100);
+    SplitArea();
+    dropAll();
+}
+
+double AeroLinebar::getTickInterval() const
+{
+    return tickInterval;
+}
+
+void AeroLinebar::setTickStep(double interval)
+{
+    const double range = maxValueF - minValueF;
+    tickInterval = quotient(range, interval) > mostTicks ? range / replacementTicks : interval;
+    repaintSchedule(&imageTick);
+}
+
+double AeroLinebar::getValueF() const
+{
+    return valueF;
+}
+
+void AeroLinebar::setValue(double v)
+{
+    const QString text = formatValue(valueFormat, v);
+    if (text == valueText)
+        return;
+    setText(text);
+    valueF = v;
+}
+
+AeroLinebar::ValPos AeroLinebar::getValuePosition() const
+{
+    return valuePosition;
+}
+
+void AeroLinebar::setValuePosition(ValPos position)
+{
+    valuePosition = position;
+    update();
+}
+
+QString AeroLinebar::getValueFormat() const
+{
+    return valueFormat;
+}
+
+void AeroLinebar::setValueFormat(QString vFormat)
+{
+    valueFormat = vFormat;
+    setValue(valueF);
+}
+
+QColor AeroLinebar::getColorText() const
+{
+    return colorText;
+}
+
+void AeroLinebar::setColorText(const QColor &newColorText)
+{
+    if (assignIfChanged(colorText, newColorText))
+        repaintSchedule(&imageText);
+}
+
+bool AeroLinebar::getBold() const
+{
+    return bold;
+}
+
+void AeroLinebar::setTextBold(bool newBold)
+{
+    if (assignIfChanged(bold, newBold))
+        repaintSchedule(&imageText);
+}
+
+void AeroLinebar::setText(const QString &text)
+{
+    valueText = text;
+    repaintSchedule(&imageText);
+}
+
+void AeroLinebar::SplitArea()
+{
+    tickHeight = std::max(int(qint64(height()) * tickSize / 100), 0);
+    barHeight = tickHeight != 0 ? height() - tickHeight - gapHeight : height();
+}
+
+bool AeroLinebar::event(QEvent *event)
+{
+    if (event->type() == QEvent::Resize)
+        SplitArea();
+    if (isOneOf(event, aeroDropEvents))
+        dropAll();
+    return QWidget::event(event);
+}
+
+void AeroLinebar::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    beginAeroShow(&painter, this, opacity);
+
+    painter.drawImage(QRectF(0, 0, width(), barHeight), *imageShadow, QRectF(imageShadow->rect()));
+
+    const int length = fillLength(valueF, minValueF, maxValueF, width());
+    const double endRadius = fillEndRadius(width(), barHeight, widthPen, roundness);
+    const Fill fill = sliceFill(length, endRadius, width());
+    drawSlice(&painter, *image, 0, 0, fill.left, barHeight);
+    drawSlice(&painter, *image, fill.left, fill.left, fill.middle, barHeight);
+    drawSlice(&painter, *image, width() - fill.left, fill.left + fill.middle, fill.right,
+              barHeight);
+
+    if (imageText && valuePosition != NoVal) {
+        const int textWidth = imageText->width();
+        const int fillEnd = fill.left + fill.middle;
+        const qint64 pen = widthPen;
+        const qint64 rightmost = width() - textWidth - pen - textGap;
+        qint64 x = 0;
+        switch (valuePosition) {
+        case CenterVal:
+            x = std::max(pen + textGap, std::min<qint64>(length - textWidth / 2, rightmost));
+            break;
+        case leftVal:
+            x = fillEnd - textWidth - textGap;
+            if (pen + 1 >= x)
+                x = pen + textGap;
+            break;
+        default:
+            x = std::min<qint64>(fillEnd + textGap, rightmost);
+            break;
+        }
+        painter.drawImage(QPointF(double(x), (barHeight - imageText->height()) / 2), *imageText);
+    }
+
+    if (tickHeight > 1 && imageTick) {
+        painter.drawImage(QRectF(0, height() - tickHeight, width(), tickHeight), *imageTick,
+                          QRectF(imageTick->rect()));
+    }
+}
+
+void AeroLinebar::createImages()
+{
+    const QSize barSize(width(), barHeight);
+    if (createIfMissing(&image, barSize) && !image->isNull())
+        paintImage();
+    if (createIfMissing(&imageShadow, barSize) && !imageShadow->isNull())
+        paintImageShadow();
+    if (!valueText.isNull()) {
+        const QFontMetrics metrics(withWeight(font(), bold));
+        if (createIfMissing(&imageText, singleLineSize(metrics, valueText))) {
+            if (imageText->isNull()) {
+                reportNullImage(KIV_HERE, this, "ImageText");
+                return;
+            }
+            ImagePainter painter(imageText);
+            paintText(&painter);
+        }
+    }
+    if (createIfMissing(&imageTick, QSize(width(), tickHeight)))
+        paintTick();
+}
+
+void AeroLinebar::paintImage()
+{
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(image);
+    const PanelColors colors{color, shadow, colorPen};
+    paintPanel(&painter, this, colors.shownBy(this), image->rect());
+}
+
+void AeroLinebar::paintImageShadow()
+{
+    if (imageShadow->isNull()) {
+        reportNullImage(KIV_HERE, this, "ImageShadow");
+        return;
+    }
+    ImagePainter painter(imageShadow);
+    const auto [light, dark, edge] = troughColors(colorPen).shownBy(this);
+    const double iw = double(imageShadow->width()) - widthPen;
+    const double ih = double(imageShadow->height()) - widthPen;
+    const double radius = double(cornerRadius(imageShadow->size(), widthPen, roundness));
+    const int halfPen = widthPen / 2;
+
+    QPainterPath outline;
+    outline.addRoundedRect(QRectF(halfPen, halfPen, iw, ih), radius, radius, Qt::AbsoluteSize);
+    painter.setPen(QPen(QBrush(edge), widthPen));
+    painter.setOpacity(opacity);
+    painter.drawPath(outline);
+
+    QLinearGradient gradient(0, 0, 0, ih);
+    gradient.setSpread(QGradient::ReflectSpread);
+    gradient.setColorAt(0.0, light);
+    gradient.setColorAt(0.4, dark);
+    gradient.setColorAt(0.6, dark);
+    gradient.setColorAt(1.0, light);
+    painter.setBrush(gradient);
+    painter.setPen(QPen(QBrush(light), halfPen));
+    const double innerRadius = radius - halfPen;
+    painter.drawRoundedRect(QRectF(widthPen, widthPen, iw - widthPen, ih - widthPen), innerRadius,
+                            innerRadius, Qt::AbsoluteSize);
+}
+
+void AeroLinebar::paintText(QPainter *painter)
+{
+    if (valueText.isNull() || !imageText)
+        return;
+    const QFont textFont = withWeight(font(), bold);
+    painter->setFont(textFont);
+    painter->setPen(colorText);
+    painter->setOpacity(1.0);
+    painter->drawText(QPointF(0, centredBaseline(QFontMetrics(textFont), imageText->height())),
+                      valueText);
+}
+
+void AeroLinebar::paintTick()
+{
+    if (tickHeight < 2)
+        return;
+    if (imageTick->isNull()) {
+        reportNullImage(KIV_HERE, this, "ImageTick");
+        return;
+    }
+    ImagePainter painter(imageTick);
+    const double step = tickInterval > 0.0 ? tickInterval : 1.0;
+    const double range = maxValueF - minValueF;
+    const int bottom = tickHeight - 1;
+    double t = minValueF / step * step;
+    for (int count = 0; t <= maxValueF && count < tickBound; ++count) {
+        int x = truncatedToInt(quotient(t - minValueF, range) * width());
+        int y = bottom;
+        // The ticks at both ends stand one pixel further in and reach one pixel lower.
+        if (t <= minValueF + endTolerance)
+            ++x;
+        else if (t >= maxValueF - endTolerance)
+            --x;
+        else
+            --y;
+        painter.drawLine(x, y, x, bottom - tickHeight);
+        const double next = t + step;
+        if (!(next > t))
+            break;
+        t = next;
+    }
+}
+
+void AeroLinebar::repaintSchedule(QImage **cached)
+{
+    AeroStyle::repaintSchedule(cached);
+    update();
+}
+
+void AeroLinebar::dropAll()
+{
+    for (QImage **cached : {&image, &imageShadow, &imageText, &imageTick})
+        repaintSchedule(cached);
+}

@@ -1,0 +1,86 @@
+#include "aerostatusbar.h"
+
+#include "aeropanel_p.h"
+#include "cachedimage_p.h"
+#include "errorline_p.h"
+
+#include <QtGui/QImage>
+
+using namespace KivPrivate;
+
+AeroStatusbar::AeroStatusbar(QWidget *parent)
+    : QFrame(parent)
+    , AeroStyle(this)
+    , bold(false)
+    , image(nullptr)
+{
+    repaintSchedule(&image);
+}
+
+AeroStatusbar::~AeroStatusbar()
+{
+    AeroStyle::repaintSchedule(&image);
+}
+
+QColor AeroStatusbar::getColorText() const
+{
+    return colorText;
+}
+
+void AeroStatusbar::setColorText(const QColor &newColorText)
+{
+    if (assignIfChanged(colorText, newColorText))
+        repaintSchedule(&image);
+}
+
+bool AeroStatusbar::getBold() const
+{
+    return bold;
+}
+
+void AeroStatusbar::setTextBold(bool newBold)
+{
+    if (assignIfChanged(bold, newBold))
+        repaintSchedule(&image);
+}
+
+bool AeroStatusbar::event(QEvent *event)
+{
+    if (isOneOf(event, aeroDropEvents))
+        repaintSchedule(&image);
+    return QFrame::event(event);
+}
+
+void AeroStatusbar::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    beginAeroShow(&painter, this, opacity);
+    showImage(&painter, this, *image);
+}
+
+void AeroStatusbar::createImages()
+{
+    if (createIfMissing(&image, size()))
+        paintImage();
+}
+
+void AeroStatusbar::paintImage()
+{
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(image);
+    const PanelColors colors{color, shadow, colorPen};
+    paintPanel(&painter, this, colors.shownBy(this), geometry());
+}
+
+void AeroStatusbar::repaintSchedule(QImage **cached)
+{
+    AeroStyle::repaintSchedule(cached);
+    update();
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "aerostyle.h"
+#include "kivglobal.h"
+
+#include <QtCore/QString>
+#include <QtWidgets/QFrame>
+
+/// A glass panel as the background of a status area; the host lays its own widgets on it.
+///
+/// The finished panel is cached. It is dropped by a resize, a change of the enabled state or of any
+/// property, and when a child is removed. The frame of QFrame is not drawn. `colorText` and `bold`
+/// are kept with the strip for a host that labels it; the panel itself shows no text.
+class KIVWIDGETS_EXPORT AeroStatusbar : public QFrame, public AeroStyle
+{
+    Q_OBJECT
+    Q_PROPERTY(QColor color READ getColor WRITE setColor)
+    Q_PROPERTY(QColor shadow READ getShadow WRITE setShadow)
+    Q_PROPERTY(QColor colorPen READ getColorPen WRITE setColorPen)
+    Q_PROPERTY(int widthPen READ getWidthPen WRITE setWidthPen)
+    Q_PROPERTY(double opacity READ getOpacity WRITE setOpacity)
+    Q_PROPERTY(int roundness READ getRoundness WRITE setRoundness)
+    Q_PROPERTY(QColor colorText READ getColorText WRITE setColorText)
+    Q_PROPERTY(bool bold READ getBold WRITE setTextBold)
+
+public:
+    explicit AeroStatusbar(QWidget *parent = nullptr);
+    ~AeroStatusbar() override;
+
+    /// Stored only. Default: an invalid colour. A change rebuilds the panel.
+    QColor getColorText() const;
+    void setColorText(const QColor &colorText);
+    /// Stored only. Default: false. A change rebuilds the panel.
+    bool getBold() const;
+    void setTextBold(bool bold);
+
+protected:
+    bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+    void createImages();
+    void paintImage();
+    void repaintSchedule(QImage **image);
+
+    QString text;
+    QColor colorText;
+    bool bold;
+    QImage *image;
+};

@@ -1,0 +1,101 @@
+#include "aeroswitch.h"
+
+#include "aeropanel_p.h"
+#include "cachedimage_p.h"
+#include "errorline_p.h"
+
+#include <QtCore/QPointer>
+#include <QtGui/QImage>
+
+using namespace KivPrivate;
+
+AeroSwitch::AeroSwitch(QWidget *parent)
+    : AeroButton(parent)
+    , highlight(Qt::lightGray)
+    , imagePressed(nullptr)
+{
+    setCheckable(true);
+    if (isChecked()) {
+        setChecked(false);
+        repaintSchedule(&image);
+        repaintSchedule(&imagePressed);
+    }
+    repaintSchedule(&imagePressed);
+}
+
+AeroSwitch::~AeroSwitch()
+{
+    AeroStyle::repaintSchedule(&imagePressed);
+}
+
+QColor AeroSwitch::getHighlight() const
+{
+    return highlight;
+}
+
+void AeroSwitch::setHighlight(const QColor &newHighlight)
+{
+    if (assignIfChanged(highlight, newHighlight))
+        repaintSchedule(&imagePressed);
+}
+
+void AeroSwitch::selectSwitch()
+{
+    if (!isChecked())
+        clickedSwitch();
+}
+
+void AeroSwitch::unselectSwitch()
+{
+    if (isChecked())
+        clickedSwitch();
+}
+
+void AeroSwitch::clickedSwitch()
+{
+    // A slot on toggled() may delete the switch.
+    const QPointer<AeroSwitch> self(this);
+    setChecked(!isChecked());
+    if (!self)
+        return;
+    repaintSchedule(&image);
+    repaintSchedule(&imagePressed);
+    repaint();
+}
+
+bool AeroSwitch::event(QEvent *event)
+{
+    if (isOneOf(event, aeroDropEvents))
+        repaintSchedule(&imagePressed);
+    return AeroButton::event(event);
+}
+
+void AeroSwitch::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    beginAeroShow(&painter, this, opacity, rotate);
+    showImage(&painter, this, isChecked() ? *imagePressed : *image);
+}
+
+void AeroSwitch::createImages()
+{
+    AeroButton::createImages();
+    if (createIfMissing(&imagePressed, size()))
+        paintImagePressed();
+}
+
+void AeroSwitch::paintImagePressed()
+{
+    if (imagePressed->isNull()) {
+        reportNullImage(KIV_HERE, this, "ImagePressed");
+        return;
+    }
+    ImagePainter painter(imagePressed);
+    const PanelColors colors{highlight, shadow, colorPen};
+    paintPanel(&painter, this, colors.shownBy(this), geometry());
+    paintText(&painter);
+}

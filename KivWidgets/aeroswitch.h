@@ -1,0 +1,40 @@
+#pragma once
+
+#include "aerobutton.h"
+
+/// A checkable AeroButton whose panel takes the `highlight` colour in place of `color` while
+/// checked.
+///
+/// Both looks are cached, so that a change of the checked state only shows the other picture. What
+/// drops the button's picture drops both, with two exceptions: `colorText` and `bold` drop the
+/// unchecked picture only, `highlight` the checked one only.
+class KIVWIDGETS_EXPORT AeroSwitch : public AeroButton
+{
+    Q_OBJECT
+    Q_PROPERTY(QColor highlight READ getHighlight WRITE setHighlight)
+
+public:
+    explicit AeroSwitch(QWidget *parent = nullptr);
+    ~AeroSwitch() override;
+
+    /// Panel colour while checked. Default: Qt::lightGray. A change rebuilds the checked picture.
+    QColor getHighlight() const;
+    void setHighlight(const QColor &highlight);
+
+    /// Checks the switch and repaints it at once; does nothing if it is checked.
+    void selectSwitch();
+    /// Unchecks the switch and repaints it at once; does nothing if it is unchecked.
+    void unselectSwitch();
+    /// Toggles the switch and repaints it at once.
+    void clickedSwitch();
+
+protected:
+    bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+    void createImages();
+    void paintImagePressed();
+
+    QColor highlight;
+    QImage *imagePressed;
+};

@@ -1,0 +1,71 @@
+#include "transpbutton.h"
+
+#include "cachedimage_p.h"
+#include "icongrowth_p.h"
+#include "iconpainting_p.h"
+
+#include <QtCore/QPointer>
+#include <QtGui/QFontMetrics>
+
+using namespace KivPrivate;
+
+TranspButton::TranspButton(QWidget *parent)
+    : QAbstractButton(parent)
+    , posLabel(0, y())
+    , hover(false)
+{}
+
+TranspButton::~TranspButton() = default;
+
+QPoint TranspButton::getPosLabel() const
+{
+    return posLabel;
+}
+
+void TranspButton::setPosLabel(const QPoint &newPosLabel)
+{
+    if (assignIfChanged(posLabel, newPosLabel))
+        update();
+}
+
+bool TranspButton::event(QEvent *event)
+{
+    if (isOneOf(event, {QEvent::Paint, QEvent::Resize}) && growToIcon(this))
+        return false;
+
+    if (isOneOf(event, {QEvent::Enter, QEvent::Leave})) {
+        // A slot on the signals may delete the button.
+        const QPointer<TranspButton> self(this);
+        hover = event->type() == QEvent::Enter;
+        if (hover)
+            Q_EMIT mouseEnter();
+        else
+            Q_EMIT mouseLeave();
+        if (!self)
+            return true;
+        update();
+    }
+    return QAbstractButton::event(event);
+}
+
+void TranspButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+
+    if (!icon().isNull()) {
+        const QPixmap pixmap = iconPixmap(this, hover ? QIcon::Active : QIcon::Normal);
+        painter.drawPixmap(QRect((width() - pixmap.width()) / 2, (height() - pixmap.height()) / 2,
+                                 pixmap.width(), pixmap.height()),
+                           pixmap);
+    }
+
+    if (!text().isEmpty()) {
+        const QFontMetrics metrics(font());
+        const int x = (width() - singleLineSize(metrics, text()).width()) / 2 + posLabel.x() - 1;
+        const int y = centredBaseline(metrics, height()) + posLabel.y();
+        painter.setFont(font());
+        painter.setOpacity(1.0);
+        painter.drawText(QPointF(x, y), text());
+    }
+}
