@@ -1,0 +1,251 @@
+#include "rotatestackedwidget.h"
+
+#include <QtCore/QPointer>
+#include <QtCore/QPropertyAnimation>
+#include <QtCore/QSequentialAnimationGroup>
+#include <QtCore/QVector>
+#include <QtGui/QPainter>
+#include <QtGui/QTransform>
+
+#include <algorithm>
+
+namespace {
+
+enum Phase { Shrinking = 0, Turning = 1, Growing = 2 };
+
+constexpr double edgeOn = 90.0;
+constexpr int halfTurn = 180;
+
+/// The stacks whose change is ending right now. Qt goes on with the group when the slot returns, so
+/// a stack that is deleted meanwhile must leave its group to the event loop.
+QVector<const RotateStackedWidget *> &endingStacks()
+{
+    static QVector<const RotateStackedWidget *> stacks;
+    return stacks;
+}
+
+void setUp(QPropertyAnimation *animation, int msecs, const QVariant &from, const QVariant &to)
+{
+    animation->setEasingCurve(QEasingCurve::Linear);
+    animation->setDuration(std::max(msecs, 0));
+    animation->setStartValue(from);
+    animation->setEndValue(to);
+}
+
+/// The picture of @p page on a pixmap of @p size; what the page does not cover is in @p ground,
+/// since a transparent ground would blend the card's edges.
+QPixmap grabbed(QWidget *page, QSize size, const QColor &ground)
+{
+    QPixmap pixmap(size);
+    if (!pixmap.isNull()) {
+        pixmap.fill(ground);
+        page->render(&pixmap, QPoint(0, 0), QRegion(),
+                     QWidget::DrawWindowBackground | QWidget::DrawChildren);
+    }
+    return pixmap;
+}
+
+} // namespace
+
+RotateStackedWidget::RotateStackedWidget(QWidget *parent)
+    : QStackedWidget(parent)
+    , rotate(0.0)
+    , scale(0.0)
+    , animPhase(Shrinking)
+    , endPositionAnimate(0.2)
+    , timePositionAnimate(2000)
+    , timeRotationAnimate(1000)
+    , animationEnabled(false)
+    , animating(false)
+    , nextIndex(currentIndex())
+    , group(new QSequentialAnimationGroup)
+    , shrinkAnimation(new QPropertyAnimation(this, QByteArrayLiteral("scale")))
+    , turnAnimation(new QPropertyAnimation(this, QByteArrayLiteral("rotate")))
+    , growAnimation(new QPropertyAnimation(this, QByteArrayLiteral("scale")))
+{
+    initAnimation();
+    using Stack = RotateStackedWidget;
+    connect(shrinkAnimation, &QVariantAnimation::valueChanged, this, &Stack::valChanged);
+    connect(shrinkAnimation, &QAbstractAnimation::finished, this, &Stack::animPositionDone);
+    connect(turnAnimation, &QVariantAnimation::valueChanged, this, &Stack::valChanged);
+    connect(turnAnimation, &QAbstractAnimation::finished, this, &Stack::animDone);
+    connect(growAnimation, &QVariantAnimation::valueChanged, this, &Stack::valChanged);
+    connect(growAnimation, &QAbstractAnimation::finished, this, &Stack::animPositionRestoreDone);
+    group->addAnimation(shrinkAnimation);
+    group->addAnimation(turnAnimation);
+    group->addAnimation(growAnimation);
+}
+
+RotateStackedWidget::~RotateStackedWidget()
+{
+    for (QPropertyAnimation *animation : {shrinkAnimation, turnAnimation, growAnimation})
+        animation->disconnect(this);
+    if (endingStacks().removeAll(this) > 0) {
+        // The group holds the three animations.
+        group->deleteLater();
+        return;
+    }
+    delete shrinkAnimation;
+    delete turnAnimation;
+    delete growAnimation;
+    delete group;
+}
+
+double RotateStackedWidget::getRotate() const
+{
+    return rotate;
+}
+
+void RotateStackedWidget::rotateTo(double degrees)
+{
+    rotate = degrees;
+}
+
+double RotateStackedWidget::getScale() const
+{
+    return scale;
+}
+
+void RotateStackedWidget::scaleTo(double factor)
+{
+    scale = factor;
+}
+
+double RotateStackedWidget::getEndPositionAnimate() const
+{
+    return endPositionAnimate;
+}
+
+void RotateStackedWidget::changeEndPosition(double factor)
+{
+    endPositionAnimate = factor;
+    initAnimation();
+}
+
+int RotateStackedWidget::getTimeRotationAnimate() const
+{
+    return timeRotationAnimate;
+}
+
+void RotateStackedWidget::changeTimeRotation(int msecs)
+{
+    timeRotationAnimate = msecs;
+    initAnimation();
+}
+
+int RotateStackedWidget::getTimePositionAnimate() const
+{
+    return timePositionAnimate;
+}
+
+void RotateStackedWidget::changeTimePosition(int msecs)
+{
+    timePositionAnimate = msecs;
+    initAnimation();
+}
+
+void RotateStackedWidget::setAnimationEnabled(bool enabled)
+{
+    animationEnabled = enabled;
+}
+
+void RotateStackedWidget::initAnimation()
+{
+    setUp(shrinkAnimation, timePositionAnimate, 1.0, endPositionAnimate);
+    setUp(turnAnimation, timeRotationAnimate, 0, halfTurn);
+    setUp(growAnimation, timePositionAnimate, endPositionAnimate, 1.0);
+}
+
+void RotateStackedWidget::setCurrentIndex(int index)
+{
+    if (!animationEnabled) {
+        QStackedWidget::setCurrentIndex(index);
+        return;
+    }
+    if (index == currentIndex())
+        return;
+    nextIndex = index;
+    if (animating)
+        return;
+    if (QWidget *page = currentWidget())
+        page->hide();
+    animating = true;
+    animPhase = Shrinking;
+    // Asked for by a slot at the end of a change, the group still counts as running.
+    if (group->state() != QAbstractAnimation::Stopped)
+        group->stop();
+    group->start(QAbstractAnimation::KeepWhenStopped);
+}
+
+void RotateStackedWidget::paintEvent(QPaintEvent *event)
+{
+    if (!animating) {
+        QFrame::paintEvent(event);
+        return;
+    }
+    const bool showsNext = animPhase == Growing || (animPhase == Turning && rotate > edgeOn);
+    QWidget *page = showsNext ? widget(nextIndex) : currentWidget();
+    if (!page || animPhase < Shrinking || animPhase > Growing)
+        return;
+
+    QSize size = page->size();
+    QTransform card;
+    if (animPhase == Turning) {
+        card.translate(width() / 2, height() * 0.5);
+        card.scale(scale, scale);
+        // The new page is on the card's back, so it is drawn half a turn further.
+        card.rotate(showsNext ? rotate + halfTurn : rotate, Qt::YAxis);
+        if (showsNext) {
+            size = this->size();
+            page->setGeometry(QRect(0, 0, width(), height()));
+        }
+    } else {
+        card.translate(width() * 0.5, height() * 0.5);
+        card.scale(scale, scale);
+    }
+    const QPixmap picture = grabbed(page, size, palette().color(QPalette::Window));
+    QPainter painter(this);
+    painter.setTransform(card);
+    painter.drawPixmap(QPointF(-(width() / 2), -(height() / 2)), picture);
+}
+
+void RotateStackedWidget::valChanged(QVariant)
+{
+    repaint();
+}
+
+void RotateStackedWidget::animPositionDone()
+{
+    animPhase = Turning;
+    repaint();
+}
+
+void RotateStackedWidget::animDone()
+{
+    animPhase = Growing;
+    repaint();
+}
+
+void RotateStackedWidget::animPositionRestoreDone()
+{
+    rotate = 0.0;
+    animating = false;
+
+    // Page and slots on currentChanged() may delete the page or the stack.
+    const QPointer<RotateStackedWidget> self(this);
+    endingStacks().append(this);
+    // Without a page of that index the old one comes back.
+    QWidget *next = widget(nextIndex);
+    const QPointer<QWidget> page(next ? next : currentWidget());
+    if (page)
+        page->show();
+    if (self && page)
+        page->raise();
+    if (self && page)
+        setCurrentWidget(page);
+    if (!self)
+        return;
+    endingStacks().removeOne(this);
+    animPhase = Shrinking;
+    repaint();
+}

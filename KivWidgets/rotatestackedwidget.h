@@ -1,0 +1,82 @@
+#pragma once
+
+#include "kivglobal.h"
+
+#include <QtCore/QVariant>
+#include <QtWidgets/QStackedWidget>
+
+class QPropertyAnimation;
+class QSequentialAnimationGroup;
+
+/// A stacked widget that can change its page like a card: the page shrinks, turns about its
+/// vertical centre line until the new page has come into view from its back, and grows again.
+///
+/// Animation is off until the host switches it on. While a change runs, the pages are hidden and
+/// their pictures are grabbed anew for every frame; currentIndex() reports the old page until the
+/// end. GUI thread only.
+class KIVWIDGETS_EXPORT RotateStackedWidget : public QStackedWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(double rotate READ getRotate WRITE rotateTo)
+    Q_PROPERTY(double scale READ getScale WRITE scaleTo)
+    Q_PROPERTY(double endPositionAnimate READ getEndPositionAnimate WRITE changeEndPosition)
+    Q_PROPERTY(int timeRotationAnimate READ getTimeRotationAnimate WRITE changeTimeRotation)
+    Q_PROPERTY(int timePositionAnimate READ getTimePositionAnimate WRITE changeTimePosition)
+
+public:
+    explicit RotateStackedWidget(QWidget *parent = nullptr);
+    ~RotateStackedWidget() override;
+
+    /// Angle of the card in degrees. Default: 0.0. Written by the animation; a write only stores.
+    double getRotate() const;
+    void rotateTo(double degrees);
+    /// Scale of the card. Default: 0.0; 1.0 after a change. Written by the animation; a write only
+    /// stores.
+    double getScale() const;
+    void scaleTo(double factor);
+    /// Scale at which the card turns. Default: 0.2.
+    double getEndPositionAnimate() const;
+    void changeEndPosition(double factor);
+    /// Duration of the turn in milliseconds. Default: 1000. A negative one counts as 0.
+    int getTimeRotationAnimate() const;
+    void changeTimeRotation(int msecs);
+    /// Duration of the shrinking and of the growing, in milliseconds each. Default: 2000. A
+    /// negative one counts as 0.
+    int getTimePositionAnimate() const;
+    void changeTimePosition(int msecs);
+
+    /// Switches the animation of the following page changes on or off. Default: off. A change that
+    /// runs is not ended.
+    void setAnimationEnabled(bool enabled);
+
+    /// Sets the three animations up from the properties.
+    void initAnimation();
+
+    /// Changes the page: at once while animation is off; else by a running change, which ends on
+    /// the page that was asked for last. An index without a page leaves the current page. Hides the
+    /// base class's slot, which always changes at once.
+    void setCurrentIndex(int index);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+    double rotate;
+    double scale;
+    int animPhase;
+    double endPositionAnimate;
+    int timePositionAnimate;
+    int timeRotationAnimate;
+    bool animationEnabled;
+    bool animating;
+    int nextIndex;
+    QSequentialAnimationGroup *group;
+    QPropertyAnimation *shrinkAnimation;
+    QPropertyAnimation *turnAnimation;
+    QPropertyAnimation *growAnimation;
+
+private Q_SLOTS:
+    void valChanged(QVariant value);
+    void animDone();
+    void animPositionDone();
+    void animPositionRestoreDone();
+};

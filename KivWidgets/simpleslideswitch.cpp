@@ -1,0 +1,289 @@
+#include "simpleslideswitch.h"
+
+#include "iconpainting_p.h"
+#include "numbers_p.h"
+
+#include <QtCore/QPointer>
+#include <QtGui/QFontMetrics>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+
+#include <algorithm>
+#include <limits>
+
+using namespace KivPrivate;
+
+namespace {
+
+// A drag toggles when it passes the middle of the travel by this share of it.
+constexpr double leftShare = 0.45;
+constexpr double rightShare = 0.55;
+
+/// Margins may be any number; a place beyond the range of int is as far off as its limit.
+int heldInInt(qint64 place)
+{
+    using Limits = std::numeric_limits<int>;
+    return int(std::clamp<qint64>(place, Limits::min(), Limits::max()));
+}
+
+} // namespace
+
+SimpleSlideSwitch::SimpleSlideSwitch(QWidget *parent)
+    : QAbstractButton(parent)
+    , uncheckedImg(QStringLiteral(":/Images/slide_unchecked.png"))
+    , marginLeft(0)
+    , checkedImg(QStringLiteral(":/Images/slide_checked.png"))
+    , marginRight(0)
+    , checkedDisImg(QStringLiteral(":/Images/slide_checked_disabled.png"))
+    , uncheckedDisImg(QStringLiteral(":/Images/slide_unchecked_disabled.png"))
+    , btnImg(QStringLiteral(":/Images/slide_button.png"))
+    , btnDisImg(QStringLiteral(":/Images/button_slide_disabled.png"))
+    , dragFromOn(false)
+    , dragFromOff(false)
+    , moved(false)
+{
+    setAttribute(Qt::WA_MouseTracking);
+    setCheckable(true);
+    updateWidgetsIcon(uncheckedImg.size());
+}
+
+SimpleSlideSwitch::~SimpleSlideSwitch() = default;
+
+QPixmap SimpleSlideSwitch::getUncheckedImg() const
+{
+    return uncheckedImg;
+}
+
+void SimpleSlideSwitch::setUncheckedImg(const QPixmap &picture)
+{
+    setTrack(uncheckedImg, picture);
+}
+
+int SimpleSlideSwitch::getMarginLeft() const
+{
+    return marginLeft;
+}
+
+void SimpleSlideSwitch::setMarginLeft(int margin)
+{
+    setMargin(marginLeft, margin);
+}
+
+QPixmap SimpleSlideSwitch::getCheckedImg() const
+{
+    return checkedImg;
+}
+
+void SimpleSlideSwitch::setCheckedImg(const QPixmap &picture)
+{
+    setTrack(checkedImg, picture);
+}
+
+int SimpleSlideSwitch::getMarginRight() const
+{
+    return marginRight;
+}
+
+void SimpleSlideSwitch::setMarginRight(int margin)
+{
+    setMargin(marginRight, margin);
+}
+
+QPixmap SimpleSlideSwitch::getUncheckedDisImg() const
+{
+    return uncheckedDisImg;
+}
+
+void SimpleSlideSwitch::setUncheckedDisImg(const QPixmap &picture)
+{
+    setTrack(uncheckedDisImg, picture);
+}
+
+QPixmap SimpleSlideSwitch::getCheckedDisImg() const
+{
+    return checkedDisImg;
+}
+
+void SimpleSlideSwitch::setCheckedDisImg(const QPixmap &picture)
+{
+    setTrack(checkedDisImg, picture);
+}
+
+QPixmap SimpleSlideSwitch::getBtnImg() const
+{
+    return btnImg;
+}
+
+void SimpleSlideSwitch::setBtnImg(const QPixmap &picture)
+{
+    btnImg = picture;
+    update();
+}
+
+QPixmap SimpleSlideSwitch::getBtnDisImg() const
+{
+    return btnDisImg;
+}
+
+void SimpleSlideSwitch::setBtnDisImg(const QPixmap &picture)
+{
+    btnDisImg = picture;
+    update();
+}
+
+void SimpleSlideSwitch::updateWidgetsIcon(QSize size)
+{
+    QIcon tracks;
+    tracks.addPixmap(uncheckedImg, QIcon::Normal, QIcon::Off);
+    tracks.addPixmap(checkedImg, QIcon::Normal, QIcon::On);
+    tracks.addPixmap(checkedDisImg, QIcon::Disabled, QIcon::On);
+    tracks.addPixmap(uncheckedDisImg, QIcon::Disabled, QIcon::Off);
+    setIcon(tracks);
+    setIconSize(size);
+    resize(size);
+    updateLimits(size.width());
+    setMaximumSize(size);
+    setMinimumSize(size);
+    // A switch that becomes smaller was held by its old minimum until here.
+    resize(size);
+}
+
+void SimpleSlideSwitch::setChecked(bool checked)
+{
+    const int place = restingPlace(checked);
+    if (pointerPos.x() != place) {
+        pointerPos.setX(place);
+        update();
+    }
+    QAbstractButton::setChecked(checked);
+}
+
+bool SimpleSlideSwitch::event(QEvent *event)
+{
+    if (event->type() == QEvent::Resize) {
+        resize(iconSize());
+        return true;
+    }
+    return QAbstractButton::event(event);
+}
+
+void SimpleSlideSwitch::mousePressEvent(QMouseEvent *event)
+{
+    pointerPos = roundedPosition(event->localPos());
+    const int x = pointerPos.x();
+    if (isChecked() && rightLimit < x && x < travelEnd())
+        dragFromOn = true;
+    else if (!isChecked() && marginLeft < x && x < leftLimit)
+        dragFromOff = true;
+    moved = false;
+    if (dragFromOn || dragFromOff)
+        QAbstractButton::mousePressEvent(event);
+}
+
+void SimpleSlideSwitch::mouseMoveEvent(QMouseEvent *event)
+{
+    if (dragFromOn || dragFromOff) {
+        pointerPos = roundedPosition(event->localPos());
+        update();
+    }
+    moved = true;
+}
+
+void SimpleSlideSwitch::mouseReleaseEvent(QMouseEvent *event)
+{
+    // A slot on toggled(), clicked() or released() may delete the switch.
+    const QPointer<SimpleSlideSwitch> self(this);
+    pointerPos = roundedPosition(event->localPos());
+    const int x = pointerPos.x();
+    const bool switchedOn = dragFromOff && rightLimit < x && x < travelEnd();
+    const bool switchedOff = !switchedOn && dragFromOn && marginLeft < x && x < leftLimit;
+    dragFromOn = dragFromOff = false;
+
+    if (switchedOn || switchedOff) {
+        // Switched off, the place kept is the knob's right edge: the track stays revealed under it.
+        pointerPos.setX(switchedOn ? restingPlace(true)
+                                   : heldInInt(qint64(btnImg.width()) + marginLeft));
+        QAbstractButton::mouseReleaseEvent(event);
+        if (self)
+            moved = false;
+        return;
+    }
+
+    if (!moved)
+        toggle();
+    if (!self)
+        return;
+    pointerPos.setX(restingPlace(isChecked()));
+    update();
+    moved = false;
+}
+
+void SimpleSlideSwitch::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QIcon::Mode mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
+
+    const QPixmap off = icon().pixmap(iconSize(), mode, QIcon::Off);
+    painter.drawPixmap(QRectF(0, 0, width(), height()), off, QRectF(off.rect()));
+
+    const QRectF revealed(0, 0, std::max(pointerPos.x(), 0), height());
+    painter.drawPixmap(revealed, icon().pixmap(iconSize(), mode, QIcon::On), revealed);
+
+    if (!text().isEmpty()) {
+        const QFontMetrics metrics(font());
+        const int textWidth = singleLineSize(metrics, text()).width();
+        painter.setFont(font());
+        painter.drawText(QPointF((width() - textWidth) / 2 - 1, centredBaseline(metrics, height())),
+                         text());
+    }
+
+    const QPixmap &knob = isEnabled() ? btnImg : btnDisImg;
+    painter.drawPixmap(QRectF(knobLeft(), 0, btnImg.width(), btnImg.height()), knob,
+                       QRectF(knob.rect()));
+}
+
+void SimpleSlideSwitch::setTrack(QPixmap &track, const QPixmap &picture)
+{
+    track = picture;
+    updateWidgetsIcon(picture.size());
+}
+
+void SimpleSlideSwitch::setMargin(int &margin, int value)
+{
+    margin = value;
+    updateLimits(width());
+    update();
+}
+
+void SimpleSlideSwitch::updateLimits(int width)
+{
+    const double travel = double(qint64(width) - marginLeft - marginRight);
+    leftLimit = truncatedToInt(travel * leftShare + marginLeft);
+    rightLimit = truncatedToInt(travel * rightShare + marginLeft);
+}
+
+/// The right end of the knob's travel.
+qint64 SimpleSlideSwitch::travelEnd() const
+{
+    return qint64(width()) - marginRight;
+}
+
+/// The knob's left edge at rest.
+int SimpleSlideSwitch::restingPlace(bool checked) const
+{
+    return checked ? heldInInt(travelEnd() - btnImg.width()) : marginLeft;
+}
+
+int SimpleSlideSwitch::knobLeft() const
+{
+    if (!dragFromOn && !dragFromOff)
+        return restingPlace(isChecked());
+    const int half = btnImg.width() / 2;
+    const qint64 centred = qint64(pointerPos.x()) - half;
+    if (centred < marginLeft)
+        return marginLeft;
+    if (qint64(pointerPos.x()) + half > travelEnd())
+        return restingPlace(true);
+    return heldInInt(centred);
+}

@@ -1,0 +1,246 @@
+#include "slideswitch.h"
+
+#include "cachedimage_p.h"
+#include "iconpainting_p.h"
+#include "numbers_p.h"
+
+#include <QtCore/QPointer>
+#include <QtGui/QFontMetrics>
+#include <QtGui/QMouseEvent>
+
+using namespace KivPrivate;
+
+namespace {
+
+// Places of the knob in the pictures, in pixels.
+constexpr int knobSide = 40;
+constexpr int knobTop = 10;
+constexpr int knobAtOff = 36;
+constexpr int knobInMiddle = 75;
+constexpr int knobAtOn = 114;
+/// The knob follows the pointer from the first of these columns to before the second.
+constexpr int followsFrom = 56;
+constexpr int followsTo = 135;
+
+// Where a drag from the middle may end.
+constexpr int leftmostRelease = 1;
+constexpr int rightmostRelease = 188;
+constexpr int topmostRelease = 2;
+constexpr int lowestRelease = 58;
+
+constexpr QRgb knobColor = qRgb(65, 64, 66);
+
+QPixmap picture(const char *name)
+{
+    return QPixmap(QStringLiteral(":/Images/SlideSwitch-%1.png").arg(QLatin1String(name)));
+}
+
+} // namespace
+
+SlideSwitch::SlideSwitch(QWidget *parent)
+    : QAbstractButton(parent)
+    , locked(false)
+    , partialON(false)
+    , dragFromOn(false)
+    , dragFromOff(false)
+    , dragFromMiddle(false)
+{
+    setAttribute(Qt::WA_MouseTracking);
+    setCheckable(true);
+
+    const QPixmap off = picture("OFF");
+    const QPixmap disabled = picture("DISABLED");
+    QIcon faces;
+    faces.addPixmap(off, QIcon::Normal, QIcon::Off);
+    faces.addPixmap(picture("ON"), QIcon::Normal, QIcon::On);
+    faces.addPixmap(disabled, QIcon::Disabled, QIcon::On);
+    faces.addPixmap(disabled, QIcon::Disabled, QIcon::Off);
+    faces.addPixmap(picture("LOCKED-ON"), QIcon::Active, QIcon::On);
+    faces.addPixmap(picture("LOCKED-OFF"), QIcon::Active, QIcon::Off);
+    setIcon(faces);
+    setIconSize(off.size());
+    resize(off.size());
+
+    leftLimit = int(0.45 * off.width());
+    rightLimit = int(0.55 * off.width());
+    middleZone = int(0.1 * off.width());
+}
+
+SlideSwitch::~SlideSwitch() = default;
+
+bool SlideSwitch::getLocked() const
+{
+    return locked;
+}
+
+void SlideSwitch::setLocked(bool newLocked)
+{
+    if (assignIfChanged(locked, newLocked))
+        update();
+}
+
+bool SlideSwitch::getPartialON() const
+{
+    return partialON;
+}
+
+void SlideSwitch::setPartialON(bool newPartialON)
+{
+    if (assignIfChanged(partialON, newPartialON))
+        update();
+}
+
+bool SlideSwitch::event(QEvent *event)
+{
+    if (event->type() == QEvent::Resize) {
+        resize(iconSize());
+        return true;
+    }
+    return QAbstractButton::event(event);
+}
+
+void SlideSwitch::mousePressEvent(QMouseEvent *event)
+{
+    pointerPos = roundedPosition(event->localPos());
+    const int x = pointerPos.x();
+    if (restsInMiddle()) {
+        const int centre = width() / 2;
+        if (centre - middleZone < x && x < centre + middleZone)
+            dragFromMiddle = true;
+    } else if (isChecked() && x > rightLimit) {
+        dragFromOn = true;
+    } else if (!isChecked() && x < leftLimit) {
+        dragFromOff = true;
+    }
+    if (dragging())
+        QAbstractButton::mousePressEvent(event);
+}
+
+void SlideSwitch::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!dragging())
+        return;
+    pointerPos = roundedPosition(event->localPos());
+    repaint();
+}
+
+void SlideSwitch::mouseReleaseEvent(QMouseEvent *event)
+{
+    pointerPos = roundedPosition(event->localPos());
+    const int x = pointerPos.x();
+    const int y = pointerPos.y();
+
+    bool reached = dragFromOff && x > rightLimit;
+    if (dragFromOn && x < leftLimit) {
+        if (!dragFromMiddle) {
+            endDrag();
+            QAbstractButton::mouseReleaseEvent(event);
+            return;
+        }
+        reached = true;
+    }
+    if (dragFromMiddle && topmostRelease <= y && y <= lowestRelease) {
+        if (rightLimit < x && x <= rightmostRelease) {
+            landOn(true, event);
+            return;
+        }
+        if (leftmostRelease < x && x < leftLimit) {
+            landOn(false, event);
+            return;
+        }
+    }
+    endDrag();
+    if (reached) {
+        QAbstractButton::mouseReleaseEvent(event);
+        return;
+    }
+    // A drag that falls short: the base class does not hear of the release, so no click follows.
+    pointerPos.setX(restsInMiddle() ? knobInMiddle : isChecked() ? knobAtOn : knobAtOff);
+    repaint();
+}
+
+void SlideSwitch::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+
+    const QIcon::Mode mode = !isEnabled() ? QIcon::Disabled
+                             : locked     ? QIcon::Active
+                                          : QIcon::Normal;
+    const QPixmap face = icon().pixmap(iconSize(), mode, shownState());
+    painter.drawPixmap(QRectF(0, 0, width(), height()), face, QRectF(face.rect()));
+
+    if (!text().isEmpty()) {
+        const QFontMetrics metrics(font());
+        const int textWidth = singleLineSize(metrics, text()).width();
+        painter.setFont(font());
+        painter.drawText(QPointF((width() - textWidth) / 2 - 1 + textOffset.x(),
+                                 centredBaseline(metrics, height()) + textOffset.y()),
+                         text());
+    }
+
+    if (isEnabled()) {
+        painter.setBrush(QBrush(QColor(knobColor)));
+        painter.setPen(QColor(knobColor));
+        painter.drawEllipse(knobRect());
+    }
+}
+
+bool SlideSwitch::dragging() const
+{
+    return dragFromOn || dragFromOff || dragFromMiddle;
+}
+
+void SlideSwitch::endDrag()
+{
+    dragFromOn = dragFromOff = dragFromMiddle = false;
+}
+
+bool SlideSwitch::restsInMiddle() const
+{
+    return locked || partialON;
+}
+
+/// Ends a drag from the middle on one side: the opposite state, which the click of the base class's
+/// release then toggles.
+void SlideSwitch::landOn(bool checked, QMouseEvent *release)
+{
+    // A slot on toggled() may delete the switch.
+    const QPointer<SlideSwitch> self(this);
+    setChecked(!checked);
+    if (!self)
+        return;
+    locked = false;
+    partialON = false;
+    endDrag();
+    QAbstractButton::mouseReleaseEvent(release);
+}
+
+QIcon::State SlideSwitch::shownState() const
+{
+    const int x = pointerPos.x();
+    bool on = isChecked();
+    if (dragFromMiddle) {
+        if (x >= rightLimit)
+            on = true;
+        else if (x <= leftLimit)
+            on = false;
+    } else if (dragFromOff) {
+        on = x > rightLimit;
+    } else if (dragFromOn) {
+        on = x >= leftLimit;
+    }
+    return on ? QIcon::On : QIcon::Off;
+}
+
+QRect SlideSwitch::knobRect() const
+{
+    int left = isChecked() ? knobAtOn : knobAtOff;
+    if (dragging()) {
+        const int x = pointerPos.x();
+        left = x < followsFrom ? knobAtOff : x < followsTo ? x - knobSide / 2 : knobAtOn;
+    } else if (restsInMiddle()) {
+        left = knobInMiddle;
+    }
+    return {left, knobTop, knobSide, knobSide};
+}

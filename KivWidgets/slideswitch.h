@@ -1,0 +1,59 @@
+#pragma once
+
+#include "kivglobal.h"
+
+#include <QtCore/QPoint>
+#include <QtWidgets/QAbstractButton>
+
+/// A checkable switch of 190 x 60 pixels drawn from the library's pictures, with a round knob that
+/// the user drags from one end to the other.
+///
+/// `locked` shows the locked pictures; it and `partialON` put the knob in the middle, where a drag
+/// must then start. A drag that ends short of the other side puts the knob back. A press beside the
+/// knob does nothing. Changes of the checked state through the base class only repaint. A disabled
+/// switch shows its picture without a knob. The switch keeps the size of its pictures.
+class KIVWIDGETS_EXPORT SlideSwitch : public QAbstractButton
+{
+    Q_OBJECT
+    Q_PROPERTY(bool locked READ getLocked WRITE setLocked)
+    Q_PROPERTY(bool partialON READ getPartialON WRITE setPartialON)
+
+public:
+    explicit SlideSwitch(QWidget *parent = nullptr);
+    ~SlideSwitch() override;
+
+    /// Whether the switch looks locked. Default: false. A change repaints; a drag from the middle
+    /// to either side clears it.
+    bool getLocked() const;
+    void setLocked(bool locked);
+    /// Whether the switch is neither on nor off. Default: false. A change repaints; a drag from the
+    /// middle to either side clears it.
+    bool getPartialON() const;
+    void setPartialON(bool partialON);
+
+protected:
+    bool event(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+    QPoint textOffset;
+    bool locked;
+    bool partialON;
+    bool dragFromOn;
+    bool dragFromOff;
+    bool dragFromMiddle;
+    QPoint pointerPos;
+    int leftLimit;
+    int rightLimit;
+    int middleZone;
+
+private:
+    bool dragging() const;
+    void endDrag();
+    bool restsInMiddle() const;
+    void landOn(bool checked, QMouseEvent *release);
+    QIcon::State shownState() const;
+    QRect knobRect() const;
+};
