@@ -1,0 +1,305 @@
+#include "consolewindow.h"
+
+#include "controlpage.h"
+#include "feed/upsfeed.h"
+#include "look.h"
+#include "overviewpage.h"
+#include "pictograms.h"
+#include "powerpage.h"
+#include "settingspage.h"
+#include "setup.h"
+
+#include <metronavdrawer.h>
+#include <metrostatusbar.h>
+#include <metrotabicon.h>
+#include <rotatestackedwidget.h>
+#include <transpbutton.h>
+
+#include <QtCore/QTime>
+#include <QtCore/QTimer>
+#include <QtGui/QIcon>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+constexpr QSize windowSize(800, 480);
+constexpr int stripHeight = 42;
+constexpr int tabSide = 84;
+constexpr int tabIconSide = 80;
+constexpr int tabPictogramSide = 34;
+constexpr int shrinkTime = 260;
+constexpr int turnTime = 380;
+
+// The drawer: its closed size follows from the library's tab picture.
+constexpr QSize closedDrawer(62, 76);
+constexpr int drawerTop = 330;
+constexpr int entrySide = 70;
+constexpr int entryGap = 5;
+constexpr int entryIcon = 28;
+
+const QColor railColor(36, 41, 46);
+const QColor railText(200, 207, 213);
+
+/// A tab's face: the drawing with its name under it; the chosen one is lit, with a bar at its edge.
+QPixmap tabFace(Pictogram picture, const QString &name, bool chosen)
+{
+    QPixmap face(tabIconSide, tabIconSide);
+    face.fill(Qt::transparent);
+    QPainter painter(&face);
+    const QColor color = chosen ? QColor(Qt::white) : railText;
+    if (chosen) {
+        painter.fillRect(face.rect(), QColor(255, 255, 255, 26));
+        painter.fillRect(0, 0, 4, tabIconSide, Look::accent());
+    }
+    painter.drawPixmap((tabIconSide - tabPictogramSide) / 2, 12,
+                       pictogram(picture, tabPictogramSide, color));
+    painter.setPen(color);
+    painter.setFont(Look::font(Look::Small, chosen));
+    painter.drawText(QRect(0, 56, tabIconSide, 18), Qt::AlignCenter, name);
+    return face;
+}
+
+/// How urgent an alarm state is.
+int urgency(AlarmState alarm)
+{
+    switch (alarm) {
+    case AlarmState::None:
+        return 0;
+    case AlarmState::Warning:
+        return 1;
+    case AlarmState::Anomaly:
+        return 2;
+    case AlarmState::CommunicationLost:
+        return 3;
+    case AlarmState::Locked:
+        return 4;
+    case AlarmState::Fault:
+        return 5;
+    }
+    return 0;
+}
+
+ElementState worstElement(const Snapshot &snapshot)
+{
+    return *std::max_element(snapshot.elements.begin(), snapshot.elements.end(),
+                             [](const ElementState &a, const ElementState &b) {
+                                 return urgency(a.alarm) < urgency(b.alarm);
+                             });
+}
+
+ElementState systemState(const Snapshot &snapshot)
+{
+    return snapshot.system;
+}
+
+ElementState batteryState(const Snapshot &snapshot)
+{
+    return snapshot.element(Element::Battery);
+}
+
+ElementState noState(const Snapshot &)
+{
+    return {AlarmState::None, OperatingState::Unknown};
+}
+
+} // namespace
+
+ConsoleWindow::ConsoleWindow(QWidget *parent)
+    : QWidget(parent)
+{
+    setWindowTitle(tr("UPS console"));
+    setFixedSize(windowSize);
+    makeStrip();
+    makeTabs();
+    makeDrawer();
+    showPage(0);
+    showSnapshot(Snapshot());
+}
+
+void ConsoleWindow::makeStrip()
+{
+    auto *strip = new MetroStatusbar(this);
+    strip->move(0, 0);
+    strip->resize(windowSize.width(), stripHeight);
+    const auto lightLabel = [&](Look::TextSize size, bool bold) {
+        QLabel *label = Look::label(strip, size, bold);
+        QPalette palette = label->palette();
+        palette.setColor(QPalette::WindowText, Qt::white);
+        label->setPalette(palette);
+        return label;
+    };
+    upsName = lightLabel(Look::Large, true);
+    upsState = lightLabel(Look::Large, false);
+    simulatedMark = lightLabel(Look::Small, true);
+    simulatedMark->setText(tr("SIMULATED"));
+    simulatedMark->setContentsMargins(8, 3, 8, 3);
+    simulatedMark->setAutoFillBackground(true);
+    QPalette mark = simulatedMark->palette();
+    mark.setColor(QPalette::Window, QColor(247, 148, 50));
+    mark.setColor(QPalette::WindowText, QColor(40, 22, 0));
+    simulatedMark->setPalette(mark);
+    clock = lightLabel(Look::Large, false);
+
+    auto *layout = new QHBoxLayout(strip);
+    layout->setContentsMargins(14, 0, 14, 0);
+    layout->setSpacing(16);
+    layout->addWidget(upsName);
+    layout->addWidget(simulatedMark, 0, Qt::AlignVCenter);
+    layout->addStretch();
+    layout->addWidget(upsState);
+    layout->addSpacing(12);
+    layout->addWidget(clock);
+
+    clockTimer = new QTimer(this);
+    connect(clockTimer, &QTimer::timeout, this, &ConsoleWindow::showClock);
+    clockTimer->start(1000);
+    showClock();
+}
+
+void ConsoleWindow::makeTabs()
+{
+    const int height = windowSize.height() - stripHeight;
+    rail = new QWidget(this);
+    rail->setGeometry(0, stripHeight, tabSide, height);
+    rail->setAutoFillBackground(true);
+    QPalette palette = rail->palette();
+    palette.setColor(QPalette::Window, railColor);
+    rail->setPalette(palette);
+
+    stack = new RotateStackedWidget(this);
+    stack->setObjectName(QStringLiteral("pages"));
+    stack->setGeometry(tabSide, stripHeight, windowSize.width() - tabSide, height);
+    setUp(stack, {{"timePositionAnimate", shrinkTime}, {"timeRotationAnimate", turnTime}});
+
+    auto *settings = new SettingsPage;
+    addTab(tr("Overview"), Pictogram::Overview, new OverviewPage, systemState);
+    addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
+    addTab(tr("Control"), Pictogram::Control, new ControlPage, batteryState);
+    addTab(tr("Settings"), Pictogram::Settings, settings, noState);
+    connect(settings, &SettingsPage::nightLookChosen, this, &ConsoleWindow::setNightLook);
+    connect(settings, &SettingsPage::pageAnimationChosen, this, &ConsoleWindow::setPageAnimation);
+}
+
+void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
+                           ElementState (*state)(const Snapshot &))
+{
+    const int index = int(tabs.size());
+    auto *button = new MetroTabicon(rail);
+    button->setObjectName(name);
+    button->setGeometry(0, index * tabSide, tabSide, tabSide);
+    QIcon icon;
+    icon.addPixmap(tabFace(picture, name, false), QIcon::Normal, QIcon::Off);
+    icon.addPixmap(tabFace(picture, name, true), QIcon::Normal, QIcon::On);
+    button->setIconSize(QSize(tabIconSide, tabIconSide));
+    button->setIcon(icon);
+    connect(button, &MetroTabicon::clicked, this, [=] { stack->setCurrentIndex(index); });
+    page->setObjectName(name.toLower());
+    stack->addWidget(page);
+    tabs.push_back({button, page, state});
+}
+
+void ConsoleWindow::makeDrawer()
+{
+    drawer = new MetroNavdrawer(this);
+    drawer->setObjectName(QStringLiteral("drawer"));
+    drawer->setCheckable(true);
+    drawer->setChecked(false);
+    setUp(drawer, {{"background", QColor(58, 65, 72)}});
+
+    const struct
+    {
+        Pictogram picture;
+        QString name;
+        Command command;
+    } entries[] = {
+        {Pictogram::Check, tr("Clear"), Command::ClearAlarm},
+        {Pictogram::Link, tr("Relink"), Command::RestoreCommunication},
+        {Pictogram::Restart, tr("Resume"), Command::FollowScenario},
+    };
+    int x = closedDrawer.width();
+    for (const auto &entry : entries) {
+        auto *button = new TranspButton(drawer);
+        button->setObjectName(entry.name);
+        button->setGeometry(x, (closedDrawer.height() - entrySide) / 2, entrySide, entrySide);
+        x += entrySide + entryGap;
+        button->setFont(Look::font(Look::Small));
+        QPalette palette = button->palette();
+        palette.setColor(QPalette::WindowText, Qt::white);
+        button->setPalette(palette);
+        QIcon icon(pictogram(entry.picture, entryIcon, Qt::white));
+        icon.addPixmap(pictogram(entry.picture, entryIcon, Look::accent()), QIcon::Active);
+        button->setIconSize(QSize(entryIcon, entryIcon));
+        button->setIcon(icon);
+        button->setText(entry.name);
+        setUp(button, {{"posLabel", QPoint(0, 25)}});
+        const Command command = entry.command;
+        connect(button, &TranspButton::clicked, this, [=] {
+            if (feed)
+                feed->command(command);
+        });
+    }
+    drawer->setGeometry(
+        QRect(QPoint(windowSize.width() - closedDrawer.width(), drawerTop), closedDrawer));
+    drawer->setState(MetroNavdrawer::close);
+    connect(drawer, &MetroNavdrawer::clicked, this, [this](bool checked) {
+        drawer->setState(checked ? MetroNavdrawer::open : MetroNavdrawer::close);
+    });
+}
+
+void ConsoleWindow::setFeed(UpsFeed *newFeed)
+{
+    feed = newFeed;
+    connect(feed, &UpsFeed::snapshotReady, this, &ConsoleWindow::showSnapshot);
+    for (const Tab &tab : tabs)
+        tab.page->setFeed(feed);
+}
+
+void ConsoleWindow::showSnapshot(const Snapshot &snapshot)
+{
+    QString name = snapshot.name;
+    if (!snapshot.model.isEmpty())
+        name = snapshot.model;
+    upsName->setText(name.isEmpty() ? tr("UPS") : name);
+    simulatedMark->setVisible(snapshot.simulated);
+    upsState->setText(snapshot.system.alarm == AlarmState::None ? nameOf(snapshot.system.operating)
+                                                                : nameOf(snapshot.system.alarm));
+    for (const Tab &tab : tabs) {
+        tab.button->setState(shownState(tab.state(snapshot)));
+        tab.page->showSnapshot(snapshot);
+    }
+}
+
+QStringList ConsoleWindow::pageNames() const
+{
+    QStringList names;
+    for (const Tab &tab : tabs)
+        names.append(tab.page->objectName());
+    return names;
+}
+
+void ConsoleWindow::showPage(int index)
+{
+    tabs.at(index).button->setChecked(true);
+    stack->setCurrentIndex(index);
+}
+
+void ConsoleWindow::setNightLook(bool night)
+{
+    QApplication::setPalette(Look::palette(night));
+}
+
+void ConsoleWindow::setPageAnimation(bool animated)
+{
+    stack->setAnimationEnabled(animated);
+}
+
+void ConsoleWindow::showClock()
+{
+    clock->setText(QTime::currentTime().toString(QStringLiteral("HH:mm")));
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "feed/snapshot.h"
+
+#include <QtWidgets/QWidget>
+
+#include <vector>
+
+class MetroNavdrawer;
+class MetroTabicon;
+class Page;
+class QLabel;
+class QTimer;
+class RotateStackedWidget;
+class UpsFeed;
+enum class Pictogram;
+
+/// The console: a strip with the UPS's name and state, tabs at the left, the pages, a drawer.
+class ConsoleWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ConsoleWindow(QWidget *parent = nullptr);
+
+    /// Follows @p feed, which must outlive its use here or be destroyed as a QObject.
+    void setFeed(UpsFeed *feed);
+    void showSnapshot(const Snapshot &snapshot);
+
+    /// The pages' names as file names use them, in the order of the tabs.
+    QStringList pageNames() const;
+    void showPage(int index);
+    void setNightLook(bool night);
+    void setPageAnimation(bool animated);
+
+private:
+    struct Tab
+    {
+        MetroTabicon *button;
+        Page *page;
+        /// The state that the tab's lamp shows.
+        ElementState (*state)(const Snapshot &);
+    };
+
+    void makeStrip();
+    void makeTabs();
+    void makeDrawer();
+    void addTab(const QString &name, Pictogram picture, Page *page,
+                ElementState (*state)(const Snapshot &));
+    void showClock();
+
+    UpsFeed *feed = nullptr;
+    QLabel *upsName;
+    QLabel *upsState;
+    QLabel *simulatedMark;
+    QLabel *clock;
+    QTimer *clockTimer;
+    QWidget *rail;
+    RotateStackedWidget *stack;
+    MetroNavdrawer *drawer;
+    std::vector<Tab> tabs;
+};

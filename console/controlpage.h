@@ -1,0 +1,59 @@
+#pragma once
+
+#include "page.h"
+
+#include <vector>
+
+class AeroGroupbox;
+class AeroLinebar;
+class AeroStatusbar;
+class AeroSwitch;
+class QLabel;
+class TranspButton;
+enum class Pictogram;
+
+/// Battery charge and what can be asked of the UPS, on glass.
+class ControlPage : public Page
+{
+    Q_OBJECT
+
+public:
+    explicit ControlPage(QWidget *parent = nullptr);
+
+    void showSnapshot(const Snapshot &snapshot) override;
+
+protected:
+    void offerCommands() override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    /// A switch that shows whether the UPS is in a state, and asks it to enter or to leave it.
+    struct StateSwitch
+    {
+        AeroSwitch *control;
+        Command enter;
+        Command leave;
+        bool (*holds)(const Snapshot &);
+    };
+    struct PushControl
+    {
+        TranspButton *control;
+        Command command;
+    };
+
+    AeroGroupbox *makeBox(const QString &title);
+    QWidget *makeBattery();
+    QWidget *makeSwitches();
+    QWidget *makeStrip();
+    void addSwitch(QWidget *box, const QString &text, Command enter, Command leave,
+                   bool (*holds)(const Snapshot &));
+    void addPush(QWidget *box, Pictogram picture, const QString &text, Command command);
+
+    AeroLinebar *charge;
+    QLabel *chargeText;
+    std::vector<StateSwitch> switches;
+    std::vector<PushControl> pushes;
+    AeroStatusbar *strip;
+    QLabel *linkText;
+    QLabel *statusText;
+};

@@ -1,0 +1,78 @@
+#include "dial.h"
+
+#include "look.h"
+#include "setup.h"
+
+#include <metrocirclerate.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int dialRadius = 70;
+constexpr int ringWidth = 15;
+constexpr int startAngle = 205;
+constexpr int span = 230;
+/// A dial cannot have a shorter scale.
+constexpr double shortestScale = 1.0;
+
+const QColor outOfLimits(247, 148, 50);
+
+bool outsideLimits(const Measure &measure)
+{
+    return measure.value && ((measure.low && *measure.value < *measure.low) ||
+                             (measure.high && *measure.value > *measure.high));
+}
+
+} // namespace
+
+Dial::Dial(QWidget *parent, Quantity shownQuantity, const QString &label, double minimum,
+           double maximum)
+    : circle(new MetroCirclerate(parent))
+    , quantity(shownQuantity)
+    , defaultMinimum(minimum)
+    , defaultMaximum(maximum)
+{
+    circle->setFont(Look::font(Look::Large, true));
+    setUp(circle, {{"radius", dialRadius},
+                   {"minAngle", startAngle},
+                   {"arcSize", span},
+                   {"tickness", ringWidth},
+                   {"numTick", 20},
+                   {"label", label},
+                   {"posLabel", QPoint(0, 12)},
+                   {"posStr", QPoint(0, 0)}});
+}
+
+MetroCirclerate *Dial::widget() const
+{
+    return circle;
+}
+
+void Dial::showSnapshot(const Snapshot &snapshot)
+{
+    const Measure &measure = snapshot.measure(quantity);
+    setScale(measure.minimum.value_or(defaultMinimum), measure.maximum.value_or(defaultMaximum));
+    if (!measure.value) {
+        setUp(circle, {{"formatStr", QObject::tr("no data")},
+                       {"value", circle->property("minValue")},
+                       {"cursor", Look::accent()}});
+        return;
+    }
+    const QString format = quantity == Quantity::Load || quantity == Quantity::BatteryCharge
+                               ? QStringLiteral("%.0f %%")
+                               : QStringLiteral("%.0f ") + unitOf(quantity);
+    setUp(circle, {{"formatStr", format},
+                   {"value", *measure.value},
+                   {"cursor", outsideLimits(measure) ? outOfLimits : Look::accent()}});
+}
+
+void Dial::setScale(double minimum, double maximum)
+{
+    maximum = std::max(maximum, minimum + shortestScale);
+    // The dial refuses a limit that crosses the other one, so the one that makes room goes first.
+    if (minimum <= circle->property("maxValue").toDouble() - shortestScale)
+        setUp(circle, {{"minValue", minimum}, {"maxValue", maximum}});
+    else
+        setUp(circle, {{"maxValue", maximum}, {"minValue", minimum}});
+}

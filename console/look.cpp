@@ -1,0 +1,70 @@
+#include "look.h"
+
+#include <QtGui/QPainter>
+#include <QtWidgets/QLabel>
+
+namespace {
+
+constexpr QRgb lightGround = 0xffd6dce1;
+constexpr int cornerRadius = 6;
+
+} // namespace
+
+QPalette Look::palette(bool night)
+{
+    const QColor window(night ? 0xff1d2125 : 0xffe8ecef);
+    const QColor card(night ? 0xff2b3137 : 0xffffffff);
+    const QColor text(night ? 0xffe3e8ec : 0xff2a2f34);
+    const QColor faint(night ? 0xff9aa4ad : 0xff66717b);
+
+    QPalette palette(window);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::Base, card);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::Mid, faint);
+    palette.setColor(QPalette::Disabled, QPalette::WindowText, faint);
+    palette.setColor(QPalette::Disabled, QPalette::Text, faint);
+    return palette;
+}
+
+QColor Look::accent()
+{
+    return {0, 174, 240};
+}
+
+QFont Look::font(TextSize size, bool bold)
+{
+    QFont font(QStringLiteral("DejaVu Sans"), size);
+    font.setBold(bold);
+    return font;
+}
+
+QLabel *Look::label(QWidget *parent, TextSize size, bool bold, const QString &text)
+{
+    auto *label = new QLabel(text, parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(font(size, bold));
+    return label;
+}
+
+Card::Card(QWidget *parent)
+    : QFrame(parent)
+{}
+
+void Card::setAlwaysLight(bool always)
+{
+    alwaysLight = always;
+    update();
+}
+
+void Card::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const QColor base = palette().color(QPalette::Base);
+    painter.setBrush(alwaysLight && base.lightness() < 128 ? QColor(lightGround) : base);
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+}

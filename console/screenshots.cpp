@@ -1,0 +1,76 @@
+#include "screenshots.h"
+
+#include "consolewindow.h"
+#include "feed/simulatorfeed.h"
+#include "options.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+#include <QtGui/QPixmap>
+
+#include <cstdio>
+
+namespace {
+
+/// As long as a lost link may take to show.
+constexpr int patienceMsecs = 6000;
+
+bool takePages(ConsoleWindow &window, const QString &directory, const QString &suffix,
+               QString *error)
+{
+    const QStringList names = window.pageNames();
+    for (int i = 0; i < names.size(); ++i) {
+        window.showPage(i);
+        const QString file =
+            QDir(directory).filePath(QStringLiteral("%1%2.png").arg(names.at(i), suffix));
+        if (!window.grab().save(file)) {
+            *error = QStringLiteral("cannot write %1").arg(file);
+            return false;
+        }
+        std::puts(qPrintable(file));
+    }
+    return true;
+}
+
+bool makeDirectory(const QString &directory, QString *error)
+{
+    if (QDir().mkpath(directory))
+        return true;
+    *error = QStringLiteral("cannot make the directory %1").arg(directory);
+    return false;
+}
+
+} // namespace
+
+bool takeScenarioScreenshots(ConsoleWindow &window, SimulatorFeed &simulator,
+                             const Options &options, QString *error)
+{
+    if (!makeDirectory(options.directory, error))
+        return false;
+    const QVector<double> instants =
+        options.instants.isEmpty() ? SimulatorFeed::notableInstants() : options.instants;
+    for (const double instant : instants) {
+        window.showSnapshot(simulator.snapshotAt(instant));
+        const QString suffix = QStringLiteral("-%1s").arg(instant, 0, 'f', 0);
+        if (!takePages(window, options.directory, suffix, error))
+            return false;
+    }
+    return true;
+}
+
+bool takeLiveScreenshots(ConsoleWindow &window, UpsFeed &feed, const Options &options,
+                         QString *error)
+{
+    if (!makeDirectory(options.directory, error))
+        return false;
+    QEventLoop loop;
+    QObject::connect(&feed, &UpsFeed::snapshotReady, &loop, [&](const Snapshot &snapshot) {
+        if (!snapshot.isLost())
+            loop.quit();
+    });
+    QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
+    feed.start();
+    loop.exec();
+    return takePages(window, options.directory, QString(), error);
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "page.h"
+
+class QLabel;
+class QVBoxLayout;
+class SimpleSlideSwitch;
+class SlideSwitch;
+
+/// The UPS's main switch and the console's settings.
+class SettingsPage : public Page
+{
+    Q_OBJECT
+
+public:
+    explicit SettingsPage(QWidget *parent = nullptr);
+
+    void showSnapshot(const Snapshot &snapshot) override;
+
+Q_SIGNALS:
+    void nightLookChosen(bool night);
+    void pageAnimationChosen(bool animated);
+
+protected:
+    void offerCommands() override;
+
+private:
+    QWidget *makeMainSwitch();
+    QWidget *makeSettings();
+    SimpleSlideSwitch *addSetting(QVBoxLayout *rows, const QString &name, const QString &detail);
+    void enableControls();
+
+    SlideSwitch *mainSwitch;
+    QLabel *mainText;
+    SimpleSlideSwitch *beeper;
+    SimpleSlideSwitch *nightLook;
+    SimpleSlideSwitch *pageAnimation;
+    bool linked = false;
+    bool beeperKnown = false;
+};
