@@ -1,11 +1,11 @@
 #include "slideswitch.h"
 
+#include "mouse.h"
 #include "pictures.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
 #include <QtCore/QPointer>
-#include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 
@@ -38,32 +38,6 @@ const int middleKnob[2] = {75, 114};
 QImage atRest(const char *name, const int (&knob)[2])
 {
     return switchPicture(name, knob[0], knob[1]);
-}
-
-/// A mouse event as Qt delivers it, at a place that may lie between pixels or off the switch.
-void send(QWidget *widget, QEvent::Type type, QPointF place,
-          Qt::MouseButton button = Qt::LeftButton)
-{
-    const Qt::MouseButtons held =
-        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
-    QMouseEvent event(type, place, widget->mapToGlobal(QPoint()) + place,
-                      type == QEvent::MouseMove ? Qt::NoButton : button, held, Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
-}
-
-void press(QWidget *widget, QPointF place)
-{
-    send(widget, QEvent::MouseButtonPress, place);
-}
-
-void move(QWidget *widget, QPointF place)
-{
-    send(widget, QEvent::MouseMove, place);
-}
-
-void release(QWidget *widget, QPointF place)
-{
-    send(widget, QEvent::MouseButtonRelease, place);
 }
 
 } // namespace
@@ -256,9 +230,9 @@ void SlideSwitchTest::dragFromOneEnd()
     knob->setChecked(checked);
     const QSignalSpy clicks(knob.widget, &SlideSwitch::clicked);
     const QSignalSpy changes(knob.widget, &SlideSwitch::toggled);
-    press(knob.widget, QPoint(from, 30));
-    move(knob.widget, QPoint((from + to) / 2, 30));
-    release(knob.widget, QPoint(to, 30));
+    Mouse::press(knob.widget, QPoint(from, 30));
+    Mouse::drag(knob.widget, QPoint((from + to) / 2, 30));
+    Mouse::release(knob.widget, QPoint(to, 30));
     // Where the pointer leaves the switch, the base class's click does not follow.
     const bool inside = knob->rect().contains(QPoint(to, 30));
     const bool changed = toggles && inside;
@@ -318,8 +292,8 @@ void SlideSwitchTest::dragFromTheMiddle()
     knob->setProperty(property, true);
     const QSignalSpy clicks(knob.widget, &SlideSwitch::clicked);
     const QSignalSpy changes(knob.widget, &SlideSwitch::toggled);
-    press(knob.widget, from);
-    release(knob.widget, to);
+    Mouse::press(knob.widget, from);
+    Mouse::release(knob.widget, to);
     QCOMPARE(knob->isChecked(), result < 0 ? checked : result == 1);
     QCOMPARE(knob->property(property).toBool(), result < 0);
     QCOMPARE(clicks.count(), result < 0 ? 0 : 1);
@@ -355,8 +329,8 @@ void SlideSwitchTest::knobAlongADrag()
     QFETCH(int, left);
     QFETCH(int, right);
     Stage<SlideSwitch> knob;
-    press(knob.widget, QPoint(50, 30));
-    move(knob.widget, QPoint(x, 30));
+    Mouse::press(knob.widget, QPoint(50, 30));
+    Mouse::drag(knob.widget, QPoint(x, 30));
     COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(x > 104 ? "ON" : "OFF", left, right));
 }
 
@@ -391,8 +365,8 @@ void SlideSwitchTest::faceAlongADrag()
     Stage<SlideSwitch> knob;
     knob->setChecked(checked);
     knob->setLocked(locked);
-    press(knob.widget, QPoint(from, 30));
-    move(knob.widget, QPoint(x, 30));
+    Mouse::press(knob.widget, QPoint(from, 30));
+    Mouse::drag(knob.widget, QPoint(x, 30));
     COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(name, x - 20, x + 19));
 }
 
@@ -401,9 +375,9 @@ void SlideSwitchTest::shortDragLeavesTheButtonPressed()
     Stage<SlideSwitch> knob;
     const QSignalSpy pressed(knob.widget, &SlideSwitch::pressed);
     const QSignalSpy released(knob.widget, &SlideSwitch::released);
-    press(knob.widget, QPoint(40, 30));
+    Mouse::press(knob.widget, QPoint(40, 30));
     QVERIFY(knob->isDown());
-    release(knob.widget, QPoint(100, 30));
+    Mouse::release(knob.widget, QPoint(100, 30));
     QVERIFY(knob->isDown());
     QCOMPARE(pressed.count(), 1);
     QCOMPARE(released.count(), 0);
@@ -415,7 +389,7 @@ void SlideSwitchTest::swallowedPressIsAccepted()
     Stage<SlideSwitch> knob;
     EventCounter parentEvents(&knob.window);
     const QSignalSpy pressed(knob.widget, &SlideSwitch::pressed);
-    press(knob.widget, QPoint(90, 30));
+    Mouse::press(knob.widget, QPoint(90, 30));
     QVERIFY(!knob->isDown());
     QCOMPARE(pressed.count(), 0);
     QCOMPARE(parentEvents.count(QEvent::MouseButtonPress), 0);
@@ -425,27 +399,27 @@ void SlideSwitchTest::movesRepaintAtOnce()
 {
     Stage<SlideSwitch> knob;
     EventCounter events(knob.widget);
-    move(knob.widget, QPoint(60, 30));
+    Mouse::hover(knob.widget, QPoint(60, 30));
     QCOMPARE(events.count(QEvent::Paint), 0);
-    press(knob.widget, QPoint(40, 30));
+    Mouse::press(knob.widget, QPoint(40, 30));
     deliverAll();
     events.reset();
-    move(knob.widget, QPoint(60, 30));
+    Mouse::drag(knob.widget, QPoint(60, 30));
     QCOMPARE(events.count(QEvent::Paint), 1);
-    release(knob.widget, QPoint(60, 30));
+    Mouse::release(knob.widget, QPoint(60, 30));
     QCOMPARE(events.count(QEvent::Paint), 2);
 }
 
 void SlideSwitchTest::placesAreRounded()
 {
     Stage<SlideSwitch> knob;
-    press(knob.widget, QPointF(50, 30));
-    move(knob.widget, QPointF(99.5, 30));
+    Mouse::press(knob.widget, QPointF(50, 30));
+    Mouse::drag(knob.widget, QPointF(99.5, 30));
     COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("OFF", 80, 119));
-    move(knob.widget, QPointF(99.49, 30));
+    Mouse::drag(knob.widget, QPointF(99.49, 30));
     COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("OFF", 79, 118));
     // 104.5 counts as 105, which is past the threshold.
-    release(knob.widget, QPointF(104.5, 30));
+    Mouse::release(knob.widget, QPointF(104.5, 30));
     QVERIFY(knob->isChecked());
 }
 
@@ -455,31 +429,31 @@ void SlideSwitchTest::clickInMiddleStillSeesTheLock()
     knob->setLocked(true);
     QList<bool> locks;
     connect(knob.widget, &SlideSwitch::toggled, this, [&] { locks.append(knob->getLocked()); });
-    press(knob.widget, QPoint(95, 30));
-    release(knob.widget, QPoint(40, 30));
+    Mouse::press(knob.widget, QPoint(95, 30));
+    Mouse::release(knob.widget, QPoint(40, 30));
     QCOMPARE(locks, QList<bool>({true, false}));
 }
 
 void SlideSwitchTest::dragSurvivesDisabling()
 {
     Stage<SlideSwitch> knob;
-    press(knob.widget, QPoint(40, 30));
+    Mouse::press(knob.widget, QPoint(40, 30));
     knob->setEnabled(false);
     knob->setEnabled(true);
-    move(knob.widget, QPoint(100, 30));
+    Mouse::drag(knob.widget, QPoint(100, 30));
     COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("OFF", 80, 119));
-    press(knob.widget, QPoint(100, 30));
-    move(knob.widget, QPoint(110, 30));
+    Mouse::press(knob.widget, QPoint(100, 30));
+    Mouse::drag(knob.widget, QPoint(110, 30));
     COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("ON", 90, 129));
 }
 
 void SlideSwitchTest::anotherButton()
 {
     Stage<SlideSwitch> knob;
-    send(knob.widget, QEvent::MouseButtonPress, QPoint(40, 30), Qt::RightButton);
-    move(knob.widget, QPoint(100, 30));
+    Mouse::press(knob.widget, QPoint(40, 30), Qt::RightButton);
+    Mouse::drag(knob.widget, QPoint(100, 30));
     COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("OFF", 80, 119));
-    send(knob.widget, QEvent::MouseButtonRelease, QPoint(150, 30), Qt::RightButton);
+    Mouse::release(knob.widget, QPoint(150, 30), Qt::RightButton);
     // The base class ignores it, so the drag ends without a change.
     QVERIFY(!knob->isChecked());
     COMPARE_PICTURES(pictureOf(knob.widget), atRest("OFF", offKnob));
@@ -494,9 +468,9 @@ void SlideSwitchTest::keysAndClicksOfTheBaseClass()
     knob->click();
     QVERIFY(!knob->isChecked());
     // A key in the middle of a drag toggles under it; the drag ends by the state it finds.
-    press(knob.widget, QPoint(40, 30));
+    Mouse::press(knob.widget, QPoint(40, 30));
     QTest::keyClick(knob.widget, Qt::Key_Space);
-    release(knob.widget, QPoint(60, 30));
+    Mouse::release(knob.widget, QPoint(60, 30));
     COMPARE_PICTURES(pictureOf(knob.widget),
                      knob->isChecked() ? atRest("ON", onKnob) : atRest("OFF", offKnob));
 }
@@ -521,8 +495,8 @@ void SlideSwitchTest::deletedInASlot()
     const QPointer<SlideSwitch> watched(knob.widget);
     // During toggled() the base class itself still needs the button; clicked() comes last.
     connect(knob.widget, &SlideSwitch::clicked, this, [&] { delete watched.data(); });
-    press(knob.widget, QPoint(from, 30));
-    release(knob.widget, QPoint(to, 30));
+    Mouse::press(knob.widget, QPoint(from, 30));
+    Mouse::release(knob.widget, QPoint(to, 30));
     QVERIFY(!watched);
 }
 

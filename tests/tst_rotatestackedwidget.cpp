@@ -1,0 +1,670 @@
+#include "rotatestackedwidget.h"
+
+#include "pictures.h"
+#include "testmain.h"
+#include "widgetprobe.h"
+
+#include <QtCore/QAnimationDriver>
+#include <QtCore/QPointer>
+#include <QtCore/QPropertyAnimation>
+#include <QtCore/QSequentialAnimationGroup>
+#include <QtGui/QPainter>
+#include <QtTest/QSignalSpy>
+
+#include <limits>
+
+namespace {
+
+constexpr QSize stackSize(121, 81);
+
+/// Lets time pass for the animations only when a test says so.
+class StepDriver : public QAnimationDriver
+{
+public:
+    StepDriver()
+    {
+        install();
+    }
+    ~StepDriver() override
+    {
+        uninstall();
+    }
+    qint64 elapsed() const override
+    {
+        return now;
+    }
+    /// Qt counts from the start of the driver.
+    void start() override
+    {
+        now = 0;
+        QAnimationDriver::start();
+    }
+    /// Lets @p msecs pass in one step.
+    void step(int msecs)
+    {
+        // An animation that was just started takes part from the next round of the event loop.
+        deliverAll();
+        now += msecs;
+        advanceAnimation();
+        QCoreApplication::processEvents();
+    }
+
+private:
+    qint64 now = 0;
+};
+
+/// A page whose picture is unlike its mirror image, and unlike that of other pages.
+class PatternPage : public QWidget
+{
+public:
+    explicit PatternPage(QColor pageColor)
+        : color(pageColor)
+    {}
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.fillRect(rect(), color);
+        painter.fillRect(QRect(5, 5, width() / 3, height() / 4), Qt::black);
+        painter.fillRect(QRect(width() - 12, height() - 9, 12, 9), Qt::white);
+    }
+
+private:
+    QColor color;
+};
+
+QImage pagePicture(QColor color, QSize size)
+{
+    QImage picture(size, QImage::Format_RGB32);
+    QPainter painter(&picture);
+    painter.fillRect(picture.rect(), color);
+    painter.fillRect(QRect(5, 5, size.width() / 3, size.height() / 4), Qt::black);
+    painter.fillRect(QRect(size.width() - 12, size.height() - 9, 12, 9), Qt::white);
+    return picture;
+}
+
+class OpenStack : public RotateStackedWidget
+{
+public:
+    using RotateStackedWidget::animating;
+    using RotateStackedWidget::animPhase;
+    using RotateStackedWidget::group;
+    using RotateStackedWidget::nextIndex;
+    using RotateStackedWidget::RotateStackedWidget;
+};
+
+/// A shown stack of three pages with the animation switched on.
+struct StackStage : Stage<OpenStack>
+{
+    StackStage()
+        : Stage<OpenStack>(stackSize)
+    {
+        for (const Qt::GlobalColor color : {Qt::red, Qt::green, Qt::blue})
+            widget->addWidget(new PatternPage(color));
+        widget->setAnimationEnabled(true);
+        deliverAll();
+    }
+    /// What the stack itself shows, with its pages as they are.
+    QImage picture() const
+    {
+        QImage shown = emptyPicture(widget->size());
+        widget->render(&shown, QPoint(), QRegion(), QWidget::DrawChildren);
+        return shown;
+    }
+};
+
+/// The card in the middle of the stack: @p page scaled and turned.
+QImage cardPicture(const QImage &page, double scale)
+{
+    QImage picture = emptyPicture(stackSize);
+    QPainter painter(&picture);
+    QTransform card;
+    card.translate(stackSize.width() * 0.5, stackSize.height() * 0.5);
+    card.scale(scale, scale);
+    painter.setTransform(card);
+    painter.drawPixmap(QPointF(-(stackSize.width() / 2), -(stackSize.height() / 2)),
+                       QPixmap::fromImage(page));
+    return picture;
+}
+
+QImage turnedPicture(const QImage &page, double scale, double degrees)
+{
+    QImage picture = emptyPicture(stackSize);
+    QPainter painter(&picture);
+    QTransform card;
+    card.translate(stackSize.width() / 2, stackSize.height() * 0.5);
+    card.scale(scale, scale);
+    card.rotate(degrees, Qt::YAxis);
+    painter.setTransform(card);
+    painter.drawPixmap(QPointF(-(stackSize.width() / 2), -(stackSize.height() / 2)),
+                       QPixmap::fromImage(page));
+    return picture;
+}
+
+} // namespace
+
+class RotateStackedWidgetTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void metaObject();
+    void defaults();
+    void plainWithoutAnimation();
+    void currentPageDoesNothing();
+    void wholeChange();
+    void frames();
+    void laterRequestWins();
+    void oldPageDuringAChange();
+    void baseSlotStaysPlain();
+    void plainWritesOnlyStore();
+    void everyStepRepaints();
+    void durations_data();
+    void durations();
+    void switchedOffDuringAChange();
+    void indexWithoutAPage();
+    void emptyStack();
+    void targetGoneDuringAChange_data();
+    void targetGoneDuringAChange();
+    void currentGoneDuringAChange();
+    void deletedDuringAChange_data();
+    void deletedDuringAChange();
+    void deletedByItsSignal();
+    void pageDeletedByItsSignal();
+    void nextChangeAskedForBySignal();
+    void sizesOfPagesAndStack_data();
+    void sizesOfPagesAndStack();
+    void extremeNumbersAreHarmless_data();
+    void extremeNumbersAreHarmless();
+    void animationsAreNoChildren();
+};
+
+void RotateStackedWidgetTest::metaObject()
+{
+    const QMetaObject &meta = RotateStackedWidget::staticMetaObject;
+    QCOMPARE(meta.superClass()->className(), "QStackedWidget");
+    QCOMPARE(declaredProperties(meta),
+             QStringList({QStringLiteral("rotate double"), QStringLiteral("scale double"),
+                          QStringLiteral("endPositionAnimate double"),
+                          QStringLiteral("timeRotationAnimate int"),
+                          QStringLiteral("timePositionAnimate int")}));
+    QCOMPARE(declaredMethods(meta),
+             QStringList({QStringLiteral("valChanged(QVariant)"), QStringLiteral("animDone()"),
+                          QStringLiteral("animPositionDone()"),
+                          QStringLiteral("animPositionRestoreDone()")}));
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
+        QCOMPARE(meta.method(i).access(), QMetaMethod::Private);
+    }
+}
+
+void RotateStackedWidgetTest::defaults()
+{
+    const RotateStackedWidget stack(nullptr);
+    QCOMPARE(stack.property("rotate").toDouble(), 0.0);
+    QCOMPARE(stack.property("scale").toDouble(), 0.0);
+    QCOMPARE(stack.property("endPositionAnimate").toDouble(), 0.2);
+    QCOMPARE(stack.property("timeRotationAnimate").toInt(), 1000);
+    QCOMPARE(stack.property("timePositionAnimate").toInt(), 2000);
+}
+
+void RotateStackedWidgetTest::plainWithoutAnimation()
+{
+    StackStage stack;
+    stack->setAnimationEnabled(false);
+    const QSignalSpy changes(stack.widget, &QStackedWidget::currentChanged);
+    stack->setCurrentIndex(2);
+    QCOMPARE(stack->currentIndex(), 2);
+    QCOMPARE(changes.count(), 1);
+    QVERIFY(stack->widget(2)->isVisible());
+    QVERIFY(!stack->widget(0)->isVisible());
+    stack->setCurrentIndex(7);
+    stack->setCurrentIndex(-1);
+    QCOMPARE(stack->currentIndex(), 2);
+    COMPARE_PICTURES(
+        stack.picture(),
+        pagePicture(Qt::blue, stackSize).convertToFormat(QImage::Format_ARGB32_Premultiplied));
+}
+
+void RotateStackedWidgetTest::currentPageDoesNothing()
+{
+    StackStage stack;
+    stack->setCurrentIndex(0);
+    QVERIFY(!stack->animating);
+    QVERIFY(stack->widget(0)->isVisible());
+}
+
+void RotateStackedWidgetTest::wholeChange()
+{
+    StepDriver time;
+    StackStage stack;
+    const QSignalSpy changes(stack.widget, &QStackedWidget::currentChanged);
+    stack->setCurrentIndex(1);
+    QVERIFY(stack->animating);
+    QVERIFY(!stack->widget(0)->isVisible());
+    QVERIFY(!stack->widget(1)->isVisible());
+    QCOMPARE(stack->currentIndex(), 0);
+
+    time.step(1000);
+    QCOMPARE(stack->animPhase, 0);
+    QCOMPARE(stack->property("scale").toDouble(), 0.6);
+    time.step(1000);
+    QCOMPARE(stack->animPhase, 1);
+    QCOMPARE(stack->property("scale").toDouble(), 0.2);
+    time.step(250);
+    QCOMPARE(stack->property("rotate").toDouble(), 45.0);
+    time.step(750);
+    QCOMPARE(stack->animPhase, 2);
+    QCOMPARE(stack->property("rotate").toDouble(), 180.0);
+    time.step(1000);
+    QCOMPARE(stack->property("scale").toDouble(), 0.6);
+    QCOMPARE(stack->currentIndex(), 0);
+    QVERIFY(!stack->widget(1)->isVisible());
+    time.step(999);
+    QCOMPARE(stack->currentIndex(), 0);
+    QCOMPARE(changes.count(), 0);
+
+    time.step(1);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 1);
+    QCOMPARE(changes.count(), 1);
+    QVERIFY(stack->widget(1)->isVisible());
+    QVERIFY(!stack->widget(0)->isVisible());
+    QCOMPARE(stack->animPhase, 0);
+    QCOMPARE(stack->property("rotate").toDouble(), 0.0);
+    QCOMPARE(stack->property("scale").toDouble(), 1.0);
+}
+
+void RotateStackedWidgetTest::frames()
+{
+    StepDriver time;
+    StackStage stack;
+    const QImage oldPage = pagePicture(Qt::red, stackSize);
+    const QImage newPage = pagePicture(Qt::green, stackSize);
+    const auto scale = [&] { return stack->property("scale").toDouble(); };
+    const auto rotate = [&] { return stack->property("rotate").toDouble(); };
+    stack->setCurrentIndex(1);
+    for (int frame = 0; frame < 9; ++frame) {
+        time.step(200);
+        COMPARE_PICTURES(stack.picture(), cardPicture(oldPage, scale()));
+    }
+    time.step(200);
+    QCOMPARE(stack->animPhase, 1);
+    for (int frame = 0; frame < 5; ++frame) {
+        time.step(100);
+        QVERIFY(rotate() <= 90.0);
+        COMPARE_PICTURES(stack.picture(), turnedPicture(oldPage, 0.2, rotate()));
+    }
+    // Edge-on, the card is still the old page.
+    QCOMPARE(rotate(), 90.0);
+    for (int frame = 0; frame < 4; ++frame) {
+        time.step(100);
+        QVERIFY(rotate() > 90.0);
+        COMPARE_PICTURES(stack.picture(), turnedPicture(newPage, 0.2, rotate() + 180.0));
+    }
+    QCOMPARE(stack->widget(1)->geometry(), QRect(QPoint(0, 0), stackSize));
+    time.step(100);
+    QCOMPARE(stack->animPhase, 2);
+    for (int frame = 0; frame < 9; ++frame) {
+        time.step(200);
+        COMPARE_PICTURES(stack.picture(), cardPicture(newPage, scale()));
+    }
+    time.step(200);
+    COMPARE_PICTURES(stack.picture(), newPage.convertToFormat(QImage::Format_ARGB32_Premultiplied));
+}
+
+void RotateStackedWidgetTest::laterRequestWins()
+{
+    StepDriver time;
+    StackStage stack;
+    const QSignalSpy changes(stack.widget, &QStackedWidget::currentChanged);
+    stack->setCurrentIndex(1);
+    time.step(1500);
+    stack->setCurrentIndex(2);
+    QCOMPARE(stack->property("scale").toDouble(), 0.4);
+    time.step(3500);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 2);
+    QCOMPARE(changes.count(), 1);
+    QCOMPARE(changes.at(0).at(0).toInt(), 2);
+    QCOMPARE(stack->group->state(), QAbstractAnimation::Stopped);
+}
+
+void RotateStackedWidgetTest::oldPageDuringAChange()
+{
+    StepDriver time;
+    StackStage stack;
+    stack->setCurrentIndex(1);
+    time.step(1000);
+    stack->setCurrentIndex(0);
+    QCOMPARE(stack->nextIndex, 1);
+    time.step(4000);
+    QCOMPARE(stack->currentIndex(), 1);
+}
+
+void RotateStackedWidgetTest::baseSlotStaysPlain()
+{
+    StackStage stack;
+    stack->setProperty("currentIndex", 2);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 2);
+    static_cast<QStackedWidget *>(stack.widget)->setCurrentIndex(1);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 1);
+}
+
+void RotateStackedWidgetTest::plainWritesOnlyStore()
+{
+    StackStage stack;
+    EventCounter events(stack.widget);
+    stack->setProperty("rotate", 33.0);
+    stack->setProperty("scale", 0.5);
+    QCOMPARE(stack->property("rotate").toDouble(), 33.0);
+    QCOMPARE(stack->property("scale").toDouble(), 0.5);
+    deliverAll();
+    QCOMPARE(events.count(QEvent::Paint), 0);
+}
+
+void RotateStackedWidgetTest::everyStepRepaints()
+{
+    StepDriver time;
+    StackStage stack;
+    stack->setCurrentIndex(1);
+    time.step(10);
+    EventCounter events(stack.widget);
+    time.step(10);
+    QCOMPARE(events.count(QEvent::Paint), 1);
+    time.step(10);
+    QCOMPARE(events.count(QEvent::Paint), 2);
+}
+
+void RotateStackedWidgetTest::durations_data()
+{
+    QTest::addColumn<int>("position");
+    QTest::addColumn<int>("rotation");
+    QTest::newRow("short") << 20 << 10;
+    QTest::newRow("no turn") << 20 << 0;
+    QTest::newRow("turn alone") << 0 << 10;
+    QTest::newRow("none at all") << 0 << 0;
+    QTest::newRow("negative") << -5 << -7;
+}
+
+void RotateStackedWidgetTest::durations()
+{
+    QFETCH(int, position);
+    QFETCH(int, rotation);
+    StepDriver time;
+    StackStage stack;
+    stack->setProperty("timePositionAnimate", position);
+    stack->setProperty("timeRotationAnimate", rotation);
+    QCOMPARE(stack->property("timePositionAnimate").toInt(), position);
+    QCOMPARE(stack->property("timeRotationAnimate").toInt(), rotation);
+    const int total = 2 * qMax(position, 0) + qMax(rotation, 0);
+    stack->setCurrentIndex(1);
+    if (total > 0) {
+        time.step(total - 1);
+        QCOMPARE(stack->currentIndex(), 0);
+        time.step(1);
+    }
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 1);
+    QVERIFY(stack->widget(1)->isVisible());
+}
+
+void RotateStackedWidgetTest::switchedOffDuringAChange()
+{
+    StepDriver time;
+    StackStage stack;
+    stack->setCurrentIndex(1);
+    time.step(1000);
+    stack->setAnimationEnabled(false);
+    QVERIFY(stack->animating);
+    time.step(4000);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 1);
+    stack->setCurrentIndex(2);
+    QCOMPARE(stack->currentIndex(), 2);
+    QVERIFY(!stack->animating);
+}
+
+void RotateStackedWidgetTest::indexWithoutAPage()
+{
+    for (const int index :
+         {3, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+        StepDriver time;
+        StackStage stack;
+        stack->setCurrentIndex(index);
+        time.step(2600);
+        // No new page: nothing is on the back of the card.
+        COMPARE_PICTURES(stack.picture(), emptyPicture(stackSize));
+        time.step(2400);
+        QVERIFY(!stack->animating);
+        QCOMPARE(stack->currentIndex(), 0);
+        QVERIFY(stack->widget(0)->isVisible());
+        stack->setCurrentIndex(1);
+        time.step(5000);
+        QCOMPARE(stack->currentIndex(), 1);
+    }
+}
+
+void RotateStackedWidgetTest::emptyStack()
+{
+    StepDriver time;
+    Stage<OpenStack> stack(stackSize);
+    stack->setAnimationEnabled(true);
+    stack->setCurrentIndex(0);
+    for (int frame = 0; frame < 10; ++frame) {
+        time.step(500);
+        COMPARE_PICTURES(pictureOf(stack.widget), emptyPicture(stackSize));
+    }
+    QVERIFY(!stack->animating);
+    auto *page = new PatternPage(Qt::red);
+    stack->addWidget(page);
+    deliverAll();
+    QVERIFY(page->isVisible());
+}
+
+void RotateStackedWidgetTest::targetGoneDuringAChange_data()
+{
+    QTest::addColumn<int>("msecs");
+    QTest::addColumn<bool>("deleted");
+    QTest::newRow("removed while shrinking") << 500 << false;
+    QTest::newRow("deleted while shrinking") << 500 << true;
+    QTest::newRow("removed while turning") << 2800 << false;
+    QTest::newRow("deleted while turning") << 2800 << true;
+    QTest::newRow("deleted while growing") << 4000 << true;
+}
+
+void RotateStackedWidgetTest::targetGoneDuringAChange()
+{
+    QFETCH(int, msecs);
+    QFETCH(bool, deleted);
+    StepDriver time;
+    StackStage stack;
+    stack->setCurrentIndex(2);
+    time.step(msecs);
+    QWidget *target = stack->widget(2);
+    stack->removeWidget(target);
+    if (deleted)
+        delete target;
+    time.step(5000);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 0);
+    QVERIFY(stack->widget(0)->isVisible());
+    stack->setCurrentIndex(1);
+    time.step(5000);
+    QCOMPARE(stack->currentIndex(), 1);
+    if (!deleted)
+        delete target;
+}
+
+void RotateStackedWidgetTest::currentGoneDuringAChange()
+{
+    for (const int msecs : {500, 2200, 2800, 4000}) {
+        StepDriver time;
+        StackStage stack;
+        QWidget *target = stack->widget(1);
+        stack->setCurrentIndex(1);
+        time.step(msecs);
+        delete stack->widget(0);
+        QCOMPARE(stack->count(), 2);
+        time.step(5000);
+        QVERIFY(!stack->animating);
+        // What the index names by then is shown.
+        QVERIFY(stack->currentWidget());
+        QVERIFY(stack->currentWidget()->isVisible());
+        QVERIFY(target);
+    }
+}
+
+void RotateStackedWidgetTest::deletedDuringAChange_data()
+{
+    QTest::addColumn<int>("msecs");
+    for (const int msecs : {0, 500, 2000, 2400, 2700, 3000, 4000})
+        QTest::addRow("after %d ms", msecs) << msecs;
+}
+
+void RotateStackedWidgetTest::deletedDuringAChange()
+{
+    QFETCH(int, msecs);
+    StepDriver time;
+    StackStage stack;
+    stack->setCurrentIndex(1);
+    time.step(msecs);
+    delete stack.widget;
+    stack.widget = nullptr;
+    time.step(5000);
+}
+
+void RotateStackedWidgetTest::deletedByItsSignal()
+{
+    StepDriver time;
+    StackStage stack;
+    const QPointer<OpenStack> watched(stack.widget);
+    const QPointer<QSequentialAnimationGroup> group(stack->group);
+    connect(stack.widget, &QStackedWidget::currentChanged, this, [&] { delete watched.data(); });
+    stack->setCurrentIndex(1);
+    time.step(5000);
+    QVERIFY(!watched);
+    // The group goes with the next round of the event loop.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!group);
+    time.step(1000);
+}
+
+void RotateStackedWidgetTest::pageDeletedByItsSignal()
+{
+    StepDriver time;
+    StackStage stack;
+    const QPointer<QWidget> page(stack->widget(1));
+    connect(stack.widget, &QStackedWidget::currentChanged, this, [&] { delete page.data(); });
+    stack->setCurrentIndex(1);
+    time.step(5000);
+    QVERIFY(!page);
+    QVERIFY(!stack->animating);
+    stack->setCurrentIndex(0);
+    time.step(5000);
+    QCOMPARE(stack->count(), 2);
+}
+
+void RotateStackedWidgetTest::nextChangeAskedForBySignal()
+{
+    StepDriver time;
+    StackStage stack;
+    int changes = 0;
+    connect(stack.widget, &QStackedWidget::currentChanged, this, [&](int index) {
+        ++changes;
+        if (index == 1)
+            stack->setCurrentIndex(2);
+    });
+    stack->setCurrentIndex(1);
+    time.step(5000);
+    QVERIFY(stack->animating);
+    QCOMPARE(stack->currentIndex(), 1);
+    for (int second = 0; second < 5; ++second)
+        time.step(1000);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 2);
+    QVERIFY(stack->widget(2)->isVisible());
+    QCOMPARE(changes, 2);
+}
+
+void RotateStackedWidgetTest::sizesOfPagesAndStack_data()
+{
+    QTest::addColumn<QSize>("stack");
+    QTest::addColumn<QSize>("page");
+    QTest::newRow("nothing") << QSize(0, 0) << QSize();
+    QTest::newRow("one pixel") << QSize(1, 1) << QSize();
+    QTest::newRow("small pages") << stackSize << QSize(40, 30);
+    QTest::newRow("large pages") << stackSize << QSize(300, 200);
+    QTest::newRow("empty pages") << stackSize << QSize(0, 0);
+}
+
+void RotateStackedWidgetTest::sizesOfPagesAndStack()
+{
+    QFETCH(QSize, stack);
+    QFETCH(QSize, page);
+    StepDriver time;
+    StackStage stage;
+    if (page.isValid()) {
+        for (int i = 0; i < 3; ++i)
+            stage->widget(i)->setFixedSize(page);
+    }
+    stage->setMinimumSize(0, 0);
+    stage->resize(stack);
+    deliverAll();
+    stage->setCurrentIndex(1);
+    for (int frame = 0; frame < 50; ++frame) {
+        time.step(100);
+        QCOMPARE(pictureOf(stage.widget).size(), stage->size());
+    }
+    QVERIFY(!stage->animating);
+    QCOMPARE(stage->currentIndex(), 1);
+}
+
+void RotateStackedWidgetTest::extremeNumbersAreHarmless_data()
+{
+    QTest::addColumn<double>("end");
+    QTest::newRow("zero") << 0.0;
+    QTest::newRow("negative") << -1.0;
+    QTest::newRow("larger than the stack") << 3.0;
+    QTest::newRow("huge") << 1e300;
+    QTest::newRow("infinite") << std::numeric_limits<double>::infinity();
+    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN();
+}
+
+void RotateStackedWidgetTest::extremeNumbersAreHarmless()
+{
+    QFETCH(double, end);
+    StepDriver time;
+    StackStage stack;
+    stack->setProperty("endPositionAnimate", end);
+    stack->setCurrentIndex(1);
+    for (int frame = 0; frame < 50; ++frame) {
+        time.step(100);
+        QCOMPARE(stack.picture().size(), stackSize);
+    }
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 1);
+    takeWarnings();
+}
+
+void RotateStackedWidgetTest::animationsAreNoChildren()
+{
+    StackStage stack;
+    QVERIFY(stack->findChildren<QAbstractAnimation *>().isEmpty());
+    QCOMPARE(stack->group->animationCount(), 3);
+    const QByteArray properties[] = {"scale", "rotate", "scale"};
+    for (int i = 0; i < 3; ++i) {
+        auto *animation = qobject_cast<QPropertyAnimation *>(stack->group->animationAt(i));
+        QVERIFY(animation);
+        QCOMPARE(animation->targetObject(), stack.widget);
+        QCOMPARE(animation->propertyName(), properties[i]);
+        QCOMPARE(animation->easingCurve().type(), QEasingCurve::Linear);
+    }
+}
+
+KIV_TEST_MAIN(RotateStackedWidgetTest)
+
+#include "tst_rotatestackedwidget.moc"
