@@ -1,0 +1,113 @@
+#include "snapshot.h"
+
+namespace {
+
+constexpr std::array<const char *, 6> alarmNames = {
+    "Communication lost", "No alarm", "Warning", "Anomaly", "Fault", "Locked",
+};
+
+constexpr std::array<const char *, 8> operatingNames = {
+    "Unknown", "Stand-by",   "Precharge", "Calibration", "Waiting for battery voltage",
+    "On",      "On battery", "On bypass",
+};
+
+constexpr std::array<const char *, elementCount> elementNames = {
+    "Rectifier", "Inverter", "Battery", "Bypass", "Load",
+};
+
+struct QuantityText
+{
+    const char *name;
+    const char *unit;
+};
+
+constexpr std::array<QuantityText, quantityCount> quantityTexts = {{
+    {"Load", "%"},
+    {"Battery charge", "%"},
+    {"Battery voltage", "V"},
+    {"Runtime", "s"},
+    {"Input voltage", "V"},
+    {"Input frequency", "Hz"},
+    {"Bypass voltage", "V"},
+    {"Bypass frequency", "Hz"},
+    {"Output voltage", "V"},
+    {"Output frequency", "Hz"},
+    {"Output current", "A"},
+    {"Output power", "W"},
+    {"Temperature", "°C"},
+}};
+
+} // namespace
+
+bool ElementState::operator==(const ElementState &other) const
+{
+    return alarm == other.alarm && operating == other.operating;
+}
+
+bool ElementState::operator!=(const ElementState &other) const
+{
+    return !(*this == other);
+}
+
+Snapshot Snapshot::lost(const QString &name, const QString &reason)
+{
+    Snapshot snapshot;
+    snapshot.name = name;
+    snapshot.reason = reason;
+    return snapshot;
+}
+
+bool Snapshot::isLost() const
+{
+    return link == Link::CommunicationLost;
+}
+
+const ElementState &Snapshot::element(Element which) const
+{
+    return elements.at(std::size_t(which));
+}
+
+ElementState &Snapshot::element(Element which)
+{
+    return elements.at(std::size_t(which));
+}
+
+const Measure &Snapshot::measure(Quantity which) const
+{
+    return measures.at(std::size_t(which));
+}
+
+Measure &Snapshot::measure(Quantity which)
+{
+    return measures.at(std::size_t(which));
+}
+
+std::optional<double> Snapshot::value(Quantity which) const
+{
+    return measure(which).value;
+}
+
+QString nameOf(AlarmState alarm)
+{
+    return QString::fromUtf8(alarmNames.at(std::size_t(alarm)));
+}
+
+QString nameOf(OperatingState operating)
+{
+    return QString::fromUtf8(operatingNames.at(std::size_t(operating)));
+}
+
+QString nameOf(Element element)
+{
+    return QString::fromUtf8(elementNames.at(std::size_t(element)));
+}
+
+QString nameOf(Quantity quantity)
+{
+    return QString::fromUtf8(quantityTexts.at(std::size_t(quantity)).name);
+}
+
+QString unitOf(Quantity quantity)
+{
+    return QString::fromUtf8(quantityTexts.at(std::size_t(quantity)).unit);
+}

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <QtCore/QMetaType>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <array>
+#include <optional>
+
+/// How an element is doing. The numbers are those of the widgets' alarm state.
+enum class AlarmState : quint8 {
+    CommunicationLost = 0,
+    None = 1,
+    Warning = 2,
+    Anomaly = 3,
+    Fault = 4,
+    Locked = 5,
+};
+
+/// What an element is doing. The numbers are those of the widgets' element state.
+enum class OperatingState : quint8 {
+    Unknown = 0,
+    StandBy = 1,
+    Precharge = 2,
+    Calibration = 3,
+    WaitBatteryVoltage = 4,
+    On = 5,
+    OnBattery = 6,
+    OnBypass = 7,
+};
+
+/// The two bytes that a tile or an icon shows: {quint8(alarm), quint8(operating)}.
+struct ElementState
+{
+    AlarmState alarm = AlarmState::CommunicationLost;
+    OperatingState operating = OperatingState::Unknown;
+
+    bool operator==(const ElementState &other) const;
+    bool operator!=(const ElementState &other) const;
+};
+
+/// The supervised elements of a UPS.
+enum class Element { Rectifier, Inverter, Battery, Bypass, Load };
+constexpr int elementCount = 5;
+
+/// What is measured; unitOf() tells the unit.
+enum class Quantity {
+    Load,            ///< share of the rated load, percent
+    BatteryCharge,   ///< percent
+    BatteryVoltage,  ///< volt
+    BatteryRuntime,  ///< time left on battery, seconds
+    InputVoltage,    ///< volt
+    InputFrequency,  ///< hertz
+    BypassVoltage,   ///< volt
+    BypassFrequency, ///< hertz
+    OutputVoltage,   ///< volt
+    OutputFrequency, ///< hertz
+    OutputCurrent,   ///< ampere
+    OutputPower,     ///< real power, watt
+    Temperature,     ///< degrees Celsius
+};
+constexpr int quantityCount = 13;
+
+/// A measured value with what is known about its range. Each number is finite; an absent one is
+/// "no data", which is not 0. The value is the true one, also outside its range.
+struct Measure
+{
+    std::optional<double> value;
+    std::optional<double> minimum; ///< lower end of the scale
+    std::optional<double> maximum; ///< upper end of the scale
+    std::optional<double> nominal; ///< what the UPS is made for
+    std::optional<double> low;     ///< a value below is too low
+    std::optional<double> high;    ///< a value above is too high
+};
+
+/// What is known about a UPS at one instant. A new snapshot has no communication and no data.
+///
+/// All texts come from the UPS as they are: show them as plain text.
+struct Snapshot
+{
+    enum class Link { Ok, CommunicationLost };
+
+    /// A snapshot without communication: nothing known but whose it is and why.
+    static Snapshot lost(const QString &name, const QString &reason);
+
+    bool isLost() const;
+    const ElementState &element(Element which) const;
+    ElementState &element(Element which);
+    const Measure &measure(Quantity which) const;
+    Measure &measure(Quantity which);
+    /// The value alone; absent when there is no data.
+    std::optional<double> value(Quantity which) const;
+
+    Link link = Link::CommunicationLost;
+    QString reason;      ///< why communication is lost; empty otherwise
+    ElementState system; ///< the UPS as a whole
+    std::array<ElementState, elementCount> elements;
+    std::array<Measure, quantityCount> measures;
+    QString name;                      ///< how the UPS is called by its host
+    QString manufacturer;              ///< may be empty
+    QString model;                     ///< may be empty
+    QStringList status;                ///< what the UPS says of itself, in words
+    QStringList alarms;                ///< alarm texts
+    std::optional<bool> beeperEnabled; ///< absent when not known
+    bool simulated = false;            ///< not from a real UPS: to be marked on screen
+};
+Q_DECLARE_METATYPE(Snapshot)
+
+/// Short English names for the screen, such as "On battery".
+QString nameOf(AlarmState alarm);
+QString nameOf(OperatingState operating);
+QString nameOf(Element element);
+QString nameOf(Quantity quantity);
+/// The unit's symbol, such as "V".
+QString unitOf(Quantity quantity);
