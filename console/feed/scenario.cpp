@@ -106,7 +106,9 @@ double between(Ramp ramp, double share)
 /// Between -1 and 1, so that no measured value stands quite still.
 double swing(double seconds, double period)
 {
-    return std::isfinite(seconds) ? std::sin(seconds * 2.0 * 3.14159265358979 / period) : 0.0;
+    if (!std::isfinite(seconds))
+        return 0.0;
+    return std::sin(std::fmod(seconds, period) / period * 2.0 * 3.14159265358979);
 }
 
 QStringList texts(const char *joined)
