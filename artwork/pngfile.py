@@ -1,0 +1,134 @@
+"""Pictures of 8 bits per channel in memory and as PNG files, without any library beyond zlib."""
+
+import struct
+import zlib
+
+SIGNATURE = b"\x89PNG\r\n\x1a\n"
+RGB = 2
+RGBA = 6
+CHANNELS = {RGB: 3, RGBA: 4}
+
+
+class PngError(Exception):
+    pass
+
+
+class Picture:
+    """`pixels` holds rows of red, green, blue and alpha, not premultiplied."""
+
+    def __init__(self, width, height, pixels=None, colour_type=RGBA):
+        self.width = width
+        self.height = height
+        self.colour_type = colour_type
+        self.pixels = pixels if pixels is not None else bytearray(4 * width * height)
+
+    def at(self, x, y):
+        offset = 4 * (y * self.width + x)
+        return tuple(self.pixels[offset:offset + 4])
+
+    def put(self, x, y, pixel):
+        offset = 4 * (y * self.width + x)
+        self.pixels[offset:offset + 4] = bytes(pixel)
+
+
+def _paeth(left, up, corner):
+    estimate = left + up - corner
+    distances = abs(estimate - left), abs(estimate - up), abs(estimate - corner)
+    return (left, up, corner)[distances.index(min(distances))]
+
+
+def _predictor(kind, left, up, corner):
+    return (0, left, up, (left + up) // 2, _paeth(left, up, corner))[kind]
+
+
+def _filtered(kind, row, previous, step):
+    out = bytearray(len(row))
+    for i, value in enumerate(row):
+        left = row[i - step] if i >= step else 0
+        corner = previous[i - step] if i >= step else 0
+        out[i] = (value - _predictor(kind, left, previous[i], corner)) & 255
+    return out
+
+
+def _unfiltered(kind, row, previous, step):
+    out = bytearray(row)
+    if kind:
+        for i in range(len(out)):
+            left = out[i - step] if i >= step else 0
+            corner = previous[i - step] if i >= step else 0
+            out[i] = (out[i] + _predictor(kind, left, previous[i], corner)) & 255
+    return out
+
+
+def read(path):
+    with open(path, "rb") as file:
+        return decode(file.read())
+
+
+def decode(data):
+    if data[:8] != SIGNATURE:
+        raise PngError("not a PNG file")
+    offset, packed, header = 8, b"", None
+    while offset + 8 <= len(data):
+        length, kind = struct.unpack(">I4s", data[offset:offset + 8])
+        body = data[offset + 8:offset + 8 + length]
+        offset += 12 + length
+        if kind == b"IHDR":
+            header = struct.unpack(">IIBBBBB", body)
+        elif kind == b"IDAT":
+            packed += body
+    if header is None:
+        raise PngError("no header")
+    width, height, depth, colour_type, _, _, interlaced = header
+    if depth != 8 or colour_type not in CHANNELS or interlaced:
+        raise PngError("not a plain picture of 8 bits per channel in colour")
+    try:
+        raw = zlib.decompress(packed)
+    except zlib.error as error:
+        raise PngError(str(error)) from None
+    step = CHANNELS[colour_type]
+    stride = width * step
+    if len(raw) != height * (stride + 1):
+        raise PngError("cut short")
+
+    pixels = bytearray()
+    previous = bytes(stride)
+    for y in range(height):
+        start = y * (stride + 1)
+        if raw[start] > 4:
+            raise PngError("unknown row filter")
+        previous = _unfiltered(raw[start], raw[start + 1:start + 1 + stride], previous, step)
+        if colour_type == RGBA:
+            pixels += previous
+        else:
+            for x in range(0, stride, 3):
+                pixels += previous[x:x + 3] + b"\xff"
+    return Picture(width, height, pixels, colour_type)
+
+
+def _chunk(kind, body):
+    return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body))
+
+
+def encode(picture, filters=range(5)):
+    """The file's bytes. A single filter makes a larger file much sooner."""
+    step = CHANNELS[picture.colour_type]
+    rows = bytearray()
+    previous = bytes(step * picture.width)
+    for y in range(picture.height):
+        row = picture.pixels[4 * picture.width * y:4 * picture.width * (y + 1)]
+        if step == 3:
+            row = bytearray(value for i, value in enumerate(row) if i % 4 != 3)
+        # The usual guess at the best filter: the smallest sum of differences taken as signed.
+        kind, best = min(((kind, _filtered(kind, row, previous, step)) for kind in filters),
+                         key=lambda entry: sum(min(v, 256 - v) for v in entry[1]))
+        rows += bytes([kind]) + best
+        previous = row
+    header = struct.pack(">IIBBBBB", picture.width, picture.height, 8, picture.colour_type, 0, 0, 0)
+    return (SIGNATURE + _chunk(b"IHDR", header) + _chunk(b"IDAT", zlib.compress(bytes(rows), 9))
+            + _chunk(b"IEND", b""))
+
+
+def write(picture, path):
+    with open(path, "wb") as file:
+        file.write(encode(picture))

@@ -1,0 +1,292 @@
+"""The sheets by which people judge the pictures: one of all pictures, one of the composed switches."""
+
+import base64
+
+import pngfile
+
+LIGHT = "#f2f2f3"
+DARK = "#000000"
+WIDTH = 1720
+MARGIN = 20
+GAP = 12
+CAPTION = 18
+
+
+def enlarged(picture, factor):
+    """The picture with every pixel as a square of `factor` pixels."""
+    out = bytearray()
+    for y in range(picture.height):
+        row = picture.pixels[4 * picture.width * y:4 * picture.width * (y + 1)]
+        wide = b"".join(bytes(row[i:i + 4]) * factor for i in range(0, len(row), 4))
+        out += wide * factor
+    return pngfile.Picture(picture.width * factor, picture.height * factor, out)
+
+
+def sampled(picture, width, height):
+    """Reduced as a painter does without smoothing: each pixel takes the one under its centre."""
+    out = pngfile.Picture(width, height)
+    for y in range(height):
+        for x in range(width):
+            out.put(x, y, picture.at((2 * x + 1) * picture.width // (2 * width),
+                                     (2 * y + 1) * picture.height // (2 * height)))
+    return out
+
+
+def averaged(picture, width, height):
+    """Reduced smoothly: each pixel is the mean of what it covers."""
+    def spans(size, wanted):
+        for i in range(wanted):
+            start, end = i * size / wanted, (i + 1) * size / wanted
+            yield [(j, min(end, j + 1) - max(start, j)) for j in range(int(start), size)
+                   if min(end, j + 1) > max(start, j)]
+    out = pngfile.Picture(width, height)
+    columns = list(spans(picture.width, width))
+    for y, rows in enumerate(spans(picture.height, height)):
+        for x, cells in enumerate(columns):
+            total = [0.0] * 4
+            area = 0.0
+            for row, high in rows:
+                for column, wide in cells:
+                    pixel = picture.at(column, row)
+                    part = high * wide
+                    area += part
+                    for channel in range(3):
+                        total[channel] += part * pixel[channel] * pixel[3]
+                    total[3] += part * pixel[3]
+            if total[3]:
+                out.put(x, y, [round(v / total[3]) for v in total[:3]] + [round(total[3] / area)])
+    return out
+
+
+def grey(picture):
+    out = bytearray(picture.pixels)
+    for i in range(0, len(out), 4):
+        out[i:i + 3] = bytes([(299 * out[i] + 587 * out[i + 1] + 114 * out[i + 2] + 500) // 1000]) * 3
+    return pngfile.Picture(picture.width, picture.height, out)
+
+
+def over(below, above, x, y):
+    """`below` with `above` laid on it; what hangs over the edge is cut off."""
+    for row in range(above.height):
+        for column in range(above.width):
+            if not (0 <= column + x < below.width and 0 <= row + y < below.height):
+                continue
+            top = above.at(column, row)
+            bottom = below.at(column + x, row + y)
+            rest = bottom[3] * (255 - top[3]) / 255
+            alpha = top[3] + rest
+            if alpha:
+                below.put(column + x, row + y,
+                          [round((t * top[3] + b * rest) / alpha) for t, b in zip(top[:3], bottom[:3])]
+                          + [round(alpha)])
+
+
+def cut(picture, left, width):
+    """A piece of the picture of its whole height."""
+    out = pngfile.Picture(min(width, picture.width - left), picture.height)
+    for y in range(out.height):
+        for x in range(out.width):
+            out.put(x, y, picture.at(left + x, y))
+    return out
+
+
+class Sheet:
+    """An SVG document that grows downwards."""
+
+    def __init__(self, width):
+        self.width = width
+        self.height = 0
+        self.parts = []
+
+    def text(self, x, y, text, colour="#202226", size=11, weight="normal"):
+        self.parts.append(
+            '<text x="%d" y="%d" font-family="DejaVu Sans" font-size="%d" font-weight="%s" '
+            'fill="%s">%s</text>' % (x, y, size, weight, colour, text))
+
+    def ground(self, x, y, width, height, colour):
+        self.parts.append('<rect x="%d" y="%d" width="%d" height="%d" fill="%s"/>'
+                          % (x, y, width, height, colour))
+
+    def picture(self, x, y, picture):
+        data = base64.b64encode(pngfile.encode(picture, filters=(0,))).decode()
+        self.parts.append('<image x="%d" y="%d" width="%d" height="%d" '
+                          'xlink:href="data:image/png;base64,%s"/>'
+                          % (x, y, picture.width, picture.height, data))
+
+    def svg(self):
+        return ('<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" '
+                'width="%d" height="%d"><rect width="100%%" height="100%%" fill="#ffffff"/>%s</svg>'
+                % (self.width, self.height, "".join(self.parts))).encode()
+
+
+class Panel:
+    """Pictures on one ground, placed by rows."""
+
+    def __init__(self, ground):
+        self.ground = ground
+        self.width = 2 * GAP
+        self.height = GAP
+        self.items = []
+
+    def row(self, pictures):
+        x = GAP
+        for picture in pictures:
+            self.items.append((x, self.height, picture))
+            x += picture.width + GAP
+        self.width = max(self.width, x)
+        self.height += max(picture.height for picture in pictures) + GAP
+
+    def draw(self, sheet, x, y):
+        sheet.ground(x, y, self.width, self.height, self.ground)
+        for left, top, picture in self.items:
+            sheet.picture(x + left, y + top, picture)
+
+
+class Flow:
+    """Captioned blocks of panels, laid in lines like words."""
+
+    def __init__(self, sheet):
+        self.sheet = sheet
+        self.x = MARGIN
+        self.y = MARGIN
+        self.line = 0
+
+    def heading(self, text):
+        self.end_line()
+        self.sheet.text(MARGIN, self.y + 18, text, size=16, weight="bold")
+        self.y += 30
+
+    def end_line(self):
+        if self.line:
+            self.y += self.line + GAP
+        self.x, self.line = MARGIN, 0
+        self.sheet.height = self.y + MARGIN
+
+    def block(self, caption, panels):
+        beside = sum(panel.width for panel in panels) <= WIDTH - 2 * MARGIN
+        width = (sum if beside else max)(panel.width for panel in panels)
+        height = CAPTION + (max if beside else sum)(panel.height for panel in panels)
+        if self.x > MARGIN and self.x + width > WIDTH - MARGIN:
+            self.end_line()
+        self.sheet.text(self.x, self.y + 12, caption)
+        x, y = self.x, self.y + CAPTION
+        for panel in panels:
+            panel.draw(self.sheet, x, y)
+            if beside:
+                x += panel.width
+            else:
+                y += panel.height
+        self.x += width + GAP
+        self.line = max(self.line, height)
+
+
+def three_sizes(picture, ground):
+    panel = Panel(ground)
+    piece = (WIDTH - 2 * MARGIN - 2 * GAP) // 4
+    for left in range(0, picture.width, piece):
+        panel.row([enlarged(cut(picture, left, piece), 4)])
+    pair = [enlarged(picture, 2), picture]
+    if sum(p.width for p in pair) + 3 * GAP > WIDTH - 2 * MARGIN:
+        for one in pair:
+            panel.row([one])
+    else:
+        panel.row(pair)
+    return panel
+
+
+def contact_sheet(pictures):
+    sheet = Sheet(WIDTH)
+    flow = Flow(sheet)
+    flow.heading("The pictures at four times, twice and their own size, on light and on dark ground")
+    for name, picture in pictures.items():
+        flow.block(name, [three_sizes(picture, LIGHT), three_sizes(picture, DARK)])
+
+    leds = [p for name, p in pictures.items() if name.startswith("stato-LED-")]
+    rows = [leds[i:i + 7] for i in range(0, len(leds), 7)]
+    flow.heading("State LEDs on low tiles: 10 x 10 as the tile samples them, and smoothed")
+    for ground in (LIGHT, DARK, "#59595b"):
+        for reduce in (sampled, averaged):
+            for factor in (1, 4):
+                panel = Panel(ground)
+                for row in rows:
+                    panel.row([enlarged(reduce(led, 10, 10), factor) for led in row])
+                flow.block("%s, %d x" % (reduce.__name__, factor), [panel])
+
+    flow.heading("Without colour")
+    batteries = [p for name, p in pictures.items() if name.startswith("batt_")]
+    for ground in (LIGHT, DARK):
+        panel = Panel(ground)
+        panel.row([grey(picture) for picture in batteries])
+        for row in rows:
+            panel.row([grey(led) for led in row])
+        flow.block("own size", [panel])
+        panel = Panel(ground)
+        for row in rows:
+            panel.row([enlarged(grey(led), 3) for led in row])
+        flow.block("LEDs, 3 x", [panel])
+    flow.end_line()
+    return sheet.svg()
+
+
+def slide_switch(pictures, disabled, revealed, knob_x):
+    """SimpleSlideSwitch: the checked track cut at `revealed` over the unchecked one, then the knob."""
+    suffix = "_disabled" if disabled else ""
+    out = pngfile.Picture(78, 27)
+    over(out, pictures["slide_unchecked" + suffix], 0, 0)
+    over(out, cut(pictures["slide_checked" + suffix], 0, revealed), 0, 0)
+    knob = sampled(pictures["button_slide_disabled"], 27, 27) if disabled else pictures["slide_button"]
+    over(out, knob, knob_x, 0)
+    return out
+
+
+def knob_disc():
+    """The knob that SlideSwitch paints: a disc of 41 pixels with its outline."""
+    radius, steps = 20.5, 4
+    out = pngfile.Picture(41, 41)
+    for y in range(41):
+        for x in range(41):
+            inside = sum((x + (i + .5) / steps - radius) ** 2 + (y + (j + .5) / steps - radius) ** 2
+                         <= radius ** 2 for i in range(steps) for j in range(steps))
+            out.put(x, y, (65, 64, 66, round(255 * inside / steps ** 2)))
+    return out
+
+
+def switch_sheet(pictures):
+    sheet = Sheet(WIDTH)
+    flow = Flow(sheet)
+    knob = knob_disc()
+    flow.heading("SlideSwitch: the faces with the knob as the widget paints it")
+    for caption, face, knob_x in (
+            ("OFF", "OFF", 36), ("ON", "ON", 114),
+            ("OFF, knob dragged to 80", "OFF", 60), ("ON, knob dragged to 120", "ON", 100),
+            ("OFF, partly on", "OFF", 75), ("ON, partly on", "ON", 75),
+            ("locked off", "LOCKED-OFF", 75), ("locked on", "LOCKED-ON", 75),
+            ("disabled", "DISABLED", None)):
+        composed = pngfile.Picture(190, 60)
+        over(composed, pictures["SlideSwitch-" + face], 0, 0)
+        if knob_x is not None:
+            # The outline, one pixel wide, reaches half a pixel beyond the ellipse.
+            over(composed, knob, knob_x, 10)
+        panels = []
+        for ground in (LIGHT, DARK):
+            panel = Panel(ground)
+            panel.row([enlarged(composed, 2)])
+            panel.row([composed, grey(composed)])
+            panels.append(panel)
+        flow.block(caption, panels)
+
+    flow.heading("SimpleSlideSwitch: tracks and knob as the widget composes them")
+    for disabled in (False, True):
+        for caption, revealed, knob_x in (
+                ("off", 0, 0), ("off after a drag", 27, 0), ("dragged to 20", 20, 7),
+                ("dragged to 50", 50, 37), ("on", 51, 51)):
+            composed = slide_switch(pictures, disabled, revealed, knob_x)
+            panels = []
+            for ground in (LIGHT, DARK):
+                panel = Panel(ground)
+                panel.row([enlarged(composed, 4)])
+                panel.row([enlarged(composed, 2), composed])
+                panels.append(panel)
+            flow.block(caption + (", disabled" if disabled else ""), panels)
+    flow.end_line()
+    return sheet.svg()
