@@ -1,14 +1,13 @@
 #include "aerogroupbox.h"
 
 #include "aeropanel_p.h"
+#include "boxtoggle_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
 #include "iconpainting_p.h"
 
-#include <QtCore/QPointer>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QImage>
-#include <QtGui/QMouseEvent>
 
 using namespace KivPrivate;
 
@@ -123,15 +122,7 @@ bool AeroGroupbox::event(QEvent *event)
 
 void AeroGroupbox::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() != Qt::LeftButton) {
-        event->ignore();
-        return;
-    }
-    // A slot on toggled() may delete the box.
-    const QPointer<AeroGroupbox> self(this);
-    setChecked(!isChecked());
-    if (self)
-        Q_EMIT clicked(isChecked());
+    toggleOnLeftPress(this, event);
 }
 
 void AeroGroupbox::paintEvent(QPaintEvent *)

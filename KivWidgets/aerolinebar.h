@@ -82,14 +82,14 @@ public:
     /// Divides the height between bar and tick strip; called whenever that is needed.
     void SplitArea();
 
+    bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
 public Q_SLOTS:
     /// Sets the format and writes the value text anew.
     void setValueFormat(QString vFormat);
 
 protected:
-    bool event(QEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
-
     void createImages();
     void paintImage();
     void paintImageShadow();

@@ -1,0 +1,109 @@
+#include "metrobatticon.h"
+
+#include "cachedimage_p.h"
+#include "errorline_p.h"
+#include "iconpainting_p.h"
+
+#include <QtGui/QIcon>
+#include <QtGui/QImage>
+
+using namespace KivPrivate;
+
+namespace {
+
+/// A resize is not among them: the size is the picture's.
+constexpr std::initializer_list<QEvent::Type> dropEvents = {
+    QEvent::ChildRemoved,
+    QEvent::EnabledChange,
+    QEvent::PolishRequest,
+    QEvent::UpdateRequest,
+};
+
+} // namespace
+
+MetroBattIcon::MetroBattIcon(QWidget *parent)
+    : QAbstractButton(parent)
+    , MetroBattTemplate(this)
+    , image(nullptr)
+{
+    resize(getBackGroundSize());
+    repaintSchedule(&image);
+}
+
+MetroBattIcon::~MetroBattIcon()
+{
+    MetroStyle::repaintSchedule(&image);
+}
+
+void MetroBattIcon::setIcon(const QIcon &newIcon)
+{
+    postUpdateRequest(this);
+    QAbstractButton::setIcon(newIcon);
+}
+
+void MetroBattIcon::repaintSchedule(QImage **cached)
+{
+    MetroStyle::repaintSchedule(cached);
+    update();
+}
+
+void MetroBattIcon::createImages()
+{
+    if (createIfMissing(&image, size()))
+        paintImage();
+}
+
+void MetroBattIcon::paintImage()
+{
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(image);
+    paintBase(&painter);
+    if (!isEnabled())
+        drawDisabledWash(&painter, this);
+    paintIcon(&painter);
+}
+
+void MetroBattIcon::paintIcon(QPainter *painter)
+{
+    drawCentredIcon(painter, this, QIcon::Normal);
+}
+
+void MetroBattIcon::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    showImage(&painter, this, *image);
+}
+
+bool MetroBattIcon::event(QEvent *event)
+{
+    if (event->type() == QEvent::Resize) {
+        resize(getBackGroundSize());
+        return true;
+    }
+    if (isOneOf(event, dropEvents))
+        repaintSchedule(&image);
+    else if (event->type() == QEvent::Paint)
+        followIconSize();
+    return QAbstractButton::event(event);
+}
+
+/// Takes the icon's first size as the icon size, if that is another.
+void MetroBattIcon::followIconSize()
+{
+    const QList<QSize> sizes = icon().availableSizes(QIcon::Normal, QIcon::Off);
+    if (sizes.isEmpty() || sizes.first() == iconSize())
+        return;
+    setIconSize(sizes.first());
+    // A paint is under way already, so nothing is scheduled.
+    delete image;
+    image = nullptr;
+    dirty = true;
+}

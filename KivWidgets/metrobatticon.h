@@ -1,0 +1,40 @@
+#pragma once
+
+#include "kivglobal.h"
+#include "metrobatttemplate.h"
+
+#include <QtWidgets/QAbstractButton>
+
+/// A button that shows a battery in the state of an element, with the button's icon over its
+/// middle.
+///
+/// Its size is that of the battery picture, 72 x 72 pixels, whatever a host sets. The icon size
+/// follows the icon's first size. The finished picture is cached; it is dropped by a new state or
+/// icon, by a change of the enabled state, and when a child is removed. Disabled, the battery is
+/// lightened and the icon in disabled mode.
+class KIVWIDGETS_EXPORT MetroBattIcon : public QAbstractButton, public MetroBattTemplate
+{
+    Q_OBJECT
+
+public:
+    explicit MetroBattIcon(QWidget *parent = nullptr);
+    ~MetroBattIcon() override;
+
+    /// Sets the icon and rebuilds. Hides the base class's, which does not rebuild.
+    void setIcon(const QIcon &icon);
+
+    void repaintSchedule(QImage **image);
+    void createImages();
+    void paintImage();
+    /// Paints the icon over the finished battery.
+    virtual void paintIcon(QPainter *painter);
+    void paintEvent(QPaintEvent *event) override;
+
+protected:
+    bool event(QEvent *event) override;
+
+    QImage *image;
+
+private:
+    void followIconSize();
+};

@@ -1,0 +1,56 @@
+#include "metrobatttemplate.h"
+
+#include "errorline_p.h"
+
+#include <QtGui/QPainter>
+#include <QtGui/QPixmap>
+#include <QtWidgets/QWidget>
+
+#include <iterator>
+
+using namespace KivPrivate;
+
+namespace {
+
+constexpr QSize sizeWithoutPictures(22, 22);
+
+/// By colour index. The two warnings are two pixmaps, as they are two colours.
+constexpr const char *pictureNames[] = {
+    "none", "ok", "warning", "onBypass", "COMMLOST", "warning", "fault",
+};
+
+} // namespace
+
+QPixmap *MetroBattTemplate::background[7] = {};
+bool MetroBattTemplate::initialized = false;
+
+static_assert(std::size(pictureNames) == 7, "one picture for each colour");
+
+MetroBattTemplate::MetroBattTemplate(QWidget *ownerWidget)
+    : MetroStyle(ownerWidget)
+{
+    if (initialized)
+        return;
+    for (std::size_t i = 0; i < std::size(pictureNames); ++i) {
+        background[i] =
+            new QPixmap(QStringLiteral(":/Images/batt_%1.png").arg(QLatin1String(pictureNames[i])));
+    }
+    initialized = true;
+}
+
+MetroBattTemplate::~MetroBattTemplate() = default;
+
+void MetroBattTemplate::paintBase(QPainter *painter)
+{
+    const QPixmap *picture = background[getColorIdx()];
+    if (!picture) {
+        writeErrorLine(KIV_HERE, "pixmap non inizializzata\n");
+        return;
+    }
+    painter->drawPixmap(QPointF(0, 0), *picture);
+}
+
+QSize MetroBattTemplate::getBackGroundSize()
+{
+    return background[0] ? background[0]->size() : sizeWithoutPictures;
+}

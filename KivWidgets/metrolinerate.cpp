@@ -1,0 +1,200 @@
+#include "metrolinerate.h"
+
+#include "errorline_p.h"
+#include "gaugelayers_p.h"
+
+#include <QtGui/QImage>
+
+#include <algorithm>
+
+using namespace KivPrivate;
+
+namespace {
+
+constexpr std::initializer_list<QEvent::Type> dropEvents = {
+    QEvent::Resize,        QEvent::ChildRemoved,  QEvent::PolishRequest,
+    QEvent::UpdateRequest, QEvent::EnabledChange,
+};
+
+constexpr int full = 100;
+/// Values up to here are orange, beyond red.
+constexpr int highestWarning = 125;
+/// The excess that fills the thin bar.
+constexpr int fullExcess = 50;
+/// Room is kept for the text of this value.
+constexpr int widestValue = 138;
+
+constexpr QRgb lightBlue = qRgb(0, 174, 240);
+constexpr QRgb orange = qRgb(247, 148, 50);
+constexpr QRgb red = qRgb(238, 28, 37);
+
+QString textOf(int value)
+{
+    return QString::asprintf("%d%%", value);
+}
+
+QColor excessColor(int value)
+{
+    return value <= highestWarning ? orange : red;
+}
+
+} // namespace
+
+MetroLinerate::MetroLinerate(QWidget *parent)
+    : QWidget(parent)
+    , MetroStyle(this)
+    , foregroundcolor(0, 174, 240, 255)
+    , backgroundcolor(167, 167, 167, 255)
+    , value(35)
+    , Image(nullptr)
+    , ImageBG(nullptr)
+    , ImageFG(nullptr)
+{
+    measureBar();
+    dropAll();
+}
+
+MetroLinerate::~MetroLinerate()
+{
+    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+        MetroStyle::repaintSchedule(layer);
+}
+
+QColor MetroLinerate::getBackgroundcolor() const
+{
+    return backgroundcolor;
+}
+
+void MetroLinerate::setBackgroundColor(const QColor &color)
+{
+    if (assignIfChanged(backgroundcolor, color))
+        repaintSchedule(&Image);
+}
+
+QColor MetroLinerate::getForegroundcolor() const
+{
+    return foregroundcolor;
+}
+
+void MetroLinerate::setForegroundColor(const QColor &color)
+{
+    if (assignIfChanged(foregroundcolor, color))
+        repaintSchedule(&Image);
+}
+
+int MetroLinerate::getValue() const
+{
+    return value;
+}
+
+void MetroLinerate::setValue(int percent)
+{
+    if (assignIfChanged(value, quint8(percent)))
+        repaintSchedule(&Image);
+}
+
+bool MetroLinerate::event(QEvent *event)
+{
+    if (isOneOf(event, dropEvents)) {
+        measureBar();
+        dropAll();
+    }
+    return QWidget::event(event);
+}
+
+void MetroLinerate::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    showComposed(this, [this](QImage &composed) { buildGraph(composed); });
+}
+
+void MetroLinerate::paintImageBG()
+{
+    if (ImageBG->isNull()) {
+        reportNullImage(KIV_HERE, this, "ImageBG");
+        return;
+    }
+    ImagePainter painter(ImageBG, ImagePainter::Plain);
+    fillBar(&painter, backgroundcolor, 1, 1, barWidth, height() - 2);
+}
+
+void MetroLinerate::paintImage()
+{
+    if (Image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(Image, ImagePainter::Plain);
+    const int third = height() / 3;
+    const int bottom = third + 2 * height() / 3 - 1;
+    if (value > full) {
+        const QColor color = excessColor(value);
+        const int excess = std::min(value - full, fullExcess);
+        fillBar(&painter, color, 1, third, barWidth, bottom);
+        fillBar(&painter, color, 1, 1, int(qint64(excess) * barWidth / fullExcess), third);
+    } else {
+        fillBar(&painter, lightBlue, 1, third, int(qint64(value) * barWidth / full), bottom);
+    }
+}
+
+void MetroLinerate::paintImageFG()
+{
+    if (ImageFG->isNull()) {
+        reportNullImage(KIV_HERE, this, "ImageFG");
+        return;
+    }
+    ImagePainter painter(ImageFG, ImagePainter::Plain);
+    beginScale(&painter);
+    const int third = height() / 3;
+    for (int i = 0; i <= 10; ++i) {
+        const int x = scaleColumn(barWidth, i);
+        drawScaleLine(&painter, x, third, x, height() - 1);
+        if (i % 2 == 0)
+            drawScaleLine(&painter, x, 1, x, third);
+    }
+    drawBarFrame(&painter, barWidth, height());
+    drawScaleLine(&painter, 1, third, barWidth, third);
+}
+
+void MetroLinerate::repaintSchedule(QImage **layer)
+{
+    MetroStyle::repaintSchedule(layer);
+    update();
+}
+
+void MetroLinerate::createImages()
+{
+    if (createIfMissing(&ImageFG, size()))
+        paintImageFG();
+    if (createIfMissing(&ImageBG, size()))
+        paintImageBG();
+    if (createIfMissing(&Image, size()))
+        paintImage();
+}
+
+void MetroLinerate::buildGraph(QImage &img)
+{
+    if (!ImageBG || !Image || !ImageFG)
+        createImages();
+    QPainter painter(&img);
+    composeLayers(&painter, img.rect(), *ImageBG, *Image, *ImageFG);
+    if (value > full) {
+        painter.setBrush(QBrush(excessColor(value)));
+        painter.setPen(excessColor(value));
+    }
+    drawBarText(&painter, font(), barWidth, height(), textOf(value));
+}
+
+void MetroLinerate::measureBar()
+{
+    barWidth = barWidthBeside(width(), font(), textOf(widestValue));
+}
+
+void MetroLinerate::dropAll()
+{
+    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+        repaintSchedule(layer);
+}

@@ -1,0 +1,236 @@
+#include "metronavdrawer.h"
+
+#include "boxtoggle_p.h"
+#include "cachedimage_p.h"
+#include "errorline_p.h"
+
+#include <QtCore/QPointer>
+#include <QtGui/QImage>
+#include <QtGui/QMoveEvent>
+#include <QtGui/QPainterPath>
+
+#include <algorithm>
+#include <functional>
+
+using namespace KivPrivate;
+
+namespace {
+
+constexpr std::initializer_list<QEvent::Type> dropEvents = {
+    QEvent::EnabledChange,
+    QEvent::ContentsRectChange,
+    QEvent::PolishRequest,
+    QEvent::UpdateRequest,
+};
+
+/// Free pixels beside the tab and above it.
+constexpr int tabMargin = 12;
+/// Free pixels after each child.
+constexpr int childGap = 5;
+constexpr int cornerDiameter = 24;
+
+/// Sets the minimum size of each visible child of @p drawer to what @p wanted makes of its width.
+/// @return the room that the children take side by side.
+int sizeVisibleChildren(QObject *drawer, const std::function<QSize(int)> &wanted)
+{
+    // A child's answer to its new size may delete its siblings.
+    QList<QPointer<QObject>> children;
+    for (QObject *child : drawer->children())
+        children.append(child);
+    qint64 sum = 0;
+    for (const QPointer<QObject> &child : qAsConst(children)) {
+        if (!child || !child->property("visible").toBool())
+            continue;
+        const int width = child->property("width").toInt();
+        child->setProperty("minimumSize", wanted(width));
+        sum += qint64(width) + childGap;
+    }
+    return int(std::min<qint64>(sum, QWIDGETSIZE_MAX));
+}
+
+} // namespace
+
+MetroNavdrawer::MetroNavdrawer(QWidget *parent)
+    : QGroupBox(parent)
+    , MetroStyle(this)
+    , image(nullptr)
+{
+    setState(open);
+    ImageTab = QPixmap(QStringLiteral(":/Images/linguetta-navdrawer.png"));
+    background = QColor(167, 167, 167, 255);
+    repaintSchedule(&image);
+}
+
+MetroNavdrawer::~MetroNavdrawer()
+{
+    MetroStyle::repaintSchedule(&image);
+}
+
+MetroNavdrawer::state_E MetroNavdrawer::getState() const
+{
+    return state;
+}
+
+void MetroNavdrawer::setState(state_E s)
+{
+    state = s;
+    switch (s) {
+    case open:
+        openUp();
+        break;
+    case close:
+        closeDown();
+        break;
+    }
+}
+
+QPixmap MetroNavdrawer::getImageTab() const
+{
+    return ImageTab;
+}
+
+void MetroNavdrawer::setImageTab(const QPixmap &picture)
+{
+    ImageTab = picture;
+    repaintSchedule(&image);
+}
+
+QColor MetroNavdrawer::getBackground() const
+{
+    return background;
+}
+
+void MetroNavdrawer::setBackground(const QColor &newBackground)
+{
+    background = newBackground;
+    repaintSchedule(&image);
+}
+
+void MetroNavdrawer::setGeometry(QRect r)
+{
+    if (state == open)
+        openGeometry = r;
+    QWidget::setGeometry(r);
+}
+
+void MetroNavdrawer::move(QPoint p)
+{
+    if (state == open)
+        openGeometry.setTopLeft(p);
+    QWidget::setGeometry(QRect(p, size()));
+}
+
+void MetroNavdrawer::mousePressEvent(QMouseEvent *event)
+{
+    toggleOnLeftPress(this, event);
+}
+
+void MetroNavdrawer::repaintSchedule(QImage **cached)
+{
+    MetroStyle::repaintSchedule(cached);
+    update();
+}
+
+void MetroNavdrawer::createImages()
+{
+    if (createIfMissing(&image, size()))
+        paintImage();
+}
+
+void MetroNavdrawer::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.drawImage(QRectF(image->rect()), *image, QRectF(image->rect()));
+    painter.end();
+}
+
+bool MetroNavdrawer::event(QEvent *event)
+{
+    if (isOneOf(event, dropEvents))
+        repaintSchedule(&image);
+    if (event->type() == QEvent::Resize)
+        keepSize();
+    if (event->type() == QEvent::Move) {
+        move(static_cast<QMoveEvent *>(event)->pos());
+        repaintSchedule(&image);
+    }
+    return QGroupBox::event(event);
+}
+
+void MetroNavdrawer::paintImage()
+{
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(image);
+    const int tabWidth = ImageTab.width();
+    const int tabHeight = ImageTab.height();
+    if (state == open) {
+        QPainterPath panel;
+        panel.moveTo(width(), 0);
+        panel.arcTo(QRectF(tabWidth, 0, cornerDiameter, cornerDiameter), 90, 90);
+        panel.arcTo(QRectF(tabWidth, height() - cornerDiameter, cornerDiameter, cornerDiameter),
+                    180, 90);
+        panel.lineTo(width(), height());
+        panel.closeSubpath();
+        painter.setBrush(QBrush(background, Qt::SolidPattern));
+        painter.setPen(QPen(background));
+        painter.setOpacity(1.0);
+        painter.drawPath(panel);
+        painter.drawPixmap(QRectF(0, tabMargin, tabWidth, tabHeight), ImageTab, QRectF());
+    } else if (state == close) {
+        painter.drawPixmap(QRectF(width() - tabWidth, tabMargin, tabWidth, tabHeight), ImageTab,
+                           QRectF());
+    }
+}
+
+void MetroNavdrawer::openUp()
+{
+    if (image) {
+        const QPointer<MetroNavdrawer> self(this);
+        const int room = sizeVisibleChildren(this, [](int width) { return QSize(width, width); });
+        if (!self)
+            return;
+        const QRect opened(x() - room, y(), room + ImageTab.width() + tabMargin, height());
+        openGeometry = opened;
+        setGeometry(opened);
+        if (!self)
+            return;
+    }
+    repaintSchedule(&image);
+}
+
+void MetroNavdrawer::closeDown()
+{
+    const QPointer<MetroNavdrawer> self(this);
+    const int closedWidth = ImageTab.width() + tabMargin;
+    setGeometry(QRect(geometry().right() + 1 - closedWidth, y(), closedWidth, height()));
+    if (self)
+        sizeVisibleChildren(this, [](int width) { return QSize(width, 0); });
+    if (self)
+        repaintSchedule(&image);
+}
+
+/// Holds the drawer to its closed size, or while open to at least that.
+void MetroNavdrawer::keepSize()
+{
+    const QSize closedSize(ImageTab.width() + tabMargin, ImageTab.height() + 2 * tabMargin);
+    if (state == close) {
+        setGeometry(QRect(pos(), closedSize));
+        return;
+    }
+    if (state != open)
+        return;
+    if (closedSize.width() > width())
+        setGeometry(QRect(pos(), QSize(closedSize.width(), height())));
+    if (closedSize.height() > height())
+        setGeometry(QRect(pos(), QSize(width(), closedSize.height())));
+    setGeometry(geometry());
+    repaintSchedule(&image);
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "kivglobal.h"
+#include "metroStyle.h"
+
+#include <QtGui/QPixmap>
+#include <QtWidgets/QGroupBox>
+
+/// A drawer that opens to the left from a fixed right edge, over the page.
+///
+/// Closed, it shows only its tab picture; open, it is as wide as its visible children side by side
+/// plus the tab, and shows a panel behind them. The drawer sets the minimum sizes of its visible
+/// children when it opens and closes; it neither moves nor hides them. A left press toggles the
+/// checked state, if the host made the box checkable, and emits clicked(); what follows is the
+/// host's affair.
+///
+/// The finished picture is cached; it is dropped by a new state or property, a change of the
+/// enabled state or of the contents rectangle, a move, and a resize while open. The title and the
+/// frame of QGroupBox are not painted; the state of the Metro base plays no part here.
+class KIVWIDGETS_EXPORT MetroNavdrawer : public QGroupBox, public MetroStyle
+{
+    Q_OBJECT
+    Q_PROPERTY(state_E state READ getState WRITE setState)
+    Q_PROPERTY(QPixmap ImageTab READ getImageTab WRITE setImageTab)
+    Q_PROPERTY(QColor background READ getBackground WRITE setBackground)
+
+public:
+    /// The enumerator `close` hides QWidget::close(), so a host calls that through QWidget.
+    enum state_E : int {
+        close = 0,
+        open = 1,
+    };
+    Q_ENUM(state_E)
+
+    explicit MetroNavdrawer(QWidget *parent = nullptr);
+    ~MetroNavdrawer() override;
+
+    /// Default: open. Every write acts: opening takes place only once the drawer was painted since
+    /// its picture was last dropped; opened again, it moves left by its children's width again.
+    /// Another value is stored and does nothing.
+    state_E getState() const;
+    /// Hides MetroStyle::setState().
+    void setState(state_E s);
+    /// The tab picture. Default: the library's, 50 x 52 pixels. Every write rebuilds.
+    QPixmap getImageTab() const;
+    void setImageTab(const QPixmap &picture);
+    /// Colour of the open panel. Default: (167, 167, 167). Every write rebuilds.
+    QColor getBackground() const;
+    void setBackground(const QColor &background);
+
+    /// Sets the geometry and, while open, keeps it as the open geometry. Hides QWidget's.
+    void setGeometry(QRect r);
+    /// Moves the drawer; while open, the kept geometry's upper left corner moves alone. Hides
+    /// QWidget's.
+    void move(QPoint p);
+
+    void mousePressEvent(QMouseEvent *event) override;
+    void repaintSchedule(QImage **image);
+    void createImages();
+    void paintEvent(QPaintEvent *event) override;
+
+protected:
+    bool event(QEvent *event) override;
+
+    void paintImage();
+
+    // Hides MetroStyle::state.
+    state_E state;
+    QColor background;
+    QRect openGeometry;
+    QImage *image;
+    QPixmap ImageTab;
+
+private:
+    void openUp();
+    void closeDown();
+    void keepSize();
+};

@@ -1,0 +1,225 @@
+#include "metroshelter.h"
+
+#include "cachedimage_p.h"
+#include "elementstate_p.h"
+#include "errorline_p.h"
+#include "iconpainting_p.h"
+
+#include <QtGui/QFontMetrics>
+#include <QtGui/QIcon>
+#include <QtGui/QImage>
+
+#include <iterator>
+
+using namespace KivPrivate;
+
+namespace {
+
+constexpr std::initializer_list<QEvent::Type> dropEvents = {
+    QEvent::Resize,        QEvent::EnabledChange, QEvent::ChildRemoved,
+    QEvent::PolishRequest, QEvent::UpdateRequest,
+};
+
+/// Width at the right edge that is kept for the LED.
+constexpr int ledColumn = 29;
+
+/// The middles of the LED pictures' names, by element state; none for the unknown state.
+constexpr const char *elementNames[] = {
+    nullptr,         "Stand-by", "Precharge",      "Calibration",
+    "WaitVbatReady", "ON",       "BatteryWorking", "OnBypass",
+};
+
+/// What an alarm state shows.
+struct AlarmLook
+{
+    const char *led; ///< name of its LED, or of the group that the element state picks from
+    bool byElement;  ///< whether there is one LED for each element state
+    bool knowsUnknownElement;   ///< whether an unknown element state is foreseen
+    const char *elementMessage; ///< for an unforeseen element state
+};
+
+constexpr AlarmLook alarmLooks[] = {
+    {"COMMLOST", false, true, nullptr},
+    {"OK", true, true, "Caso elemSt di noneAlarm non previsto:0x%02X\n"},
+    {"WARNING", true, false, "Caso elemSt di war/anomAlarm non previsto:0x%02X\n"},
+    {"WARNING", true, false, "Caso elemSt di war/anomAlarm non previsto:0x%02X\n"},
+    {"FAULT", true, false, "Caso elemSt di faultAlarm non previsto:0x%02X\n"},
+    {"LOCK", false, true, nullptr},
+};
+
+QPixmap led(const QString &name)
+{
+    return QPixmap(QStringLiteral(":/Images/stato-LED-%1.png").arg(name));
+}
+
+/// The LED of @p state; error lines name @p place.
+QPixmap ledOf(elemDesc_t state, SourcePlace place)
+{
+    const QString lost = QStringLiteral("COMMLOST");
+    if (state.alarmSt >= std::size(alarmLooks)) {
+        writeErrorLine(place, "Caso st.alarmSt non previsto:0x%02X\n", asWord(state));
+        return led(lost);
+    }
+    const AlarmLook &look = alarmLooks[state.alarmSt];
+    const QString name = QLatin1String(look.led);
+    if (!look.byElement)
+        return led(name);
+    if (state.elemSt == ElementUnknown && look.knowsUnknownElement)
+        return led(lost);
+    if (state.elemSt == ElementUnknown || state.elemSt >= std::size(elementNames)) {
+        QT_WARNING_PUSH
+        QT_WARNING_DISABLE_GCC("-Wformat-nonliteral")
+        writeErrorLine(place, look.elementMessage, asWord(state));
+        QT_WARNING_POP
+        return led(lost);
+    }
+    return led(name + QLatin1Char('-') + QLatin1String(elementNames[state.elemSt]));
+}
+
+/// Where the LED goes on a tile whose last column is @p right and last row @p bottom.
+QRectF ledRect(int right, int bottom)
+{
+    if (bottom > 24)
+        return QRectF(right - ledColumn, (bottom - 20) / 2, 21, 21);
+    return QRectF(right - 13, (bottom - 9) / 2, 10, 10);
+}
+
+} // namespace
+
+MetroShelter::MetroShelter(QWidget *parent)
+    : QAbstractButton(parent)
+    , MetroStyle(this)
+    , image(nullptr)
+    , ImageBackground(new QPixmap(size()))
+    , colorText(Qt::white)
+    , xLabel(10)
+{
+    ImageBackground->fill(Qt::black);
+    repaintSchedule(&image);
+}
+
+MetroShelter::~MetroShelter()
+{
+    MetroStyle::repaintSchedule(&image);
+    delete ImageBackground;
+}
+
+QPixmap MetroShelter::getImageBackground() const
+{
+    return ImageBackground ? *ImageBackground : QPixmap();
+}
+
+void MetroShelter::setBackgroundImage(const QPixmap &picture)
+{
+    // The caller's pixmap may be the held one.
+    QPixmap *held = picture.isNull() ? nullptr : new QPixmap(picture);
+    delete ImageBackground;
+    ImageBackground = held;
+    repaintSchedule(&image);
+}
+
+QColor MetroShelter::getColorText() const
+{
+    return colorText;
+}
+
+void MetroShelter::setColorText(const QColor &newColorText)
+{
+    if (assignIfChanged(colorText, newColorText))
+        repaintSchedule(&image);
+}
+
+int MetroShelter::getXLabel() const
+{
+    return xLabel;
+}
+
+void MetroShelter::setxLabel(int x)
+{
+    if (assignIfChanged(xLabel, x))
+        repaintSchedule(&image);
+}
+
+void MetroShelter::setIcon(const QIcon &newIcon)
+{
+    repaintSchedule(&image);
+    QAbstractButton::setIcon(newIcon);
+}
+
+void MetroShelter::setText(const QString &newText)
+{
+    repaintSchedule(&image);
+    QAbstractButton::setText(newText);
+}
+
+void MetroShelter::createImages()
+{
+    if (image)
+        return;
+    if (!ImageBackground) {
+        ImageBackground = new QPixmap(size());
+        ImageBackground->fill(Qt::black);
+    }
+    createIfMissing(&image, size());
+    paintImage();
+}
+
+void MetroShelter::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    showImage(&painter, this, *image);
+}
+
+void MetroShelter::repaintSchedule(QImage **cached)
+{
+    MetroStyle::repaintSchedule(cached);
+    update();
+}
+
+bool MetroShelter::event(QEvent *event)
+{
+    if (isOneOf(event, dropEvents))
+        repaintSchedule(&image);
+    return QAbstractButton::event(event);
+}
+
+void MetroShelter::paintImage()
+{
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(image);
+    painter.drawPixmap(QRectF(0, 0, width(), height()), *ImageBackground, QRectF());
+    paintText(&painter);
+}
+
+void MetroShelter::paintText(QPainter *painter)
+{
+    painter->setOpacity(1.0);
+    painter->setPen(palette().brush(QPalette::Current, QPalette::ButtonText).color());
+    painter->setFont(font());
+    const int right = width() - 1;
+    const int bottom = height() - 1;
+    painter->drawPixmap(ledRect(right, bottom), ledOf(state, KIV_HERE), QRectF());
+
+    const QString label = text();
+    const bool hasText = !label.isNull();
+    const QFontMetrics metrics(font());
+    if (!icon().isNull()) {
+        // The icon is centred together with the text's width, while the text stays at its place.
+        const int textWidth = hasText ? singleLineSize(metrics, label).width() : 0;
+        const int x = (right - ledColumn - (textWidth + iconSize().width())) / 2;
+        const int y = (height() - iconSize().height()) / 2;
+        drawAtNaturalSize(painter, x, y, iconPixmap(this));
+    }
+    if (hasText) {
+        painter->setPen(colorText);
+        painter->drawText(QPointF(xLabel, centredBaseline(metrics, height())), label);
+    }
+}

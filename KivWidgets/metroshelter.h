@@ -1,0 +1,56 @@
+#pragma once
+
+#include "kivglobal.h"
+#include "metroStyle.h"
+
+#include <QtWidgets/QAbstractButton>
+
+/// A state tile: a picture stretched over the button, a label at the left, and the state LED of an
+/// element at the right edge.
+///
+/// A tile at least 26 pixels high shows the LED at 21 x 21 pixels, a lower one at 10 x 10. The
+/// finished picture is cached; it is dropped by a new state, text, icon or property, by a resize, a
+/// change of the enabled state, and when a child is removed. A state outside the tables writes an
+/// error line and shows the LED of a lost communication.
+class KIVWIDGETS_EXPORT MetroShelter : public QAbstractButton, public MetroStyle
+{
+    Q_OBJECT
+    Q_PROPERTY(QPixmap ImageBackground READ getImageBackground WRITE setBackgroundImage)
+    Q_PROPERTY(QColor colorText READ getColorText WRITE setColorText)
+    Q_PROPERTY(int xLabel READ getXLabel WRITE setxLabel)
+
+public:
+    explicit MetroShelter(QWidget *parent = nullptr);
+    ~MetroShelter() override;
+
+    /// The tile's face. Default: black. A null pixmap gives a black face of the tile's size with
+    /// the next paint; until then reading gives a null pixmap. Every write rebuilds.
+    QPixmap getImageBackground() const;
+    void setBackgroundImage(const QPixmap &picture);
+    /// Colour of the label's text. Default: Qt::white. A change rebuilds.
+    QColor getColorText() const;
+    void setColorText(const QColor &colorText);
+    /// Where the label's text begins, in pixels from the left edge. Default: 10. A change rebuilds.
+    int getXLabel() const;
+    void setxLabel(int x);
+
+    /// Sets the icon and rebuilds. Hides the base class's, which does not rebuild.
+    void setIcon(const QIcon &icon);
+    /// Sets the text and rebuilds. Hides the base class's, which does not rebuild.
+    void setText(const QString &text);
+
+    void createImages();
+    void paintEvent(QPaintEvent *event) override;
+    void repaintSchedule(QImage **image);
+    bool event(QEvent *event) override;
+
+    void paintImage();
+    /// Paints the LED and the label over the finished face.
+    virtual void paintText(QPainter *painter);
+
+protected:
+    QImage *image;
+    QPixmap *ImageBackground;
+    QColor colorText;
+    int xLabel;
+};

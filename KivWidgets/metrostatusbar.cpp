@@ -1,0 +1,90 @@
+#include "metrostatusbar.h"
+
+#include "cachedimage_p.h"
+#include "errorline_p.h"
+
+#include <QtGui/QImage>
+
+using namespace KivPrivate;
+
+namespace {
+
+/// A resize is not among them: the size is the picture's.
+constexpr std::initializer_list<QEvent::Type> dropEvents = {
+    QEvent::ChildRemoved,
+    QEvent::EnabledChange,
+    QEvent::PolishRequest,
+    QEvent::UpdateRequest,
+};
+
+} // namespace
+
+MetroStatusbar::MetroStatusbar(QWidget *parent)
+    : QFrame(parent)
+    , MetroStyle(this)
+    , background(QStringLiteral(":/Images/fasciasuperiore.png"))
+    , image(nullptr)
+{
+    repaintSchedule(&image);
+}
+
+MetroStatusbar::~MetroStatusbar()
+{
+    MetroStyle::repaintSchedule(&image);
+}
+
+QPixmap MetroStatusbar::getBackground() const
+{
+    return background;
+}
+
+void MetroStatusbar::setBackground(const QPixmap &picture)
+{
+    background = picture;
+    repaintSchedule(&image);
+}
+
+void MetroStatusbar::repaintSchedule(QImage **cached)
+{
+    MetroStyle::repaintSchedule(cached);
+    update();
+}
+
+void MetroStatusbar::createImages()
+{
+    if (createIfMissing(&image, size()))
+        paintImage();
+}
+
+void MetroStatusbar::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    showImage(&painter, this, *image);
+}
+
+bool MetroStatusbar::event(QEvent *event)
+{
+    if (event->type() == QEvent::Resize) {
+        resize(background.size());
+        return true;
+    }
+    if (isOneOf(event, dropEvents))
+        repaintSchedule(&image);
+    return QFrame::event(event);
+}
+
+void MetroStatusbar::paintImage()
+{
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(image);
+    if (!background.isNull())
+        painter.drawPixmap(QPointF(0, 0), background);
+}

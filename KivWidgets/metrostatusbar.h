@@ -1,0 +1,40 @@
+#pragma once
+
+#include "kivglobal.h"
+#include "metroStyle.h"
+
+#include <QtGui/QPixmap>
+#include <QtWidgets/QFrame>
+
+/// The strip across the top of a page: one picture at its natural size; the host lays its own
+/// widgets on it.
+///
+/// Every resize ends at the picture's size, 800 x 42 pixels with the library's. The finished
+/// picture is cached; it is dropped by a new background, a change of the enabled state and a
+/// removed child, not by a resize. The state of the Metro base plays no part here.
+class KIVWIDGETS_EXPORT MetroStatusbar : public QFrame, public MetroStyle
+{
+    Q_OBJECT
+    Q_PROPERTY(QPixmap background READ getBackground WRITE setBackground)
+
+public:
+    explicit MetroStatusbar(QWidget *parent = nullptr);
+    ~MetroStatusbar() override;
+
+    /// The picture. Default: the library's strip. Every write rebuilds; the size follows with the
+    /// next resize.
+    QPixmap getBackground() const;
+    void setBackground(const QPixmap &picture);
+
+    void repaintSchedule(QImage **image);
+    void createImages();
+    void paintEvent(QPaintEvent *event) override;
+
+protected:
+    bool event(QEvent *event) override;
+
+    void paintImage();
+
+    QPixmap background;
+    QImage *image;
+};

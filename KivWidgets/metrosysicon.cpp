@@ -1,0 +1,168 @@
+#include "metrosysicon.h"
+
+#include "cachedimage_p.h"
+#include "errorline_p.h"
+#include "iconpainting_p.h"
+
+#include <QtCore/QPointer>
+#include <QtGui/QIcon>
+#include <QtGui/QImage>
+#include <QtGui/QPainterPath>
+
+#include <algorithm>
+
+using namespace KivPrivate;
+
+namespace {
+
+constexpr std::initializer_list<QEvent::Type> dropEvents = {
+    QEvent::EnabledChange, QEvent::Resize,        QEvent::ChildRemoved,
+    QEvent::PolishRequest, QEvent::UpdateRequest,
+};
+
+/// An icon's extent with the border on both sides, held within what a widget can have.
+int framedExtent(int iconExtent, int border)
+{
+    return int(std::clamp<qint64>(iconExtent + 2 * qint64(border), 0, QWIDGETSIZE_MAX));
+}
+
+} // namespace
+
+MetroSysIcon::MetroSysIcon(QWidget *parent)
+    : QAbstractButton(parent)
+    , MetroStyle(this)
+    , image(nullptr)
+    , hover(false)
+    , border(10)
+    , roundness(50)
+{
+    fitToIcon();
+    repaintSchedule(&image);
+}
+
+MetroSysIcon::~MetroSysIcon()
+{
+    MetroStyle::repaintSchedule(&image);
+}
+
+int MetroSysIcon::getBorder() const
+{
+    return border;
+}
+
+void MetroSysIcon::setBorder(int newBorder)
+{
+    if (assignIfChanged(border, newBorder))
+        postUpdateRequest(owner);
+}
+
+int MetroSysIcon::getRoundness() const
+{
+    return roundness;
+}
+
+void MetroSysIcon::setRoundness(int newRoundness)
+{
+    if (assignIfChanged(roundness, newRoundness))
+        postUpdateRequest(owner);
+}
+
+void MetroSysIcon::setIcon(const QIcon &newIcon)
+{
+    postUpdateRequest(this);
+    QAbstractButton::setIcon(newIcon);
+}
+
+void MetroSysIcon::paintBase(QPainter *painter)
+{
+    const QColor color = COLORTAB[getColorIdx()];
+    painter->setBrush(QBrush(color, Qt::SolidPattern));
+    painter->setPen(QPen(QBrush(color), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+
+    const qint64 w = qint64(iconSize().width()) + border;
+    const qint64 h = qint64(iconSize().height()) + border;
+    const double radius = double(((std::min(w, h) / 2) * roundness) / 100);
+    QPainterPath plate;
+    plate.addRoundedRect(QRectF(border / 2, border / 2, double(w), double(h)), radius, radius,
+                         Qt::AbsoluteSize);
+    painter->drawPath(plate);
+}
+
+void MetroSysIcon::paintImage()
+{
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(image);
+    paintBase(&painter);
+    if (!isEnabled())
+        drawDisabledWash(&painter, this);
+    paintIcon(&painter);
+}
+
+void MetroSysIcon::paintIcon(QPainter *painter)
+{
+    drawCentredIcon(painter, this, hover ? QIcon::Active : QIcon::Normal);
+}
+
+void MetroSysIcon::repaintSchedule(QImage **cached)
+{
+    MetroStyle::repaintSchedule(cached);
+    update();
+}
+
+void MetroSysIcon::createImages()
+{
+    if (createIfMissing(&image, size()))
+        paintImage();
+}
+
+void MetroSysIcon::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    showImage(&painter, this, *image);
+}
+
+bool MetroSysIcon::event(QEvent *event)
+{
+    if (isOneOf(event, dropEvents)) {
+        fitToIcon();
+        repaintSchedule(&image);
+    } else if (event->type() == QEvent::Paint) {
+        followIconSize();
+    } else if (isOneOf(event, {QEvent::Enter, QEvent::Leave})) {
+        hover = event->type() == QEvent::Enter;
+        repaintSchedule(&image);
+        // A slot on the signals may delete the button.
+        const QPointer<MetroSysIcon> self(this);
+        if (hover)
+            Q_EMIT mouseEnter();
+        else
+            Q_EMIT mouseLeave();
+        if (!self)
+            return true;
+    }
+    return QAbstractButton::event(event);
+}
+
+void MetroSysIcon::fitToIcon()
+{
+    resize(framedExtent(iconSize().width(), border), framedExtent(iconSize().height(), border));
+}
+
+/// Takes the icon's first size as the icon size, if that is another.
+void MetroSysIcon::followIconSize()
+{
+    const QList<QSize> sizes = icon().availableSizes(QIcon::Normal, QIcon::Off);
+    if (sizes.isEmpty() || sizes.first() == iconSize())
+        return;
+    setIconSize(sizes.first());
+    fitToIcon();
+    repaintSchedule(&image);
+}

@@ -1,0 +1,129 @@
+#include "metrotabicon.h"
+
+#include "cachedimage_p.h"
+#include "elementstate_p.h"
+#include "errorline_p.h"
+#include "icongrowth_p.h"
+#include "iconpainting_p.h"
+
+#include <QtGui/QIcon>
+#include <QtGui/QImage>
+
+#include <iterator>
+
+using namespace KivPrivate;
+
+namespace {
+
+/// A plain resize is not among them.
+constexpr std::initializer_list<QEvent::Type> dropEvents = {
+    QEvent::ChildRemoved,
+    QEvent::EnabledChange,
+    QEvent::PolishRequest,
+    QEvent::UpdateRequest,
+};
+
+/// Where the LED goes, whatever the tab's size.
+constexpr QRect ledRect(4, 39, 21, 21);
+
+/// The LED's name by alarm state; no alarm shows none.
+constexpr const char *ledNames[] = {
+    "COMMLOST", nullptr, "WARNING-ON", "WARNING-ON", "FAULT-ON", "LOCK",
+};
+
+QPixmap ledOf(elemDesc_t state)
+{
+    const char *name = state.alarmSt < std::size(ledNames) ? ledNames[state.alarmSt] : "none";
+    if (!name)
+        return QPixmap();
+    return QPixmap(QStringLiteral(":/Images/stato-LED-%1.png").arg(QLatin1String(name)));
+}
+
+} // namespace
+
+MetroTabicon::MetroTabicon(QWidget *parent)
+    : QAbstractButton(parent)
+    , MetroStyle(this)
+    , image(nullptr)
+    , imagePressed(nullptr)
+{
+    setCheckable(true);
+    setAutoExclusive(true);
+    dropBoth();
+}
+
+MetroTabicon::~MetroTabicon()
+{
+    MetroStyle::repaintSchedule(&image);
+    MetroStyle::repaintSchedule(&imagePressed);
+}
+
+void MetroTabicon::createImages()
+{
+    if (image && imagePressed)
+        return;
+    for (QImage **look : {&image, &imagePressed}) {
+        delete *look;
+        *look = nullptr;
+        createIfMissing(look, size());
+    }
+    paintImages();
+}
+
+void MetroTabicon::paintImages()
+{
+    const QPixmap led = ledOf(state);
+    if (image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    paintLook(image, QIcon::Off, led);
+    if (imagePressed->isNull()) {
+        reportNullImage(KIV_HERE, this, "ImagePressed");
+        return;
+    }
+    paintLook(imagePressed, QIcon::On, led);
+}
+
+void MetroTabicon::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    showImage(&painter, this, isChecked() ? *imagePressed : *image);
+}
+
+void MetroTabicon::repaintSchedule(QImage **cached)
+{
+    MetroStyle::repaintSchedule(cached);
+    update();
+}
+
+bool MetroTabicon::event(QEvent *event)
+{
+    const bool mayGrow = isOneOf(event, {QEvent::Paint, QEvent::Resize});
+    if ((mayGrow && growToIcon(this)) || isOneOf(event, dropEvents))
+        dropBoth();
+    return QAbstractButton::event(event);
+}
+
+void MetroTabicon::dropBoth()
+{
+    repaintSchedule(&image);
+    repaintSchedule(&imagePressed);
+}
+
+void MetroTabicon::paintLook(QImage *look, QIcon::State iconState, const QPixmap &led)
+{
+    ImagePainter painter(look);
+    if (!icon().isNull()) {
+        const QIcon::Mode mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
+        drawAtNaturalSize(&painter, (width() - iconSize().width()) / 2,
+                          (height() - iconSize().height()) / 2,
+                          icon().pixmap(iconSize(), mode, iconState));
+    }
+    painter.drawPixmap(QRectF(ledRect), led, QRectF());
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "kivglobal.h"
+#include "metroStyle.h"
+
+#include <QtWidgets/QAbstractButton>
+
+/// A tab: checkable, exclusive among its siblings, with its icon in the middle and a state LED in
+/// its lower left area while there is an alarm.
+///
+/// Two finished pictures are cached, one for each checked state. A new state, a change of the
+/// enabled state and a removed child drop both; a plain resize keeps them, and they are shown
+/// stretched until the next drop. A new icon, too, shows with the next drop. A tab smaller than its
+/// icon size plus two pixels grows, its size limits included.
+class KIVWIDGETS_EXPORT MetroTabicon : public QAbstractButton, public MetroStyle
+{
+    Q_OBJECT
+
+public:
+    explicit MetroTabicon(QWidget *parent = nullptr);
+    ~MetroTabicon() override;
+
+    void createImages();
+    void paintImages();
+    void paintEvent(QPaintEvent *event) override;
+    void repaintSchedule(QImage **image);
+
+protected:
+    bool event(QEvent *event) override;
+
+    QImage *image;
+    QImage *imagePressed;
+
+private:
+    void dropBoth();
+    void paintLook(QImage *look, QIcon::State iconState, const QPixmap &led);
+};

@@ -1,0 +1,223 @@
+#include "metroxbar.h"
+
+#include "errorline_p.h"
+#include "gaugelayers_p.h"
+
+#include <QtGui/QImage>
+
+#include <algorithm>
+#include <limits>
+
+using namespace KivPrivate;
+
+namespace {
+
+constexpr std::initializer_list<QEvent::Type> dropEvents = {
+    QEvent::Paint,         QEvent::Resize,        QEvent::ChildRemoved,
+    QEvent::PolishRequest, QEvent::UpdateRequest, QEvent::EnabledChange,
+};
+
+/// Room is kept for the text of this value.
+constexpr int widestValue = 138;
+
+constexpr QRgb lightBlue = qRgb(0, 174, 240);
+
+QString textOf(int value, const QString &unit)
+{
+    return QStringLiteral("%1%2").arg(value).arg(unit);
+}
+
+} // namespace
+
+MetroXbar::MetroXbar(QWidget *parent)
+    : QWidget(parent)
+    , MetroStyle(this)
+    , foregroundcolor(0, 174, 240, 255)
+    , backgroundcolor(167, 167, 167, 255)
+    , value(35)
+    , maxValue(300)
+    , minValue(0)
+    , Image(nullptr)
+    , ImageBG(nullptr)
+    , ImageFG(nullptr)
+{
+    // Volts are the usual unit; the unit set by the host counts from the first event on.
+    measureBar(QStringLiteral("V"));
+    dropAll();
+}
+
+MetroXbar::~MetroXbar()
+{
+    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+        MetroStyle::repaintSchedule(layer);
+}
+
+QColor MetroXbar::getBackgroundcolor() const
+{
+    return backgroundcolor;
+}
+
+void MetroXbar::setBackgroundColor(const QColor &color)
+{
+    if (assignIfChanged(backgroundcolor, color))
+        repaintSchedule(&Image);
+}
+
+QColor MetroXbar::getForegroundcolor() const
+{
+    return foregroundcolor;
+}
+
+void MetroXbar::setForegroundColor(const QColor &color)
+{
+    if (assignIfChanged(foregroundcolor, color))
+        repaintSchedule(&Image);
+}
+
+int MetroXbar::getValue() const
+{
+    return value;
+}
+
+void MetroXbar::setValue(int newValue)
+{
+    if (assignIfChanged(value, newValue))
+        repaintSchedule(&Image);
+}
+
+int MetroXbar::getMaxValue() const
+{
+    return maxValue;
+}
+
+void MetroXbar::setMaxValue(int maximum)
+{
+    if (assignIfChanged(maxValue, maximum))
+        repaintSchedule(&Image);
+}
+
+int MetroXbar::getMinValue() const
+{
+    return minValue;
+}
+
+void MetroXbar::setMinValue(int minimum)
+{
+    if (assignIfChanged(minValue, minimum))
+        repaintSchedule(&Image);
+}
+
+QString MetroXbar::getMeasure() const
+{
+    return measure;
+}
+
+void MetroXbar::setMeasure(const QString &unit)
+{
+    if (assignIfChanged(measure, unit))
+        update();
+}
+
+bool MetroXbar::event(QEvent *event)
+{
+    if (isOneOf(event, dropEvents)) {
+        measureBar(measure);
+        if (event->type() == QEvent::Paint) {
+            // Scheduling from a paint would repaint for ever, so the layers are only dropped.
+            for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+                MetroStyle::repaintSchedule(layer);
+        } else {
+            dropAll();
+        }
+    }
+    return QWidget::event(event);
+}
+
+void MetroXbar::paintEvent(QPaintEvent *)
+{
+    if (dirty) {
+        createImages();
+        dirty = false;
+    }
+    showComposed(this, [this](QImage &composed) { buildGraph(composed); });
+}
+
+void MetroXbar::paintImageBG()
+{
+    if (ImageBG->isNull()) {
+        reportNullImage(KIV_HERE, this, "ImageBG");
+        return;
+    }
+    ImagePainter painter(ImageBG, ImagePainter::Plain);
+    fillBar(&painter, backgroundcolor, 1, 1, barWidth, height() - 2);
+}
+
+void MetroXbar::paintImage()
+{
+    if (Image->isNull()) {
+        reportNullImage(KIV_HERE, this, "Image");
+        return;
+    }
+    ImagePainter painter(Image, ImagePainter::Plain);
+    qint64 right = barWidth;
+    if (value <= maxValue) {
+        const qint64 range = qint64(maxValue) - minValue;
+        if (range == 0)
+            return;
+        right = (qint64(value) - minValue) * barWidth / range;
+    }
+    using Limits = std::numeric_limits<int>;
+    const int column = int(std::clamp<qint64>(right, Limits::min(), Limits::max()));
+    fillBar(&painter, lightBlue, 1, 1, column, height());
+}
+
+void MetroXbar::paintImageFG()
+{
+    if (ImageFG->isNull()) {
+        reportNullImage(KIV_HERE, this, "ImageFG");
+        return;
+    }
+    ImagePainter painter(ImageFG, ImagePainter::Plain);
+    beginScale(&painter);
+    for (int i = 0; i <= 10; ++i) {
+        const int x = scaleColumn(barWidth, i);
+        drawScaleLine(&painter, x, 1, x, height() - 1);
+    }
+    drawBarFrame(&painter, barWidth, height());
+}
+
+void MetroXbar::repaintSchedule(QImage **layer)
+{
+    MetroStyle::repaintSchedule(layer);
+    update();
+}
+
+void MetroXbar::createImages()
+{
+    if (createIfMissing(&ImageFG, size()))
+        paintImageFG();
+    if (createIfMissing(&ImageBG, size()))
+        paintImageBG();
+    if (createIfMissing(&Image, size()))
+        paintImage();
+}
+
+void MetroXbar::buildGraph(QImage &img)
+{
+    if (!ImageBG || !Image || !ImageFG)
+        createImages();
+    QPainter painter(&img);
+    composeLayers(&painter, img.rect(), *ImageBG, *Image, *ImageFG);
+    drawBarText(&painter, font(), barWidth, height(), textOf(value, measure));
+}
+
+void MetroXbar::measureBar(const QString &unit)
+{
+    barWidth = barWidthBeside(width(), font(), textOf(widestValue, unit));
+}
+
+void MetroXbar::dropAll()
+{
+    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+        repaintSchedule(layer);
+}

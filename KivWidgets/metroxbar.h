@@ -1,0 +1,79 @@
+#pragma once
+
+#include "kivglobal.h"
+#include "metroStyle.h"
+
+#include <QtCore/QString>
+#include <QtWidgets/QWidget>
+
+/// A horizontal bar gauge for a whole number with a unit: a bar with ten divisions, filled from the
+/// left in light blue between a minimum and a maximum, with number and unit written beside it.
+///
+/// A value above the maximum fills the bar, one below the minimum leaves it empty; the number is
+/// written as it is.
+///
+/// Three layers are cached: the value, the empty bar, and the mask of frame and scale. Every paint,
+/// a resize, a change of the enabled state and a removed child drop all three and compute the bar's
+/// width anew. GUI thread only.
+class KIVWIDGETS_EXPORT MetroXbar : public QWidget, public MetroStyle
+{
+    Q_OBJECT
+    Q_PROPERTY(QColor backgroundcolor READ getBackgroundcolor WRITE setBackgroundColor)
+    Q_PROPERTY(QColor foregroundcolor READ getForegroundcolor WRITE setForegroundColor)
+    Q_PROPERTY(int value READ getValue WRITE setValue)
+    Q_PROPERTY(int maxValue READ getMaxValue WRITE setMaxValue)
+    Q_PROPERTY(int minValue READ getMinValue WRITE setMinValue)
+    Q_PROPERTY(QString measure READ getMeasure WRITE setMeasure)
+
+public:
+    explicit MetroXbar(QWidget *parent = nullptr);
+    ~MetroXbar() override;
+
+    /// Colour of the empty bar. Default: (167, 167, 167). A change drops the value layer.
+    QColor getBackgroundcolor() const;
+    void setBackgroundColor(const QColor &color);
+    /// Stored only: the fill keeps its own colour. Default: (0, 174, 240). A change drops the value
+    /// layer.
+    QColor getForegroundcolor() const;
+    void setForegroundColor(const QColor &color);
+    /// Any int. Default: 35. A change drops the value layer.
+    int getValue() const;
+    void setValue(int value);
+    /// Value of a full bar, any int; equal limits leave the bar empty. Default: 300. A change drops
+    /// the value layer.
+    int getMaxValue() const;
+    void setMaxValue(int maximum);
+    /// Value of an empty bar, any int. Default: 0. A change drops the value layer.
+    int getMinValue() const;
+    void setMinValue(int minimum);
+    /// Unit written after the number. Default: empty. A change repaints.
+    QString getMeasure() const;
+    void setMeasure(const QString &unit);
+
+    bool event(QEvent *event) override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+    void paintImageBG();
+    void paintImage();
+    void paintImageFG();
+    void repaintSchedule(QImage **image);
+    void createImages();
+    void buildGraph(QImage &img);
+
+    QColor foregroundcolor;
+    QColor backgroundcolor;
+    QString measure;
+    int value;
+    int maxValue;
+    int minValue;
+    int barWidth;
+    QImage *Image;
+    QImage *ImageBG;
+    QImage *ImageFG;
+
+private:
+    void measureBar(const QString &unit);
+    void dropAll();
+};
