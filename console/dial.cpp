@@ -5,6 +5,8 @@
 
 #include <metrocirclerate.h>
 
+#include <QtWidgets/QWidget>
+
 #include <algorithm>
 
 namespace {
@@ -13,6 +15,8 @@ constexpr int dialRadius = 70;
 constexpr int ringWidth = 15;
 constexpr int startAngle = 205;
 constexpr int span = 230;
+/// What radius and angles make of the dial.
+constexpr QSize roomSize(142, 101);
 /// A dial cannot have a shorter scale.
 constexpr double shortestScale = 1.0;
 
@@ -28,11 +32,14 @@ bool outsideLimits(const Measure &measure)
 
 Dial::Dial(QWidget *parent, Quantity shownQuantity, const QString &label, double minimum,
            double maximum)
-    : circle(new MetroCirclerate(parent))
+    : place(new QWidget(parent))
+    , circle(new MetroCirclerate(place))
     , quantity(shownQuantity)
     , defaultMinimum(minimum)
     , defaultMaximum(maximum)
 {
+    place->setFixedSize(roomSize);
+    circle->setObjectName(label);
     circle->setFont(Look::font(Look::Large, true));
     setUp(circle, {{"radius", dialRadius},
                    {"minAngle", startAngle},
@@ -44,9 +51,9 @@ Dial::Dial(QWidget *parent, Quantity shownQuantity, const QString &label, double
                    {"posStr", QPoint(0, 0)}});
 }
 
-MetroCirclerate *Dial::widget() const
+QWidget *Dial::room() const
 {
-    return circle;
+    return place;
 }
 
 void Dial::showSnapshot(const Snapshot &snapshot)

@@ -1,5 +1,4 @@
 #include "consolewindow.h"
-#include "feed/nutfeed.h"
 #include "feed/simulatorfeed.h"
 #include "look.h"
 #include "options.h"
@@ -48,13 +47,6 @@ int main(int argc, char **argv)
         return 0;
     }
 
-    NutAddress address;
-    if (!options.ups.isEmpty()) {
-        QString error;
-        if (!NutAddress::parse(options.ups, &address, &error))
-            return refuse(error, wrongOptions);
-    }
-
     const bool takesScreenshots = options.task == Options::Task::TakeScreenshots;
     if (takesScreenshots && !hasDisplay())
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -66,21 +58,15 @@ int main(int argc, char **argv)
     QApplication::setFont(Look::font(Look::Normal));
     QApplication::setPalette(Look::palette(false));
 
+    const bool simulates = options.ups.isEmpty();
     std::unique_ptr<UpsFeed> feed;
-    SimulatorFeed *simulator = nullptr;
-    if (options.ups.isEmpty()) {
-        simulator = new SimulatorFeed;
-        simulator->setSpeed(options.speed);
-        feed.reset(simulator);
-    } else {
-        feed = std::make_unique<NutFeed>(address);
-    }
+    feed = std::make_unique<SimulatorFeed>(options.speed);
 
     ConsoleWindow window;
     window.setFeed(feed.get());
     if (takesScreenshots) {
         QString error;
-        const bool taken = simulator ? takeScenarioScreenshots(window, *simulator, options, &error)
+        const bool taken = simulates ? takeScenarioScreenshots(window, options, &error)
                                      : takeLiveScreenshots(window, *feed, options, &error);
         return taken ? 0 : refuse(error, 1);
     }

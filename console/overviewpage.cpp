@@ -137,9 +137,8 @@ QWidget *OverviewPage::makeDials()
     auto *layout = new QHBoxLayout(card);
     layout->setContentsMargins(Look::margin, 4, Look::margin, 4);
     for (const Dial &dial : dials) {
-        dial.widget()->setFixedSize(dial.widget()->size());
         layout->addStretch();
-        layout->addWidget(dial.widget());
+        layout->addWidget(dial.room());
     }
     layout->addStretch();
     return card;

@@ -1,7 +1,8 @@
 #include "screenshots.h"
 
 #include "consolewindow.h"
-#include "feed/simulatorfeed.h"
+#include "feed/scenario.h"
+#include "feed/upsfeed.h"
 #include "options.h"
 
 #include <QtCore/QDir>
@@ -15,6 +16,21 @@ namespace {
 
 /// As long as a lost link may take to show.
 constexpr int patienceMsecs = 6000;
+
+/// In the middle of the phases that show the most.
+QVector<double> notableInstants()
+{
+    using Scenario::Phase;
+    QVector<double> instants;
+    for (const Phase phase :
+         {Phase::Calibration, Phase::Normal, Phase::OnBattery, Phase::LowBattery, Phase::Overload,
+          Phase::InverterFault, Phase::Locked, Phase::CommunicationLost}) {
+        const bool last = int(phase) == Scenario::phaseCount - 1;
+        const double end = last ? Scenario::length() : Scenario::startOf(Phase(int(phase) + 1));
+        instants.append((Scenario::startOf(phase) + end) / 2);
+    }
+    return instants;
+}
 
 bool takePages(ConsoleWindow &window, const QString &directory, const QString &suffix,
                QString *error)
@@ -43,15 +59,14 @@ bool makeDirectory(const QString &directory, QString *error)
 
 } // namespace
 
-bool takeScenarioScreenshots(ConsoleWindow &window, SimulatorFeed &simulator,
-                             const Options &options, QString *error)
+bool takeScenarioScreenshots(ConsoleWindow &window, const Options &options, QString *error)
 {
     if (!makeDirectory(options.directory, error))
         return false;
     const QVector<double> instants =
-        options.instants.isEmpty() ? SimulatorFeed::notableInstants() : options.instants;
+        options.instants.isEmpty() ? notableInstants() : options.instants;
     for (const double instant : instants) {
-        window.showSnapshot(simulator.snapshotAt(instant));
+        window.showSnapshot(Scenario::snapshotAt(instant));
         const QString suffix = QStringLiteral("-%1s").arg(instant, 0, 'f', 0);
         if (!takePages(window, options.directory, suffix, error))
             return false;

@@ -2,7 +2,6 @@
 
 class ConsoleWindow;
 class QString;
-class SimulatorFeed;
 class UpsFeed;
 struct Options;
 
@@ -10,8 +9,7 @@ struct Options;
 /// @return false with the reason in @p error when a file cannot be written.
 
 /// At the scenario instants of the options, or at some that show the most.
-bool takeScenarioScreenshots(ConsoleWindow &window, SimulatorFeed &simulator,
-                             const Options &options, QString *error);
+bool takeScenarioScreenshots(ConsoleWindow &window, const Options &options, QString *error);
 /// Of the first data from @p feed, or of the lost communication when none come for a while.
 bool takeLiveScreenshots(ConsoleWindow &window, UpsFeed &feed, const Options &options,
                          QString *error);
