@@ -46,7 +46,8 @@ constexpr int entryIcon = 28;
 const QColor railColor(36, 41, 46);
 const QColor railText(200, 207, 213);
 
-/// A tab's face: the drawing with its name under it; the chosen one is lit, with a bar at its edge.
+/// A tab's face: the drawing with its name under it; the chosen one is lit, with a bar towards the
+/// pages.
 QPixmap tabFace(Pictogram picture, const QString &name, bool chosen)
 {
     QPixmap face(tabIconSide, tabIconSide);
@@ -55,13 +56,13 @@ QPixmap tabFace(Pictogram picture, const QString &name, bool chosen)
     const QColor color = chosen ? QColor(Qt::white) : railText;
     if (chosen) {
         painter.fillRect(face.rect(), QColor(255, 255, 255, 26));
-        painter.fillRect(0, 0, 4, tabIconSide, Look::accent());
+        painter.fillRect(tabIconSide - 4, 0, 4, tabIconSide, Look::accent());
     }
-    painter.drawPixmap((tabIconSide - tabPictogramSide) / 2, 12,
+    painter.drawPixmap((tabIconSide - tabPictogramSide) / 2, 8,
                        pictogram(picture, tabPictogramSide, color));
     painter.setPen(color);
     painter.setFont(Look::font(Look::Small, chosen));
-    painter.drawText(QRect(0, 56, tabIconSide, 18), Qt::AlignCenter, name);
+    painter.drawText(QRect(0, 60, tabIconSide, 16), Qt::AlignCenter, name);
     return face;
 }
 
@@ -177,7 +178,7 @@ void ConsoleWindow::makeTabs()
     stack->setGeometry(tabSide, stripHeight, windowSize.width() - tabSide, height);
     setUp(stack, {{"timePositionAnimate", shrinkTime}, {"timeRotationAnimate", turnTime}});
 
-    auto *settings = new SettingsPage;
+    settings = new SettingsPage;
     addTab(tr("Overview"), Pictogram::Overview, new OverviewPage, systemState);
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
     addTab(tr("Control"), Pictogram::Control, new ControlPage, batteryState);
@@ -230,7 +231,8 @@ void ConsoleWindow::makeDrawer()
         x += entrySide + entryGap;
         button->setFont(Look::font(Look::Small));
         QPalette palette = button->palette();
-        palette.setColor(QPalette::WindowText, Qt::white);
+        palette.setColor(QPalette::ButtonText, Qt::white);
+        palette.setColor(QPalette::Disabled, QPalette::ButtonText, railText.darker());
         button->setPalette(palette);
         QIcon icon(pictogram(entry.picture, entryIcon, Qt::white));
         icon.addPixmap(pictogram(entry.picture, entryIcon, Look::accent()), QIcon::Active);
@@ -243,6 +245,7 @@ void ConsoleWindow::makeDrawer()
             if (feed)
                 feed->command(command);
         });
+        drawerEntries.push_back({button, command});
     }
     drawer->setGeometry(
         QRect(QPoint(windowSize.width() - closedDrawer.width(), drawerTop), closedDrawer));
@@ -258,14 +261,16 @@ void ConsoleWindow::setFeed(UpsFeed *newFeed)
     connect(feed, &UpsFeed::snapshotReady, this, &ConsoleWindow::showSnapshot);
     for (const Tab &tab : tabs)
         tab.page->setFeed(feed);
+    // The open drawer enables its entries again, but for those that the host disabled.
+    for (const DrawerEntry &entry : drawerEntries) {
+        if (!feed->supports(entry.command))
+            entry.button->setEnabled(false);
+    }
 }
 
 void ConsoleWindow::showSnapshot(const Snapshot &snapshot)
 {
-    QString name = snapshot.name;
-    if (!snapshot.model.isEmpty())
-        name = snapshot.model;
-    upsName->setText(name.isEmpty() ? tr("UPS") : name);
+    upsName->setText(snapshot.name.isEmpty() ? tr("UPS") : snapshot.name);
     simulatedMark->setVisible(snapshot.simulated);
     upsState->setText(snapshot.system.alarm == AlarmState::None ? nameOf(snapshot.system.operating)
                                                                 : nameOf(snapshot.system.alarm));
@@ -287,6 +292,12 @@ void ConsoleWindow::showPage(int index)
 {
     tabs.at(index).button->setChecked(true);
     stack->setCurrentIndex(index);
+}
+
+void ConsoleWindow::chooseNightLook(bool night)
+{
+    settings->showNightLook(night);
+    setNightLook(night);
 }
 
 void ConsoleWindow::setNightLook(bool night)

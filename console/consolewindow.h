@@ -1,7 +1,9 @@
 #pragma once
 
 #include "feed/snapshot.h"
+#include "feed/upsfeed.h"
 
+#include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
 #include <vector>
@@ -12,7 +14,8 @@ class Page;
 class QLabel;
 class QTimer;
 class RotateStackedWidget;
-class UpsFeed;
+class SettingsPage;
+class TranspButton;
 enum class Pictogram;
 
 /// The console: a strip with the UPS's name and state, tabs at the left, the pages, a drawer.
@@ -23,13 +26,15 @@ class ConsoleWindow : public QWidget
 public:
     explicit ConsoleWindow(QWidget *parent = nullptr);
 
-    /// Follows @p feed, which must outlive its use here or be destroyed as a QObject.
+    /// Follows @p feed, which may be deleted at any time.
     void setFeed(UpsFeed *feed);
     void showSnapshot(const Snapshot &snapshot);
 
     /// The pages' names as file names use them, in the order of the tabs.
     QStringList pageNames() const;
     void showPage(int index);
+    /// Takes a look and shows the choice on the settings page.
+    void chooseNightLook(bool night);
     void setNightLook(bool night);
     void setPageAnimation(bool animated);
 
@@ -42,6 +47,12 @@ private:
         ElementState (*state)(const Snapshot &);
     };
 
+    struct DrawerEntry
+    {
+        TranspButton *button;
+        Command command;
+    };
+
     void makeStrip();
     void makeTabs();
     void makeDrawer();
@@ -49,7 +60,7 @@ private:
                 ElementState (*state)(const Snapshot &));
     void showClock();
 
-    UpsFeed *feed = nullptr;
+    QPointer<UpsFeed> feed;
     QLabel *upsName;
     QLabel *upsState;
     QLabel *simulatedMark;
@@ -57,6 +68,8 @@ private:
     QTimer *clockTimer;
     QWidget *rail;
     RotateStackedWidget *stack;
+    SettingsPage *settings;
     MetroNavdrawer *drawer;
+    std::vector<DrawerEntry> drawerEntries;
     std::vector<Tab> tabs;
 };

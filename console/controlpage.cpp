@@ -55,9 +55,7 @@ void makeGlass(QWidget *widget, int roundness)
 ControlPage::ControlPage(QWidget *parent)
     : Page(parent)
 {
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Look::margin, Look::margin, Look::margin, Look::margin);
-    layout->setSpacing(Look::spacing);
+    QVBoxLayout *layout = Look::pageLayout(this);
     layout->addWidget(makeBattery());
     layout->addWidget(makeSwitches(), 1);
     layout->addWidget(makeStrip());
@@ -67,8 +65,8 @@ AeroGroupbox *ControlPage::makeBox(const QString &title)
 {
     auto *box = new AeroGroupbox(this);
     box->setFont(Look::font(Look::Normal));
-    setUp(box, {{"color", QColor(44, 54, 64)},
-                {"shadow", QColor(32, 40, 48)},
+    setUp(box, {{"color", QColor(84, 100, 116, 70)},
+                {"shadow", QColor(52, 64, 76, 70)},
                 {"colorPen", QColor(92, 108, 124)},
                 {"widthPen", 2},
                 {"roundness", 12},
@@ -154,8 +152,8 @@ void ControlPage::addPush(QWidget *box, Pictogram picture, const QString &text, 
     control->setFixedSize(pushSide + 20, pushSide);
     control->setFont(Look::font(Look::Normal));
     QPalette palette = control->palette();
-    palette.setColor(QPalette::WindowText, textColor);
-    palette.setColor(QPalette::Disabled, QPalette::WindowText, faintColor);
+    palette.setColor(QPalette::ButtonText, textColor);
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, faintColor);
     control->setPalette(palette);
     QIcon icon;
     icon.addPixmap(pictogram(picture, pushIcon, textColor), QIcon::Normal);
@@ -186,14 +184,12 @@ QWidget *ControlPage::makeStrip()
 
 void ControlPage::showSnapshot(const Snapshot &snapshot)
 {
-    const std::optional<double> percent = snapshot.value(Quantity::BatteryCharge);
-    setUp(charge, {{"valueFormat", percent ? QStringLiteral("%.0f %%") : tr("no data")},
-                   {"valueF", percent.value_or(0.0)}});
+    showCharge(snapshot.value(Quantity::BatteryCharge));
     const std::optional<double> seconds = snapshot.value(Quantity::BatteryRuntime);
-    chargeText->setText(tr("%1   ·   %2")
-                            .arg(textOf(snapshot, Quantity::BatteryVoltage, 1),
-                                 seconds ? tr("%1 min left").arg(*seconds / 60.0, 0, 'f', 0)
-                                         : tr("time left unknown")));
+    const QString timeLeft =
+        seconds ? tr("%1 min left").arg(*seconds / 60.0, 0, 'f', 0) : tr("time left unknown");
+    chargeText->setText(textOf(snapshot, Quantity::BatteryVoltage, 1) + Look::separator() +
+                        timeLeft);
     for (const StateSwitch &entry : switches) {
         if (entry.holds(snapshot))
             entry.control->selectSwitch();
@@ -201,8 +197,18 @@ void ControlPage::showSnapshot(const Snapshot &snapshot)
             entry.control->unselectSwitch();
     }
     linkText->setText(snapshot.isLost() ? tr("Link lost") : tr("Link in order"));
-    statusText->setText(snapshot.isLost() ? snapshot.reason
-                                          : snapshot.status.join(QStringLiteral("  ·  ")));
+    statusText->setText(snapshot.isLost() ? sentence(snapshot.reason)
+                                          : snapshot.status.join(Look::separator()));
+}
+
+void ControlPage::showCharge(std::optional<double> percent)
+{
+    // The bar keeps a value whose text is the present one, so the number goes first.
+    if (percent || charge->property("valueFormat") != tr("no data"))
+        setUp(charge,
+              {{"valueFormat", QStringLiteral("%.0f %%")}, {"valueF", percent.value_or(0)}});
+    if (!percent)
+        setUp(charge, {{"valueFormat", tr("no data")}});
 }
 
 void ControlPage::offerCommands()

@@ -49,6 +49,8 @@ private:
                    bool (*holds)(const Snapshot &));
     void addPush(QWidget *box, Pictogram picture, const QString &text, Command command);
 
+    void showCharge(std::optional<double> percent);
+
     AeroLinebar *charge;
     QLabel *chargeText;
     std::vector<StateSwitch> switches;

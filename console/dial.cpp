@@ -13,10 +13,10 @@ namespace {
 
 constexpr int dialRadius = 70;
 constexpr int ringWidth = 15;
-constexpr int startAngle = 205;
-constexpr int span = 230;
+constexpr int startAngle = 225;
+constexpr int span = 270;
 /// What radius and angles make of the dial.
-constexpr QSize roomSize(142, 101);
+constexpr QSize roomSize(142, 121);
 /// A dial cannot have a shorter scale.
 constexpr double shortestScale = 1.0;
 
@@ -47,8 +47,8 @@ Dial::Dial(QWidget *parent, Quantity shownQuantity, const QString &label, double
                    {"tickness", ringWidth},
                    {"numTick", 20},
                    {"label", label},
-                   {"posLabel", QPoint(0, 12)},
-                   {"posStr", QPoint(0, 0)}});
+                   {"posLabel", QPoint(0, 20)},
+                   {"posStr", QPoint(0, 4)}});
 }
 
 QWidget *Dial::room() const
@@ -63,7 +63,7 @@ void Dial::showSnapshot(const Snapshot &snapshot)
     if (!measure.value) {
         setUp(circle, {{"formatStr", QObject::tr("no data")},
                        {"value", circle->property("minValue")},
-                       {"cursor", Look::accent()}});
+                       {"cursor", circle->property("background")}});
         return;
     }
     const QString format = quantity == Quantity::Load || quantity == Quantity::BatteryCharge

@@ -2,6 +2,7 @@
 
 #include <QtGui/QPainter>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QVBoxLayout>
 
 namespace {
 
@@ -27,6 +28,19 @@ QPalette Look::palette(bool night)
     palette.setColor(QPalette::Disabled, QPalette::WindowText, faint);
     palette.setColor(QPalette::Disabled, QPalette::Text, faint);
     return palette;
+}
+
+QVBoxLayout *Look::pageLayout(QWidget *page)
+{
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(margin, margin, gutter, margin);
+    layout->setSpacing(spacing);
+    return layout;
+}
+
+QString Look::separator()
+{
+    return QStringLiteral("  ·  ");
 }
 
 QColor Look::accent()

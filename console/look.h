@@ -5,15 +5,23 @@
 #include <QtWidgets/QFrame>
 
 class QLabel;
+class QVBoxLayout;
 
 /// The console's colours and building blocks.
 namespace Look {
 
 constexpr int margin = 12;  ///< between a page's edge and its cards, and inside a card
 constexpr int spacing = 10; ///< between neighbours
+constexpr int gutter = 58;  ///< at a page's right edge, where the drawer's tab hangs
 
 /// Dark on light, or light on dark.
 QPalette palette(bool night);
+
+/// The layout of a page: one column of cards.
+QVBoxLayout *pageLayout(QWidget *page);
+
+/// What stands between short texts on one line.
+QString separator();
 
 /// Accent colour of controls.
 QColor accent();

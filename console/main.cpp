@@ -56,13 +56,13 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setFont(Look::font(Look::Normal));
-    QApplication::setPalette(Look::palette(false));
 
     const bool simulates = options.ups.isEmpty();
     std::unique_ptr<UpsFeed> feed;
     feed = std::make_unique<SimulatorFeed>(options.speed);
 
     ConsoleWindow window;
+    window.chooseNightLook(options.night);
     window.setFeed(feed.get());
     if (takesScreenshots) {
         QString error;

@@ -55,7 +55,9 @@ Options parseOptions(const QStringList &arguments)
                                 QStringLiteral("Scenario instants of the screenshots, in seconds, "
                                                "separated by commas."),
                                 QStringLiteral("SECONDS"));
-    parser.addOptions({help, version, ups, speed, screenshot, at});
+    const QCommandLineOption night(QStringLiteral("night"),
+                                   QStringLiteral("Begin with the night look, light on dark."));
+    parser.addOptions({help, version, ups, speed, night, screenshot, at});
 
     if (!parser.parse(arguments)) {
         QString reason = parser.errorText();
@@ -76,6 +78,7 @@ Options parseOptions(const QStringList &arguments)
         return refused(
             QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().first()));
 
+    options.night = parser.isSet(night);
     options.ups = parser.value(ups);
     if (parser.isSet(ups) && options.ups.isEmpty())
         return refused(QStringLiteral("--ups needs NAME@HOST[:PORT]"));

@@ -13,6 +13,7 @@ struct Options
     Task task = Task::ShowWindow;
     QString text;             ///< for PrintText the text, for Refuse the reason in one line
     QString ups;              ///< NAME@HOST[:PORT]; empty for the simulator
+    bool night = false;       ///< begin with the night look
     double speed = 1.0;       ///< of the simulated scenario
     QString directory;        ///< where the screenshots go
     QVector<double> instants; ///< scenario instants of the screenshots, in seconds

@@ -35,14 +35,6 @@ QPixmap tileFace()
     return face;
 }
 
-/// What the state line says: the alarm where there is one, else what the UPS is doing.
-QString stateTitle(const Snapshot &snapshot)
-{
-    if (snapshot.system.alarm == AlarmState::None)
-        return nameOf(snapshot.system.operating);
-    return nameOf(snapshot.system.alarm);
-}
-
 QString runtimeText(const Snapshot &snapshot)
 {
     const std::optional<double> seconds = snapshot.value(Quantity::BatteryRuntime);
@@ -56,9 +48,7 @@ QString runtimeText(const Snapshot &snapshot)
 OverviewPage::OverviewPage(QWidget *parent)
     : Page(parent)
 {
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Look::margin, Look::margin, Look::margin, Look::margin);
-    layout->setSpacing(Look::spacing);
+    QVBoxLayout *layout = Look::pageLayout(this);
     layout->addWidget(makeSummary());
     layout->addWidget(makeTiles());
     layout->addWidget(makeDials(), 1);
@@ -81,13 +71,12 @@ QWidget *OverviewPage::makeSummary()
     stateText = Look::label(card, Look::Huge, true);
     detailText = Look::label(card, Look::Normal);
     alarmText = Look::label(card, Look::Normal, true);
-    alarmText->setWordWrap(true);
-    alarmText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(4);
     texts->addStretch();
     texts->addWidget(stateText);
+    texts->addWidget(alarmText);
     texts->addWidget(detailText);
     texts->addStretch();
     auto *layout = new QHBoxLayout(card);
@@ -96,7 +85,6 @@ QWidget *OverviewPage::makeSummary()
     layout->addWidget(system);
     layout->addWidget(battery);
     layout->addLayout(texts, 1);
-    layout->addWidget(alarmText, 1);
     return card;
 }
 
@@ -179,17 +167,15 @@ void OverviewPage::showSnapshot(const Snapshot &snapshot)
     system->setState(shownState(snapshot.system));
     battery->setState(shownState(snapshot.element(Element::Battery)));
     stateText->setText(stateTitle(snapshot));
-    if (snapshot.isLost()) {
-        detailText->setText(snapshot.reason);
-        alarmText->clear();
-    } else {
-        const QString runtime = runtimeText(snapshot);
-        QStringList details = snapshot.status;
-        if (!runtime.isEmpty())
-            details.append(runtime);
-        detailText->setText(details.join(QStringLiteral("  ·  ")));
-        alarmText->setText(snapshot.alarms.join(QLatin1Char('\n')));
-    }
+    QStringList details = snapshot.status;
+    if (snapshot.isLost())
+        details = QStringList(sentence(snapshot.reason));
+    const QString runtime = runtimeText(snapshot);
+    if (!runtime.isEmpty())
+        details.append(runtime);
+    detailText->setText(details.join(Look::separator()));
+    alarmText->setText(snapshot.alarms.join(Look::separator()));
+    alarmText->setVisible(!snapshot.alarms.isEmpty());
     for (int i = 0; i < elementCount; ++i) {
         const ElementState state = snapshot.element(Element(i));
         tiles[i]->setState(shownState(state));

@@ -33,9 +33,7 @@ int asInt(double number)
 PowerPage::PowerPage(QWidget *parent)
     : Page(parent)
 {
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Look::margin, Look::margin, Look::margin, Look::margin);
-    layout->setSpacing(Look::spacing);
+    QVBoxLayout *layout = Look::pageLayout(this);
     layout->addWidget(makeBars());
     layout->addWidget(makeNumbers(), 1);
 }
@@ -58,7 +56,8 @@ QWidget *PowerPage::makeBars()
                               Quantity::OutputVoltage};
     for (const Quantity quantity : shown) {
         auto *bar = new MetroXbar(card);
-        setUp(bar, {{"measure", QStringLiteral(" V")}, {"maxValue", defaultMaximum}});
+        // The space at the end keeps the unit clear of the bar's edge.
+        setUp(bar, {{"measure", QStringLiteral(" V ")}, {"maxValue", defaultMaximum}});
         voltages.push_back({quantity, bar, addRow(grid, grid->rowCount(), quantity, bar)});
     }
     return card;

@@ -5,6 +5,7 @@
 #include "feed/upsfeed.h"
 #include "options.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
@@ -17,7 +18,7 @@ namespace {
 /// As long as a lost link may take to show.
 constexpr int patienceMsecs = 6000;
 
-/// In the middle of the phases that show the most.
+/// Late in the phases that show the most.
 QVector<double> notableInstants()
 {
     using Scenario::Phase;
@@ -27,7 +28,7 @@ QVector<double> notableInstants()
           Phase::InverterFault, Phase::Locked, Phase::CommunicationLost}) {
         const bool last = int(phase) == Scenario::phaseCount - 1;
         const double end = last ? Scenario::length() : Scenario::startOf(Phase(int(phase) + 1));
-        instants.append((Scenario::startOf(phase) + end) / 2);
+        instants.append(Scenario::startOf(phase) + 0.8 * (end - Scenario::startOf(phase)));
     }
     return instants;
 }
@@ -38,6 +39,8 @@ bool takePages(ConsoleWindow &window, const QString &directory, const QString &s
     const QStringList names = window.pageNames();
     for (int i = 0; i < names.size(); ++i) {
         window.showPage(i);
+        // New states reach the widgets' pictures through the event loop.
+        QCoreApplication::sendPostedEvents();
         const QString file =
             QDir(directory).filePath(QStringLiteral("%1%2.png").arg(names.at(i), suffix));
         if (!window.grab().save(file)) {

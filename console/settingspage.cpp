@@ -42,7 +42,7 @@ bool isStarting(const Snapshot &snapshot)
 QString mainSwitchText(const Snapshot &snapshot)
 {
     if (snapshot.isLost())
-        return SettingsPage::tr("State unknown: %1").arg(snapshot.reason);
+        return sentence(snapshot.reason);
     if (snapshot.system.alarm == AlarmState::Locked)
         return SettingsPage::tr("Locked");
     if (isStarting(snapshot))
@@ -55,9 +55,7 @@ QString mainSwitchText(const Snapshot &snapshot)
 SettingsPage::SettingsPage(QWidget *parent)
     : Page(parent)
 {
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Look::margin, Look::margin, Look::margin, Look::margin);
-    layout->setSpacing(Look::spacing);
+    QVBoxLayout *layout = Look::pageLayout(this);
     layout->addWidget(makeMainSwitch());
     layout->addWidget(makeSettings(), 1);
 }
@@ -136,6 +134,12 @@ void SettingsPage::showSnapshot(const Snapshot &snapshot)
         beeper->setChecked(snapshot.beeperEnabled.value_or(false));
     }
     enableControls();
+}
+
+void SettingsPage::showNightLook(bool night)
+{
+    const QSignalBlocker silent(nightLook);
+    nightLook->setChecked(night);
 }
 
 void SettingsPage::offerCommands()

@@ -16,6 +16,8 @@ public:
     explicit SettingsPage(QWidget *parent = nullptr);
 
     void showSnapshot(const Snapshot &snapshot) override;
+    /// Sets the switch of the night look without choosing it.
+    void showNightLook(bool night);
 
 Q_SIGNALS:
     void nightLookChosen(bool night);

@@ -15,6 +15,20 @@ elemDesc_t shownState(ElementState state)
     return {quint8(state.alarm), quint8(state.operating)};
 }
 
+QString stateTitle(const Snapshot &snapshot)
+{
+    if (snapshot.system.alarm != AlarmState::None)
+        return nameOf(snapshot.system.alarm);
+    return snapshot.status.value(0, nameOf(snapshot.system.operating));
+}
+
+QString sentence(QString text)
+{
+    if (!text.isEmpty())
+        text[0] = text.at(0).toUpper();
+    return text;
+}
+
 QString textOf(const Snapshot &snapshot, Quantity quantity, int decimals)
 {
     const std::optional<double> value = snapshot.value(quantity);
