@@ -1,0 +1,280 @@
+#include "nutmapping.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+using Alarm = AlarmState;
+using Op = OperatingState;
+
+/// What a status token says of one element: what it is doing, how it is doing, both or nothing.
+struct Effect
+{
+    Op operating = Op::Unknown; // says nothing
+    Alarm alarm = Alarm::None;  // likewise
+};
+
+constexpr Effect nothing = {};
+
+constexpr Effect is(Op operating, Alarm alarm = Alarm::None)
+{
+    return {operating, alarm};
+}
+
+constexpr Effect has(Alarm alarm)
+{
+    return {Op::Unknown, alarm};
+}
+
+struct StatusRow
+{
+    const char *tokens; // all of them must be there
+    const char *words;  // for the screen; none where the tokens' own rows say it
+    Effect system, rectifier, inverter, battery, bypass, load;
+};
+
+// What the tokens of ups.status mean, for a UPS that works by double conversion. From top to bottom
+// a later row overrides what an element is doing; the worst of all alarms counts, and the UPS as a
+// whole is never better than its worst element.
+// clang-format off
+constexpr StatusRow statusTable[] = {
+    //           words                  system                           rectifier                        inverter                         battery              bypass            load
+    {"OL",      "On line",             is(Op::On),                      is(Op::On),                      is(Op::On),                      is(Op::StandBy),     nothing,          is(Op::On)},
+    {"CHRG",    "Battery charging",    nothing,                         nothing,                         nothing,                         is(Op::On),          nothing,          nothing},
+    {"DISCHRG", "Battery discharging", nothing,                         nothing,                         nothing,                         is(Op::OnBattery),   nothing,          nothing},
+    {"CAL",     "Calibration",         is(Op::Calibration),             nothing,                         nothing,                         is(Op::Calibration), nothing,          nothing},
+    {"OB",      "On battery",          is(Op::OnBattery),               is(Op::StandBy, Alarm::Warning), is(Op::OnBattery),               is(Op::OnBattery),   nothing,          is(Op::OnBattery)},
+    {"OFF",     "Output off",          is(Op::StandBy),                 nothing,                         is(Op::StandBy),                 nothing,             nothing,          is(Op::StandBy)},
+    {"BYPASS",  "On bypass",           is(Op::OnBypass, Alarm::Warning), nothing,                        is(Op::StandBy, Alarm::Warning), nothing,             is(Op::OnBypass), is(Op::OnBypass, Alarm::Warning)},
+    {"TRIM",    "Input voltage high",  nothing,                         has(Alarm::Warning),             nothing,                         nothing,             nothing,          nothing},
+    {"BOOST",   "Input voltage low",   nothing,                         has(Alarm::Warning),             nothing,                         nothing,             nothing,          nothing},
+    {"HB",      "Battery high",        nothing,                         nothing,                         nothing,                         has(Alarm::Warning), nothing,          nothing},
+    {"LB",      "Battery low",         nothing,                         nothing,                         nothing,                         has(Alarm::Anomaly), nothing,          nothing},
+    {"RB",      "Replace the battery", nothing,                         nothing,                         nothing,                         has(Alarm::Anomaly), nothing,          nothing},
+    {"OB LB",   "",                    has(Alarm::Fault),               nothing,                         nothing,                         has(Alarm::Fault),   nothing,          has(Alarm::Warning)},
+    {"OVER",    "Overload",            nothing,                         nothing,                         has(Alarm::Warning),             nothing,             nothing,          has(Alarm::Anomaly)},
+    {"ALARM",   "Alarm",               has(Alarm::Fault),               nothing,                         nothing,                         nothing,             nothing,          nothing},
+    {"FSD",     "Forced shutdown",     has(Alarm::Fault),               nothing,                         nothing,                         nothing,             nothing,          has(Alarm::Fault)},
+};
+
+// Where values and ranges come from: the first of the variables, separated by '|', that holds a
+// number. A number in the place of a variable stands for itself.
+struct ValueRow
+{
+    Quantity quantity;
+    const char *value, *minimum, *maximum, *nominal, *low, *high;
+};
+
+constexpr ValueRow valueTable[] = {
+    {Quantity::Load,            "ups.load", "0", "100", "", "", "ups.load.high"},
+    {Quantity::BatteryCharge,   "battery.charge", "0", "100", "", "battery.charge.low|battery.charge.warning", ""},
+    {Quantity::BatteryVoltage,  "battery.voltage", "battery.voltage.low", "battery.voltage.high", "battery.voltage.nominal", "", ""},
+    {Quantity::BatteryRuntime,  "battery.runtime", "0", "", "", "battery.runtime.low", ""},
+    {Quantity::InputVoltage,    "input.voltage",
+        "input.transfer.low|input.voltage.low.critical|input.voltage.low.warning",
+        "input.transfer.high|input.voltage.high.critical|input.voltage.high.warning",
+        "input.voltage.nominal",
+        "input.voltage.low.warning|input.voltage.low.critical|input.transfer.low",
+        "input.voltage.high.warning|input.voltage.high.critical|input.transfer.high"},
+    {Quantity::InputFrequency,  "input.frequency", "input.frequency.low", "input.frequency.high", "input.frequency.nominal", "", ""},
+    {Quantity::BypassVoltage,   "input.bypass.voltage", "", "", "input.bypass.voltage.nominal", "", ""},
+    {Quantity::BypassFrequency, "input.bypass.frequency", "", "", "input.bypass.frequency.nominal", "", ""},
+    {Quantity::OutputVoltage,   "output.voltage", "", "", "output.voltage.nominal", "", ""},
+    {Quantity::OutputFrequency, "output.frequency", "", "", "output.frequency.nominal", "", ""},
+    {Quantity::OutputCurrent,   "output.current", "0", "output.current.nominal", "output.current.nominal", "", ""},
+    {Quantity::OutputPower,     "ups.realpower", "0", "ups.realpower.nominal", "ups.realpower.nominal", "", ""},
+    {Quantity::Temperature,     "ups.temperature", "", "", "", "", ""},
+};
+// clang-format on
+
+QStringList split(const char *text, char separator)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(separator), Qt::SkipEmptyParts);
+}
+
+/// The text in one line, without control characters.
+QString plainText(QString text)
+{
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = QLatin1Char(' ');
+    }
+    return text.simplified();
+}
+
+QString firstText(const NutVariables &variables, const char *alternatives)
+{
+    for (const QString &variable : split(alternatives, '|')) {
+        const QString text = plainText(variables.value(variable));
+        if (!text.isEmpty())
+            return text;
+    }
+    return QString();
+}
+
+std::optional<double> firstNumber(const NutVariables &variables, const char *alternatives)
+{
+    for (const QString &alternative : split(alternatives, '|')) {
+        const std::optional<double> literal = nutNumber(alternative);
+        const std::optional<double> number =
+            literal ? literal : nutNumber(variables.value(alternative));
+        if (number)
+            return number;
+    }
+    return std::nullopt;
+}
+
+Measure measureOf(const NutVariables &variables, const ValueRow &row)
+{
+    Measure measure;
+    measure.value = firstNumber(variables, row.value);
+    measure.minimum = firstNumber(variables, row.minimum);
+    measure.maximum = firstNumber(variables, row.maximum);
+    measure.nominal = firstNumber(variables, row.nominal);
+    measure.low = firstNumber(variables, row.low);
+    measure.high = firstNumber(variables, row.high);
+    // A range that is none counts as unknown.
+    if (measure.minimum && measure.maximum && *measure.minimum >= *measure.maximum)
+        measure.minimum = measure.maximum = std::nullopt;
+    return measure;
+}
+
+void apply(ElementState *state, const Effect &effect)
+{
+    if (effect.operating != Op::Unknown)
+        state->operating = effect.operating;
+    state->alarm = std::max(state->alarm, effect.alarm);
+}
+
+void apply(Snapshot *snapshot, const StatusRow &row)
+{
+    apply(&snapshot->system, row.system);
+    apply(&snapshot->element(Element::Rectifier), row.rectifier);
+    apply(&snapshot->element(Element::Inverter), row.inverter);
+    apply(&snapshot->element(Element::Battery), row.battery);
+    apply(&snapshot->element(Element::Bypass), row.bypass);
+    apply(&snapshot->element(Element::Load), row.load);
+}
+
+bool raisesAlarm(const StatusRow &row)
+{
+    for (const Effect &effect :
+         {row.system, row.rectifier, row.inverter, row.battery, row.bypass, row.load}) {
+        if (effect.alarm != Alarm::None)
+            return true;
+    }
+    return false;
+}
+
+void setUnknown(Snapshot *snapshot)
+{
+    const ElementState unknown = {Alarm::None, Op::Unknown};
+    snapshot->system = unknown;
+    snapshot->elements.fill(unknown);
+}
+
+void takeStatus(Snapshot *snapshot, const QStringList &tokens)
+{
+    QStringList untold = tokens;
+    for (const StatusRow &row : statusTable) {
+        const QStringList needed = split(row.tokens, ' ');
+        const bool holds = std::all_of(needed.begin(), needed.end(), [&](const QString &token) {
+            return tokens.contains(token);
+        });
+        if (!holds)
+            continue;
+        apply(snapshot, row);
+        const QString words = QString::fromLatin1(row.words);
+        if (words.isEmpty())
+            continue;
+        snapshot->status += words;
+        untold.removeAll(needed.first());
+        if (raisesAlarm(row))
+            snapshot->alarms += words;
+    }
+    snapshot->status += untold;
+}
+
+/// The UPS's own words instead of the plain "Alarm".
+void takeAlarmText(Snapshot *snapshot, const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    snapshot->alarms.removeAll(QStringLiteral("Alarm"));
+    snapshot->alarms.prepend(text);
+}
+
+/// The whole is as bad as its worst element; and since an alarm is only shown together with what an
+/// element is doing, one that raises an alarm and does not say is taken to be on.
+void roundOff(Snapshot *snapshot)
+{
+    const auto showAlarm = [](ElementState *state) {
+        if (state->alarm != Alarm::None && state->operating == Op::Unknown)
+            state->operating = Op::On;
+    };
+    for (ElementState &element : snapshot->elements) {
+        snapshot->system.alarm = std::max(snapshot->system.alarm, element.alarm);
+        showAlarm(&element);
+    }
+    showAlarm(&snapshot->system);
+}
+
+std::optional<bool> beeperOf(const NutVariables &variables)
+{
+    const QString text = variables.value(QStringLiteral("ups.beeper.status"));
+    if (text == QLatin1String("enabled"))
+        return true;
+    if (text == QLatin1String("disabled") || text == QLatin1String("muted"))
+        return false;
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<double> nutNumber(const QString &text)
+{
+    const QByteArray digits = text.trimmed().toLatin1();
+    bool ok = false;
+    const double number = digits.toDouble(&ok);
+    // Qt takes blanks for 0.
+    if (!ok || digits.isEmpty() || !std::isfinite(number))
+        return std::nullopt;
+    return number;
+}
+
+Snapshot snapshotOf(const QString &upsName, const NutVariables &variables)
+{
+    Snapshot snapshot;
+    snapshot.link = Snapshot::Link::Ok;
+    snapshot.name = upsName;
+    setUnknown(&snapshot);
+
+    const QString alarmText = firstText(variables, "ups.alarm");
+    QStringList tokens =
+        firstText(variables, "ups.status").split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    tokens.removeDuplicates();
+    if (tokens.contains(QStringLiteral("WAIT"))) {
+        snapshot.status += QStringLiteral("Waiting for the first data");
+        return snapshot;
+    }
+    // Drivers that give an alarm's text do not always set its token.
+    if (!alarmText.isEmpty() && !tokens.contains(QStringLiteral("ALARM")))
+        tokens += QStringLiteral("ALARM");
+
+    snapshot.manufacturer = firstText(variables, "ups.mfr|device.mfr");
+    snapshot.model = firstText(variables, "ups.model|device.model");
+    snapshot.beeperEnabled = beeperOf(variables);
+    for (const ValueRow &row : valueTable)
+        snapshot.measure(row.quantity) = measureOf(variables, row);
+
+    takeStatus(&snapshot, tokens);
+    takeAlarmText(&snapshot, alarmText);
+    // Only a UPS that measures its bypass is known to have one.
+    ElementState &bypass = snapshot.element(Element::Bypass);
+    if (bypass.operating == Op::Unknown && snapshot.system.operating != Op::Unknown &&
+        snapshot.value(Quantity::BypassVoltage))
+        bypass.operating = Op::StandBy;
+    roundOff(&snapshot);
+    return snapshot;
+}
