@@ -1,4 +1,5 @@
 #include "consolewindow.h"
+#include "feed/nutfeed.h"
 #include "feed/simulatorfeed.h"
 #include "look.h"
 #include "options.h"
@@ -10,6 +11,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -47,6 +49,14 @@ int main(int argc, char **argv)
         return 0;
     }
 
+    std::optional<NutAddress> address;
+    if (!options.ups.isEmpty()) {
+        QString error;
+        address = NutAddress::parse(options.ups, &error);
+        if (!address)
+            return refuse(error, wrongOptions);
+    }
+
     const bool takesScreenshots = options.task == Options::Task::TakeScreenshots;
     if (takesScreenshots && !hasDisplay())
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -57,17 +67,19 @@ int main(int argc, char **argv)
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setFont(Look::font(Look::Normal));
 
-    const bool simulates = options.ups.isEmpty();
     std::unique_ptr<UpsFeed> feed;
-    feed = std::make_unique<SimulatorFeed>(options.speed);
+    if (address)
+        feed = std::make_unique<NutFeed>(*address);
+    else
+        feed = std::make_unique<SimulatorFeed>(options.speed);
 
     ConsoleWindow window;
     window.chooseNightLook(options.night);
     window.setFeed(feed.get());
     if (takesScreenshots) {
         QString error;
-        const bool taken = simulates ? takeScenarioScreenshots(window, options, &error)
-                                     : takeLiveScreenshots(window, *feed, options, &error);
+        const bool taken = address ? takeLiveScreenshots(window, *feed, options, &error)
+                                   : takeScenarioScreenshots(window, options, &error);
         return taken ? 0 : refuse(error, 1);
     }
     window.show();

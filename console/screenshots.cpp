@@ -84,7 +84,8 @@ bool takeLiveScreenshots(ConsoleWindow &window, UpsFeed &feed, const Options &op
         return false;
     QEventLoop loop;
     QObject::connect(&feed, &UpsFeed::snapshotReady, &loop, [&](const Snapshot &snapshot) {
-        if (!snapshot.isLost())
+        // A driver that has just begun knows nothing yet.
+        if (!snapshot.isLost() && snapshot.system.operating != OperatingState::Unknown)
             loop.quit();
     });
     QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
