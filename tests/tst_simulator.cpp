@@ -95,6 +95,9 @@ void TestSimulator::showsEveryState()
         for (const ElementState &state : statesOf(Scenario::snapshotAt(t))) {
             alarms += int(state.alarm);
             operatings += int(state.operating);
+            // The tiles show an alarm only together with an operating state.
+            QVERIFY(state.alarm < AlarmState::Warning ||
+                    state.operating != OperatingState::Unknown);
         }
     }
     QCOMPARE(alarms, (QSet<int>{0, 1, 2, 3, 4, 5}));
