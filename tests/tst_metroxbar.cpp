@@ -1,0 +1,353 @@
+#include "metroxbar.h"
+
+#include "cacheprobe.h"
+#include "pictures.h"
+#include "testmain.h"
+
+#include <QtGui/QPainter>
+
+#include <limits>
+#include <optional>
+
+namespace {
+
+class OpenBar : public MetroXbar
+{
+public:
+    using MetroXbar::barWidth;
+    using MetroXbar::Image;
+    using MetroXbar::ImageBG;
+    using MetroXbar::ImageFG;
+    using MetroXbar::MetroXbar;
+};
+
+CacheProbe probe(OpenBar *bar)
+{
+    return CacheProbe(
+        bar, {{"Image", &bar->Image}, {"ImageBG", &bar->ImageBG}, {"ImageFG", &bar->ImageFG}});
+}
+
+int widthOf(const QFont &font, const QString &text)
+{
+    return QFontMetrics(font).size(Qt::TextSingleLine, text).width();
+}
+
+/// A filled rectangle by its inclusive corners, drawn as a pen and a brush of one colour do.
+void fill(QPainter *painter, const QColor &color, int left, int top, int right, int bottom)
+{
+    painter->setPen(color);
+    painter->setBrush(color);
+    painter->drawRect(QRect(QPoint(left, top), QPoint(right, bottom)));
+}
+
+/// The bar as it should look; @p right is the fill's last column, or nothing for an empty one.
+QImage barPicture(QSize size, int barWidth, std::optional<int> right, const QString &text,
+                  const QFont &font, const QColor &ground = QColor(167, 167, 167))
+{
+    const int H = size.height();
+    QImage layers = emptyPicture(size);
+    QPainter painter(&layers);
+    fill(&painter, ground, 1, 1, barWidth, H - 2);
+    if (right)
+        fill(&painter, QColor(0, 174, 240), 1, 1, *right, H);
+
+    QImage mask = emptyPicture(size);
+    QPainter lines(&mask);
+    lines.setPen(QPen(Qt::black, 1.0));
+    for (int i = 0; i <= 10; ++i)
+        lines.drawLine(barWidth * i / 10 + 1, 1, barWidth * i / 10 + 1, H - 1);
+    lines.drawLine(1, 1, barWidth, 1);
+    lines.drawLine(1, H - 1, barWidth, H - 1);
+    lines.drawLine(1, 1, 1, H - 1);
+    lines.drawLine(barWidth, 1, barWidth, H - 1);
+    lines.end();
+
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.drawImage(0, 0, mask);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.setPen(Qt::black);
+    painter.setFont(font);
+    const QFontMetrics metrics(font);
+    painter.drawText(QPointF(barWidth + 2, (H - metrics.height()) / 2 + metrics.ascent()), text);
+    return layers;
+}
+
+} // namespace
+
+class MetroXbarTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void metaObject();
+    void defaults();
+    void look_data();
+    void look();
+    void sizes_data();
+    void sizes();
+    void effects();
+    void everyPaintRebuilds();
+    void idleBarRests_data();
+    void idleBarRests();
+    void unitCountsFromTheNextEvent();
+    void groundShowsWithTheNextPaint();
+    void nullImagesAreReported();
+    void fontsCountFromTheNextPaint();
+    void mutatedEqualsFresh_data();
+    void mutatedEqualsFresh();
+};
+
+void MetroXbarTest::metaObject()
+{
+    const QMetaObject &meta = MetroXbar::staticMetaObject;
+    QCOMPARE(meta.superClass()->className(), "QWidget");
+    QCOMPARE(declaredProperties(meta),
+             QStringList({QStringLiteral("backgroundcolor QColor"),
+                          QStringLiteral("foregroundcolor QColor"), QStringLiteral("value int"),
+                          QStringLiteral("maxValue int"), QStringLiteral("minValue int"),
+                          QStringLiteral("measure QString")}));
+    QCOMPARE(declaredMethods(meta), QStringList());
+}
+
+void MetroXbarTest::defaults()
+{
+    const OpenBar bar(nullptr);
+    QCOMPARE(bar.getBackgroundcolor(), QColor(167, 167, 167));
+    QCOMPARE(bar.getForegroundcolor(), QColor(0, 174, 240));
+    QCOMPARE(bar.getValue(), 35);
+    QCOMPARE(bar.getMaxValue(), 300);
+    QCOMPARE(bar.getMinValue(), 0);
+    QCOMPARE(bar.getMeasure(), QString());
+    QCOMPARE(bar.barWidth, bar.width() - widthOf(bar.font(), QStringLiteral("138V")));
+}
+
+void MetroXbarTest::look_data()
+{
+    using Limits = std::numeric_limits<int>;
+    QTest::addColumn<int>("minimum");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<double>("share"); // of the bar; below 0 counts as it is
+    QTest::newRow("default") << 0 << 300 << 35 << 35 / 300.0;
+    QTest::newRow("empty") << 0 << 300 << 0 << 0.0;
+    QTest::newRow("full") << 0 << 300 << 300 << 1.0;
+    QTest::newRow("above the maximum") << 0 << 300 << 301 << 1.0;
+    QTest::newRow("far above the maximum") << 0 << 300 << Limits::max() << 1.0;
+    QTest::newRow("from another minimum") << 200 << 260 << 230 << 0.5;
+    QTest::newRow("negative limits") << -100 << -50 << -75 << 0.5;
+    QTest::newRow("below the minimum") << 0 << 300 << -30 << -0.1;
+    QTest::newRow("reversed limits") << 300 << 0 << -300 << 2.0;
+    QTest::newRow("widest limits") << Limits::min() << Limits::max() << 0 << 0.5;
+}
+
+void MetroXbarTest::look()
+{
+    QFETCH(int, minimum);
+    QFETCH(int, maximum);
+    QFETCH(int, value);
+    QFETCH(double, share);
+    Stage<OpenBar> bar(QSize(240, 30));
+    bar->setMinValue(minimum);
+    bar->setMaxValue(maximum);
+    bar->setValue(value);
+    bar->setMeasure(QStringLiteral("V"));
+    const int barWidth = 240 - widthOf(bar->font(), QStringLiteral("138V"));
+    const int right = value > maximum ? barWidth : int(share * barWidth);
+    COMPARE_PICTURES(pictureOf(bar.widget),
+                     barPicture(bar->size(), barWidth, right,
+                                QString::number(value) + QStringLiteral("V"), bar->font()));
+}
+
+void MetroXbarTest::sizes_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("one pixel") << QSize(1, 1);
+    QTest::newRow("narrower than the text") << QSize(12, 20);
+    QTest::newRow("low") << QSize(200, 2);
+    QTest::newRow("odd") << QSize(151, 33);
+    QTest::newRow("high") << QSize(60, 200);
+    QTest::newRow("large") << QSize(800, 60);
+}
+
+void MetroXbarTest::sizes()
+{
+    QFETCH(QSize, size);
+    Stage<OpenBar> bar(size);
+    const int barWidth = size.width() - widthOf(bar->font(), QStringLiteral("138"));
+    for (const bool enabled : {true, false}) {
+        bar->setEnabled(enabled);
+        COMPARE_PICTURES(pictureOf(bar.widget), barPicture(size, barWidth, 35 * barWidth / 300,
+                                                           QStringLiteral("35"), bar->font()));
+    }
+    // Equal limits leave the bar empty, unless the value is above them.
+    bar->setMinValue(300);
+    COMPARE_PICTURES(pictureOf(bar.widget),
+                     barPicture(size, barWidth, std::nullopt, QStringLiteral("35"), bar->font()));
+    bar->setValue(301);
+    COMPARE_PICTURES(pictureOf(bar.widget),
+                     barPicture(size, barWidth, barWidth, QStringLiteral("301"), bar->font()));
+}
+
+void MetroXbarTest::effects()
+{
+    Stage<OpenBar> bar;
+    CacheProbe caches = probe(bar.widget);
+    const QString value = QStringLiteral("drops Image");
+    const QString all = QStringLiteral("drops Image,ImageBG,ImageFG");
+    const QString nothing = QStringLiteral("nothing");
+    QCOMPARE(caches.effectOf("backgroundcolor", QColor(Qt::red)), value);
+    QCOMPARE(caches.effectOf("backgroundcolor", QColor(Qt::red)), nothing);
+    QCOMPARE(caches.effectOf("foregroundcolor", QColor(Qt::red)), value);
+    QCOMPARE(caches.effectOf("foregroundcolor", QColor(Qt::red)), nothing);
+    QCOMPARE(caches.effectOf("value", 36), value);
+    QCOMPARE(caches.effectOf("value", 36), nothing);
+    QCOMPARE(caches.effectOf("maxValue", 301), value);
+    QCOMPARE(caches.effectOf("maxValue", 301), nothing);
+    QCOMPARE(caches.effectOf("minValue", 1), value);
+    QCOMPARE(caches.effectOf("minValue", 1), nothing);
+    QCOMPARE(caches.effectOf("measure", QStringLiteral("V")), QStringLiteral("updates"));
+    QCOMPARE(caches.effectOf("measure", QStringLiteral("V")), nothing);
+    QCOMPARE(caches.effectOf([&] { bar->resize(120, 40); }), all);
+    QCOMPARE(caches.effectOf([&] { bar->setEnabled(false); }), all);
+    QCOMPARE(caches.effectOf([&] { delete new QObject(bar.widget); }), all);
+    QCOMPARE(caches.effectOf(QEvent::PolishRequest), all);
+    QCOMPARE(caches.effectOf(QEvent::UpdateRequest), all);
+    QCOMPARE(caches.effectOf(QEvent::Enter), nothing);
+    QCOMPARE(caches.effectOf(QEvent::StyleChange), QStringLiteral("updates"));
+    QCOMPARE(caches.effectOf([&] { new QObject(bar.widget); }), nothing);
+    // The element state is not shown, but it posts like any.
+    QCOMPARE(caches.effectOf([&] {
+        bar->MetroStyle::setState({4, 5});
+    }),
+             QStringLiteral("posts, drops Image,ImageBG,ImageFG"));
+}
+
+void MetroXbarTest::everyPaintRebuilds()
+{
+    Stage<OpenBar> bar;
+    pictureOf(bar.widget);
+    bar->Image->fill(Qt::green);
+    bar->ImageBG->fill(Qt::green);
+    bar->ImageFG->fill(Qt::black);
+    QVERIFY(pictureOf(bar.widget).pixelColor(3, 3) != QColor(Qt::green));
+    QVERIFY(pictureOf(bar.widget).pixelColor(3, 3) == QColor(0, 174, 240));
+}
+
+void MetroXbarTest::idleBarRests_data()
+{
+    QTest::addColumn<bool>("asWindow");
+    QTest::newRow("inside a window") << false;
+    QTest::newRow("as a window") << true;
+}
+
+void MetroXbarTest::idleBarRests()
+{
+    QFETCH(bool, asWindow);
+    QWidget window;
+    window.resize(300, 200);
+    OpenBar bar(asWindow ? nullptr : &window);
+    QWidget *shown = asWindow ? static_cast<QWidget *>(&bar) : &window;
+    bar.resize(200, 40);
+    shown->show();
+    deliverAll();
+    EventCounter events(&bar);
+    deliverAll();
+    QCOMPARE(events.count(QEvent::Paint), 0);
+    bar.setValue(99);
+    deliverAll();
+    deliverAll();
+    QVERIFY(events.count(QEvent::Paint) >= 1);
+    QVERIFY(events.count(QEvent::Paint) <= 2);
+}
+
+void MetroXbarTest::unitCountsFromTheNextEvent()
+{
+    Stage<OpenBar> bar(QSize(200, 30));
+    // The first events have replaced the "V" of the constructor by the empty unit.
+    const int before = 200 - widthOf(bar->font(), QStringLiteral("138"));
+    QCOMPARE(bar->barWidth, before);
+    bar->setMeasure(QStringLiteral("kVA"));
+    QCOMPARE(bar->barWidth, before);
+    const int after = 200 - widthOf(bar->font(), QStringLiteral("138kVA"));
+    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), after, 35 * after / 300,
+                                                       QStringLiteral("35kVA"), bar->font()));
+    QCOMPARE(bar->barWidth, after);
+    // A unit that looks like a place in a format is written as it is.
+    bar->setMeasure(QStringLiteral("%1%2"));
+    const int odd = 200 - widthOf(bar->font(), QStringLiteral("138%1%2"));
+    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), odd, 35 * odd / 300,
+                                                       QStringLiteral("35%1%2"), bar->font()));
+}
+
+void MetroXbarTest::groundShowsWithTheNextPaint()
+{
+    Stage<OpenBar> bar(QSize(200, 30));
+    pictureOf(bar.widget);
+    bar->setBackgroundColor(Qt::yellow);
+    QVERIFY(bar->ImageBG);
+    const int barWidth = bar->barWidth;
+    COMPARE_PICTURES(pictureOf(bar.widget),
+                     barPicture(bar->size(), barWidth, 35 * barWidth / 300, QStringLiteral("35"),
+                                bar->font(), Qt::yellow));
+}
+
+void MetroXbarTest::nullImagesAreReported()
+{
+    OpenBar bar(nullptr);
+    bar.resize(0, 0);
+    bar.setObjectName(QStringLiteral("volt"));
+    const auto line = [](const char *function, const char *image) {
+        return ErrorLine{QStringLiteral("KivWidgets/metroxbar.cpp"), QLatin1String(function),
+                         QStringLiteral("Nel controllo volt %1 e' NULL").arg(QLatin1String(image))};
+    };
+    for (int paint = 0; paint < 2; ++paint) {
+        // Each paint drops, so each reports again.
+        sendPaint(&bar);
+        QCOMPARE(takeErrorLines(),
+                 QList<ErrorLine>({line("paintImageFG", "ImageFG"), line("paintImageBG", "ImageBG"),
+                                   line("paintImage", "Image")}));
+    }
+    takeWarnings();
+}
+
+void MetroXbarTest::fontsCountFromTheNextPaint()
+{
+    Stage<OpenBar> bar(QSize(200, 40));
+    const QFont font(QStringLiteral("DejaVu Sans"), 16);
+    bar->setFont(font);
+    const int barWidth = 200 - widthOf(font, QStringLiteral("138"));
+    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), barWidth, 35 * barWidth / 300,
+                                                       QStringLiteral("35"), font));
+}
+
+void MetroXbarTest::mutatedEqualsFresh_data()
+{
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("backgroundcolor") << QByteArray("backgroundcolor") << QVariant(QColor(Qt::red));
+    QTest::newRow("value") << QByteArray("value") << QVariant(200);
+    QTest::newRow("maxValue") << QByteArray("maxValue") << QVariant(70);
+    QTest::newRow("minValue") << QByteArray("minValue") << QVariant(-90);
+    QTest::newRow("measure") << QByteArray("measure") << QVariant(QStringLiteral(" A"));
+    QTest::newRow("size") << QByteArray("size") << QVariant(QSize(150, 21));
+}
+
+void MetroXbarTest::mutatedEqualsFresh()
+{
+    QFETCH(QByteArray, property);
+    QFETCH(QVariant, value);
+    Stage<OpenBar> mutated(QSize(200, 30));
+    const QImage before = pictureOf(mutated.widget);
+    mutated->setProperty(property, value);
+    deliverAll();
+    Stage<OpenBar> fresh(QSize(200, 30));
+    fresh->setProperty(property, value);
+    QEvent request(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(fresh.widget, &request);
+    COMPARE_PICTURES(pictureOf(mutated.widget), pictureOf(fresh.widget));
+    QVERIFY(!differenceOf(pictureOf(mutated.widget), before).isEmpty());
+}
+
+KIV_TEST_MAIN(MetroXbarTest)
+
+#include "tst_metroxbar.moc"
