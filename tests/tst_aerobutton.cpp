@@ -1,6 +1,7 @@
 #include "aerobutton.h"
 
 #include "glasspanel.h"
+#include "icons.h"
 #include "pictures.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -25,24 +26,6 @@ protected:
         AeroButton::paintText(painter);
     }
 };
-
-QPixmap plainPixmap(int width, int height, Qt::GlobalColor color)
-{
-    QPixmap pixmap(width, height);
-    pixmap.fill(color);
-    return pixmap;
-}
-
-/// An icon that shows another colour in each mode and state.
-QIcon telltaleIcon(int width, int height)
-{
-    QIcon icon;
-    icon.addPixmap(plainPixmap(width, height, Qt::red), QIcon::Normal, QIcon::Off);
-    icon.addPixmap(plainPixmap(width, height, Qt::green), QIcon::Normal, QIcon::On);
-    icon.addPixmap(plainPixmap(width, height, Qt::blue), QIcon::Disabled, QIcon::Off);
-    icon.addPixmap(plainPixmap(width, height, Qt::yellow), QIcon::Disabled, QIcon::On);
-    return icon;
-}
 
 QFont labelFont(bool bold)
 {
@@ -253,13 +236,13 @@ void AeroButtonTest::icon()
     QFETCH(QSize, size);
     Stage<AeroButton> button(size);
     button->setIconSize(QSize(20, 12));
-    button->setIcon(telltaleIcon(20, 12));
+    button->setIcon(telltaleIcon(QSize(20, 12)));
     deliverAll();
     COMPARE_PICTURES(pictureOf(button.widget),
                      buttonPicture(GlassPanel(), size, [&](QPainter *painter) {
                          painter->setOpacity(1.0);
                          painter->drawPixmap((size.width() - 20) / 2, (size.height() - 12) / 2,
-                                             plainPixmap(20, 12, Qt::red));
+                                             plainPixmap(QSize(20, 12), Qt::red));
                      }));
 }
 
@@ -267,7 +250,7 @@ void AeroButtonTest::iconModeAndState()
 {
     Stage<AeroButton> button;
     button->setCheckable(true);
-    button->setIcon(telltaleIcon(16, 16));
+    button->setIcon(telltaleIcon(QSize(16, 16)));
     deliverAll();
     const auto middle = [&] { return pictureOf(button.widget).pixelColor(50, 20); };
     QCOMPARE(middle(), QColor(Qt::red));
@@ -290,13 +273,13 @@ void AeroButtonTest::iconAndText()
     Stage<AeroButton> button(QSize(121, 41));
     const QString text = QStringLiteral("Load");
     button->setText(text);
-    button->setIcon(telltaleIcon(16, 16));
+    button->setIcon(telltaleIcon(QSize(16, 16)));
     deliverAll();
     COMPARE_PICTURES(pictureOf(button.widget),
                      buttonPicture(GlassPanel(), button->size(), [&](QPainter *painter) {
                          const int x = (121 - (labelWidth(text) + 16)) / 2;
                          painter->setOpacity(1.0);
-                         painter->drawPixmap(x, (41 - 16) / 2, plainPixmap(16, 16, Qt::red));
+                         painter->drawPixmap(x, (41 - 16) / 2, plainPixmap(QSize(16, 16), Qt::red));
                          drawLabel(painter, x + 16, 41, text, Qt::white);
                      }));
 }
@@ -317,13 +300,13 @@ void AeroButtonTest::iconNeedsTwoPixelsOfRoom()
     QFETCH(QSize, size);
     QFETCH(bool, shows);
     Stage<AeroButton> button(size);
-    button->setIcon(telltaleIcon(16, 16));
+    button->setIcon(telltaleIcon(QSize(16, 16)));
     deliverAll();
     COMPARE_PICTURES(pictureOf(button.widget),
                      buttonPicture(GlassPanel(), size, [&](QPainter *painter) {
                          painter->setOpacity(1.0);
                          if (shows)
-                             painter->drawPixmap(1, 1, plainPixmap(16, 16, Qt::red));
+                             painter->drawPixmap(1, 1, plainPixmap(QSize(16, 16), Qt::red));
                      }));
 }
 
@@ -479,7 +462,7 @@ void AeroButtonTest::baseClassSettersDoNotRebuild()
     Stage<CountingButton> button;
     button->rebuilds = 0;
     button->setProperty("text", QStringLiteral("Unseen"));
-    button->QAbstractButton::setIcon(telltaleIcon(16, 16));
+    button->QAbstractButton::setIcon(telltaleIcon(QSize(16, 16)));
     button->setIconSize(QSize(20, 20));
     button->setFont(QFont(QStringLiteral("DejaVu Sans"), 14));
     deliverAll();
@@ -595,7 +578,7 @@ void AeroButtonTest::mutatedEqualsFresh()
     QFETCH(QVariant, value);
     const auto dress = [](AeroButton *button) {
         button->setText(QStringLiteral("Text"));
-        button->setIcon(telltaleIcon(12, 12));
+        button->setIcon(telltaleIcon(QSize(12, 12)));
     };
     Stage<AeroButton> mutated;
     dress(mutated.widget);

@@ -1,5 +1,6 @@
 #include "simpleslideswitch.h"
 
+#include "icons.h"
 #include "mouse.h"
 #include "pictures.h"
 #include "testmain.h"
@@ -19,13 +20,6 @@ constexpr int knobSide = 27;
 QPixmap libraryPicture(const char *name)
 {
     return QPixmap(QStringLiteral(":/Images/%1.png").arg(QLatin1String(name)));
-}
-
-QPixmap plainPixmap(QSize size, Qt::GlobalColor color)
-{
-    QPixmap pixmap(size);
-    pixmap.fill(color);
-    return pixmap;
 }
 
 /// The library's pictures with the checked track revealed up to column @p revealed and the knob's

@@ -1,0 +1,34 @@
+#include "icons.h"
+
+QPixmap plainPixmap(QSize size, const QColor &color)
+{
+    QPixmap pixmap(size);
+    pixmap.fill(color);
+    return pixmap;
+}
+
+QColor telltaleColor(QIcon::Mode mode, QIcon::State state)
+{
+    const bool on = state == QIcon::On;
+    switch (mode) {
+    case QIcon::Normal:
+        return on ? Qt::green : Qt::red;
+    case QIcon::Disabled:
+        return on ? Qt::yellow : Qt::blue;
+    case QIcon::Active:
+        return on ? Qt::cyan : Qt::magenta;
+    case QIcon::Selected:
+        break;
+    }
+    return on ? Qt::darkGreen : Qt::darkRed;
+}
+
+QIcon telltaleIcon(QSize size)
+{
+    QIcon icon;
+    for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Disabled, QIcon::Active}) {
+        for (const QIcon::State state : {QIcon::Off, QIcon::On})
+            icon.addPixmap(plainPixmap(size, telltaleColor(mode, state)), mode, state);
+    }
+    return icon;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QtGui/QIcon>
+#include <QtGui/QPixmap>
+
+/// A pixmap of one colour.
+QPixmap plainPixmap(QSize size, const QColor &color);
+
+/// The colour that a telltale icon shows in a mode and a state: another one in each.
+QColor telltaleColor(QIcon::Mode mode, QIcon::State state);
+
+/// An icon of one size that tells by its colour in which mode and state it was asked for.
+QIcon telltaleIcon(QSize size);
