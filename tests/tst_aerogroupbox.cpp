@@ -1,0 +1,589 @@
+#include "aerogroupbox.h"
+
+#include "cacheprobe.h"
+#include "glasspanel.h"
+#include "icons.h"
+#include "mouse.h"
+#include "pictures.h"
+#include "testmain.h"
+
+#include <QtCore/QMetaProperty>
+#include <QtCore/QPointer>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtTest/QSignalSpy>
+
+#include <limits>
+
+namespace {
+
+class OpenBox : public AeroGroupbox
+{
+public:
+    using AeroGroupbox::AeroGroupbox;
+    using AeroGroupbox::image;
+    using AeroGroupbox::imageTitle;
+    using AeroGroupbox::paintImageTitle;
+    using AeroGroupbox::titleSize;
+};
+
+QFont titleFont(bool bold)
+{
+    QFont font = QApplication::font();
+    font.setBold(bold);
+    return font;
+}
+
+QSize titleSizeOf(const QString &title, bool bold = true)
+{
+    const QSize text = QFontMetrics(titleFont(bold)).size(Qt::TextSingleLine, title);
+    return {text.width() + 8, text.height()};
+}
+
+QImage titlePicture(const QString &title, const QColor &color = Qt::white, bool bold = true)
+{
+    const QSize size = titleSizeOf(title, bold);
+    if (size.isEmpty())
+        return emptyPicture(size);
+    return drawnPicture(size, [&](QPainter *painter) {
+        painter->setFont(titleFont(bold));
+        painter->setPen(color);
+        painter->drawText(QPointF(4.0, QFontMetrics(titleFont(bold)).ascent()), title);
+    });
+}
+
+QImage panelPicture(QSize size, const GlassPanel &panel)
+{
+    return drawnPicture(size, [&](QPainter *painter) { panel.draw(painter, size); });
+}
+
+/// The box made of its body and its title: the outline is open under the title.
+QImage boxPicture(const QImage &body, const QImage &title, const GlassPanel &panel)
+{
+    const int W = body.width();
+    const int H = body.height();
+    const int m = qMin(W - panel.widthPen, H - panel.widthPen);
+    const int r = m / 2 * panel.roundness / 100;
+    const int wp = panel.widthPen;
+    const int tw = title.width();
+    return drawnPicture(body.size(), [&](QPainter *painter) {
+        painter->setOpacity(panel.opacity);
+        const auto piece = [&](int x, int y, int width, int height) {
+            if (width > 0 && height > 0 && x < W)
+                painter->drawImage(QRectF(x, y, width, height), body, QRectF(x, y, width, height));
+        };
+        piece(0, 0, r, H);
+        piece(r, wp, tw, H - wp);
+        piece(r + tw, 0, W - tw - r, H);
+        if (!title.isNull())
+            painter->drawImage(QPointF(r, 0), title);
+    });
+}
+
+CacheProbe probe(OpenBox *box)
+{
+    return CacheProbe(box, {{"image", &box->image}, {"imageTitle", &box->imageTitle}});
+}
+
+} // namespace
+
+class AeroGroupboxTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void metaObject();
+    void designableConditions();
+    void defaults();
+    void withoutATitle();
+    void withATitle_data();
+    void withATitle();
+    void disabled();
+    void picture();
+    void pictureWithATitle();
+    void typeOutsideTheEnum();
+    void titleSetter();
+    void titleOfTheBaseClass();
+    void effects();
+    void effectsWithAPicture();
+    void titleStaysStale_data();
+    void titleStaysStale();
+    void leftPressToggles();
+    void doubleClickToggles();
+    void uncheckableBoxStillClicks();
+    void otherButtonsAreIgnored();
+    void deletedInASlot();
+    void nullImagesAreReported();
+    void extremeSettingsAreHarmless_data();
+    void extremeSettingsAreHarmless();
+    void mutatedEqualsFresh_data();
+    void mutatedEqualsFresh();
+};
+
+void AeroGroupboxTest::metaObject()
+{
+    const QMetaObject &meta = AeroGroupbox::staticMetaObject;
+    QCOMPARE(meta.superClass()->className(), "QGroupBox");
+    QCOMPARE(declaredMethods(meta), QStringList());
+    const char *const properties[][2] = {
+        {"backgroudType", "typeBG"}, {"backgroundGroup", "QPixmap"},
+        {"color", "QColor"},         {"shadow", "QColor"},
+        {"colorPen", "QColor"},      {"widthPen", "int"},
+        {"opacity", "double"},       {"roundness", "int"},
+        {"colorTitle", "QColor"},    {"bold", "bool"},
+    };
+    int index = meta.propertyOffset();
+    for (const auto &[name, type] : properties) {
+        const QMetaProperty property = meta.property(index++);
+        QCOMPARE(property.name(), name);
+        QCOMPARE(property.typeName(), type);
+        QVERIFY(property.isReadable() && property.isWritable());
+        QVERIFY(property.isScriptable() && property.isStored());
+    }
+    QCOMPARE(index, meta.propertyCount());
+    const QMetaEnum type = meta.enumerator(meta.indexOfEnumerator("typeBG"));
+    QCOMPARE(type.keyCount(), 2);
+    QCOMPARE(type.keyToValue("ImageBG"), 0);
+    QCOMPARE(type.keyToValue("AeroStyleBG"), 1);
+}
+
+void AeroGroupboxTest::designableConditions()
+{
+    AeroGroupbox box(nullptr);
+    const QMetaObject &meta = AeroGroupbox::staticMetaObject;
+    for (const auto type : {AeroGroupbox::AeroStyleBG, AeroGroupbox::ImageBG}) {
+        box.setBackgroundType(type);
+        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
+            const QByteArray name = meta.property(i).name();
+            bool expected = true;
+            if (name == "backgroundGroup")
+                expected = type == AeroGroupbox::ImageBG;
+            else if (name == "color" || name == "shadow")
+                expected = type == AeroGroupbox::AeroStyleBG;
+            QVERIFY2(meta.property(i).isDesignable(&box) == expected, name.constData());
+        }
+    }
+}
+
+void AeroGroupboxTest::defaults()
+{
+    const OpenBox box(nullptr);
+    QCOMPARE(box.property("backgroudType").toInt(), 1);
+    QVERIFY(box.property("backgroundGroup").value<QPixmap>().isNull());
+    QCOMPARE(box.property("colorTitle").value<QColor>(), QColor(Qt::white));
+    QCOMPARE(box.property("bold").toBool(), true);
+    QCOMPARE(box.property("color").value<QColor>(), QColor(Qt::gray));
+    QCOMPARE(box.titleSize, QSize(-1, -1));
+}
+
+void AeroGroupboxTest::withoutATitle()
+{
+    for (const QSize size : {QSize(200, 120), QSize(31, 77), QSize(1, 1), QSize(600, 400)}) {
+        Stage<OpenBox> box(size);
+        box->setOpacity(0.5);
+        deliverAll();
+        GlassPanel panel;
+        panel.opacity = 0.5;
+        // The opacity counts once here.
+        COMPARE_PICTURES(pictureOf(box.widget), panelPicture(size, panel));
+        QCOMPARE(box->titleSize, QSize(0, 0));
+    }
+}
+
+void AeroGroupboxTest::withATitle_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<int>("widthPen");
+    QTest::addColumn<int>("roundness");
+    QTest::addColumn<double>("opacity");
+    const QString title = QStringLiteral("Battery");
+    QTest::newRow("usual") << QSize(220, 120) << title << 2 << 25 << 1.0;
+    QTest::newRow("faint") << QSize(220, 120) << title << 2 << 25 << 0.4;
+    QTest::newRow("square") << QSize(220, 120) << title << 2 << 0 << 1.0;
+    QTest::newRow("round") << QSize(220, 120) << title << 2 << 100 << 1.0;
+    QTest::newRow("thick outline") << QSize(220, 120) << title << 9 << 25 << 1.0;
+    QTest::newRow("no outline") << QSize(220, 120) << title << 0 << 25 << 1.0;
+    QTest::newRow("empty title") << QSize(220, 120) << QStringLiteral("") << 4 << 25 << 1.0;
+    QTest::newRow("non-Latin title")
+        << QSize(221, 121) << QString::fromUtf8("Батарея ≥ 90 %") << 2 << 30 << 0.8;
+    QTest::newRow("as high as the title") << QSize(220, 12) << title << 2 << 25 << 1.0;
+    QTest::newRow("large") << QSize(700, 450) << title << 2 << 10 << 1.0;
+}
+
+void AeroGroupboxTest::withATitle()
+{
+    GlassPanel panel;
+    QFETCH(QSize, size);
+    QFETCH(QString, title);
+    QFETCH(int, widthPen);
+    QFETCH(int, roundness);
+    QFETCH(double, opacity);
+    panel.color = QColor(60, 80, 100);
+    panel.shadow = QColor(20, 30, 40);
+    panel.colorPen = QColor(220, 20, 20);
+    panel.widthPen = widthPen;
+    panel.roundness = roundness;
+    panel.opacity = opacity;
+    Stage<OpenBox> box(size);
+    box->setColor(panel.color);
+    box->setShadow(panel.shadow);
+    box->setColorPen(panel.colorPen);
+    box->setWidthPen(widthPen);
+    box->setRoundness(roundness);
+    box->setOpacity(opacity);
+    // An empty title on a new box equals its null one, so it takes the way through another.
+    box->setTitle(QStringLiteral("x"));
+    box->setTitle(title);
+    deliverAll();
+    const QImage expected = boxPicture(panelPicture(size, panel), titlePicture(title), panel);
+    COMPARE_PICTURES(pictureOf(box.widget), expected);
+    QCOMPARE(box->titleSize, titleSizeOf(title));
+}
+
+void AeroGroupboxTest::disabled()
+{
+    Stage<OpenBox> box(QSize(200, 100));
+    box->setColor(Qt::darkBlue);
+    box->setTitle(QStringLiteral("Load"));
+    box->setEnabled(false);
+    deliverAll();
+    GlassPanel panel;
+    panel.color = Qt::darkBlue;
+    // The title keeps its colour.
+    COMPARE_PICTURES(pictureOf(box.widget),
+                     boxPicture(panelPicture(QSize(200, 100), panel.disabled()),
+                                titlePicture(QStringLiteral("Load")), panel));
+}
+
+void AeroGroupboxTest::picture()
+{
+    QPixmap picture(20, 10);
+    picture.fill(Qt::darkCyan);
+    QPainter painter(&picture);
+    painter.fillRect(0, 0, 7, 3, Qt::yellow);
+    painter.end();
+    Stage<OpenBox> box(QSize(120, 70));
+    box->setProperty("backgroudType", AeroGroupbox::ImageBG);
+    COMPARE_PICTURES(pictureOf(box.widget), emptyPicture(QSize(120, 70)));
+    box->setProperty("backgroundGroup", picture);
+    const QImage expected = drawnPicture(QSize(120, 70), [&](QPainter *body) {
+        body->drawPixmap(QRectF(0, 0, 120, 70), picture, QRectF(picture.rect()));
+    });
+    COMPARE_PICTURES(pictureOf(box.widget), expected);
+    box->setEnabled(false);
+    COMPARE_PICTURES(pictureOf(box.widget), expected);
+}
+
+void AeroGroupboxTest::pictureWithATitle()
+{
+    Stage<OpenBox> box(QSize(150, 80));
+    box->setBackgroundType(AeroGroupbox::ImageBG);
+    box->setTitle(QStringLiteral("Load"));
+    const QImage title = titlePicture(QStringLiteral("Load"));
+    // Without a picture the box is transparent behind its title.
+    COMPARE_PICTURES(pictureOf(box.widget),
+                     boxPicture(emptyPicture(QSize(150, 80)), title, GlassPanel()));
+    box->setBackgroundGroup(plainPixmap(QSize(3, 3), Qt::darkGreen));
+    QImage body = emptyPicture(QSize(150, 80));
+    body.fill(Qt::darkGreen);
+    COMPARE_PICTURES(pictureOf(box.widget), boxPicture(body, title, GlassPanel()));
+}
+
+void AeroGroupboxTest::typeOutsideTheEnum()
+{
+    Stage<OpenBox> box(QSize(60, 40));
+    box->setBackgroundType(AeroGroupbox::typeBG(9));
+    QCOMPARE(int(box->getBackgroudType()), 9);
+    COMPARE_PICTURES(pictureOf(box.widget), emptyPicture(QSize(60, 40)));
+}
+
+void AeroGroupboxTest::titleSetter()
+{
+    Stage<OpenBox> box(QSize(200, 100));
+    CacheProbe body(box.widget, {{"image", &box->image}});
+    QCOMPARE(body.effectOf([&] { box->setTitle(QString()); }), QStringLiteral("nothing"));
+    QCOMPARE(body.effectOf([&] { box->setTitle(QStringLiteral("")); }), QStringLiteral("nothing"));
+    QVERIFY(box->title().isNull());
+    QCOMPARE(body.effectOf([&] { box->setTitle(QStringLiteral("Load")); }),
+             QStringLiteral("drops image"));
+    QCOMPARE(box->titleSize, titleSizeOf(QStringLiteral("Load")));
+    CacheProbe both = probe(box.widget);
+    QCOMPARE(both.effectOf([&] { box->setTitle(QStringLiteral("Load")); }),
+             QStringLiteral("nothing"));
+    QCOMPARE(both.effectOf([&] { box->setTitle(QStringLiteral("Bypass")); }),
+             QStringLiteral("drops image,imageTitle"));
+    box->setTitle(QString());
+    QCOMPARE(box->titleSize, QSize(0, 0));
+    COMPARE_PICTURES(pictureOf(box.widget), panelPicture(QSize(200, 100), GlassPanel()));
+    QVERIFY(!box->imageTitle);
+}
+
+void AeroGroupboxTest::titleOfTheBaseClass()
+{
+    // A title that comes past our setter is painted when an event has dropped the pictures.
+    Stage<OpenBox> box(QSize(200, 100));
+    box->setProperty("title", QStringLiteral("Load"));
+    deliverAll();
+    const QImage panel = panelPicture(QSize(200, 100), GlassPanel());
+    COMPARE_PICTURES(pictureOf(box.widget),
+                     boxPicture(panel, titlePicture(QStringLiteral("Load")), GlassPanel()));
+    // As long as its picture is missing, its width counts as nothing.
+    delete box->imageTitle;
+    box->imageTitle = nullptr;
+    COMPARE_PICTURES(pictureOf(box.widget), boxPicture(panel, QImage(), GlassPanel()));
+}
+
+void AeroGroupboxTest::effects()
+{
+    Stage<OpenBox> box(QSize(200, 100));
+    box->setTitle(QStringLiteral("Load"));
+    CacheProbe caches = probe(box.widget);
+    const QString body = QStringLiteral("drops image");
+    const QString both = QStringLiteral("drops image,imageTitle");
+    const QString posted = QStringLiteral("posts, drops image,imageTitle");
+    const QString nothing = QStringLiteral("nothing");
+    QCOMPARE(caches.effectOf("color", QColor(Qt::red)), posted);
+    QCOMPARE(caches.effectOf("color", QColor(Qt::red)), nothing);
+    QCOMPARE(caches.effectOf("shadow", QColor(Qt::red)), posted);
+    QCOMPARE(caches.effectOf("colorPen", QColor(Qt::red)), posted);
+    QCOMPARE(caches.effectOf("widthPen", 3), posted);
+    QCOMPARE(caches.effectOf("opacity", 0.9), posted);
+    QCOMPARE(caches.effectOf("roundness", 30), posted);
+    QCOMPARE(caches.effectOf("colorTitle", QColor(Qt::red)), body);
+    QCOMPARE(caches.effectOf("colorTitle", QColor(Qt::red)), nothing);
+    QCOMPARE(caches.effectOf("bold", false), body);
+    QCOMPARE(caches.effectOf("bold", false), nothing);
+    QCOMPARE(caches.effectOf("backgroundGroup", QPixmap()), body);
+    QCOMPARE(caches.effectOf([&] { box->resize(190, 90); }), both);
+    QCOMPARE(caches.effectOf([&] { box->setEnabled(false); }), both);
+    QCOMPARE(caches.effectOf([&] { box->setContentsMargins(9, 9, 9, 9); }), both);
+    QCOMPARE(caches.effectOf(QEvent::PolishRequest), both);
+    QCOMPARE(caches.effectOf(QEvent::UpdateRequest), both);
+    // A child that goes drops nothing here.
+    QCOMPARE(caches.effectOf([&] { delete new QObject(box.widget); }), nothing);
+    QCOMPARE(caches.effectOf(QEvent::Enter), nothing);
+    QCOMPARE(caches.effectOf("backgroudType", AeroGroupbox::ImageBG), body);
+    QCOMPARE(caches.effectOf("backgroudType", AeroGroupbox::ImageBG), nothing);
+}
+
+void AeroGroupboxTest::effectsWithAPicture()
+{
+    Stage<OpenBox> box(QSize(200, 100));
+    box->setTitle(QStringLiteral("Load"));
+    box->setBackgroundType(AeroGroupbox::ImageBG);
+    CacheProbe caches = probe(box.widget);
+    const QString body = QStringLiteral("drops image");
+    QCOMPARE(caches.effectOf("color", QColor(Qt::red)), QStringLiteral("posts, drops image"));
+    QCOMPARE(caches.effectOf([&] { box->resize(190, 90); }), body);
+    QCOMPARE(caches.effectOf([&] { box->setEnabled(false); }), body);
+    QCOMPARE(caches.effectOf(QEvent::PolishRequest), body);
+    QCOMPARE(caches.effectOf([&] { box->setTitle(QStringLiteral("Bypass")); }),
+             QStringLiteral("drops image,imageTitle"));
+}
+
+void AeroGroupboxTest::titleStaysStale_data()
+{
+    QTest::addColumn<bool>("withPicture");
+    QTest::newRow("glass panel") << false;
+    QTest::newRow("picture") << true;
+}
+
+void AeroGroupboxTest::titleStaysStale()
+{
+    QFETCH(bool, withPicture);
+    Stage<OpenBox> box(QSize(200, 100));
+    box->setTitle(QStringLiteral("Load"));
+    if (withPicture)
+        box->setBackgroundType(AeroGroupbox::ImageBG);
+    deliverAll();
+    pictureOf(box.widget);
+    box->setColorTitle(Qt::yellow);
+    deliverAll();
+    pictureOf(box.widget);
+    COMPARE_PICTURES(*box->imageTitle, titlePicture(QStringLiteral("Load")));
+    // A resize brings the new colour only on the glass panel.
+    box->resize(210, 100);
+    pictureOf(box.widget);
+    COMPARE_PICTURES(
+        *box->imageTitle,
+        titlePicture(QStringLiteral("Load"), withPicture ? QColor(Qt::white) : QColor(Qt::yellow)));
+    box->setTitle(QStringLiteral("Bypass"));
+    pictureOf(box.widget);
+    COMPARE_PICTURES(*box->imageTitle, titlePicture(QStringLiteral("Bypass"), Qt::yellow));
+    box->setTextBold(false);
+    pictureOf(box.widget);
+    COMPARE_PICTURES(*box->imageTitle, titlePicture(QStringLiteral("Bypass"), Qt::yellow));
+    box->setTitle(QStringLiteral("Load"));
+    pictureOf(box.widget);
+    COMPARE_PICTURES(*box->imageTitle, titlePicture(QStringLiteral("Load"), Qt::yellow, false));
+}
+
+void AeroGroupboxTest::leftPressToggles()
+{
+    Stage<OpenBox> box(QSize(200, 100));
+    box->setCheckable(true);
+    const QSignalSpy clicked(box.widget, &QGroupBox::clicked);
+    const QSignalSpy toggled(box.widget, &QGroupBox::toggled);
+    Mouse::press(box.widget, QPoint(150, 90));
+    QVERIFY(!box->isChecked());
+    Mouse::release(box.widget, QPoint(150, 90));
+    QVERIFY(!box->isChecked());
+    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(clicked.at(0).at(0).toBool(), false);
+    Mouse::press(box.widget, QPoint(5, 5));
+    QVERIFY(box->isChecked());
+    QCOMPARE(clicked.count(), 2);
+    QCOMPARE(clicked.at(1).at(0).toBool(), true);
+    QCOMPARE(toggled.count(), 2);
+}
+
+void AeroGroupboxTest::doubleClickToggles()
+{
+    Stage<OpenBox> box(QSize(200, 100));
+    box->setCheckable(true);
+    const QSignalSpy clicked(box.widget, &QGroupBox::clicked);
+    Mouse::press(box.widget, QPoint(100, 50));
+    Mouse::release(box.widget, QPoint(100, 50));
+    QMouseEvent second(QEvent::MouseButtonDblClick, QPoint(100, 50), Qt::LeftButton, Qt::LeftButton,
+                       Qt::NoModifier);
+    QCoreApplication::sendEvent(box.widget, &second);
+    QCOMPARE(clicked.count(), 2);
+    QVERIFY(box->isChecked());
+}
+
+void AeroGroupboxTest::uncheckableBoxStillClicks()
+{
+    Stage<OpenBox> box(QSize(200, 100));
+    const QSignalSpy clicked(box.widget, &QGroupBox::clicked);
+    for (int press = 1; press <= 2; ++press) {
+        Mouse::press(box.widget, QPoint(100, 50));
+        QCOMPARE(clicked.count(), press);
+        QCOMPARE(clicked.last().at(0).toBool(), false);
+    }
+}
+
+void AeroGroupboxTest::otherButtonsAreIgnored()
+{
+    Stage<OpenBox> box(QSize(200, 100));
+    box->setCheckable(true);
+    const QSignalSpy clicked(box.widget, &QGroupBox::clicked);
+    EventCounter parentEvents(&box.window);
+    Mouse::press(box.widget, QPoint(100, 50), Qt::RightButton);
+    Mouse::press(box.widget, QPoint(100, 50), Qt::MiddleButton);
+    QCOMPARE(clicked.count(), 0);
+    QVERIFY(box->isChecked());
+    QCOMPARE(parentEvents.count(QEvent::MouseButtonPress), 2);
+}
+
+void AeroGroupboxTest::deletedInASlot()
+{
+    for (const bool onToggled : {true, false}) {
+        Stage<OpenBox> box(QSize(200, 100));
+        box->setCheckable(true);
+        const QPointer<OpenBox> watched(box.widget);
+        const auto remove = [&] { delete watched.data(); };
+        if (onToggled)
+            connect(box.widget, &QGroupBox::toggled, this, remove);
+        else
+            connect(box.widget, &QGroupBox::clicked, this, remove);
+        Mouse::press(box.widget, QPoint(100, 50));
+        QVERIFY(!watched);
+    }
+}
+
+void AeroGroupboxTest::nullImagesAreReported()
+{
+    OpenBox box(nullptr);
+    box.setObjectName(QStringLiteral("gruppo"));
+    box.resize(0, 0);
+    const auto line = [](const char *function, const char *image) {
+        return ErrorLine{
+            QStringLiteral("KivWidgets/aerogroupbox.cpp"), QLatin1String(function),
+            QStringLiteral("Nel controllo gruppo %1 e' NULL").arg(QLatin1String(image))};
+    };
+    sendPaint(&box);
+    QCOMPARE(takeErrorLines(), QList<ErrorLine>({line("paintImage", "Image")}));
+    sendPaint(&box);
+    QCOMPARE(takeErrorLines(), QList<ErrorLine>());
+    box.imageTitle = new QImage;
+    box.paintImageTitle();
+    QCOMPARE(takeErrorLines(), QList<ErrorLine>({line("paintImageTitle", "ImageTitle")}));
+    takeWarnings();
+}
+
+void AeroGroupboxTest::extremeSettingsAreHarmless_data()
+{
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QVariant>("value");
+    using Limits = std::numeric_limits<int>;
+    for (const int value : {Limits::min(), -40, Limits::max()}) {
+        for (const char *property : {"widthPen", "roundness"})
+            QTest::addRow("%s %d", property, value) << QByteArray(property) << QVariant(value);
+    }
+    QTest::newRow("opacity") << QByteArray("opacity")
+                             << QVariant(std::numeric_limits<double>::quiet_NaN());
+}
+
+void AeroGroupboxTest::extremeSettingsAreHarmless()
+{
+    QFETCH(QByteArray, property);
+    QFETCH(QVariant, value);
+    Stage<OpenBox> box(QSize(150, 80));
+    box->setTitle(QStringLiteral("Load"));
+    const QVariant before = box->property(property);
+    deliverAll();
+    const QImage usual = pictureOf(box.widget);
+    box->setProperty(property, value);
+    deliverAll();
+    QCOMPARE(pictureOf(box.widget).size(), QSize(150, 80));
+    box->setProperty(property, before);
+    deliverAll();
+    COMPARE_PICTURES(pictureOf(box.widget), usual);
+}
+
+void AeroGroupboxTest::mutatedEqualsFresh_data()
+{
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("color") << QByteArray("color") << QVariant(QColor(Qt::darkRed));
+    QTest::newRow("shadow") << QByteArray("shadow") << QVariant(QColor(Qt::darkRed));
+    QTest::newRow("colorPen") << QByteArray("colorPen") << QVariant(QColor(Qt::darkRed));
+    QTest::newRow("widthPen") << QByteArray("widthPen") << QVariant(5);
+    QTest::newRow("opacity") << QByteArray("opacity") << QVariant(0.6);
+    QTest::newRow("roundness") << QByteArray("roundness") << QVariant(70);
+    QTest::newRow("backgroudType")
+        << QByteArray("backgroudType") << QVariant::fromValue(AeroGroupbox::ImageBG);
+    QTest::newRow("size") << QByteArray("size") << QVariant(QSize(111, 66));
+    QTest::newRow("enabled") << QByteArray("enabled") << QVariant(false);
+}
+
+void AeroGroupboxTest::mutatedEqualsFresh()
+{
+    QFETCH(QByteArray, property);
+    QFETCH(QVariant, value);
+    const auto dress = [](OpenBox *box) {
+        box->resize(160, 90);
+        box->setTitle(QStringLiteral("Load"));
+        box->setBackgroundGroup(plainPixmap(QSize(4, 4), Qt::darkGreen));
+    };
+    Stage<OpenBox> mutated;
+    dress(mutated.widget);
+    deliverAll();
+    const QImage before = pictureOf(mutated.widget);
+    mutated->setProperty(property, value);
+    deliverAll();
+    QWidget window;
+    window.resize(400, 300);
+    auto *fresh = new OpenBox(&window);
+    dress(fresh);
+    fresh->setProperty(property, value);
+    window.show();
+    deliverAll();
+    COMPARE_PICTURES(pictureOf(mutated.widget), pictureOf(fresh));
+    QVERIFY(!differenceOf(pictureOf(mutated.widget), before).isEmpty());
+}
+
+KIV_TEST_MAIN(AeroGroupboxTest)
+
+#include "tst_aerogroupbox.moc"
