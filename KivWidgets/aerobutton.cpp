@@ -84,9 +84,7 @@ void AeroButton::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    QPainter painter(this);
-    beginAeroShow(&painter, this, opacity, rotate);
-    showImage(&painter, this, *image);
+    showAeroImage(this, *image, opacity, rotate);
 }
 
 void AeroButton::createImages()

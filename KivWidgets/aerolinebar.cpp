@@ -241,7 +241,8 @@ void AeroLinebar::paintEvent(QPaintEvent *)
         dirty = false;
     }
     QPainter painter(this);
-    beginAeroShow(&painter, this, opacity);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(opacity);
 
     painter.drawImage(QRectF(0, 0, width(), barHeight), *imageShadow, QRectF(imageShadow->rect()));
 

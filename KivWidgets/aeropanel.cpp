@@ -1,6 +1,7 @@
 #include "aeropanel_p.h"
 
 #include "aerostyle.h"
+#include "cachedimage_p.h"
 #include "iconpainting_p.h"
 
 #include <QtGui/QPainter>
@@ -30,17 +31,19 @@ void paintPanel(QPainter *painter, AeroStyle *style, const PanelColors &colors, 
     style->paintBase(painter, colors.panel, colors.band, colors.outline, rect);
 }
 
-void beginAeroShow(QPainter *painter, const QWidget *widget, double opacity, double rotate)
+void showAeroImage(QWidget *widget, const QImage &image, double opacity, double rotate)
 {
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setOpacity(opacity);
+    QPainter painter(widget);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(opacity);
     if (rotate != 0.0) {
         QTransform turn;
         turn.translate(widget->width() / 2, widget->height() / 2);
         turn.rotate(rotate, Qt::YAxis);
         turn.translate(-(widget->width() / 2), -(widget->height() / 2));
-        painter->setTransform(turn);
+        painter.setTransform(turn);
     }
+    drawWhole(&painter, widget, image);
 }
 
 } // namespace KivPrivate

@@ -6,6 +6,7 @@
 #include <initializer_list>
 
 class AeroStyle;
+class QImage;
 class QPainter;
 class QRect;
 class QSize;
@@ -38,8 +39,8 @@ qint64 cornerRadius(QSize size, int widthPen, int roundness);
 /// Paints the glass panel of @p style in @p colors.
 void paintPanel(QPainter *painter, AeroStyle *style, const PanelColors &colors, const QRect &rect);
 
-/// Sets @p painter, open on @p widget, up to show a finished picture: antialiased, with @p opacity,
-/// turned by @p rotate degrees about the widget's vertical centre line.
-void beginAeroShow(QPainter *painter, const QWidget *widget, double opacity, double rotate = 0.0);
+/// Shows a finished picture in the paint event of @p widget with @p opacity, turned by @p rotate
+/// degrees about the widget's vertical centre line.
+void showAeroImage(QWidget *widget, const QImage &image, double opacity, double rotate = 0.0);
 
 } // namespace KivPrivate

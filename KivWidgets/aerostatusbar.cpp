@@ -57,9 +57,7 @@ void AeroStatusbar::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    QPainter painter(this);
-    beginAeroShow(&painter, this, opacity);
-    showImage(&painter, this, *image);
+    showAeroImage(this, *image, opacity);
 }
 
 void AeroStatusbar::createImages()

@@ -76,9 +76,7 @@ void AeroSwitch::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    QPainter painter(this);
-    beginAeroShow(&painter, this, opacity, rotate);
-    showImage(&painter, this, isChecked() ? *imagePressed : *image);
+    showAeroImage(this, isChecked() ? *imagePressed : *image, opacity, rotate);
 }
 
 void AeroSwitch::createImages()

@@ -37,10 +37,17 @@ ImagePainter::ImagePainter(QImage *image, Edges edges)
     setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
-void showImage(QPainter *painter, const QWidget *widget, const QImage &image)
+void drawWhole(QPainter *painter, const QWidget *widget, const QImage &image)
 {
     painter->drawImage(QRectF(0, 0, widget->width(), widget->height()), image,
                        QRectF(image.rect()));
+}
+
+void showImage(QWidget *widget, const QImage &image)
+{
+    QPainter painter(widget);
+    painter.setRenderHint(QPainter::Antialiasing);
+    drawWhole(&painter, widget, image);
 }
 
 } // namespace KivPrivate

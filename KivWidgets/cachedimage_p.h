@@ -54,6 +54,9 @@ public:
 };
 
 /// Draws the whole of @p image into the whole rectangle of @p widget.
-void showImage(QPainter *painter, const QWidget *widget, const QImage &image);
+void drawWhole(QPainter *painter, const QWidget *widget, const QImage &image);
+
+/// The same, in the paint event of @p widget.
+void showImage(QWidget *widget, const QImage &image);
 
 } // namespace KivPrivate

@@ -40,6 +40,15 @@ QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode)
                                  button->isChecked() ? QIcon::On : QIcon::Off);
 }
 
+bool followIconSize(QAbstractButton *button)
+{
+    const QList<QSize> sizes = button->icon().availableSizes(QIcon::Normal, QIcon::Off);
+    if (sizes.isEmpty() || sizes.first() == button->iconSize())
+        return false;
+    button->setIconSize(sizes.first());
+    return true;
+}
+
 void drawAtNaturalSize(QPainter *painter, int x, int y, const QPixmap &pixmap)
 {
     // A negative extent stands for the pixmap's own, an empty source for the whole pixmap.

@@ -31,6 +31,10 @@ int centredBaseline(const QFontMetrics &metrics, int height);
 /// else in @p enabledMode; in the state On while it is checked, else Off.
 QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode = QIcon::Normal);
 
+/// Takes the first size that the button's icon has for Normal and Off as the icon size.
+/// @return whether that is another size than before; an icon that tells no sizes changes nothing.
+bool followIconSize(QAbstractButton *button);
+
 /// Draws @p pixmap unscaled with its corner at (@p x, @p y), as long as both are above zero; with a
 /// zero or negative offset nothing shows.
 void drawAtNaturalSize(QPainter *painter, int x, int y, const QPixmap &pixmap);

@@ -77,9 +77,7 @@ void MetroBattIcon::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    showImage(&painter, this, *image);
+    showImage(this, *image);
 }
 
 bool MetroBattIcon::event(QEvent *event)
@@ -88,22 +86,13 @@ bool MetroBattIcon::event(QEvent *event)
         resize(getBackGroundSize());
         return true;
     }
-    if (isOneOf(event, dropEvents))
+    if (isOneOf(event, dropEvents)) {
         repaintSchedule(&image);
-    else if (event->type() == QEvent::Paint)
-        followIconSize();
+    } else if (event->type() == QEvent::Paint && followIconSize(this)) {
+        // A paint is under way already, so nothing is scheduled.
+        delete image;
+        image = nullptr;
+        dirty = true;
+    }
     return QAbstractButton::event(event);
-}
-
-/// Takes the icon's first size as the icon size, if that is another.
-void MetroBattIcon::followIconSize()
-{
-    const QList<QSize> sizes = icon().availableSizes(QIcon::Normal, QIcon::Off);
-    if (sizes.isEmpty() || sizes.first() == iconSize())
-        return;
-    setIconSize(sizes.first());
-    // A paint is under way already, so nothing is scheduled.
-    delete image;
-    image = nullptr;
-    dirty = true;
 }

@@ -34,7 +34,4 @@ protected:
     bool event(QEvent *event) override;
 
     QImage *image;
-
-private:
-    void followIconSize();
 };

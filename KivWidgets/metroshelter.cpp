@@ -170,9 +170,7 @@ void MetroShelter::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    showImage(&painter, this, *image);
+    showImage(this, *image);
 }
 
 void MetroShelter::repaintSchedule(QImage **cached)

@@ -62,9 +62,7 @@ void MetroStatusbar::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    showImage(&painter, this, *image);
+    showImage(this, *image);
 }
 
 bool MetroStatusbar::event(QEvent *event)

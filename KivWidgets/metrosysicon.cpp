@@ -124,9 +124,7 @@ void MetroSysIcon::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    showImage(&painter, this, *image);
+    showImage(this, *image);
 }
 
 bool MetroSysIcon::event(QEvent *event)
@@ -135,7 +133,10 @@ bool MetroSysIcon::event(QEvent *event)
         fitToIcon();
         repaintSchedule(&image);
     } else if (event->type() == QEvent::Paint) {
-        followIconSize();
+        if (followIconSize(this)) {
+            fitToIcon();
+            repaintSchedule(&image);
+        }
     } else if (isOneOf(event, {QEvent::Enter, QEvent::Leave})) {
         hover = event->type() == QEvent::Enter;
         repaintSchedule(&image);
@@ -154,15 +155,4 @@ bool MetroSysIcon::event(QEvent *event)
 void MetroSysIcon::fitToIcon()
 {
     resize(framedExtent(iconSize().width(), border), framedExtent(iconSize().height(), border));
-}
-
-/// Takes the icon's first size as the icon size, if that is another.
-void MetroSysIcon::followIconSize()
-{
-    const QList<QSize> sizes = icon().availableSizes(QIcon::Normal, QIcon::Off);
-    if (sizes.isEmpty() || sizes.first() == iconSize())
-        return;
-    setIconSize(sizes.first());
-    fitToIcon();
-    repaintSchedule(&image);
 }

@@ -58,5 +58,4 @@ protected:
 
 private:
     void fitToIcon();
-    void followIconSize();
 };

@@ -91,9 +91,7 @@ void MetroTabicon::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    showImage(&painter, this, isChecked() ? *imagePressed : *image);
+    showImage(this, isChecked() ? *imagePressed : *image);
 }
 
 void MetroTabicon::repaintSchedule(QImage **cached)

@@ -1,6 +1,7 @@
 #include "metrocirclerate.h"
 
 #include "cacheprobe.h"
+#include "mutation.h"
 #include "pictures.h"
 #include "testmain.h"
 
@@ -769,18 +770,8 @@ void MetroCirclerateTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    Stage<OpenDial> mutated;
-    const QImage before = pictureOf(mutated.widget);
-    mutated->setProperty(property, value);
-    deliverAll();
-    QWidget window;
-    window.resize(400, 300);
-    auto *fresh = new OpenDial(&window);
-    fresh->setProperty(property, value);
-    window.show();
-    deliverAll();
-    COMPARE_PICTURES(pictureOf(mutated.widget), pictureOf(fresh));
-    QVERIFY(!differenceOf(pictureOf(mutated.widget), before).isEmpty());
+    const auto dress = [](OpenDial *) {};
+    QCOMPARE(mutationProblem<OpenDial>(dress, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroCirclerateTest)

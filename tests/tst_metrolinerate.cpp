@@ -1,6 +1,7 @@
 #include "metrolinerate.h"
 
 #include "cacheprobe.h"
+#include "mutation.h"
 #include "pictures.h"
 #include "testmain.h"
 
@@ -316,15 +317,8 @@ void MetroLinerateTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    Stage<OpenBar> mutated(QSize(200, 30));
-    const QImage before = pictureOf(mutated.widget);
-    mutated->setProperty(property, value);
-    deliverAll();
-    Stage<OpenBar> fresh(QSize(200, 30));
-    fresh->setProperty(property, value);
-    sendPlain(fresh.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(mutated.widget), pictureOf(fresh.widget));
-    QVERIFY(!differenceOf(pictureOf(mutated.widget), before).isEmpty());
+    const auto dress = [](OpenBar *bar) { bar->resize(200, 30); };
+    QCOMPARE(mutationProblem<OpenBar>(dress, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroLinerateTest)

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "pictures.h"
+#include "widgetprobe.h"
+
+#include <QtCore/QVariant>
+
+#include <functional>
+
+/// Writes @p property of a shown widget whose pictures are cached, and of one of the same @p dress
+/// that was not shown yet. Empty when both then look alike and not as before; else what is wrong.
+template <typename W>
+QString mutationProblem(const std::function<void(W *)> &dress, const char *property,
+                        const QVariant &value)
+{
+    Stage<W> mutated;
+    dress(mutated.widget);
+    deliverAll();
+    const QImage before = pictureOf(mutated.widget);
+    mutated->setProperty(property, value);
+    deliverAll();
+
+    QWidget window;
+    window.resize(900, 600);
+    auto *fresh = new W(&window);
+    fresh->resize(100, 40);
+    dress(fresh);
+    fresh->setProperty(property, value);
+    window.show();
+    deliverAll();
+
+    const QString difference = differenceOf(pictureOf(mutated.widget), pictureOf(fresh));
+    if (difference.isEmpty() && differenceOf(pictureOf(mutated.widget), before).isEmpty())
+        return QStringLiteral("looks as before");
+    return difference;
+}
