@@ -210,7 +210,8 @@ void MetroNavdrawer::closeDown()
 {
     const QPointer<MetroNavdrawer> self(this);
     const int closedWidth = ImageTab.width() + tabMargin;
-    setGeometry(QRect(geometry().right() + 1 - closedWidth, y(), closedWidth, height()));
+    setGeometry(
+        QRect(geometry().right() + 1 - closedWidth, geometry().top(), closedWidth, height()));
     if (self)
         sizeVisibleChildren(this, [](int width) { return QSize(width, 0); });
     if (self)
@@ -222,15 +223,15 @@ void MetroNavdrawer::keepSize()
 {
     const QSize closedSize(ImageTab.width() + tabMargin, ImageTab.height() + 2 * tabMargin);
     if (state == close) {
-        setGeometry(QRect(pos(), closedSize));
+        setGeometry(QRect(geometry().topLeft(), closedSize));
         return;
     }
     if (state != open)
         return;
     if (closedSize.width() > width())
-        setGeometry(QRect(pos(), QSize(closedSize.width(), height())));
+        setGeometry(QRect(geometry().topLeft(), QSize(closedSize.width(), height())));
     if (closedSize.height() > height())
-        setGeometry(QRect(pos(), QSize(width(), closedSize.height())));
+        setGeometry(QRect(geometry().topLeft(), QSize(width(), closedSize.height())));
     setGeometry(geometry());
     repaintSchedule(&image);
 }

@@ -176,7 +176,9 @@ void ConsoleWindow::makeTabs()
     stack = new RotateStackedWidget(this);
     stack->setObjectName(QStringLiteral("pages"));
     stack->setGeometry(tabSide, stripHeight, windowSize.width() - tabSide, height);
-    setUp(stack, {{"timePositionAnimate", shrinkTime}, {"timeRotationAnimate", turnTime}});
+    setUp(stack, {{"endPositionAnimate", 0.6},
+                  {"timePositionAnimate", shrinkTime},
+                  {"timeRotationAnimate", turnTime}});
 
     settings = new SettingsPage;
     addTab(tr("Overview"), Pictogram::Overview, new OverviewPage, systemState);
