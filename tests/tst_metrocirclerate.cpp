@@ -674,6 +674,9 @@ void MetroCirclerateTest::limitsKeepTheirDistance()
     dial.setMaxValue(1000.0);
     dial.setMinValue(999.0);
     QCOMPARE(dial.getMinValue(), 999.0);
+    dial.setMinValue(5.0);
+    dial.setMaxValue(6.0);
+    QCOMPARE(dial.getMaxValue(), 6.0);
 }
 
 void MetroCirclerateTest::fontChangesDropNothing()

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void marginsMoveNothingAtOnce();
     void releaseWithoutMovement_data();
     void releaseWithoutMovement();
+    void releaseWithoutAPress();
     void hoveringCountsAsMovement();
     void pressBesideTheKnobReveals();
     void movesOnlyUpdate();
@@ -357,6 +358,13 @@ void SimpleSlideSwitchTest::releaseWithoutMovement()
     QCOMPARE(toggled.count(), 1);
     QCOMPARE(clicked.count(), 0);
     COMPARE_PICTURES(pictureOf(knob.widget), checked ? switchPicture(0, 0) : switchPicture(51, 51));
+}
+
+void SimpleSlideSwitchTest::releaseWithoutAPress()
+{
+    Stage<SimpleSlideSwitch> knob;
+    Mouse::release(knob.widget, QPoint(60, 13));
+    QVERIFY(knob->isChecked());
 }
 
 void SimpleSlideSwitchTest::hoveringCountsAsMovement()

@@ -38,11 +38,13 @@ QString CacheProbe::effectOf(const std::function<void()> &action)
     const bool posted = takesUpdateRequest(widget);
     const QString later = lost();
     deliverAll();
+    const bool painted = events.count(QEvent::Paint) > 0;
+    const QString unseen = painted ? QString() : QStringLiteral(", without a paint");
     if (!atOnce.isEmpty())
-        return QStringLiteral("drops ") + atOnce;
+        return QStringLiteral("drops ") + atOnce + unseen;
     if (posted)
-        return QStringLiteral("posts, drops ") + later;
-    return events.count(QEvent::Paint) > 0 ? QStringLiteral("updates") : QStringLiteral("nothing");
+        return QStringLiteral("posts, drops ") + later + unseen;
+    return painted ? QStringLiteral("updates") : QStringLiteral("nothing");
 }
 
 QString CacheProbe::effectOf(const char *property, const QVariant &value)

@@ -17,7 +17,7 @@ public:
 
     /// What @p action does to the widget whose images are all there: "drops A,B" at once, "posts,
     /// drops A,B" when a posted update request has been delivered, "updates" when only a paint
-    /// event follows, else "nothing".
+    /// event follows, else "nothing". A drop that no paint event follows is told so.
     QString effectOf(const std::function<void()> &action);
     /// Likewise for a property that is written.
     QString effectOf(const char *property, const QVariant &value);
