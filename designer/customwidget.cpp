@@ -4,6 +4,7 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QWidget>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -22,7 +23,9 @@ QPixmap pictureOf(QWidget *widget)
     window.setAttribute(Qt::WA_TranslucentBackground);
     window.show();
     QCoreApplication::sendPostedEvents();
-    const QPixmap large = widget->grab();
+    QPixmap large(widget->size());
+    large.fill(Qt::transparent);
+    widget->render(&large, QPoint(), QRegion(), QWidget::DrawChildren);
     window.hide();
     widget->setParent(nullptr);
 
@@ -71,7 +74,8 @@ QIcon CustomWidget::icon() const
 {
     if (drawnIcon.isNull()) {
         const std::unique_ptr<QWidget> widget(description.create(nullptr));
-        widget->resize(description.width, description.height);
+        // A long widget would shrink to a line.
+        widget->resize(std::min(description.width, description.height * 5 / 2), description.height);
         if (description.dressForIcon)
             description.dressForIcon(widget.get());
         drawnIcon = QIcon(pictureOf(widget.get()));

@@ -61,6 +61,18 @@ void addIcon(QWidget *widget)
     static_cast<QAbstractButton *>(widget)->setIcon(dot(QColor(0, 174, 240)));
 }
 
+void showText(QWidget *widget)
+{
+    static_cast<AeroButton *>(widget)->setText(QStringLiteral("OK"));
+}
+
+void showLit(QWidget *widget)
+{
+    auto *control = static_cast<AeroSwitch *>(widget);
+    control->setHighlight(QColor(0, 174, 240));
+    control->setChecked(true);
+}
+
 void showSysIcon(QWidget *widget)
 {
     auto *icon = static_cast<MetroSysIcon *>(widget);
@@ -102,9 +114,9 @@ void showCard(QWidget *widget)
 // clang-format off
 const WidgetDescription descriptions[] = {
     {"AeroButton", aero, "Glass push button with text and icon",
-     TEXT_PROPERTY("text", "Button"), 120, 40, false, create<AeroButton>, nullptr},
+     TEXT_PROPERTY("text", "Button"), 120, 40, false, create<AeroButton>, showText},
     {"AeroSwitch", aero, "Glass button that stays in and lights up",
-     TEXT_PROPERTY("text", "Switch"), 120, 40, false, create<AeroSwitch>, check},
+     TEXT_PROPERTY("text", "Switch"), 120, 40, false, create<AeroSwitch>, showLit},
     {"TranspButton", aero, "Icon and text on a transparent ground",
      TEXT_PROPERTY("text", "Button"), 80, 60, false, create<TranspButton>, addIcon},
     {"AeroStatusbar", aero, "Glass strip for a status area", "", 300, 40, true,

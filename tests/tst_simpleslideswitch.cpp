@@ -8,6 +8,7 @@
 
 #include <QtCore/QPointer>
 #include <QtGui/QPainter>
+#include <QtGui/QResizeEvent>
 #include <QtTest/QSignalSpy>
 
 #include <limits>
@@ -139,6 +140,9 @@ void SimpleSlideSwitchTest::keepsItsSize()
     knob->setMaximumSize(1000, 1000);
     knob->resize(size);
     QCOMPARE(knob->size(), trackSize);
+    // The resize is the switch's own affair and goes no further.
+    QResizeEvent event(size, trackSize);
+    QVERIFY(QCoreApplication::sendEvent(knob.widget, &event));
 }
 
 void SimpleSlideSwitchTest::atRest()

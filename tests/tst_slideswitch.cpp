@@ -7,6 +7,7 @@
 
 #include <QtCore/QPointer>
 #include <QtGui/QPainter>
+#include <QtGui/QResizeEvent>
 #include <QtTest/QSignalSpy>
 
 namespace {
@@ -115,6 +116,9 @@ void SlideSwitchTest::keepsItsSize()
     QCOMPARE(knob->size(), faceSize);
     knob->resize(size);
     QCOMPARE(knob->size(), faceSize);
+    // The resize is the switch's own affair and goes no further.
+    QResizeEvent event(size, faceSize);
+    QVERIFY(QCoreApplication::sendEvent(knob.widget, &event));
 }
 
 void SlideSwitchTest::looks_data()
