@@ -89,6 +89,7 @@ private Q_SLOTS:
     void looks();
     void opening();
     void openingAgainMovesOn();
+    void openingInPlaceStillRebuilds();
     void openingNeedsAPicture();
     void closing();
     void closedSizeAfterAResize();
@@ -187,6 +188,19 @@ void MetroNavdrawerTest::openingAgainMovesOn()
     pictureOf(stage.widget);
     stage->setState(MetroNavdrawer::open);
     QCOMPARE(stage->geometry(), first.translated(-190, 0));
+}
+
+void MetroNavdrawerTest::openingInPlaceStillRebuilds()
+{
+    // Without children nothing moves, and the picture is dropped all the same.
+    Stage<OpenDrawer> drawer(QSize(62, 90));
+    const QRect before = drawer->geometry();
+    QCOMPARE(probe(drawer.widget).effectOf("state", MetroNavdrawer::open),
+             QStringLiteral("drops image"));
+    QCOMPARE(drawer->geometry(), before);
+    drawer->setState(MetroNavdrawer::close);
+    QCOMPARE(probe(drawer.widget).effectOf("state", MetroNavdrawer::close),
+             QStringLiteral("drops image"));
 }
 
 void MetroNavdrawerTest::openingNeedsAPicture()
