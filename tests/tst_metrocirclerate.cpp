@@ -173,6 +173,7 @@ private Q_SLOTS:
     void effects();
     void geometrySettersDropAll_data();
     void geometrySettersDropAll();
+    void radiusOfAnEqualSize();
     void refusedValues_data();
     void refusedValues();
     void narrowedValues_data();
@@ -582,6 +583,7 @@ void MetroCirclerateTest::geometrySettersDropAll_data()
     QTest::newRow("minAngle") << QByteArray("minAngle") << 180;
     // The same size, and still all is dropped.
     QTest::newRow("minAngle, equal size") << QByteArray("minAngle") << 340;
+    QTest::newRow("arcSize, equal size") << QByteArray("arcSize") << 210;
 }
 
 void MetroCirclerateTest::geometrySettersDropAll()
@@ -594,6 +596,18 @@ void MetroCirclerateTest::geometrySettersDropAll()
     QCOMPARE(dial->size(),
              expectedSize(dial->getRadius(), dial->getMinAngle(), dial->getArcSize()));
     QCOMPARE(caches.effectOf(property, value), QStringLiteral("nothing"));
+}
+
+void MetroCirclerateTest::radiusOfAnEqualSize()
+{
+    // An arc without a span has one size for all radii.
+    Stage<OpenDial> dial;
+    dial->setArcSize(0);
+    deliverAll();
+    QCOMPARE(dial->size(), QSize(2, 2));
+    QCOMPARE(probe(dial.widget).effectOf("radius", 50),
+             QStringLiteral("drops Image,ImageBG,ImageFG"));
+    QCOMPARE(dial->arcRect.size(), QSize(98, 98));
 }
 
 void MetroCirclerateTest::refusedValues_data()
