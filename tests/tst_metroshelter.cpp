@@ -33,6 +33,7 @@ struct TileLook
     int xLabel = 10;
     QSize iconSize = QSize(16, 16);
     QColor icon;
+    QFont font = QApplication::font();
 
     QImage draw(QSize size) const
     {
@@ -48,7 +49,6 @@ struct TileLook
                                                     : QRectF(W - 13, (H - 9) / 2, 10, 10);
             painter->drawPixmap(room, lamp, QRectF(lamp.rect()));
 
-            const QFont font = QApplication::font();
             const QFontMetrics metrics(font);
             const int textWidth =
                 text.isNull() ? 0 : metrics.size(Qt::TextSingleLine, text).width();
@@ -112,6 +112,7 @@ private Q_SLOTS:
     void labels_data();
     void labels();
     void statedBaseline();
+    void fontShowsWithTheNextDrop();
     void iconModes();
     void face();
     void faceOfItsOwn();
@@ -265,6 +266,23 @@ void MetroShelterTest::statedBaseline()
         }
     }
     QCOMPARE(lowest, (40 - metrics.height()) / 2 + metrics.ascent() - 1);
+}
+
+void MetroShelterTest::fontShowsWithTheNextDrop()
+{
+    Stage<OpenTile> tile(QSize(200, 40));
+    tile->setText(QStringLiteral("Inverter"));
+    TileLook expected;
+    expected.text = QStringLiteral("Inverter");
+    COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+    QFont font(QStringLiteral("DejaVu Sans"), 15);
+    font.setItalic(true);
+    tile->setFont(font);
+    deliverAll();
+    COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+    sendPlain(tile.widget, QEvent::PolishRequest);
+    expected.font = font;
+    COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
 }
 
 void MetroShelterTest::iconModes()
