@@ -52,11 +52,19 @@ bool sweeps(int from, int to, int axis)
     return (to <= axis && axis <= from) || (to <= axis - fullTurn && axis - fullTurn <= from);
 }
 
+/// Multiplied before it is divided: a ready-made quotient would move some ends by their last bit,
+/// and with them sizes by a pixel.
+double radians(int degrees)
+{
+    return degrees * 3.141592653589793 / 180.0;
+}
+
 ArcBox boxOfArc(int from, int to)
 {
-    constexpr double radian = 3.141592653589793 / 180.0;
-    const auto [leftEnd, rightEnd] = std::minmax({std::cos(from * radian), std::cos(to * radian)});
-    const auto [lowerEnd, upperEnd] = std::minmax({std::sin(from * radian), std::sin(to * radian)});
+    const double start = radians(from);
+    const double end = radians(to);
+    const auto [leftEnd, rightEnd] = std::minmax({std::cos(start), std::cos(end)});
+    const auto [lowerEnd, upperEnd] = std::minmax({std::sin(start), std::sin(end)});
     ArcBox box;
     box.minX = sweeps(from, to, 180) ? -1.0 : leftEnd;
     box.maxX = sweeps(from, to, 0) ? 1.0 : rightEnd;
@@ -277,8 +285,9 @@ void MetroCirclerate::setCursor(const QColor &newCursor)
 
 int MetroCirclerate::val2angle(double v)
 {
-    return truncatedToInt(angleParts *
-                          (minAngle - (v - minValue) / (maxValue - minValue) * arcSize));
+    // Limits far from 0 can be equal, since a distance of 1.0 is lost there.
+    const double share = quotient(v - minValue, maxValue - minValue);
+    return truncatedToInt(angleParts * (minAngle - share * arcSize));
 }
 
 bool MetroCirclerate::event(QEvent *event)

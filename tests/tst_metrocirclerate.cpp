@@ -108,8 +108,15 @@ QImage DialLook::draw(QSize size, QRect circle) const
     return picture;
 }
 
-/// The size that the arc asks for, from a walk along it in the order of the angles.
-QSize expectedSize(int radius, int start, int arc)
+/// The size that an arc asks for and the square around its circle.
+struct Geometry
+{
+    QSize size;
+    QRect circle;
+};
+
+/// The geometry from a walk along the arc in the order of the angles.
+Geometry expectedGeometry(int radius, int start, int arc)
 {
     double minX = 2;
     double maxX = -2;
@@ -143,7 +150,11 @@ QSize expectedSize(int radius, int start, int arc)
             break;
         }
     }
-    return {int(radius * (maxX - minX) + 2.0), int(radius * (maxY - minY) + 2.0)};
+    Geometry expected;
+    expected.size = QSize(int(radius * (maxX - minX) + 2.0), int(radius * (maxY - minY) + 2.0));
+    expected.circle = QRect(int(1.0 - radius * (minX + 1.0)), int(1.0 - radius * (1.0 - maxY)),
+                            2 * radius - 2, 2 * radius - 2);
+    return expected;
 }
 
 } // namespace
@@ -157,7 +168,9 @@ private Q_SLOTS:
     void defaults();
     void angles();
     void defaultGeometry();
-    void sizeOfEveryArc();
+    void geometryOfEveryArc();
+    void endsAreNeverRounded_data();
+    void endsAreNeverRounded();
     void arcsFillTheirBoxes_data();
     void arcsFillTheirBoxes();
     void resizesEndAtTheOwnSize();
@@ -169,6 +182,8 @@ private Q_SLOTS:
     void texts_data();
     void texts();
     void pixelSizedFont();
+    void labelIsSmallAndNeverBold_data();
+    void labelIsSmallAndNeverBold();
     void palette();
     void effects();
     void geometrySettersDropAll_data();
@@ -179,6 +194,8 @@ private Q_SLOTS:
     void narrowedValues_data();
     void narrowedValues();
     void limitsKeepTheirDistance();
+    void hugeLimitsMayBeEqual();
+    void idleDialRests();
     void fontChangesDropNothing();
     void nullImagesAreReported();
     void extremeValuesAreHarmless_data();
@@ -252,19 +269,20 @@ void MetroCirclerateTest::defaultGeometry()
     QCOMPARE(dial->arcRect, QRect(1, 1, 72, 72));
 }
 
-void MetroCirclerateTest::sizeOfEveryArc()
+void MetroCirclerateTest::geometryOfEveryArc()
 {
     // A resize event from nothing is answered at once, so the dials need not be shown.
     OpenDial dial(nullptr);
-    for (const int radius : {37, 50, 111}) {
+    for (const int radius : {2, 37, 50, 111, 1000}) {
         dial.setRadius(radius);
         for (int start = 0; start < 360; ++start) {
             dial.setMinAngle(start);
-            for (int arc = 0; arc < 360; arc += radius == 37 ? 1 : 7) {
+            for (int arc = 0; arc < 360; arc += radius == 37 || radius == 50 ? 1 : 7) {
                 dial.setArcSize(arc);
                 QResizeEvent event(QSize(0, 0), QSize());
                 QCoreApplication::sendEvent(&dial, &event);
-                if (dial.size() != expectedSize(radius, start, arc)) {
+                const Geometry expected = expectedGeometry(radius, start, arc);
+                if (dial.size() != expected.size || dial.arcRect != expected.circle) {
                     QFAIL(qPrintable(QStringLiteral("radius %1, %2 degrees from %3: %4 x %5")
                                          .arg(radius)
                                          .arg(arc)
@@ -275,13 +293,31 @@ void MetroCirclerateTest::sizeOfEveryArc()
             }
         }
     }
-    // 60 degrees from 60: the ends' own cosines, never moved to a rounder number.
+}
+
+void MetroCirclerateTest::endsAreNeverRounded_data()
+{
+    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("arc");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QRect>("circle");
+    // The true width and height of these two arcs are half a radius; in doubles a bit less.
+    QTest::newRow("60 from 60") << 60 << 60 << QSize(26, 45) << QRect(-74, -5, 98, 98);
+    QTest::newRow("36 from 234") << 234 << 36 << QSize(20, 26) << QRect(-1, -64, 98, 98);
+}
+
+void MetroCirclerateTest::endsAreNeverRounded()
+{
+    QFETCH(int, start);
+    QFETCH(int, arc);
+    OpenDial dial(nullptr);
     dial.setRadius(50);
-    dial.setMinAngle(60);
-    dial.setArcSize(60);
+    dial.setMinAngle(start);
+    dial.setArcSize(arc);
     QResizeEvent event(QSize(0, 0), QSize());
     QCoreApplication::sendEvent(&dial, &event);
-    QCOMPARE(dial.width(), 26);
+    QTEST(dial.size(), "size");
+    QTEST(dial.arcRect, "circle");
 }
 
 void MetroCirclerateTest::arcsFillTheirBoxes_data()
@@ -436,37 +472,50 @@ void MetroCirclerateTest::look()
     dial->setNumTick(segments);
     dial->setTickness(thickness);
     deliverAll();
-    QCOMPARE(dial->size(), expectedSize(radius, start, arc));
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(dial->size(), dial->arcRect));
+    const Geometry geometry = expectedGeometry(radius, start, arc);
+    QCOMPARE(dial->size(), geometry.size);
+    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(geometry.size, geometry.circle));
     dial->setEnabled(false);
     expected.ink = QApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(dial->size(), dial->arcRect));
+    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(geometry.size, geometry.circle));
 }
 
 void MetroCirclerateTest::overRange_data()
 {
+    QTest::addColumn<double>("maximum");
     QTest::addColumn<double>("value");
     QTest::addColumn<QColor>("color");
     const QColor orange(247, 148, 50);
     const QColor red(238, 28, 37);
-    QTest::newRow("at the maximum") << 100.0 << QColor(0, 174, 240);
-    QTest::newRow("just above") << 100.01 << orange;
-    QTest::newRow("110") << 110.0 << orange;
-    QTest::newRow("125") << 125.0 << orange;
-    QTest::newRow("125.01") << 125.01 << red;
-    QTest::newRow("1000") << 1000.0 << red;
+    QTest::newRow("at the maximum") << 100.0 << 100.0 << QColor(0, 174, 240);
+    QTest::newRow("just above") << 100.0 << 100.01 << orange;
+    QTest::newRow("110") << 100.0 << 110.0 << orange;
+    QTest::newRow("125") << 100.0 << 125.0 << orange;
+    QTest::newRow("125.01") << 100.0 << 125.01 << red;
+    QTest::newRow("1000") << 100.0 << 1000.0 << red;
+    // The limit is the maximum times 125, then divided by 100: here not quite its 1.25 times.
+    QTest::newRow("last bit of the limit") << 16.1 << 16.1 * 125.0 / 100.0 << orange;
+    QTest::newRow("negative maximum") << -10.0 << -9.0 << red;
 }
 
 void MetroCirclerateTest::overRange()
 {
+    QFETCH(double, maximum);
     QFETCH(double, value);
     QFETCH(QColor, color);
     DialLook expected;
+    expected.minimum = -100;
+    expected.maximum = maximum;
     expected.value = value;
     expected.fill = color;
     expected.text = QString::number(int(value)) + QLatin1Char('%');
     Stage<OpenDial> dial;
+    dial->setMinValue(-100);
+    dial->setMaxValue(maximum);
     dial->setValue(value);
+    // New limits keep the mask, whose gaps may then lie a sixteenth of a degree beside their
+    // places.
+    sendPlain(dial.widget, QEvent::PolishRequest);
     COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
 }
 
@@ -525,12 +574,30 @@ void MetroCirclerateTest::pixelSizedFont()
         QVERIFY2(warning.contains(QStringLiteral("Point size <= 0")), qPrintable(warning));
 }
 
+void MetroCirclerateTest::labelIsSmallAndNeverBold_data()
+{
+    QTest::addColumn<int>("points");
+    for (const int points : {2, 9, 14, 19, 37})
+        QTest::addRow("%d points", points) << points;
+}
+
+void MetroCirclerateTest::labelIsSmallAndNeverBold()
+{
+    QFETCH(int, points);
+    Stage<OpenDial> dial;
+    DialLook expected;
+    expected.font = QFont(QStringLiteral("DejaVu Sans"), points, QFont::Bold, true);
+    dial->setFont(expected.font);
+    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
+}
+
 void MetroCirclerateTest::palette()
 {
     Stage<OpenDial> dial;
     QPalette palette = dial->palette();
     palette.setColor(QPalette::WindowText, Qt::magenta);
-    dial->setPalette(palette);
+    QCOMPARE(probe(dial.widget).effectOf([&] { dial->setPalette(palette); }),
+             QStringLiteral("updates"));
     DialLook expected;
     expected.ink = Qt::magenta;
     COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
@@ -594,7 +661,7 @@ void MetroCirclerateTest::geometrySettersDropAll()
     CacheProbe caches = probe(dial.widget);
     QCOMPARE(caches.effectOf(property, value), QStringLiteral("drops Image,ImageBG,ImageFG"));
     QCOMPARE(dial->size(),
-             expectedSize(dial->getRadius(), dial->getMinAngle(), dial->getArcSize()));
+             expectedGeometry(dial->getRadius(), dial->getMinAngle(), dial->getArcSize()).size);
     QCOMPARE(caches.effectOf(property, value), QStringLiteral("nothing"));
 }
 
@@ -693,6 +760,40 @@ void MetroCirclerateTest::limitsKeepTheirDistance()
     QCOMPARE(dial.getMaxValue(), 6.0);
 }
 
+void MetroCirclerateTest::hugeLimitsMayBeEqual()
+{
+    // Where a difference of 1.0 is lost in the last bit, equal limits pass for limits apart.
+    Stage<OpenDial> dial;
+    dial->setMaxValue(1e300);
+    dial->setMinValue(1e300);
+    QCOMPARE(dial->getMinValue(), dial->getMaxValue());
+    QCOMPARE(dial->val2angle(1e300), 0);
+    QCOMPARE(dial->val2angle(0), std::numeric_limits<int>::max());
+    QCOMPARE(dial->val2angle(std::numeric_limits<double>::max()), std::numeric_limits<int>::min());
+    for (const double value : {0.0, 1e300, 1e308}) {
+        dial->setValue(value);
+        dial->resize(0, 0);
+        pictureOf(dial.widget);
+    }
+}
+
+void MetroCirclerateTest::idleDialRests()
+{
+    Stage<OpenDial> dial;
+    EventCounter events(dial.widget);
+    deliverAll();
+    QCOMPARE(events.count(QEvent::Paint), 0);
+    dial->setValue(99);
+    dial->setNumTick(10);
+    deliverAll();
+    QCOMPARE(events.count(QEvent::Paint), 1);
+    dial->setRadius(50);
+    deliverAll();
+    events.reset();
+    deliverAll();
+    QCOMPARE(events.count(QEvent::Paint), 0);
+}
+
 void MetroCirclerateTest::fontChangesDropNothing()
 {
     Stage<OpenDial> dial;
@@ -768,7 +869,10 @@ void MetroCirclerateTest::mutatedEqualsFresh_data()
     const auto row = [](const char *property, const QVariant &value) {
         QTest::newRow(property) << QByteArray(property) << value;
     };
-    row("value", 77.0);
+    row("value", -30.0);
+    row("paintFromZero", true);
+    row("minValue", -100.0);
+    row("maxValue", 200.0);
     row("radius", 50);
     row("arcSize", 120);
     row("minAngle", 170);
@@ -787,7 +891,7 @@ void MetroCirclerateTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    const auto dress = [](OpenDial *) {};
+    const auto dress = [](OpenDial *dial) { dial->setMinValue(-50); };
     QCOMPARE(mutationProblem<OpenDial>(dress, property, value), QString());
 }
 

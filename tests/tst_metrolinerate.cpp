@@ -38,28 +38,39 @@ void fill(QPainter *painter, const QColor &color, int left, int top, int right, 
     painter->drawRect(QRect(QPoint(left, top), QPoint(right, bottom)));
 }
 
-/// The bar as it should look for a value of 0 to 255.
-QImage barPicture(QSize size, const QFont &font, int value,
-                  const QColor &ground = QColor(167, 167, 167))
+QColor excessColor(int value)
+{
+    return value > 125 ? QColor(238, 28, 37) : QColor(247, 148, 50);
+}
+
+QImage emptyBar(QSize size, int barWidth, const QColor &ground)
+{
+    QImage layer = emptyPicture(size);
+    QPainter painter(&layer);
+    fill(&painter, ground, 1, 1, barWidth, size.height() - 2);
+    return layer;
+}
+
+QImage filledBar(QSize size, int barWidth, int value)
 {
     const int H = size.height();
     const int T = H / 3;
-    const int barWidth = size.width() - reservedWidth(font);
     const int lower = T + 2 * H / 3 - 1;
-    const QColor orange(247, 148, 50);
-    const QColor red(238, 28, 37);
-    const QColor excess = value > 125 ? red : orange;
-
-    QImage layers = emptyPicture(size);
-    QPainter painter(&layers);
-    fill(&painter, ground, 1, 1, barWidth, H - 2);
+    QImage layer = emptyPicture(size);
+    QPainter painter(&layer);
     if (value <= 100) {
         fill(&painter, QColor(0, 174, 240), 1, T, value * barWidth / 100, lower);
     } else {
-        fill(&painter, excess, 1, T, barWidth, lower);
-        fill(&painter, excess, 1, 1, qMin(value - 100, 50) * barWidth / 50, T);
+        fill(&painter, excessColor(value), 1, T, barWidth, lower);
+        fill(&painter, excessColor(value), 1, 1, qMin(value - 100, 50) * barWidth / 50, T);
     }
+    return layer;
+}
 
+QImage frameAndScale(QSize size, int barWidth)
+{
+    const int H = size.height();
+    const int T = H / 3;
     QImage mask = emptyPicture(size);
     QPainter lines(&mask);
     lines.setPen(QPen(Qt::black, 1.0));
@@ -74,16 +85,26 @@ QImage barPicture(QSize size, const QFont &font, int value,
     lines.drawLine(1, 1, 1, H - 1);
     lines.drawLine(barWidth, 1, barWidth, H - 1);
     lines.drawLine(1, T, barWidth, T);
-    lines.end();
+    return mask;
+}
 
+/// The bar as it should look for a value of 0 to 255.
+QImage barPicture(QSize size, const QFont &font, int value,
+                  const QColor &ground = QColor(167, 167, 167))
+{
+    const int barWidth = size.width() - reservedWidth(font);
+    QImage layers = emptyBar(size, barWidth, ground);
+    QPainter painter(&layers);
+    painter.drawImage(0, 0, filledBar(size, barWidth, value));
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter.drawImage(0, 0, mask);
+    painter.drawImage(0, 0, frameAndScale(size, barWidth));
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter.setPen(value > 100 ? excess : QColor(Qt::black));
+    painter.setPen(value > 100 ? excessColor(value) : QColor(Qt::black));
     painter.setFont(font);
     const QFontMetrics metrics(font);
-    painter.drawText(QPointF(barWidth + 2, (H - metrics.height()) / 2 + metrics.ascent()),
-                     QString::number(value) + QLatin1Char('%'));
+    painter.drawText(
+        QPointF(barWidth + 2, (size.height() - metrics.height()) / 2 + metrics.ascent()),
+        QString::number(value) + QLatin1Char('%'));
     return layers;
 }
 
@@ -157,6 +178,8 @@ void MetroLinerateTest::sizes_data()
     QTest::newRow("as wide as the text") << QSize(reservedWidth(QApplication::font()), 20);
     QTest::newRow("two rows") << QSize(200, 2);
     QTest::newRow("odd") << QSize(151, 33);
+    QTest::newRow("one row over thirds") << QSize(151, 34);
+    QTest::newRow("two rows over thirds") << QSize(151, 35);
     QTest::newRow("high") << QSize(60, 200);
     QTest::newRow("large") << QSize(800, 60);
 }
@@ -168,6 +191,11 @@ void MetroLinerateTest::sizes()
     for (const int value : {35, 0, 120, 255}) {
         bar->setValue(value);
         COMPARE_PICTURES(pictureOf(bar.widget), barPicture(size, bar->font(), value));
+        // The frame cuts away the outermost rows, which are in the layers all the same.
+        const int barWidth = size.width() - reservedWidth(bar->font());
+        COMPARE_PICTURES(*bar->ImageBG, emptyBar(size, barWidth, QColor(167, 167, 167)));
+        COMPARE_PICTURES(*bar->Image, filledBar(size, barWidth, value));
+        COMPARE_PICTURES(*bar->ImageFG, frameAndScale(size, barWidth));
     }
 }
 

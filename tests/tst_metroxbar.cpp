@@ -41,17 +41,27 @@ void fill(QPainter *painter, const QColor &color, int left, int top, int right, 
     painter->drawRect(QRect(QPoint(left, top), QPoint(right, bottom)));
 }
 
-/// The bar as it should look; @p right is the fill's last column, or nothing for an empty one.
-QImage barPicture(QSize size, int barWidth, std::optional<int> right, const QString &text,
-                  const QFont &font, const QColor &ground = QColor(167, 167, 167))
+QImage emptyBar(QSize size, int barWidth, const QColor &ground)
+{
+    QImage layer = emptyPicture(size);
+    QPainter painter(&layer);
+    fill(&painter, ground, 1, 1, barWidth, size.height() - 2);
+    return layer;
+}
+
+/// @p right is the fill's last column, or nothing for an empty bar.
+QImage filledBar(QSize size, std::optional<int> right)
+{
+    QImage layer = emptyPicture(size);
+    QPainter painter(&layer);
+    if (right)
+        fill(&painter, QColor(0, 174, 240), 1, 1, *right, size.height());
+    return layer;
+}
+
+QImage frameAndScale(QSize size, int barWidth)
 {
     const int H = size.height();
-    QImage layers = emptyPicture(size);
-    QPainter painter(&layers);
-    fill(&painter, ground, 1, 1, barWidth, H - 2);
-    if (right)
-        fill(&painter, QColor(0, 174, 240), 1, 1, *right, H);
-
     QImage mask = emptyPicture(size);
     QPainter lines(&mask);
     lines.setPen(QPen(Qt::black, 1.0));
@@ -61,15 +71,24 @@ QImage barPicture(QSize size, int barWidth, std::optional<int> right, const QStr
     lines.drawLine(1, H - 1, barWidth, H - 1);
     lines.drawLine(1, 1, 1, H - 1);
     lines.drawLine(barWidth, 1, barWidth, H - 1);
-    lines.end();
+    return mask;
+}
 
+/// The bar as it should look.
+QImage barPicture(QSize size, int barWidth, std::optional<int> right, const QString &text,
+                  const QFont &font, const QColor &ground = QColor(167, 167, 167))
+{
+    QImage layers = emptyBar(size, barWidth, ground);
+    QPainter painter(&layers);
+    painter.drawImage(0, 0, filledBar(size, right));
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter.drawImage(0, 0, mask);
+    painter.drawImage(0, 0, frameAndScale(size, barWidth));
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.setPen(Qt::black);
     painter.setFont(font);
     const QFontMetrics metrics(font);
-    painter.drawText(QPointF(barWidth + 2, (H - metrics.height()) / 2 + metrics.ascent()), text);
+    painter.drawText(
+        QPointF(barWidth + 2, (size.height() - metrics.height()) / 2 + metrics.ascent()), text);
     return layers;
 }
 
@@ -91,6 +110,7 @@ private Q_SLOTS:
     void idleBarRests_data();
     void idleBarRests();
     void unitCountsFromTheNextEvent();
+    void foregroundIsOnlyStored();
     void groundShowsWithTheNextPaint();
     void nullImagesAreReported();
     void fontsCountFromTheNextPaint();
@@ -179,11 +199,20 @@ void MetroXbarTest::sizes()
         bar->setEnabled(enabled);
         COMPARE_PICTURES(pictureOf(bar.widget), barPicture(size, barWidth, 35 * barWidth / 300,
                                                            QStringLiteral("35"), bar->font()));
+        // The frame cuts away the outermost rows, which are in the layers all the same.
+        COMPARE_PICTURES(*bar->ImageBG, emptyBar(size, barWidth, QColor(167, 167, 167)));
+        COMPARE_PICTURES(*bar->Image, filledBar(size, 35 * barWidth / 300));
+        COMPARE_PICTURES(*bar->ImageFG, frameAndScale(size, barWidth));
     }
     // Equal limits leave the bar empty, unless the value is above them.
     bar->setMinValue(300);
     COMPARE_PICTURES(pictureOf(bar.widget),
                      barPicture(size, barWidth, std::nullopt, QStringLiteral("35"), bar->font()));
+    COMPARE_PICTURES(*bar->Image, filledBar(size, std::nullopt));
+    bar->setValue(300);
+    COMPARE_PICTURES(pictureOf(bar.widget),
+                     barPicture(size, barWidth, std::nullopt, QStringLiteral("300"), bar->font()));
+    COMPARE_PICTURES(*bar->Image, filledBar(size, std::nullopt));
     bar->setValue(301);
     COMPARE_PICTURES(pictureOf(bar.widget),
                      barPicture(size, barWidth, barWidth, QStringLiteral("301"), bar->font()));
@@ -267,17 +296,27 @@ void MetroXbarTest::unitCountsFromTheNextEvent()
     // The first events have replaced the "V" of the constructor by the empty unit.
     const int before = 200 - widthOf(bar->font(), QStringLiteral("138"));
     QCOMPARE(bar->barWidth, before);
-    bar->setMeasure(QStringLiteral("kVA"));
+    bar->setMeasure(QStringLiteral(" kVA "));
     QCOMPARE(bar->barWidth, before);
-    const int after = 200 - widthOf(bar->font(), QStringLiteral("138kVA"));
+    const int after = 200 - widthOf(bar->font(), QStringLiteral("138 kVA "));
     COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), after, 35 * after / 300,
-                                                       QStringLiteral("35kVA"), bar->font()));
+                                                       QStringLiteral("35 kVA "), bar->font()));
     QCOMPARE(bar->barWidth, after);
     // A unit that looks like a place in a format is written as it is.
     bar->setMeasure(QStringLiteral("%1%2"));
     const int odd = 200 - widthOf(bar->font(), QStringLiteral("138%1%2"));
     COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), odd, 35 * odd / 300,
                                                        QStringLiteral("35%1%2"), bar->font()));
+}
+
+void MetroXbarTest::foregroundIsOnlyStored()
+{
+    Stage<OpenBar> bar(QSize(200, 30));
+    bar->setForegroundColor(Qt::yellow);
+    QCOMPARE(bar->getForegroundcolor(), QColor(Qt::yellow));
+    const int barWidth = bar->barWidth;
+    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), barWidth, 35 * barWidth / 300,
+                                                       QStringLiteral("35"), bar->font()));
 }
 
 void MetroXbarTest::groundShowsWithTheNextPaint()
