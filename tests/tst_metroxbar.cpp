@@ -103,6 +103,8 @@ private Q_SLOTS:
     void defaults();
     void look_data();
     void look();
+    void fillOfEveryValue();
+    void valuesFarBelowTheMinimum();
     void sizes_data();
     void sizes();
     void effects();
@@ -177,6 +179,39 @@ void MetroXbarTest::look()
     COMPARE_PICTURES(pictureOf(bar.widget),
                      barPicture(bar->size(), barWidth, right,
                                 QString::number(value) + QStringLiteral("V"), bar->font()));
+}
+
+void MetroXbarTest::fillOfEveryValue()
+{
+    // In whole numbers: 49 steps are one column, while 49 times a 49th falls short of it.
+    Stage<OpenBar> bar(QSize(240, 30));
+    bar->setMaxValue(49 * bar->barWidth);
+    for (int column = 0; column <= bar->barWidth; ++column) {
+        for (const int rest : {0, 48}) {
+            const int value = 49 * column + rest;
+            bar->setValue(value);
+            pictureOf(bar.widget);
+            COMPARE_PICTURES(*bar->Image, filledBar(bar->size(), column));
+        }
+    }
+}
+
+void MetroXbarTest::valuesFarBelowTheMinimum()
+{
+    Stage<OpenBar> bar(QSize(240, 30));
+    bar->setMaxValue(1);
+    for (const int value : {-1, -10, -1000000}) {
+        bar->setValue(value);
+        pictureOf(bar.widget);
+        COMPARE_PICTURES(*bar->Image, filledBar(bar->size(), value * bar->barWidth));
+    }
+    // Where the product leaves the range of int, the fill ends at the lowest column.
+    const int lowest = std::numeric_limits<int>::min();
+    for (const int value : {lowest, lowest / bar->barWidth / 2 * 3}) {
+        bar->setValue(value);
+        pictureOf(bar.widget);
+        COMPARE_PICTURES(*bar->Image, filledBar(bar->size(), lowest));
+    }
 }
 
 void MetroXbarTest::sizes_data()
