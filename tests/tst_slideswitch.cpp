@@ -71,6 +71,7 @@ private Q_SLOTS:
     void placesAreRounded();
     void clickInMiddleStillSeesTheLock();
     void dragSurvivesDisabling();
+    void dragFromTheEndAndTheMiddleAtOnce();
     void anotherButton();
     void keysAndClicksOfTheBaseClass();
     void deletedInASlot_data();
@@ -449,6 +450,21 @@ void SlideSwitchTest::dragSurvivesDisabling()
     Mouse::press(knob.widget, QPoint(100, 30));
     Mouse::drag(knob.widget, QPoint(110, 30));
     COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("ON", 90, 129));
+}
+
+void SlideSwitchTest::dragFromTheEndAndTheMiddleAtOnce()
+{
+    // Locked in mid-drag and caught again in the middle, the switch carries both drags: below its
+    // edge the one from the end still counts.
+    Stage<SlideSwitch> knob;
+    knob->setChecked(true);
+    Mouse::press(knob.widget, QPoint(150, 30));
+    knob->setLocked(true);
+    Mouse::press(knob.widget, QPoint(95, 30));
+    Mouse::release(knob.widget, QPoint(40, 59));
+    QVERIFY(!knob->isChecked());
+    QVERIFY(knob->getLocked());
+    COMPARE_PICTURES(pictureOf(knob.widget), atRest("LOCKED-OFF", middleKnob));
 }
 
 void SlideSwitchTest::anotherButton()
