@@ -16,12 +16,14 @@ enum Phase { Shrinking = 0, Turning = 1, Growing = 2 };
 constexpr double edgeOn = 90.0;
 constexpr int halfTurn = 180;
 
-/// The stacks whose change is ending right now. Qt goes on with the group when the slot returns, so
-/// a stack that is deleted meanwhile must leave its group to the event loop.
-QVector<const RotateStackedWidget *> &endingStacks()
+/// The groups whose change is ending right now, one entry for every end that runs. Qt goes on with
+/// a group when the slot returns, so a stack that is deleted meanwhile must leave it to the last
+/// end; an event loop of the host may have run inside the slot, so the group cannot just be deleted
+/// later by the destructor.
+QVector<const QSequentialAnimationGroup *> &endingGroups()
 {
-    static QVector<const RotateStackedWidget *> stacks;
-    return stacks;
+    static QVector<const QSequentialAnimationGroup *> groups;
+    return groups;
 }
 
 void setUp(QPropertyAnimation *animation, int msecs, const QVariant &from, const QVariant &to)
@@ -80,11 +82,9 @@ RotateStackedWidget::~RotateStackedWidget()
 {
     for (QPropertyAnimation *animation : {shrinkAnimation, turnAnimation, growAnimation})
         animation->disconnect(this);
-    if (endingStacks().removeAll(this) > 0) {
-        // The group holds the three animations.
-        group->deleteLater();
+    // The end that runs still needs the group, and deletes it together with the three animations.
+    if (endingGroups().contains(group))
         return;
-    }
     delete shrinkAnimation;
     delete turnAnimation;
     delete growAnimation;
@@ -233,7 +233,8 @@ void RotateStackedWidget::animPositionRestoreDone()
 
     // Page and slots on currentChanged() may delete the page or the stack.
     const QPointer<RotateStackedWidget> self(this);
-    endingStacks().append(this);
+    QSequentialAnimationGroup *const endingGroup = group;
+    endingGroups().append(endingGroup);
     // Without a page of that index the old one comes back.
     QWidget *next = widget(nextIndex);
     const QPointer<QWidget> page(next ? next : currentWidget());
@@ -243,9 +244,14 @@ void RotateStackedWidget::animPositionRestoreDone()
         page->raise();
     if (self && page)
         setCurrentWidget(page);
-    if (!self)
+    endingGroups().removeOne(endingGroup);
+    if (!self) {
+        if (!endingGroups().contains(endingGroup))
+            endingGroup->deleteLater();
         return;
-    endingStacks().removeOne(this);
-    animPhase = Shrinking;
+    }
+    // A change that a slot has asked for may already be turning, when shrinking takes no time.
+    if (!animating)
+        animPhase = Shrinking;
     repaint();
 }

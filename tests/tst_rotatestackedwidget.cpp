@@ -5,9 +5,11 @@
 #include "widgetprobe.h"
 
 #include <QtCore/QAnimationDriver>
+#include <QtCore/QEventLoop>
 #include <QtCore/QPointer>
 #include <QtCore/QPropertyAnimation>
 #include <QtCore/QSequentialAnimationGroup>
+#include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 
@@ -172,7 +174,14 @@ private Q_SLOTS:
     void deletedDuringAChange();
     void deletedByItsSignal();
     void pageDeletedByItsSignal();
+    void deletedInAnEventLoopOfASlot();
     void nextChangeAskedForBySignal();
+    void nextChangeWithoutShrinking();
+    void nextChangeWithoutAnyTime();
+    void timesWrittenDuringAChange();
+    void stackInsideAStack();
+    void framesOfOtherSizes_data();
+    void framesOfOtherSizes();
     void sizesOfPagesAndStack_data();
     void sizesOfPagesAndStack();
     void extremeNumbersAreHarmless_data();
@@ -588,6 +597,192 @@ void RotateStackedWidgetTest::nextChangeAskedForBySignal()
     QCOMPARE(stack->currentIndex(), 2);
     QVERIFY(stack->widget(2)->isVisible());
     QCOMPARE(changes, 2);
+}
+
+void RotateStackedWidgetTest::deletedInAnEventLoopOfASlot()
+{
+    // A slot that opens a dialogue runs an event loop, in which even deferred deletions happen.
+    StepDriver time;
+    StackStage stack;
+    const QPointer<OpenStack> watched(stack.widget);
+    const QPointer<QSequentialAnimationGroup> group(stack->group);
+    connect(stack.widget, &QStackedWidget::currentChanged, this, [&] {
+        QEventLoop loop;
+        QTimer::singleShot(0, &loop, [&] {
+            delete watched.data();
+            QTimer::singleShot(0, &loop, &QEventLoop::quit);
+        });
+        loop.exec();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(group);
+    });
+    stack->setCurrentIndex(1);
+    time.step(5000);
+    QVERIFY(!watched);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!group);
+    time.step(1000);
+}
+
+void RotateStackedWidgetTest::nextChangeWithoutShrinking()
+{
+    StepDriver time;
+    StackStage stack;
+    connect(stack.widget, &QStackedWidget::currentChanged, this, [&](int index) {
+        if (index == 1) {
+            stack->changeTimePosition(0);
+            stack->setCurrentIndex(2);
+        }
+    });
+    stack->setCurrentIndex(1);
+    time.step(5000);
+    QVERIFY(stack->animating);
+    QCOMPARE(stack->animPhase, 1);
+    time.step(500);
+    COMPARE_PICTURES(stack.picture(),
+                     turnedPicture(pagePicture(Qt::green, stackSize), 0.2, stack->getRotate()));
+    time.step(500);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 2);
+}
+
+void RotateStackedWidgetTest::nextChangeWithoutAnyTime()
+{
+    StepDriver time;
+    StackStage stack;
+    stack->changeTimePosition(0);
+    stack->changeTimeRotation(0);
+    QVector<int> seen;
+    connect(stack.widget, &QStackedWidget::currentChanged, this, [&](int index) {
+        seen.append(index);
+        if (seen.count() < 4)
+            stack->setCurrentIndex((index + 1) % 3);
+    });
+    stack->setCurrentIndex(1);
+    for (int step = 0; step < 8; ++step)
+        time.step(10);
+    QCOMPARE(seen, QVector<int>({1, 2, 0, 1}));
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->animPhase, 0);
+    QVERIFY(stack->widget(1)->isVisible());
+}
+
+void RotateStackedWidgetTest::timesWrittenDuringAChange()
+{
+    StepDriver time;
+    StackStage stack;
+    stack->setCurrentIndex(1);
+    time.step(500);
+    stack->changeTimePosition(1000);
+    time.step(250);
+    QCOMPARE(stack->getScale(), 0.4);
+    stack->changeTimeRotation(500);
+    stack->changeEndPosition(0.5);
+    time.step(250);
+    QCOMPARE(stack->animPhase, 1);
+    QCOMPARE(stack->getScale(), 0.5);
+    time.step(250);
+    QCOMPARE(stack->getRotate(), 90.0);
+    time.step(250);
+    QCOMPARE(stack->animPhase, 2);
+    time.step(1000);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 1);
+}
+
+void RotateStackedWidgetTest::stackInsideAStack()
+{
+    // The outer card shows what the inner one shows at that moment.
+    StepDriver time;
+    StackStage stack;
+    auto *inner = new OpenStack;
+    inner->addWidget(new PatternPage(Qt::cyan));
+    inner->addWidget(new PatternPage(Qt::magenta));
+    inner->setAnimationEnabled(true);
+    stack->insertWidget(0, inner);
+    stack->QStackedWidget::setCurrentIndex(0);
+    deliverAll();
+    QCOMPARE(inner->size(), stackSize);
+    stack->setCurrentIndex(2);
+    time.step(1000);
+    COMPARE_PICTURES(stack.picture(), cardPicture(pagePicture(Qt::cyan, stackSize), 0.6));
+    time.step(4000);
+    QCOMPARE(stack->currentIndex(), 2);
+    inner->setCurrentIndex(1);
+    time.step(5000);
+    QCOMPARE(inner->currentIndex(), 1);
+    stack->setCurrentIndex(0);
+    time.step(4500);
+    QCOMPARE(stack->getScale(), 0.8);
+    COMPARE_PICTURES(stack.picture(),
+                     cardPicture(pagePicture(Qt::magenta, stackSize), stack->getScale()));
+}
+
+void RotateStackedWidgetTest::framesOfOtherSizes_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QSize>("page");
+    QTest::addColumn<int>("frame");
+    QTest::newRow("odd") << QSize(121, 81) << QSize() << 0;
+    QTest::newRow("even") << QSize(120, 80) << QSize() << 0;
+    QTest::newRow("odd by even") << QSize(121, 80) << QSize() << 0;
+    QTest::newRow("with a frame") << QSize(121, 81) << QSize() << 3;
+    QTest::newRow("small pages") << QSize(120, 80) << QSize(60, 40) << 0;
+    QTest::newRow("large pages") << QSize(120, 80) << QSize(200, 140) << 0;
+}
+
+void RotateStackedWidgetTest::framesOfOtherSizes()
+{
+    QFETCH(QSize, size);
+    QFETCH(QSize, page);
+    QFETCH(int, frame);
+    StepDriver time;
+    StackStage stack;
+    stack->setFrameStyle(frame > 0 ? int(QFrame::Box) : int(QFrame::NoFrame));
+    stack->setLineWidth(frame);
+    stack->resize(size);
+    for (int i = 0; page.isValid() && i < 3; ++i)
+        stack->widget(i)->setFixedSize(page);
+    deliverAll();
+    const QSize inside = page.isValid() ? page : size - QSize(2 * frame, 2 * frame);
+    QCOMPARE(stack->widget(0)->size(), inside);
+    const QPointF corner(-(size.width() / 2), -(size.height() / 2));
+    const auto expected = [&](const QImage &picture, QPointF centre, double scale, double degrees) {
+        QImage shown = emptyPicture(size);
+        QPainter painter(&shown);
+        painter.translate(centre);
+        painter.scale(scale, scale);
+        if (degrees != 0.0) {
+            QTransform turn;
+            turn.rotate(degrees, Qt::YAxis);
+            painter.setTransform(turn, true);
+        }
+        painter.drawPixmap(corner, QPixmap::fromImage(picture));
+        return shown;
+    };
+    const QPointF middle(size.width() * 0.5, size.height() * 0.5);
+    const QPointF hinge(size.width() / 2, size.height() * 0.5);
+
+    stack->setCurrentIndex(1);
+    time.step(1000);
+    COMPARE_PICTURES(stack.picture(), expected(pagePicture(Qt::red, inside), middle, 0.6, 0.0));
+    time.step(1250);
+    COMPARE_PICTURES(stack.picture(), expected(pagePicture(Qt::red, inside), hinge, 0.2, 45.0));
+    time.step(500);
+    // On the card's back the page fills the stack, as far as its own limits let it.
+    const QSize back = page.isValid() ? page : size;
+    QImage backPicture(size, QImage::Format_RGB32);
+    backPicture.fill(stack->palette().color(QPalette::Window));
+    {
+        QPainter painter(&backPicture);
+        painter.drawImage(0, 0, pagePicture(Qt::green, back));
+    }
+    COMPARE_PICTURES(stack.picture(), expected(backPicture, hinge, 0.2, 315.0));
+    QCOMPARE(stack->widget(1)->geometry(), QRect(QPoint(0, 0), back));
+    time.step(1250);
+    QCOMPARE(stack->getScale(), 0.6);
+    COMPARE_PICTURES(stack.picture(),
+                     expected(pagePicture(Qt::green, back), middle, stack->getScale(), 0.0));
 }
 
 void RotateStackedWidgetTest::sizesOfPagesAndStack_data()
