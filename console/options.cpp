@@ -1,8 +1,5 @@
 #include "options.h"
 
-#include <QtCore/QCommandLineParser>
-#include <QtCore/QCoreApplication>
-
 #include <cmath>
 
 namespace {
@@ -10,14 +7,6 @@ namespace {
 constexpr double highestSpeed = 1000.0;
 constexpr double latestInstant = 24 * 3600.0;
 constexpr int mostInstants = 100;
-
-Options refused(const QString &reason)
-{
-    Options options;
-    options.task = Options::Task::Refuse;
-    options.text = reason;
-    return options;
-}
 
 /// A number of the C locale within (or, with @p least 0, at) its bounds.
 bool readNumber(const QString &text, double least, double most, double *number)
@@ -31,14 +20,10 @@ bool readNumber(const QString &text, double least, double most, double *number)
 
 Options parseOptions(const QStringList &arguments)
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Monitoring console for an uninterruptible power supply. Without --ups it "
-                       "shows a simulated one."));
-    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
-                                  QStringLiteral("Print this help."));
-    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
-                                     QStringLiteral("Print the version."));
+    CommandLine line(QStringLiteral("kivconsole"),
+                     QStringLiteral("Monitoring console for an uninterruptible power supply. "
+                                    "Without --ups it shows a simulated one."),
+                     QStringLiteral("each page"));
     const QCommandLineOption ups(QStringLiteral("ups"),
                                  QStringLiteral("Follow a UPS of a Network UPS Tools server; the "
                                                 "port is 3493 unless given."),
@@ -47,57 +32,37 @@ Options parseOptions(const QStringList &arguments)
                                    QStringLiteral("Run the simulated scenario this many times as "
                                                   "fast, up to 1000."),
                                    QStringLiteral("FACTOR"));
-    const QCommandLineOption screenshot(
-        QStringLiteral("screenshot"),
-        QStringLiteral("Write a picture of each page to DIR and end; needs no display."),
-        QStringLiteral("DIR"));
     const QCommandLineOption at(QStringLiteral("at"),
                                 QStringLiteral("Scenario instants of the screenshots, in seconds, "
                                                "separated by commas."),
                                 QStringLiteral("SECONDS"));
-    const QCommandLineOption night(QStringLiteral("night"),
-                                   QStringLiteral("Begin with the night look, light on dark."));
-    parser.addOptions({help, version, ups, speed, night, screenshot, at});
+    for (const QCommandLineOption &option : {ups, speed, at})
+        line.add(option);
 
-    if (!parser.parse(arguments)) {
-        QString reason = parser.errorText();
-        while (reason.endsWith(QLatin1Char('.')))
-            reason.chop(1);
-        return refused(reason);
-    }
     Options options;
-    if (parser.isSet(help) || parser.isSet(version)) {
-        options.task = Options::Task::PrintText;
-        options.text =
-            parser.isSet(help)
-                ? parser.helpText()
-                : QStringLiteral("kivconsole %1\n").arg(QStringLiteral(KIVCONSOLE_VERSION));
+    if (!line.read(arguments, &options))
         return options;
-    }
-    if (!parser.positionalArguments().isEmpty())
-        return refused(
-            QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().first()));
+    const auto refused = [&options](const QString &reason) {
+        options.refuse(reason);
+        return options;
+    };
 
-    options.night = parser.isSet(night);
-    options.ups = parser.value(ups);
-    if (parser.isSet(ups) && options.ups.isEmpty())
+    options.ups = line.value(ups);
+    if (line.isSet(ups) && options.ups.isEmpty())
         return refused(QStringLiteral("--ups needs NAME@HOST[:PORT]"));
-    if (parser.isSet(ups) && (parser.isSet(speed) || parser.isSet(at)))
+    if (line.isSet(ups) && (line.isSet(speed) || line.isSet(at)))
         return refused(QStringLiteral("--speed and --at are for the simulated UPS, not for --ups"));
     constexpr double lowestSpeed = 0.01;
-    if (parser.isSet(speed) &&
-        !readNumber(parser.value(speed), lowestSpeed, highestSpeed, &options.speed))
+    if (line.isSet(speed) &&
+        !readNumber(line.value(speed), lowestSpeed, highestSpeed, &options.speed))
         return refused(QStringLiteral("--speed takes a number from 0.01 to 1000, not '%1'")
-                           .arg(parser.value(speed)));
+                           .arg(line.value(speed)));
 
-    if (parser.isSet(at) && !parser.isSet(screenshot))
+    const bool takesScreenshots = options.task == Options::Task::TakeScreenshots;
+    if (line.isSet(at) && !takesScreenshots)
         return refused(QStringLiteral("--at goes with --screenshot"));
-    if (parser.isSet(screenshot)) {
-        options.task = Options::Task::TakeScreenshots;
-        options.directory = parser.value(screenshot);
-        if (options.directory.isEmpty())
-            return refused(QStringLiteral("--screenshot needs a directory"));
-        const QStringList texts = parser.value(at).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    if (takesScreenshots) {
+        const QStringList texts = line.value(at).split(QLatin1Char(','), Qt::SkipEmptyParts);
         for (const QString &text : texts) {
             double instant = 0;
             if (!readNumber(text, 0, latestInstant, &instant))

@@ -4,14 +4,10 @@
 #include "feed/scenario.h"
 #include "feed/upsfeed.h"
 #include "options.h"
+#include "program.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtCore/QDir>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
-#include <QtGui/QPixmap>
-
-#include <cstdio>
 
 namespace {
 
@@ -39,32 +35,17 @@ bool takePages(ConsoleWindow &window, const QString &directory, const QString &s
     const QStringList names = window.pageNames();
     for (int i = 0; i < names.size(); ++i) {
         window.showPage(i);
-        // New states reach the widgets' pictures through the event loop.
-        QCoreApplication::sendPostedEvents();
-        const QString file =
-            QDir(directory).filePath(QStringLiteral("%1%2.png").arg(names.at(i), suffix));
-        if (!window.grab().save(file)) {
-            *error = QStringLiteral("cannot write %1").arg(file);
+        if (!Program::takeScreenshot(window, directory, names.at(i) + suffix, error))
             return false;
-        }
-        std::puts(qPrintable(file));
     }
     return true;
-}
-
-bool makeDirectory(const QString &directory, QString *error)
-{
-    if (QDir().mkpath(directory))
-        return true;
-    *error = QStringLiteral("cannot make the directory %1").arg(directory);
-    return false;
 }
 
 } // namespace
 
 bool takeScenarioScreenshots(ConsoleWindow &window, const Options &options, QString *error)
 {
-    if (!makeDirectory(options.directory, error))
+    if (!Program::makeDirectory(options.directory, error))
         return false;
     const QVector<double> instants =
         options.instants.isEmpty() ? notableInstants() : options.instants;
@@ -80,7 +61,7 @@ bool takeScenarioScreenshots(ConsoleWindow &window, const Options &options, QStr
 bool takeLiveScreenshots(ConsoleWindow &window, UpsFeed &feed, const Options &options,
                          QString *error)
 {
-    if (!makeDirectory(options.directory, error))
+    if (!Program::makeDirectory(options.directory, error))
         return false;
     QEventLoop loop;
     QObject::connect(&feed, &UpsFeed::snapshotReady, &loop, [&](const Snapshot &snapshot) {

@@ -2,15 +2,6 @@
 
 namespace {
 
-constexpr std::array<const char *, 6> alarmNames = {
-    "Communication lost", "No alarm", "Warning", "Anomaly", "Fault", "Locked",
-};
-
-constexpr std::array<const char *, 8> operatingNames = {
-    "Unknown", "Stand-by",   "Precharge", "Calibration", "Waiting for battery voltage",
-    "On",      "On battery", "On bypass",
-};
-
 constexpr std::array<const char *, elementCount> elementNames = {
     "Rectifier", "Inverter", "Battery", "Bypass", "Load",
 };
@@ -38,16 +29,6 @@ constexpr std::array<QuantityText, quantityCount> quantityTexts = {{
 }};
 
 } // namespace
-
-bool ElementState::operator==(const ElementState &other) const
-{
-    return alarm == other.alarm && operating == other.operating;
-}
-
-bool ElementState::operator!=(const ElementState &other) const
-{
-    return !(*this == other);
-}
 
 Snapshot Snapshot::lost(const QString &name, const QString &reason)
 {
@@ -85,16 +66,6 @@ Measure &Snapshot::measure(Quantity which)
 std::optional<double> Snapshot::value(Quantity which) const
 {
     return measure(which).value;
-}
-
-QString nameOf(AlarmState alarm)
-{
-    return QString::fromUtf8(alarmNames.at(std::size_t(alarm)));
-}
-
-QString nameOf(OperatingState operating)
-{
-    return QString::fromUtf8(operatingNames.at(std::size_t(operating)));
 }
 
 QString nameOf(Element element)

@@ -1,43 +1,13 @@
 #pragma once
 
+#include "elementstate.h"
+
 #include <QtCore/QMetaType>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
 #include <array>
 #include <optional>
-
-/// How an element is doing. The numbers are those of the widgets' alarm state.
-enum class AlarmState : quint8 {
-    CommunicationLost = 0,
-    None = 1,
-    Warning = 2,
-    Anomaly = 3,
-    Fault = 4,
-    Locked = 5,
-};
-
-/// What an element is doing. The numbers are those of the widgets' element state.
-enum class OperatingState : quint8 {
-    Unknown = 0,
-    StandBy = 1,
-    Precharge = 2,
-    Calibration = 3,
-    WaitBatteryVoltage = 4,
-    On = 5,
-    OnBattery = 6,
-    OnBypass = 7,
-};
-
-/// The two bytes that a tile or an icon shows: {quint8(alarm), quint8(operating)}.
-struct ElementState
-{
-    AlarmState alarm = AlarmState::CommunicationLost;
-    OperatingState operating = OperatingState::Unknown;
-
-    bool operator==(const ElementState &other) const;
-    bool operator!=(const ElementState &other) const;
-};
 
 /// The supervised elements of a UPS.
 enum class Element { Rectifier, Inverter, Battery, Bypass, Load };
@@ -106,9 +76,7 @@ struct Snapshot
 };
 Q_DECLARE_METATYPE(Snapshot)
 
-/// Short English names for the screen, such as "On battery".
-QString nameOf(AlarmState alarm);
-QString nameOf(OperatingState operating);
+/// Short English names for the screen, such as "Battery charge".
 QString nameOf(Element element);
 QString nameOf(Quantity quantity);
 /// The unit's symbol, such as "V".

@@ -7,7 +7,7 @@
 class QLabel;
 class QVBoxLayout;
 
-/// The console's colours and building blocks.
+/// The colours and building blocks of the programs' windows.
 namespace Look {
 
 constexpr int margin = 12;  ///< between a page's edge and its cards, and inside a card

@@ -1,0 +1,71 @@
+#include "commandline.h"
+
+void CommonOptions::refuse(const QString &reason)
+{
+    task = Task::Refuse;
+    text = reason;
+}
+
+CommandLine::CommandLine(const QString &programName, const QString &description,
+                         const QString &shown)
+    : program(programName)
+    , help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help."))
+    , version({QStringLiteral("v"), QStringLiteral("version")},
+              QStringLiteral("Print the version."))
+    , night(QStringLiteral("night"), QStringLiteral("Begin with the night look, light on dark."))
+    , screenshot(
+          QStringLiteral("screenshot"),
+          QStringLiteral("Write a picture of %1 to DIR and end; needs no display.").arg(shown),
+          QStringLiteral("DIR"))
+{
+    parser.setApplicationDescription(description);
+    parser.addOptions({help, version, night, screenshot});
+}
+
+void CommandLine::add(const QCommandLineOption &option)
+{
+    parser.addOption(option);
+}
+
+bool CommandLine::read(const QStringList &arguments, CommonOptions *options)
+{
+    if (!parser.parse(arguments)) {
+        QString reason = parser.errorText();
+        while (reason.endsWith(QLatin1Char('.')))
+            reason.chop(1);
+        options->refuse(reason);
+        return false;
+    }
+    if (parser.isSet(help) || parser.isSet(version)) {
+        options->task = CommonOptions::Task::PrintText;
+        options->text = parser.isSet(help)
+                            ? parser.helpText()
+                            : QStringLiteral("%1 %2\n").arg(program, QStringLiteral(KIV_VERSION));
+        return false;
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        options->refuse(
+            QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().first()));
+        return false;
+    }
+    options->night = parser.isSet(night);
+    if (parser.isSet(screenshot)) {
+        options->task = CommonOptions::Task::TakeScreenshots;
+        options->directory = parser.value(screenshot);
+        if (options->directory.isEmpty()) {
+            options->refuse(QStringLiteral("--screenshot needs a directory"));
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CommandLine::isSet(const QCommandLineOption &option) const
+{
+    return parser.isSet(option);
+}
+
+QString CommandLine::value(const QCommandLineOption &option) const
+{
+    return parser.value(option);
+}

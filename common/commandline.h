@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QString>
+
+/// What every program's command line can ask for.
+struct CommonOptions
+{
+    enum class Task { ShowWindow, TakeScreenshots, PrintText, Refuse };
+
+    /// Turns this into a refusal for @p reason.
+    void refuse(const QString &reason);
+
+    Task task = Task::ShowWindow;
+    QString text;       ///< for PrintText the text, for Refuse the reason in one line
+    bool night = false; ///< begin with the night look
+    QString directory;  ///< where the screenshots go
+};
+
+/// The command line of a program: the options that all have, and its own.
+class CommandLine
+{
+public:
+    /// @p shown is what a screenshot shows, as in "each page".
+    CommandLine(const QString &program, const QString &description, const QString &shown);
+
+    void add(const QCommandLineOption &option);
+
+    /// Reads @p arguments, the program's name first.
+    /// @return false when @p options tell all already: a text to print, or a refusal.
+    bool read(const QStringList &arguments, CommonOptions *options);
+
+    bool isSet(const QCommandLineOption &option) const;
+    QString value(const QCommandLineOption &option) const;
+
+private:
+    QString program;
+    QCommandLineParser parser;
+    QCommandLineOption help;
+    QCommandLineOption version;
+    QCommandLineOption night;
+    QCommandLineOption screenshot;
+};

@@ -1,0 +1,69 @@
+#include "program.h"
+
+#include "commandline.h"
+#include "look.h"
+
+#include <QtCore/QDir>
+#include <QtGui/QPixmap>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QStyleFactory>
+
+#include <cstdio>
+
+static bool hasDisplay()
+{
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
+           !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+int Program::refuse(const QString &reason, int status)
+{
+    std::fprintf(stderr, "%s: %s\n", qPrintable(QCoreApplication::applicationName()),
+                 qPrintable(reason));
+    return status;
+}
+
+std::optional<int> Program::begin(const CommonOptions &options)
+{
+    if (options.task == CommonOptions::Task::Refuse)
+        return refuse(options.text, wrongOptions);
+    if (options.task == CommonOptions::Task::PrintText) {
+        std::fputs(qPrintable(options.text), stdout);
+        return 0;
+    }
+    if (hasDisplay())
+        return {};
+    if (options.task != CommonOptions::Task::TakeScreenshots)
+        return refuse(QStringLiteral("no display; --screenshot DIR needs none"), failed);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return {};
+}
+
+void Program::dressApplication()
+{
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setFont(Look::font(Look::Normal));
+}
+
+bool Program::makeDirectory(const QString &directory, QString *error)
+{
+    if (QDir().mkpath(directory))
+        return true;
+    *error = QStringLiteral("cannot make the directory %1").arg(directory);
+    return false;
+}
+
+bool Program::takeScreenshot(QWidget &window, const QString &directory, const QString &name,
+                             QString *error)
+{
+    // New states reach the widgets' pictures through the event loop.
+    QCoreApplication::sendPostedEvents();
+    const QString file = QDir(directory).filePath(name + QStringLiteral(".png"));
+    if (!window.grab().save(file)) {
+        *error = QStringLiteral("cannot write %1").arg(file);
+        return false;
+    }
+    std::puts(qPrintable(file));
+    return true;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <optional>
+
+class QWidget;
+struct CommonOptions;
+
+/// The course that every program takes.
+namespace Program {
+
+constexpr int failed = 1;
+constexpr int wrongOptions = 2;
+
+/// Names the program @p name and reads its command line by @p parse before there is an application
+/// with windows: what it asks for decides the platform.
+template <typename Options>
+Options readOptions(int argc, char **argv, const QString &name,
+                    Options (*parse)(const QStringList &arguments))
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(name);
+    return parse(QCoreApplication::arguments());
+}
+
+/// Writes @p reason as one line to the standard error stream and gives @p status back.
+int refuse(const QString &reason, int status);
+
+/// Does what is to be done before the application is made: prints, refuses, or chooses a platform
+/// that needs no display for screenshots.
+/// @return the status to end with, if the program ends here.
+std::optional<int> begin(const CommonOptions &options);
+
+/// Sets the style and the font of the application.
+void dressApplication();
+
+bool makeDirectory(const QString &directory, QString *error);
+/// Writes what @p window shows to @p name.png in @p directory and prints the file's path.
+bool takeScreenshot(QWidget &window, const QString &directory, const QString &name, QString *error);
+
+} // namespace Program
