@@ -107,10 +107,11 @@ void showCard(QWidget *widget)
     stack->addWidget(page);
 }
 
-constexpr int iconSide = 24;
+/// Lists show 16 pixels and more, Qt Designer 22; the larger ones are for dense screens.
+constexpr int iconSides[] = {16, 22, 24, 32, 44, 48};
 
-/// A picture of @p widget, shrunk into a square.
-QPixmap pictureOf(QWidget *widget)
+/// A picture of @p widget, shrunk into a square of each size.
+QIcon iconOf(QWidget *widget)
 {
     // A window that is never shown lets the widget find its own size without a trace on screen.
     QWidget window;
@@ -127,12 +128,17 @@ QPixmap pictureOf(QWidget *widget)
     window.hide();
     widget->setParent(nullptr);
 
-    QPixmap icon(iconSide, iconSide);
-    icon.fill(Qt::transparent);
-    const QPixmap small =
-        large.scaled(iconSide, iconSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    QPainter painter(&icon);
-    painter.drawPixmap((iconSide - small.width()) / 2, (iconSide - small.height()) / 2, small);
+    QIcon icon;
+    for (const int side : iconSides) {
+        QPixmap square(side, side);
+        square.fill(Qt::transparent);
+        const QPixmap small =
+            large.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        QPainter painter(&square);
+        painter.drawPixmap((side - small.width()) / 2, (side - small.height()) / 2, small);
+        painter.end();
+        icon.addPixmap(square);
+    }
     return icon;
 }
 
@@ -152,7 +158,7 @@ QIcon WidgetDescription::drawIcon() const
     // A long widget would shrink to a line.
     widget->resize(std::min(size.width(), size.height() * 5 / 2), size.height());
     dress(widget.get());
-    return QIcon(pictureOf(widget.get()));
+    return iconOf(widget.get());
 }
 
 const std::vector<WidgetDescription> &widgetCatalogue()

@@ -23,7 +23,7 @@ struct WidgetDescription
 
     /// Brings a new widget into a state that shows what it is.
     void dress(QWidget *widget) const;
-    /// The widget's own picture, shrunk into a square of 24 pixels.
+    /// The widget's own picture, shrunk into squares of the sizes that lists show.
     QIcon drawIcon() const;
 
     const char *className;

@@ -1,6 +1,10 @@
 #include "customwidget.h"
 
+#include "formtraits.h"
+
 #include <QtWidgets/QWidget>
+
+#include <memory>
 
 CustomWidget::CustomWidget(const WidgetDescription &shown, QObject *parent)
     : QObject(parent)
@@ -32,7 +36,8 @@ QString CustomWidget::toolTip() const
 
 QString CustomWidget::whatsThis() const
 {
-    return toolTip();
+    return QStringLiteral("<b>%1</b><p>%2.</p><p>%3</p>")
+        .arg(name(), toolTip(), QLatin1String(formTraits(name()).use));
 }
 
 QString CustomWidget::includeFile() const
@@ -65,14 +70,23 @@ QString CustomWidget::domXml() const
                          .arg(QLatin1String(description.label.property),
                               QLatin1String(description.label.text));
     }
+    const FormTraits &traits = formTraits(name());
+    // Without its base class a form would take each widget for a plain QWidget, and compiled forms
+    // would leave the pages of a stack out.
+    const std::unique_ptr<const QWidget> widget(description.create(nullptr));
     const QString objectName = name().at(0).toLower() + name().mid(1);
     return QStringLiteral("<ui language=\"c++\">"
                           "<widget class=\"%1\" name=\"%2\">"
                           "<property name=\"geometry\">"
                           "<rect><x>0</x><y>0</y><width>%3</width><height>%4</height></rect>"
-                          "</property>%5</widget></ui>")
+                          "</property>%5%6</widget>"
+                          "<customwidgets><customwidget>"
+                          "<class>%1</class><extends>%7</extends>%8"
+                          "</customwidget></customwidgets></ui>")
         .arg(name(), objectName)
         .arg(description.size.width())
         .arg(description.size.height())
-        .arg(properties);
+        .arg(properties, QLatin1String(traits.contents),
+             QLatin1String(widget->metaObject()->superClass()->className()),
+             QLatin1String(traits.specification));
 }
