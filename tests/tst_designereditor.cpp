@@ -148,6 +148,8 @@ void DesignerEditorTest::cleanupTestCase()
 QDesignerFormWindowInterface *DesignerEditorTest::open(const QString &contents)
 {
     QDesignerFormWindowInterface *form = core->formWindowManager()->createFormWindow(host.get());
+    // Forms name their resources relative to themselves.
+    form->setFileName(QStringLiteral(KIV_ALL_WIDGETS));
     if (!form->setContents(contents)) {
         delete form;
         return nullptr;
