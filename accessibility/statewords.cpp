@@ -1,40 +1,8 @@
 #include "statewords.h"
 
-#include "../KivWidgets/elementstate_p.h"
-
-#include <QtCore/QCoreApplication>
-
-#include <iterator>
-
-using namespace KivPrivate;
+#include "elementstate.h"
 
 namespace {
-
-constexpr char context[] = "StateWords";
-
-// clang-format off
-/// By AlarmState.
-constexpr const char *alarms[] = {
-    QT_TRANSLATE_NOOP("StateWords", "communication lost"),
-    QT_TRANSLATE_NOOP("StateWords", "no alarm"),
-    QT_TRANSLATE_NOOP("StateWords", "warning"),
-    QT_TRANSLATE_NOOP("StateWords", "anomaly"),
-    QT_TRANSLATE_NOOP("StateWords", "fault"),
-    QT_TRANSLATE_NOOP("StateWords", "locked"),
-};
-
-/// By ElementState; nothing is said of an unknown one beside an alarm.
-constexpr const char *elements[] = {
-    QT_TRANSLATE_NOOP("StateWords", "state unknown"),
-    QT_TRANSLATE_NOOP("StateWords", "stand-by"),
-    QT_TRANSLATE_NOOP("StateWords", "precharge"),
-    QT_TRANSLATE_NOOP("StateWords", "calibration"),
-    QT_TRANSLATE_NOOP("StateWords", "waiting for the battery voltage"),
-    QT_TRANSLATE_NOOP("StateWords", "on"),
-    QT_TRANSLATE_NOOP("StateWords", "on battery"),
-    QT_TRANSLATE_NOOP("StateWords", "on bypass"),
-};
-// clang-format on
 
 /// Reaches what only a subclass may see.
 struct OpenedStyle : MetroStyle
@@ -45,27 +13,29 @@ struct OpenedStyle : MetroStyle
     }
 };
 
-template <std::size_t count>
-QString word(const char *const (&words)[count], quint8 index, const char *otherwise)
+bool isAlarm(elemDesc_t state, AlarmState alarm)
 {
-    return QCoreApplication::translate(context, index < count ? words[index] : otherwise);
+    return state.alarmSt == quint8(alarm);
 }
 
-QString alarmWord(elemDesc_t state)
+QString alarmName(elemDesc_t state)
 {
-    return word(alarms, state.alarmSt, QT_TRANSLATE_NOOP("StateWords", "unknown alarm"));
+    if (state.alarmSt < alarmStateCount)
+        return nameOf(AlarmState(state.alarmSt));
+    return QStringLiteral("Unknown alarm");
 }
 
-QString elementWord(elemDesc_t state)
+QString operatingName(elemDesc_t state)
 {
-    return word(elements, state.elemSt, elements[ElementUnknown]);
+    const bool known = state.elemSt < operatingStateCount;
+    return nameOf(known ? OperatingState(state.elemSt) : OperatingState::Unknown);
 }
 
-QString sentence(QString text)
+/// Both in one sentence, the more urgent one first.
+QString joined(const QString &first, QString second)
 {
-    if (!text.isEmpty())
-        text[0] = text.at(0).toUpper();
-    return text;
+    second[0] = second.at(0).toLower();
+    return first + QStringLiteral(", ") + second;
 }
 
 } // namespace
@@ -77,18 +47,16 @@ elemDesc_t heldState(const MetroStyle &widget)
 
 QString stateWords(elemDesc_t state)
 {
-    // The more urgent one comes first.
-    if (state.alarmSt == AlarmNone)
-        return sentence(elementWord(state) + QStringLiteral(", ") + alarmWord(state));
+    if (isAlarm(state, AlarmState::None))
+        return joined(operatingName(state), alarmName(state));
     // What an element did before its communication was lost is no longer known.
-    const bool elementCounts = state.alarmSt != AlarmCommLost && state.elemSt != ElementUnknown &&
-                               state.elemSt < std::size(elements);
-    if (!elementCounts)
-        return alarmWords(state);
-    return sentence(alarmWord(state) + QStringLiteral(", ") + elementWord(state));
+    const bool operatingCounts = !isAlarm(state, AlarmState::CommunicationLost) &&
+                                 state.elemSt != quint8(OperatingState::Unknown) &&
+                                 state.elemSt < operatingStateCount;
+    return operatingCounts ? joined(alarmName(state), operatingName(state)) : alarmName(state);
 }
 
 QString alarmWords(elemDesc_t state)
 {
-    return state.alarmSt == AlarmNone ? QString() : sentence(alarmWord(state));
+    return isAlarm(state, AlarmState::None) ? QString() : alarmName(state);
 }

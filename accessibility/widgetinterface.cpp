@@ -181,12 +181,23 @@ QString WidgetInterface::ownShortcut() const
 
 QString WidgetInterface::name() const
 {
-    const QString given = QAccessibleWidget::text(QAccessible::Name);
-    for (const QString &candidate : {given, label(), toolTip()}) {
+    const QString given = widget()->accessibleName();
+    for (const QString &candidate :
+         {given, label(), buddyName(), toolTip(), widget()->windowTitle()}) {
         if (!candidate.trimmed().isEmpty())
             return candidate;
     }
     return needsName() ? widget()->objectName() : QString();
+}
+
+QString WidgetInterface::buddyName() const
+{
+    for (const auto &[labelling, relation] : relations(QAccessible::Label)) {
+        // Qt takes the title of a box for the name of all that is in it.
+        if (labelling && labelling->object() != widget()->parentWidget())
+            return labelling->text(QAccessible::Name);
+    }
+    return QString();
 }
 
 QString WidgetInterface::description() const

@@ -8,9 +8,10 @@
 
 /// What the interfaces of all widgets share: name, description, and the notes on changes.
 ///
-/// The name is the one that the host gave, else that of a label whose buddy the widget is, else
-/// what the widget shows as its name, its tool tip, or its object name. The description begins with
-/// what the widget shows in words. Once the widget is being deleted, everything is empty.
+/// The name is the one that the host gave, else what the widget shows as its name, else that of a
+/// label whose buddy the widget is, its tool tip, its window title, or its object name. The
+/// description begins with what the widget shows in words. Once the widget is being deleted,
+/// everything is empty.
 class WidgetInterface : public QAccessibleWidget
 {
 public:
@@ -63,6 +64,7 @@ protected:
 
 private:
     QString name() const;
+    QString buddyName() const;
     QString description() const;
     QString toolTip() const;
 

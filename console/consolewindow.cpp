@@ -126,6 +126,7 @@ ConsoleWindow::ConsoleWindow(QWidget *parent)
 void ConsoleWindow::makeStrip()
 {
     auto *strip = new MetroStatusbar(this);
+    strip->setAccessibleName(tr("UPS status"));
     strip->move(0, 0);
     strip->resize(windowSize.width(), stripHeight);
     const auto lightLabel = [&](Look::TextSize size, bool bold) {
@@ -175,6 +176,7 @@ void ConsoleWindow::makeTabs()
 
     stack = new RotateStackedWidget(this);
     stack->setObjectName(QStringLiteral("pages"));
+    stack->setAccessibleName(tr("Pages"));
     stack->setGeometry(tabSide, stripHeight, windowSize.width() - tabSide, height);
     setUp(stack, {{"endPositionAnimate", 0.6},
                   {"timePositionAnimate", shrinkTime},
@@ -195,6 +197,7 @@ void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
     const int index = int(tabs.size());
     auto *button = new MetroTabicon(rail);
     button->setObjectName(name);
+    button->setAccessibleName(name);
     button->setGeometry(0, index * tabSide, tabSide, tabSide);
     QIcon icon;
     icon.addPixmap(tabFace(picture, name, false), QIcon::Normal, QIcon::Off);
@@ -203,6 +206,7 @@ void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
     button->setIcon(icon);
     connect(button, &MetroTabicon::clicked, this, [=] { stack->setCurrentIndex(index); });
     page->setObjectName(name.toLower());
+    page->setAccessibleName(name);
     stack->addWidget(page);
     tabs.push_back({button, page, state});
 }
@@ -211,8 +215,7 @@ void ConsoleWindow::makeDrawer()
 {
     drawer = new MetroNavdrawer(this);
     drawer->setObjectName(QStringLiteral("drawer"));
-    drawer->setCheckable(true);
-    drawer->setChecked(false);
+    drawer->setAccessibleName(tr("Quick commands"));
     setUp(drawer, {{"background", QColor(58, 65, 72)}});
 
     const struct
@@ -249,6 +252,10 @@ void ConsoleWindow::makeDrawer()
         });
         drawerEntries.push_back({button, command});
     }
+    // Only now: an unchecked box disables its children while they are constructed, and a screen
+    // reader would take them for plain widgets ever after.
+    drawer->setCheckable(true);
+    drawer->setChecked(false);
     drawer->setGeometry(
         QRect(QPoint(windowSize.width() - closedDrawer.width(), drawerTop), closedDrawer));
     drawer->setState(MetroNavdrawer::close);

@@ -80,6 +80,7 @@ QWidget *ControlPage::makeBattery()
     AeroGroupbox *box = makeBox(tr("Battery charge"));
     charge = new AeroLinebar(box);
     charge->setObjectName(QStringLiteral("charge"));
+    charge->setAccessibleName(box->title());
     charge->setFont(Look::font(Look::Large));
     charge->setFixedHeight(barHeight);
     setUp(charge, {{"color", QColor(0, 174, 240)},
@@ -170,6 +171,7 @@ void ControlPage::addPush(QWidget *box, Pictogram picture, const QString &text, 
 QWidget *ControlPage::makeStrip()
 {
     strip = new AeroStatusbar(this);
+    strip->setAccessibleName(tr("Status"));
     strip->setFixedHeight(stripHeight);
     makeGlass(strip, 40);
     linkText = glassLabel(strip, Look::Normal, textColor);

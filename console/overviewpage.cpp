@@ -60,12 +60,14 @@ QWidget *OverviewPage::makeSummary()
     auto *card = new Card(this);
     system = new MetroSysIcon(card);
     system->setObjectName(QStringLiteral("system"));
+    system->setAccessibleName(tr("UPS"));
     system->setFixedSize(systemIconSide + 16, systemIconSide + 16);
     setUp(system, {{"border", 8}, {"roundness", 30}});
     system->setIconSize(QSize(systemIconSide, systemIconSide));
     system->setIcon(QIcon(pictogram(Pictogram::Ups, systemIconSide, Qt::white)));
     battery = new MetroBattIcon(card);
     battery->setObjectName(QStringLiteral("battery"));
+    battery->setAccessibleName(nameOf(Element::Battery));
     battery->setFixedSize(battery->size());
 
     stateText = Look::label(card, Look::Huge, true);

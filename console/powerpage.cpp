@@ -74,6 +74,7 @@ QLabel *PowerPage::addRow(QGridLayout *grid, int row, Quantity quantity, QWidget
     };
     QWidget *card = grid->parentWidget();
     grid->addWidget(makeBlack(Look::label(card, Look::Large, false, nameOf(quantity))), row, 0);
+    bar->setAccessibleName(nameOf(quantity));
     bar->setFont(Look::font(Look::Large, true));
     bar->setFixedHeight(barHeight);
     grid->addWidget(bar, row, 1);

@@ -65,6 +65,7 @@ QWidget *SettingsPage::makeMainSwitch()
     auto *card = new Card(this);
     mainSwitch = new SlideSwitch(card);
     mainSwitch->setObjectName(QStringLiteral("mainSwitch"));
+    mainSwitch->setAccessibleName(tr("UPS"));
     mainSwitch->setFixedSize(mainSwitch->size());
     connect(mainSwitch, &SlideSwitch::clicked, this,
             [this](bool on) { give(on ? Command::SwitchOn : Command::SwitchOff); });
@@ -105,6 +106,8 @@ SimpleSlideSwitch *SettingsPage::addSetting(QVBoxLayout *rows, const QString &na
     QWidget *card = rows->parentWidget();
     auto *control = new SimpleSlideSwitch(card);
     control->setObjectName(name);
+    control->setAccessibleName(name);
+    control->setAccessibleDescription(detail);
     QLabel *detailText = Look::label(card, Look::Normal, false, detail);
     detailText->setForegroundRole(QPalette::Mid);
     auto *texts = new QVBoxLayout;

@@ -235,6 +235,8 @@ private Q_SLOTS:
     void nameFromTheHost_data();
     void nameFromTheHost();
     void surroundingsNeedNoName();
+    void boxesDoNotNameTheirChildren();
+    void windows();
     void descriptions();
     void mnemonics();
 
@@ -462,7 +464,6 @@ void AccessibilityTest::nameFromTheHost_data()
 void AccessibilityTest::nameFromTheHost()
 {
     QFETCH(int, index);
-    // A window is named by its title.
     QWidget window;
     QWidget *widget = widgetCases[index].create();
     widget->setParent(&window);
@@ -479,15 +480,15 @@ void AccessibilityTest::nameFromTheHost()
         QCOMPARE(nameOf(widget), QStringLiteral("object"));
     widget->setToolTip(QStringLiteral("<b>Tool</b> tip"));
     QCOMPARE(nameOf(widget), QStringLiteral("Tool tip"));
+    QLabel buddy(QStringLiteral("&Buddy"), &window);
+    buddy.setBuddy(widget);
+    QCOMPARE(nameOf(widget), QStringLiteral("Buddy"));
+    QCOMPARE(interfaceOf(widget)->relations(QAccessible::Label).size(), 1);
     for (const char *property : {"text", "title", "label"}) {
         if (widget->setProperty(property, QStringLiteral("Shown")) &&
             widget->metaObject()->indexOfProperty(property) >= 0)
             QCOMPARE(nameOf(widget), QStringLiteral("Shown"));
     }
-    QLabel buddy(QStringLiteral("&Buddy"), &window);
-    buddy.setBuddy(widget);
-    QCOMPARE(nameOf(widget), QStringLiteral("Buddy"));
-    QCOMPARE(interfaceOf(widget)->relations(QAccessible::Label).size(), 1);
     widget->setAccessibleName(QStringLiteral("Given"));
     QCOMPARE(nameOf(widget), QStringLiteral("Given"));
 }
@@ -505,6 +506,29 @@ void AccessibilityTest::surroundingsNeedNoName()
     }
     box.setCheckable(true);
     QCOMPARE(nameOf(&box), QStringLiteral("object"));
+}
+
+void AccessibilityTest::boxesDoNotNameTheirChildren()
+{
+    QWidget window;
+    AeroGroupbox box(&window);
+    box.setTitle(QStringLiteral("Commands"));
+    AeroSwitch first(&box);
+    first.setText(QStringLiteral("Lock"));
+    TranspButton second(&box);
+    second.setToolTip(QStringLiteral("Silence the beeper"));
+    QCOMPARE(nameOf(&first), QStringLiteral("Lock"));
+    QCOMPARE(nameOf(&second), QStringLiteral("Silence the beeper"));
+}
+
+void AccessibilityTest::windows()
+{
+    // Any widget may be a window of its own.
+    MetroXbar bar;
+    bar.setObjectName(QStringLiteral("bar"));
+    bar.setWindowTitle(QStringLiteral("Output voltage"));
+    QCOMPARE(nameOf(&bar), QStringLiteral("Output voltage"));
+    QCOMPARE(interfaceOf(&bar)->parent()->role(), QAccessible::Application);
 }
 
 void AccessibilityTest::descriptions()
@@ -690,7 +714,7 @@ void AccessibilityTest::elementStates_data()
 
     const QString operating[] = {
         QStringLiteral("stand-by"),    QStringLiteral("precharge"),
-        QStringLiteral("calibration"), QStringLiteral("waiting for the battery voltage"),
+        QStringLiteral("calibration"), QStringLiteral("waiting for battery voltage"),
         QStringLiteral("on"),          QStringLiteral("on battery"),
         QStringLiteral("on bypass")};
     const QPair<int, QString> alarms[] = {
@@ -714,7 +738,7 @@ void AccessibilityTest::elementStates_data()
             QTest::addRow("alarm %d, unknown element %d", alarm, element)
                 << alarm << element << name;
         QTest::addRow("unknown element %d", element)
-            << 1 << element << QStringLiteral("State unknown, no alarm");
+            << 1 << element << QStringLiteral("Unknown, no alarm");
         QTest::addRow("lost, unknown element %d", element)
             << 0 << element << QStringLiteral("Communication lost");
     }
