@@ -59,7 +59,7 @@ QAccessible::State GroupInterface::state() const
     QAccessible::State state = WidgetInterface::state();
     if (const auto *box = as<QGroupBox>()) {
         state.checkable = box->isCheckable();
-        state.checked = box->isCheckable() && box->isChecked();
+        state.checked = box->isChecked();
     }
     return state;
 }

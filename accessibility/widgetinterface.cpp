@@ -125,7 +125,7 @@ int WidgetInterface::childCount() const
 
 int WidgetInterface::indexOfChild(const QAccessibleInterface *child) const
 {
-    return isValid() && child ? QAccessibleWidget::indexOfChild(child) : -1;
+    return isValid() ? QAccessibleWidget::indexOfChild(child) : -1;
 }
 
 QVector<QPair<QAccessibleInterface *, QAccessible::Relation>>

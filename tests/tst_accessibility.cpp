@@ -355,6 +355,9 @@ void AccessibilityTest::disabledAndFocus()
     widget->setEnabled(true);
     widget->move(window.width(), 0);
     QVERIFY(stateOf(widget).offscreen);
+    widget->hide();
+    QVERIFY(stateOf(widget).invisible);
+    QVERIFY(!stateOf(widget).offscreen);
     deliverAll();
 }
 
@@ -529,6 +532,15 @@ void AccessibilityTest::windows()
     bar.setWindowTitle(QStringLiteral("Output voltage"));
     QCOMPARE(nameOf(&bar), QStringLiteral("Output voltage"));
     QCOMPARE(interfaceOf(&bar)->parent()->role(), QAccessible::Application);
+
+    // One with a parent may lie anywhere on the screen.
+    Stage<QWidget> parent;
+    AeroButton button(parent.widget);
+    button.setWindowFlag(Qt::Window);
+    button.setGeometry(700, 500, 60, 40);
+    button.show();
+    deliverAll();
+    QVERIFY(!stateOf(&button).offscreen);
 }
 
 void AccessibilityTest::descriptions()
@@ -812,6 +824,8 @@ void AccessibilityTest::gaugesTellWhatTheyShow()
     check(&linebar, -20, 23.46, 60, QStringLiteral("23.5 V"));
     linebar.setText(QStringLiteral("no data"));
     check(&linebar, -20, 23.46, 60, QStringLiteral("no data"));
+    linebar.setText(QStringLiteral(""));
+    check(&linebar, -20, 23.46, 60, QString());
 
     MetroCirclerate dial(&window);
     check(&dial, 0, 35, 100, QStringLiteral("35%"));
