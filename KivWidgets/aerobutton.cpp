@@ -73,8 +73,10 @@ void AeroButton::setIcon(const QIcon &newIcon)
 
 bool AeroButton::event(QEvent *event)
 {
-    if (isOneOf(event, aeroDropEvents))
+    if (isOneOf(event, aeroDropEvents)) {
         repaintSchedule(&image);
+        absorbUpdateRequests(this, event);
+    }
     return QAbstractButton::event(event);
 }
 

@@ -116,6 +116,7 @@ bool AeroGroupbox::event(QEvent *event)
         repaintSchedule(&image);
         if (backgroudType == AeroStyleBG)
             repaintSchedule(&imageTitle);
+        absorbUpdateRequests(this, event);
     }
     return QGroupBox::event(event);
 }

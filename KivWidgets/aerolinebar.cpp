@@ -229,8 +229,10 @@ bool AeroLinebar::event(QEvent *event)
 {
     if (event->type() == QEvent::Resize)
         SplitArea();
-    if (isOneOf(event, aeroDropEvents))
+    if (isOneOf(event, aeroDropEvents)) {
         dropAll();
+        absorbUpdateRequests(this, event);
+    }
     return QWidget::event(event);
 }
 

@@ -46,8 +46,10 @@ void AeroStatusbar::setTextBold(bool newBold)
 
 bool AeroStatusbar::event(QEvent *event)
 {
-    if (isOneOf(event, aeroDropEvents))
+    if (isOneOf(event, aeroDropEvents)) {
         repaintSchedule(&image);
+        absorbUpdateRequests(this, event);
+    }
     return QFrame::event(event);
 }
 

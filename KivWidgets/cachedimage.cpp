@@ -23,9 +23,20 @@ bool createIfMissing(QImage **image, QSize size)
     return true;
 }
 
+bool isMissing(const QImage *image)
+{
+    return !image || image->isNull();
+}
+
 void postUpdateRequest(QObject *receiver)
 {
     QCoreApplication::postEvent(receiver, new QEvent(QEvent::UpdateRequest));
+}
+
+void absorbUpdateRequests(QWidget *widget, const QEvent *event)
+{
+    if (event->type() == QEvent::UpdateRequest && widget->isWindow())
+        QCoreApplication::removePostedEvents(widget, QEvent::UpdateRequest);
 }
 
 ImagePainter::ImagePainter(QImage *image, Edges edges)

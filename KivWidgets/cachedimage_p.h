@@ -24,8 +24,17 @@ void dropImage(QMutex &lock, bool &dirty, QImage **image);
 /// @return true when it did, so that the caller paints the new image.
 bool createIfMissing(QImage **image, QSize size);
 
+/// Whether there is nothing to paint on: no image, since a host may call a public painting step at
+/// any time, or a null image.
+bool isMissing(const QImage *image);
+
 /// Asks @p receiver through Qt's event loop to drop its images. Any thread.
 void postUpdateRequest(QObject *receiver);
+
+/// Takes back what a schedule in the handler of an update request has posted to a @p widget that is
+/// a window: the base class paints on this very request, and another one would schedule again, for
+/// ever. Stands between the schedule and the base class's handler.
+void absorbUpdateRequests(QWidget *widget, const QEvent *event);
 
 /// Stores @p value in @p field if it differs; the comparison is exact, for doubles too.
 /// @return whether the field changed.

@@ -43,7 +43,8 @@ QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode)
 bool followIconSize(QAbstractButton *button)
 {
     const QList<QSize> sizes = button->icon().availableSizes(QIcon::Normal, QIcon::Off);
-    if (sizes.isEmpty() || sizes.first() == button->iconSize())
+    // An invalid size would not be kept, and so set again with every paint.
+    if (sizes.isEmpty() || !sizes.first().isValid() || sizes.first() == button->iconSize())
         return false;
     button->setIconSize(sizes.first());
     return true;

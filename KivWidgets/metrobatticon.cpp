@@ -55,7 +55,7 @@ void MetroBattIcon::createImages()
 
 void MetroBattIcon::paintImage()
 {
-    if (image->isNull()) {
+    if (isMissing(image)) {
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
@@ -88,6 +88,7 @@ bool MetroBattIcon::event(QEvent *event)
     }
     if (isOneOf(event, dropEvents)) {
         repaintSchedule(&image);
+        absorbUpdateRequests(this, event);
     } else if (event->type() == QEvent::Paint && followIconSize(this)) {
         // A paint is under way already, so nothing is scheduled.
         delete image;

@@ -292,8 +292,10 @@ int MetroCirclerate::val2angle(double v)
 
 bool MetroCirclerate::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents))
+    if (isOneOf(event, dropEvents)) {
         dropAll();
+        absorbUpdateRequests(this, event);
+    }
     return QWidget::event(event);
 }
 

@@ -98,6 +98,7 @@ bool MetroLinerate::event(QEvent *event)
     if (isOneOf(event, dropEvents)) {
         measureBar();
         dropAll();
+        absorbUpdateRequests(this, event);
     }
     return QWidget::event(event);
 }

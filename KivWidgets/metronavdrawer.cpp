@@ -28,6 +28,8 @@ constexpr int tabMargin = 12;
 /// Free pixels after each child.
 constexpr int childGap = 5;
 constexpr int cornerDiameter = 24;
+/// A rectangle further off than this could not tell its right and lower edges any more.
+constexpr int farthestPlace = 1 << 30;
 
 /// Sets the minimum size of each visible child of @p drawer to what @p wanted makes of its width.
 /// @return the room that the children take side by side.
@@ -115,9 +117,11 @@ void MetroNavdrawer::setGeometry(QRect r)
 
 void MetroNavdrawer::move(QPoint p)
 {
+    const QPoint place(std::clamp(p.x(), -farthestPlace, farthestPlace),
+                       std::clamp(p.y(), -farthestPlace, farthestPlace));
     if (state == open)
-        openGeometry.setTopLeft(p);
-    QWidget::setGeometry(QRect(p, size()));
+        openGeometry.setTopLeft(place);
+    QWidget::setGeometry(QRect(place, size()));
 }
 
 void MetroNavdrawer::mousePressEvent(QMouseEvent *event)
@@ -151,12 +155,20 @@ void MetroNavdrawer::paintEvent(QPaintEvent *)
 
 bool MetroNavdrawer::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents))
+    if (isOneOf(event, dropEvents)) {
         repaintSchedule(&image);
+        absorbUpdateRequests(this, event);
+    }
     if (event->type() == QEvent::Resize)
         keepSize();
     if (event->type() == QEvent::Move) {
-        move(static_cast<QMoveEvent *>(event)->pos());
+        const QPoint place = static_cast<QMoveEvent *>(event)->pos();
+        // A window is told each time it is placed, with its frame taken into account, so that
+        // placing it again here would never end.
+        if (!isWindow())
+            move(place);
+        else if (state == open)
+            openGeometry.setTopLeft(place);
         repaintSchedule(&image);
     }
     return QGroupBox::event(event);

@@ -181,14 +181,16 @@ void MetroShelter::repaintSchedule(QImage **cached)
 
 bool MetroShelter::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents))
+    if (isOneOf(event, dropEvents)) {
         repaintSchedule(&image);
+        absorbUpdateRequests(this, event);
+    }
     return QAbstractButton::event(event);
 }
 
 void MetroShelter::paintImage()
 {
-    if (image->isNull()) {
+    if (isMissing(image)) {
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }

@@ -71,8 +71,10 @@ bool MetroStatusbar::event(QEvent *event)
         resize(background.size());
         return true;
     }
-    if (isOneOf(event, dropEvents))
+    if (isOneOf(event, dropEvents)) {
         repaintSchedule(&image);
+        absorbUpdateRequests(this, event);
+    }
     return QFrame::event(event);
 }
 

@@ -90,7 +90,7 @@ void MetroSysIcon::paintBase(QPainter *painter)
 
 void MetroSysIcon::paintImage()
 {
-    if (image->isNull()) {
+    if (isMissing(image)) {
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
@@ -132,6 +132,7 @@ bool MetroSysIcon::event(QEvent *event)
     if (isOneOf(event, dropEvents)) {
         fitToIcon();
         repaintSchedule(&image);
+        absorbUpdateRequests(this, event);
     } else if (event->type() == QEvent::Paint) {
         if (followIconSize(this)) {
             fitToIcon();

@@ -73,12 +73,12 @@ void MetroTabicon::createImages()
 void MetroTabicon::paintImages()
 {
     const QPixmap led = ledOf(state);
-    if (image->isNull()) {
+    if (isMissing(image)) {
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
     paintLook(image, QIcon::Off, led);
-    if (imagePressed->isNull()) {
+    if (isMissing(imagePressed)) {
         reportNullImage(KIV_HERE, this, "ImagePressed");
         return;
     }
@@ -103,8 +103,10 @@ void MetroTabicon::repaintSchedule(QImage **cached)
 bool MetroTabicon::event(QEvent *event)
 {
     const bool mayGrow = isOneOf(event, {QEvent::Paint, QEvent::Resize});
-    if ((mayGrow && growToIcon(this)) || isOneOf(event, dropEvents))
+    if ((mayGrow && growToIcon(this)) || isOneOf(event, dropEvents)) {
         dropBoth();
+        absorbUpdateRequests(this, event);
+    }
     return QAbstractButton::event(event);
 }
 

@@ -128,6 +128,7 @@ bool MetroXbar::event(QEvent *event)
                 MetroStyle::repaintSchedule(layer);
         } else {
             dropAll();
+            absorbUpdateRequests(this, event);
         }
     }
     return QWidget::event(event);

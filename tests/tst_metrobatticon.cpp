@@ -61,6 +61,7 @@ private Q_SLOTS:
     void effects();
     void sameColourStillPosts();
     void missingPictureIsReported();
+    void iconWithoutASizeRests();
     void nullImageIsReported();
 };
 
@@ -270,12 +271,32 @@ void MetroBattIconTest::missingPictureIsReported()
     OpenBattery::background[0] = keptFirst;
 }
 
+void MetroBattIconTest::iconWithoutASizeRests()
+{
+    Stage<OpenBattery> battery;
+    const QSize before = battery->iconSize();
+    battery->setIcon(sizelessIcon());
+    deliverAll();
+    const qint64 kept = battery->image->cacheKey();
+    pictureOf(battery.widget);
+    QCOMPARE(battery->image->cacheKey(), kept);
+    QCOMPARE(battery->iconSize(), before);
+}
+
 void MetroBattIconTest::nullImageIsReported()
 {
     OpenBattery battery(nullptr);
     battery.setObjectName(QStringLiteral("batteria"));
     battery.resize(0, 0);
     sendPaint(&battery);
+    QCOMPARE(takeErrorLines(),
+             QList<ErrorLine>(
+                 {{QStringLiteral("KivWidgets/metrobatticon.cpp"), QStringLiteral("paintImage"),
+                   QStringLiteral("Nel controllo batteria Image e' NULL")}}));
+    // A host may ask for the painting before there is an image at all.
+    OpenBattery unpainted(nullptr);
+    unpainted.setObjectName(QStringLiteral("batteria"));
+    unpainted.paintImage();
     QCOMPARE(takeErrorLines(),
              QList<ErrorLine>(
                  {{QStringLiteral("KivWidgets/metrobatticon.cpp"), QStringLiteral("paintImage"),

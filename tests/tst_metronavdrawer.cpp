@@ -12,6 +12,8 @@
 #include <QtGui/QPainterPath>
 #include <QtTest/QSignalSpy>
 
+#include <limits>
+
 namespace {
 
 class OpenDrawer : public MetroNavdrawer
@@ -97,6 +99,8 @@ private Q_SLOTS:
     void resizeWhileOpenIsKept();
     void geometryIsKeptOnlyWhileOpen();
     void moveStretchesTheKeptGeometry();
+    void movedFarOff();
+    void movedAsAWindow();
     void stateOutsideTheEnum();
     void leftPressToggles();
     void otherButtonsAreIgnored();
@@ -299,6 +303,33 @@ void MetroNavdrawerTest::moveStretchesTheKeptGeometry()
              QStringLiteral("drops image"));
     QCOMPARE(shown->pos(), QPoint(33, 44));
     QCOMPARE(shown->openGeometry.topLeft(), QPoint(33, 44));
+}
+
+void MetroNavdrawerTest::movedFarOff()
+{
+    Stage<OpenDrawer> drawer(QSize(200, 100));
+    drawer->move(QPoint(std::numeric_limits<int>::max(), std::numeric_limits<int>::min()));
+    deliverAll();
+    QCOMPARE(drawer->geometry(), QRect(1 << 30, -(1 << 30), 200, 100));
+    drawer->move(QPoint(7, 9));
+    QCOMPARE(drawer->geometry(), QRect(7, 9, 200, 100));
+}
+
+void MetroNavdrawerTest::movedAsAWindow()
+{
+    for (const MetroNavdrawer::state_E state : {MetroNavdrawer::open, MetroNavdrawer::close}) {
+        OpenDrawer drawer;
+        drawer.show();
+        deliverAll();
+        drawer.setState(state);
+        deliverAll();
+        static_cast<QWidget &>(drawer).move(40, 30);
+        deliverAll();
+        QCOMPARE(drawer.pos(), QPoint(40, 30));
+        drawer.move(QPoint(60, 50));
+        deliverAll();
+        QCOMPARE(drawer.geometry().topLeft(), QPoint(60, 50));
+    }
 }
 
 void MetroNavdrawerTest::stateOutsideTheEnum()

@@ -398,6 +398,14 @@ void MetroShelterTest::nullImageIsReported()
              QList<ErrorLine>(
                  {{QStringLiteral("KivWidgets/metroshelter.cpp"), QStringLiteral("paintImage"),
                    QStringLiteral("Nel controllo carico Image e' NULL")}}));
+    // A host may ask for the painting before there is an image at all.
+    OpenTile unpainted(nullptr);
+    unpainted.setObjectName(QStringLiteral("carico"));
+    unpainted.paintImage();
+    QCOMPARE(takeErrorLines(),
+             QList<ErrorLine>(
+                 {{QStringLiteral("KivWidgets/metroshelter.cpp"), QStringLiteral("paintImage"),
+                   QStringLiteral("Nel controllo carico Image e' NULL")}}));
     takeWarnings();
 }
 

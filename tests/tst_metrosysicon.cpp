@@ -94,6 +94,7 @@ private Q_SLOTS:
     void effects();
     void baseClassSettersDoNotRebuild();
     void checkedStateShowsWithTheNextDrop();
+    void iconWithoutASizeRests();
     void nullImageIsReported();
     void extremeSettingsAreHarmless_data();
     void extremeSettingsAreHarmless();
@@ -373,6 +374,18 @@ void MetroSysIconTest::checkedStateShowsWithTheNextDrop()
     QCOMPARE(pictureOf(icon.widget).pixelColor(26, 26), QColor(Qt::green));
 }
 
+void MetroSysIconTest::iconWithoutASizeRests()
+{
+    Stage<OpenIcon> icon;
+    const QSize before = icon->iconSize();
+    icon->setIcon(sizelessIcon());
+    deliverAll();
+    EventCounter events(icon.widget);
+    deliverAll();
+    QCOMPARE(events.count(QEvent::Paint), 0);
+    QCOMPARE(icon->iconSize(), before);
+}
+
 void MetroSysIconTest::nullImageIsReported()
 {
     OpenIcon icon(nullptr);
@@ -385,6 +398,14 @@ void MetroSysIconTest::nullImageIsReported()
                    QStringLiteral("Nel controllo ups Image e' NULL")}}));
     sendPaint(&icon);
     QCOMPARE(takeErrorLines(), QList<ErrorLine>());
+    // A host may ask for the painting before there is an image at all.
+    OpenIcon unpainted(nullptr);
+    unpainted.setObjectName(QStringLiteral("ups"));
+    unpainted.paintImage();
+    QCOMPARE(takeErrorLines(),
+             QList<ErrorLine>(
+                 {{QStringLiteral("KivWidgets/metrosysicon.cpp"), QStringLiteral("paintImage"),
+                   QStringLiteral("Nel controllo ups Image e' NULL")}}));
     takeWarnings();
 }
 

@@ -1,5 +1,33 @@
 #include "icons.h"
 
+#include <QtGui/QIconEngine>
+#include <QtGui/QPainter>
+
+namespace {
+
+class SizelessEngine : public QIconEngine
+{
+public:
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override
+    {
+        painter->fillRect(rect, Qt::green);
+    }
+    QPixmap pixmap(const QSize &, QIcon::Mode, QIcon::State) override
+    {
+        return {};
+    }
+    QIconEngine *clone() const override
+    {
+        return new SizelessEngine(*this);
+    }
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) const override
+    {
+        return {QSize()};
+    }
+};
+
+} // namespace
+
 QPixmap plainPixmap(QSize size, const QColor &color)
 {
     QPixmap pixmap(size);
@@ -31,4 +59,9 @@ QIcon telltaleIcon(QSize size)
             icon.addPixmap(plainPixmap(size, telltaleColor(mode, state)), mode, state);
     }
     return icon;
+}
+
+QIcon sizelessIcon()
+{
+    return QIcon(new SizelessEngine);
 }

@@ -11,3 +11,6 @@ QColor telltaleColor(QIcon::Mode mode, QIcon::State state);
 
 /// An icon of one size that tells by its colour in which mode and state it was asked for.
 QIcon telltaleIcon(QSize size);
+
+/// An icon whose engine offers only an invalid size.
+QIcon sizelessIcon();
