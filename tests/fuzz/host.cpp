@@ -1,0 +1,785 @@
+#include "host.h"
+
+#include "values.h"
+
+#include <metroStyle.h>
+#include <metrosysicon.h>
+#include <rotatestackedwidget.h>
+#include <transpbutton.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QMetaProperty>
+#include <QtGui/QPainter>
+#include <QtGui/QtEvents>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QAction>
+#include <QtWidgets/QGroupBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QStackedWidget>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleFactory>
+#include <QtWidgets/QVBoxLayout>
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+using namespace Values;
+
+namespace {
+
+constexpr QSize windowSize(640, 480);
+
+/// While it lives, the widget must not be deleted: the code of Qt that runs needs it.
+class Keeper
+{
+public:
+    explicit Keeper(int &count)
+        : keepers(count)
+    {
+        ++keepers;
+    }
+    ~Keeper()
+    {
+        --keepers;
+    }
+    Keeper(const Keeper &) = delete;
+    Keeper &operator=(const Keeper &) = delete;
+
+private:
+    int &keepers;
+};
+
+/// A child that answers to a new size by deleting one of its siblings.
+class Vandal : public QWidget
+{
+public:
+    using QWidget::QWidget;
+
+protected:
+    void resizeEvent(QResizeEvent *) override
+    {
+        if (!parentWidget())
+            return;
+        for (QObject *sibling : parentWidget()->children()) {
+            if (sibling != this && sibling->isWidgetType()) {
+                delete sibling;
+                return;
+            }
+        }
+    }
+};
+
+[[gnu::format(printf, 1, 2)]] void tell(const char *format, ...)
+{
+    if (!Host::tells)
+        return;
+    va_list arguments;
+    va_start(arguments, format);
+    std::vprintf(format, arguments);
+    va_end(arguments);
+    std::putchar('\n');
+    std::fflush(stdout);
+}
+
+/// Ends the process with a message that libFuzzer and the replay report as a finding.
+[[noreturn]] void complain(const char *name, const char *what)
+{
+    std::printf("%s: %s\n", name, what);
+    std::fflush(stdout);
+    std::abort();
+}
+
+QImage rendered(QWidget *widget)
+{
+    QImage picture(128, 96, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    widget->render(&picture, QPoint(), QRegion(0, 0, 128, 96), QWidget::RenderFlags());
+    return picture;
+}
+
+} // namespace
+
+StepDriver::StepDriver()
+{
+    install();
+}
+
+StepDriver::~StepDriver()
+{
+    uninstall();
+}
+
+qint64 StepDriver::elapsed() const
+{
+    return now;
+}
+
+void StepDriver::start()
+{
+    now = 0;
+    QAnimationDriver::start();
+}
+
+void StepDriver::step(int msecs)
+{
+    now += msecs;
+    advanceAnimation();
+}
+
+bool Host::tells = false;
+
+Host::Host(const Subject &subjectClass, Bytes input)
+    : subject(subjectClass)
+    , bytes(input)
+{
+    build();
+}
+
+Host::~Host()
+{
+    reactions = 0;
+    if (widget && widget->window() != window)
+        delete widget;
+    delete window;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void Host::run()
+{
+    while (!bytes.atEnd() && actionsLeft > 0)
+        act();
+    reactions = 0;
+    settle();
+}
+
+bool Host::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() == QEvent::Paint)
+        ++paints;
+    return false;
+}
+
+void Host::build()
+{
+    if (!window) {
+        window = new QWidget;
+        window->resize(windowSize);
+    }
+    const int kind = bytes.byte();
+    // Most inputs begin as most hosts do: with a shown widget inside a window.
+    const bool shown = kind < 224;
+    const bool inside = kind % 16 != 15;
+    tell("build %s %s", inside ? "inside a window" : "on its own", shown ? "shown" : "hidden");
+    widget = subject.make(inside ? window.data() : nullptr);
+    widget->installEventFilter(this);
+    connectSlots();
+    if (!shown)
+        return;
+    window->show();
+    if (!inside)
+        widget->show();
+    else
+        widget->setVisible(true);
+}
+
+void Host::connectSlots()
+{
+    const auto onSignal = [this](Slot slot) { return [this, slot] { react(slot); }; };
+    if (auto *button = qobject_cast<QAbstractButton *>(widget)) {
+        connect(button, &QAbstractButton::clicked, this, onSignal(Slot::MayDelete));
+        // The base class itself goes on with the button afterwards.
+        connect(button, &QAbstractButton::toggled, this, onSignal(Slot::MustKeep));
+        connect(button, &QAbstractButton::pressed, this, onSignal(Slot::MustKeep));
+        connect(button, &QAbstractButton::released, this, onSignal(Slot::MustKeep));
+    }
+    if (auto *button = qobject_cast<TranspButton *>(widget)) {
+        connect(button, &TranspButton::mouseEnter, this, onSignal(Slot::MayDelete));
+        connect(button, &TranspButton::mouseLeave, this, onSignal(Slot::MayDelete));
+    }
+    if (auto *icon = qobject_cast<MetroSysIcon *>(widget)) {
+        connect(icon, &MetroSysIcon::mouseEnter, this, onSignal(Slot::MayDelete));
+        connect(icon, &MetroSysIcon::mouseLeave, this, onSignal(Slot::MayDelete));
+    }
+    if (auto *box = qobject_cast<QGroupBox *>(widget)) {
+        connect(box, &QGroupBox::clicked, this, onSignal(Slot::MayDelete));
+        connect(box, &QGroupBox::toggled, this, onSignal(Slot::MayDelete));
+    }
+    if (auto *stack = qobject_cast<QStackedWidget *>(widget)) {
+        connect(stack, &QStackedWidget::currentChanged, this, onSignal(Slot::MayDelete));
+        connect(stack, &QStackedWidget::widgetRemoved, this, onSignal(Slot::MustKeep));
+    }
+}
+
+/// The host's slot on any signal: goes on with the input's actions, if the input asked for that.
+void Host::react(Slot slot)
+{
+    if (reactions == 0 || depth > 3)
+        return;
+    --reactions;
+    tell("in a slot:");
+    ++depth;
+    const bool mustKeep = slot == Slot::MustKeep;
+    keepers += mustKeep;
+    for (int count = 1 + bytes.below(3); count > 0 && actionsLeft > 0; --count)
+        act();
+    keepers -= mustKeep;
+    --depth;
+    tell("end of the slot");
+}
+
+void Host::act()
+{
+    --actionsLeft;
+    if (!widget) {
+        if (depth > 0)
+            return;
+        build();
+    }
+    const int action = bytes.below(32);
+    if (action < 10)
+        writeProperty();
+    else if (action < 13)
+        callMethod();
+    else if (action < 15)
+        resizeWidget();
+    else if (action < 17)
+        sendPlainEvent();
+    else if (action < 19)
+        sendDataEvent();
+    else if (action < 21)
+        useMouse();
+    else if (action < 22)
+        useKeys();
+    else if (action < 23)
+        changeChildren();
+    else if (action < 24)
+        paint();
+    else if (action < 25)
+        deliver();
+    else if (action < 26)
+        changeSurroundings();
+    else if (action < 27)
+        changeParent();
+    else if (action < 28)
+        passTime();
+    else if (action < 29)
+        changeState();
+    else if (action < 30)
+        destroy();
+    else if (action < 31)
+        addSibling();
+    else
+        reactions = 1 + bytes.below(4);
+}
+
+void Host::writeProperty()
+{
+    const QMetaObject *meta = widget->metaObject();
+    // The class's own properties come last; they get most of the writes.
+    const int own = meta->propertyCount() - meta->propertyOffset();
+    const std::uint8_t choice = bytes.byte();
+    const int index = choice < 176 && own > 0 ? meta->propertyOffset() + choice % own
+                                              : choice % meta->propertyCount();
+    const QMetaProperty property = meta->property(index);
+    if (!property.isWritable())
+        return;
+    const QVariant value = someValue(property, bytes);
+    if (!value.isValid())
+        return;
+    tell("write %s = %s", property.name(), qPrintable(value.toString()));
+    property.write(widget, value);
+    if (widget && !value.isNull())
+        property.read(widget);
+}
+
+void Host::callMethod()
+{
+    tell("call a method");
+    subject.call(widget, bytes);
+}
+
+void Host::resizeWidget()
+{
+    const QSize size = someWidgetSize(bytes);
+    tell("resize to %dx%d", size.width(), size.height());
+    switch (bytes.below(4)) {
+    case 0:
+        widget->setFixedSize(size);
+        break;
+    case 1:
+        widget->setGeometry(QRect(QPoint(someInt(bytes) % 1000, 3), size));
+        break;
+    default:
+        widget->resize(size);
+        break;
+    }
+}
+
+void Host::send(QEvent *event)
+{
+    tell("send event %d", int(event->type()));
+    QCoreApplication::sendEvent(widget, event);
+}
+
+void Host::sendPlainEvent()
+{
+    static const QEvent::Type types[] = {
+        QEvent::EnabledChange,
+        QEvent::PolishRequest,
+        QEvent::UpdateRequest,
+        QEvent::ContentsRectChange,
+        QEvent::StyleChange,
+        QEvent::FontChange,
+        QEvent::PaletteChange,
+        QEvent::LayoutDirectionChange,
+        QEvent::ParentAboutToChange,
+        QEvent::ParentChange,
+        QEvent::LanguageChange,
+        QEvent::LocaleChange,
+        QEvent::ActivationChange,
+        QEvent::WindowActivate,
+        QEvent::WindowDeactivate,
+        QEvent::Polish,
+        QEvent::LayoutRequest,
+        QEvent::ApplicationFontChange,
+        QEvent::ApplicationPaletteChange,
+        QEvent::ModifiedChange,
+        QEvent::MouseTrackingChange,
+        QEvent::ReadOnlyChange,
+        QEvent::ToolTipChange,
+        QEvent::WindowTitleChange,
+        QEvent::WindowIconChange,
+        QEvent::IconTextChange,
+        QEvent::ShowToParent,
+        QEvent::HideToParent,
+        QEvent::ZOrderChange,
+        QEvent::CursorChange,
+        QEvent::Leave,
+        QEvent::Leave,
+        QEvent::AcceptDropsChange,
+        QEvent::ThreadChange,
+        QEvent::WinIdChange,
+        QEvent::ScreenChangeInternal,
+        QEvent::ContentsRectChange,
+        QEvent::None,
+        QEvent::User,
+        QEvent::MaxUser,
+    };
+    QEvent event(bytes.oneOf(types));
+    if (bytes.flag()) {
+        tell("post event %d", int(event.type()));
+        QCoreApplication::postEvent(widget, new QEvent(event));
+        return;
+    }
+    send(&event);
+}
+
+void Host::sendDataEvent()
+{
+    switch (bytes.below(20)) {
+    case 0: {
+        QResizeEvent event(someWidgetSize(bytes), someWidgetSize(bytes));
+        send(&event);
+        break;
+    }
+    case 1: {
+        QMoveEvent event(somePoint(bytes), QPoint());
+        send(&event);
+        break;
+    }
+    case 2: {
+        QShowEvent event;
+        send(&event);
+        break;
+    }
+    case 3: {
+        QHideEvent event;
+        send(&event);
+        break;
+    }
+    case 4:
+    case 5: {
+        const QPointF place = somePlace(bytes, widget->size());
+        QEnterEvent event(place, place, place);
+        send(&event);
+        break;
+    }
+    case 6: {
+        QFocusEvent event(bytes.flag() ? QEvent::FocusIn : QEvent::FocusOut,
+                          static_cast<Qt::FocusReason>(bytes.below(8)));
+        send(&event);
+        break;
+    }
+    case 7: {
+        QObject child;
+        QChildEvent event(bytes.flag() ? QEvent::ChildRemoved : QEvent::ChildAdded, &child);
+        send(&event);
+        break;
+    }
+    case 8: {
+        QWidget child;
+        QChildEvent event(bytes.flag() ? QEvent::ChildRemoved : QEvent::ChildPolished, &child);
+        send(&event);
+        break;
+    }
+    case 9:
+        tell("dynamic property");
+        widget->setProperty("fuzzed", bytes.byte());
+        break;
+    case 10: {
+        QTimerEvent event(someInt(bytes));
+        send(&event);
+        break;
+    }
+    case 11: {
+        const QPointF place = somePlace(bytes, widget->size());
+        QWheelEvent event(place, place, QPoint(), QPoint(0, someInt(bytes) % 10000), held,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        send(&event);
+        break;
+    }
+    case 12: {
+        QHoverEvent event(bytes.flag() ? QEvent::HoverEnter : QEvent::HoverLeave,
+                          somePlace(bytes, widget->size()), QPointF());
+        send(&event);
+        break;
+    }
+    case 13: {
+        QHoverEvent event(QEvent::HoverMove, somePlace(bytes, widget->size()), QPointF());
+        send(&event);
+        break;
+    }
+    case 14: {
+        QWindowStateChangeEvent event(Qt::WindowMaximized);
+        send(&event);
+        break;
+    }
+    case 15: {
+        QCloseEvent event;
+        send(&event);
+        break;
+    }
+    case 16: {
+        const Keeper keeper(keepers);
+        QShortcutEvent event(QKeySequence(Qt::Key_F1), someInt(bytes), bytes.flag());
+        send(&event);
+        break;
+    }
+    case 17: {
+        QPaintEvent event(QRect(QPoint(), widget->size()));
+        send(&event);
+        break;
+    }
+    case 18: {
+        QInputMethodEvent event;
+        send(&event);
+        break;
+    }
+    default: {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(bytes.byte(), bytes.byte()));
+        send(&event);
+        break;
+    }
+    }
+}
+
+void Host::useMouse()
+{
+    static const QEvent::Type types[] = {QEvent::MouseButtonPress,    QEvent::MouseMove,
+                                         QEvent::MouseMove,           QEvent::MouseButtonRelease,
+                                         QEvent::MouseButtonDblClick, QEvent::MouseMove};
+    static const Qt::MouseButton buttons[] = {Qt::LeftButton,  Qt::LeftButton,   Qt::LeftButton,
+                                              Qt::RightButton, Qt::MiddleButton, Qt::NoButton};
+    const QEvent::Type only = bytes.oneOf(types);
+    const Qt::MouseButton button = bytes.oneOf(buttons);
+    // Half of the actions are whole strokes, since few single events do anything.
+    const bool stroke = bytes.flag();
+    const int moves = stroke ? bytes.below(4) : 0;
+    const auto mouse = [this, button](QEvent::Type type) {
+        if (!widget)
+            return;
+        const QPointF place = somePlace(bytes, widget->size());
+        if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick)
+            held |= button;
+        else if (type == QEvent::MouseButtonRelease)
+            held &= ~Qt::MouseButtons(button);
+        tell("mouse %d at %g,%g button %d", int(type), place.x(), place.y(), int(button));
+        QMouseEvent event(type, place, place, place,
+                          type == QEvent::MouseMove ? Qt::NoButton : button, held, Qt::NoModifier);
+        QCoreApplication::sendEvent(widget, &event);
+    };
+    if (!stroke) {
+        mouse(only);
+        return;
+    }
+    mouse(QEvent::MouseButtonPress);
+    for (int i = 0; i < moves; ++i)
+        mouse(QEvent::MouseMove);
+    mouse(QEvent::MouseButtonRelease);
+}
+
+void Host::useKeys()
+{
+    static const int keys[] = {Qt::Key_Space, Qt::Key_Space,  Qt::Key_Return, Qt::Key_Escape,
+                               Qt::Key_Left,  Qt::Key_Down,   Qt::Key_Tab,    Qt::Key_Select,
+                               Qt::Key_A,     Qt::Key_unknown};
+    const int key = bytes.oneOf(keys);
+    const std::uint8_t kind = bytes.byte();
+    // Moving the focus in an exclusive group, the base class goes on with the button.
+    const Keeper keeper(keepers);
+    tell("key %x", unsigned(key));
+    if (kind & 1) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QString(), kind & 4);
+        QCoreApplication::sendEvent(widget, &press);
+    }
+    if (widget && kind & 2) {
+        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(widget, &release);
+    }
+}
+
+void Host::changeChildren()
+{
+    // Qt's layouts go on with the widget after such signals.
+    const Keeper keeper(keepers);
+    auto *stack = qobject_cast<QStackedWidget *>(widget);
+    const int kind = bytes.below(8);
+    tell("children %d", kind);
+    switch (kind) {
+    case 0:
+    case 1:
+    case 2:
+    case 3: {
+        // A vandal may delete it right away.
+        QPointer<QWidget> child;
+        if (kind == 0)
+            child = new QLabel(someString(bytes));
+        else
+            child = kind == 1 ? new Vandal : new QWidget;
+        if (stack)
+            stack->insertWidget(bytes.below(6) - 1, child);
+        else
+            child->setParent(widget);
+        const QSize size = someWidgetSize(bytes);
+        if (child)
+            child->resize(size);
+        if (child)
+            child->setVisible(bytes.flag());
+        break;
+    }
+    case 4:
+    case 5: {
+        const QObjectList children = widget->children();
+        QObject *child = children.isEmpty() ? nullptr : children.at(bytes.byte() % children.size());
+        if (child && child->isWidgetType())
+            delete child;
+        break;
+    }
+    case 6:
+        if (!stack && !widget->layout())
+            new QVBoxLayout(widget);
+        else if (stack)
+            stack->removeWidget(stack->widget(bytes.below(3)));
+        break;
+    default: {
+        auto *action = new QAction(widget);
+        widget->addAction(action);
+        if (bytes.flag())
+            widget->removeAction(action);
+        break;
+    }
+    }
+}
+
+void Host::paint()
+{
+    const int kind = bytes.below(4);
+    tell("paint %d", kind);
+    switch (kind) {
+    case 0:
+        widget->repaint();
+        break;
+    case 1:
+        widget->update();
+        break;
+    default:
+        rendered(widget);
+        break;
+    }
+}
+
+void Host::deliver()
+{
+    // What was deleted later is then deleted now.
+    if (keepers > 0)
+        return;
+    const int kind = bytes.below(3);
+    tell("deliver %d", kind);
+    switch (kind) {
+    case 0:
+        QCoreApplication::sendPostedEvents();
+        break;
+    case 1:
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        break;
+    default:
+        QCoreApplication::processEvents();
+        break;
+    }
+}
+
+void Host::changeSurroundings()
+{
+    static const char *const styleSheets[] = {"", "* { border: 3px solid red }",
+                                              "* { padding: 10px; font-size: 30px }", "* {"};
+    const int kind = bytes.below(10);
+    tell("surroundings %d", kind);
+    const Keeper keeper(keepers);
+    QWidget *target = bytes.flag() && window ? window.data() : widget.data();
+    switch (kind) {
+    case 0:
+        target->setEnabled(bytes.flag());
+        break;
+    case 1:
+        target->setFont(someFont(bytes));
+        break;
+    case 2:
+        target->setPalette(somePalette(bytes));
+        break;
+    case 3: {
+        static QStyle *const styles[] = {
+            QStyleFactory::create(QStringLiteral("Fusion")),
+            QStyleFactory::create(QStringLiteral("Windows")),
+        };
+        target->setStyle(bytes.flag() ? styles[bytes.below(2)] : nullptr);
+        break;
+    }
+    case 4:
+        target->setStyleSheet(QString::fromLatin1(bytes.oneOf(styleSheets)));
+        break;
+    case 5:
+        target->setLayoutDirection(bytes.flag() ? Qt::RightToLeft : Qt::LeftToRight);
+        break;
+    case 6:
+        target->setVisible(bytes.flag());
+        break;
+    case 7:
+        widget->setFocusPolicy(Qt::StrongFocus);
+        if (bytes.flag())
+            widget->setFocus();
+        else
+            widget->clearFocus();
+        break;
+    case 8:
+        widget->setContentsMargins(someInt(bytes) % 500, 0, bytes.byte(), bytes.byte());
+        break;
+    default:
+        widget->setObjectName(someString(bytes));
+        break;
+    }
+}
+
+void Host::changeParent()
+{
+    const Keeper keeper(keepers);
+    const bool inside = bytes.flag();
+    tell("parent %d", inside);
+    widget->setParent(inside ? window.data() : nullptr);
+    if (bytes.flag())
+        widget->show();
+}
+
+void Host::passTime()
+{
+    static const int times[] = {0, 1, 16, 500, 1000, 2000, 100000};
+    const int msecs = bytes.oneOf(times);
+    // A started animation takes part from the next round of the event loop.
+    if (keepers == 0)
+        QCoreApplication::processEvents();
+    tell("%d ms pass", msecs);
+    driver.step(msecs);
+}
+
+void Host::changeState()
+{
+    const std::uint8_t alarm = bytes.byte();
+    const std::uint8_t element = bytes.byte();
+    // The first states are those of the tables.
+    const elemDesc_t state{alarm < 192 ? std::uint8_t(alarm % 7) : alarm,
+                           element < 192 ? std::uint8_t(element % 9) : element};
+    if (auto *metro = dynamic_cast<MetroStyle *>(widget.data())) {
+        tell("state %d %d", int(state.alarmSt), int(state.elemSt));
+        metro->setState(state);
+    }
+}
+
+void Host::destroy()
+{
+    if (keepers > 0)
+        return;
+    const int kind = bytes.below(4);
+    tell("destroy %d", kind);
+    switch (kind) {
+    case 0:
+        delete widget;
+        break;
+    case 1:
+        widget->deleteLater();
+        break;
+    case 2:
+        if (widget->window() == window)
+            delete window;
+        break;
+    default:
+        delete widget;
+        if (depth == 0)
+            build();
+        break;
+    }
+}
+
+void Host::addSibling()
+{
+    tell("sibling");
+    if (!window || window->children().size() > 4)
+        return;
+    QWidget *sibling = subject.make(window);
+    sibling->move(100, 100);
+    sibling->setVisible(bytes.flag());
+}
+
+/// An idle widget comes to rest, and shows the same picture as long as nothing happens to it.
+void Host::settle()
+{
+    constexpr int rounds = 40;
+    constexpr int roundsAtRest = 10;
+    if (!widget)
+        return;
+    if (auto *button = qobject_cast<QAbstractButton *>(widget)) {
+        button->setAutoRepeat(false);
+        button->setDown(false);
+    }
+    int busy = 0;
+    for (int round = 0; round < rounds && widget; ++round) {
+        paints = 0;
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents();
+        if (paints == 0)
+            break;
+        if (round >= rounds - roundsAtRest)
+            ++busy;
+    }
+    if (busy == roundsAtRest)
+        complain(subject.name, "repaints for ever");
+    if (!widget || widget->width() > 600 || widget->height() > 600)
+        return;
+    rendered(widget);
+    if (!widget)
+        return;
+    const QImage first = rendered(widget);
+    if (widget && rendered(widget) != first)
+        complain(subject.name, "shows two pictures of one state");
+}
