@@ -1,0 +1,122 @@
+# Debian packages, one for each component that is built; packaging/build-packages makes them.
+
+include(GNUInstallDirs)
+find_program(KIV_GZIP gzip REQUIRED)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_SOURCE kivwidgets)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "KivWidgets developers <developers@kivwidgets.example>")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The other packages' programs need the library of this build, which no installed package has.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/KivWidgets)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+# Each package has a summary of its own.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
+
+set(kiv_packaging ${PROJECT_BINARY_DIR}/packaging)
+
+# kiv_compressed(SOURCE NAME): writes SOURCE, compressed, to the file NAME of the build tree.
+function(kiv_compressed source name)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${source})
+    file(MAKE_DIRECTORY ${kiv_packaging})
+    execute_process(COMMAND ${KIV_GZIP} -9nc ${source}
+        OUTPUT_FILE ${kiv_packaging}/${name} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+kiv_compressed(${PROJECT_SOURCE_DIR}/packaging/changelog changelog.Debian.gz)
+
+# What the dynamic linker and other packages are told of the library.
+set(kiv_runtime_package libkivwidgets${PROJECT_VERSION_MAJOR})
+file(WRITE ${kiv_packaging}/triggers "activate-noawait ldconfig\n")
+file(WRITE ${kiv_packaging}/shlibs
+    "libkivwidgets ${PROJECT_VERSION_MAJOR} ${kiv_runtime_package} (>= ${PROJECT_VERSION})\n")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+    "${kiv_packaging}/triggers;${kiv_packaging}/shlibs")
+
+# kiv_package(COMPONENT NAME SECTION SUMMARY TEXT [DEPENDS packages] [RECOMMENDS packages]
+#             [SUGGESTS packages] [PROGRAM]): a package of the component's files. PROGRAM adds the
+# entry for menus, the icon and the manual page of the program NAME.
+function(kiv_package component name section summary text)
+    cmake_parse_arguments(arg "PROGRAM" "DEPENDS;RECOMMENDS;SUGGESTS" "" ${ARGN})
+    string(TOUPPER ${component} key)
+    install(FILES ${PROJECT_SOURCE_DIR}/packaging/copyright ${kiv_packaging}/changelog.Debian.gz
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name} COMPONENT ${component})
+    if(arg_PROGRAM)
+        set(applications ${PROJECT_SOURCE_DIR}/packaging/applications)
+        install(FILES ${applications}/${name}.desktop
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT ${component})
+        install(FILES ${applications}/${name}.svg
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
+            COMPONENT ${component})
+        kiv_compressed(${applications}/${name}.1 ${name}.1.gz)
+        install(FILES ${kiv_packaging}/${name}.1.gz
+            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${component})
+    endif()
+    set(components ${CPACK_COMPONENTS_ALL} ${component})
+    set(CPACK_COMPONENTS_ALL ${components} PARENT_SCOPE)
+    set(CPACK_DEBIAN_${key}_PACKAGE_NAME ${name} PARENT_SCOPE)
+    set(CPACK_DEBIAN_${key}_PACKAGE_SECTION ${section} PARENT_SCOPE)
+    set(CPACK_DEBIAN_${key}_DESCRIPTION "${summary}\n${text}" PARENT_SCOPE)
+    foreach(relation DEPENDS RECOMMENDS SUGGESTS)
+        set(CPACK_DEBIAN_${key}_PACKAGE_${relation} "${arg_${relation}}" PARENT_SCOPE)
+    endforeach()
+    # Of the same build: what ships apart shares the library's private symbols and resources.
+    if(NOT component STREQUAL runtime)
+        set(CPACK_COMPONENT_${key}_DEPENDS runtime PARENT_SCOPE)
+    endif()
+endfunction()
+
+kiv_package(runtime ${kiv_runtime_package} libs
+    "Qt 5 widgets for UPS monitoring consoles"
+    "KivWidgets is a library of widgets for monitoring consoles of
+uninterruptible power supplies: glass buttons and gauges, flat state
+icons, tiles, dials, bars and a drawer, slide switches, and a stack that
+turns its pages like cards.")
+kiv_package(development libkivwidgets-dev libdevel
+    "Qt 5 widgets for UPS monitoring consoles (development files)"
+    "KivWidgets is a library of widgets for monitoring consoles of
+uninterruptible power supplies. This package holds its headers, a package
+for CMake and a file for pkg-config."
+    DEPENDS "qtbase5-dev (>= 5.15)")
+if(TARGET kivwidgetsdesigner)
+    kiv_package(designer kivwidgets-designer libdevel
+        "KivWidgets plugin for Qt Designer"
+        "With this plugin Qt Designer, and programs that load its forms, know the
+KivWidgets: buttons, gauges, state icons and pages for monitoring
+consoles of uninterruptible power supplies."
+        SUGGESTS "qttools5-dev-tools")
+endif()
+if(TARGET kivwidgetsaccessible)
+    kiv_package(accessibility kivwidgets-accessibility libs
+        "KivWidgets plugin for assistive technologies"
+        "With this plugin screen readers and other assistive technologies meet
+the KivWidgets by their names, states and values.")
+endif()
+if(TARGET kivconsole)
+    kiv_package(console kivconsole utils
+        "monitoring console for uninterruptible power supplies"
+        "The console shows the state of an uninterruptible power supply, its
+powers, voltages and alarms on pages of dials, bars and tiles. It
+follows a supply through a server of Network UPS Tools, or shows a
+simulated one."
+        RECOMMENDS "kivwidgets-accessibility" SUGGESTS "nut-server" PROGRAM)
+endif()
+if(TARGET kivgallery)
+    kiv_package(gallery kivgallery devel
+        "gallery of the KivWidgets"
+        "The gallery shows each of the KivWidgets, widgets for monitoring
+consoles of uninterruptible power supplies, with all its properties, and
+lets them be changed."
+        PROGRAM)
+endif()
+
+include(CPack)

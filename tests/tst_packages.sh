@@ -1,0 +1,64 @@
+#!/bin/sh
+# Builds the Debian packages, which lintian checks, unpacks them into a scratch root, and uses what they
+# hold: library, headers, plugins and programs.
+# tst_packages.sh CMAKE TESTS-DIRECTORY DESIGNER-TEST
+set -eu
+cmake=$1
+tests=$2
+designer_test=$3
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+fail() {
+    echo "tst_packages: $1" >&2
+    exit 1
+}
+
+"$tests/../packaging/build-packages" "$scratch/packages" >"$scratch/packages.log" 2>&1 ||
+    fail "$(cat "$scratch/packages.log")"
+
+# Each package holds what its list says, with these rights, and nothing else.
+root=$scratch/root
+triplet=$(dpkg-architecture -q DEB_HOST_MULTIARCH)
+for package in "$scratch"/packages/*.deb; do
+    name=$(dpkg-deb -f "$package" Package)
+    dpkg-deb --ctrl-tarfile "$package" | tar -t >"$scratch/control"
+    grep -qx './md5sums' "$scratch/control" || fail "$name has no checksums"
+    dpkg-deb -c "$package" | grep -v '/$' | sed -E \
+        "s,^(\S+) (\S+) +[0-9]+ \S+ \S+ \./,$name \1 \2 ,; s,/$triplet/,/TRIPLET/,g; s, -> .*,,"
+    dpkg -x "$package" "$root"
+done | sort >"$scratch/contents"
+sort "$tests/packages.list" | diff - "$scratch/contents" || fail "the packages' contents differ"
+
+# field PACKAGE FIELD TEXT: the package's field holds the text.
+field() {
+    dpkg-deb -f "$scratch"/packages/"$1"_*.deb "$2" | grep -qF "$3" || fail "$1: $2 lacks $3"
+}
+version=$(dpkg-deb -f "$scratch"/packages/libkivwidgets1_*.deb Version)
+for name in libkivwidgets-dev kivwidgets-designer kivwidgets-accessibility kivconsole; do
+    field $name Depends "libkivwidgets1 (= $version)"
+done
+field libkivwidgets-dev Depends qtbase5-dev
+field libkivwidgets1 Depends libqt5widgets5
+field kivconsole Depends libqt5network5
+field kivconsole Recommends kivwidgets-accessibility
+for file in shlibs triggers; do
+    dpkg-deb -I "$scratch"/packages/libkivwidgets1_*.deb $file >>"$scratch/linking"
+done
+grep -q '^libkivwidgets 1 libkivwidgets1 ' "$scratch/linking" || fail "no dependency on the library"
+grep -q 'ldconfig' "$scratch/linking" || fail "the linker's cache is not renewed"
+
+"$tests/check_prefix.sh" "$cmake" "$root/usr" "$tests/host" "$scratch"
+
+export LD_LIBRARY_PATH="$root/usr/lib/$triplet" QT_QPA_PLATFORM=offscreen
+plugins=$root/usr/lib/$triplet/qt5/plugins
+KIV_DESIGNER_PLUGIN=$plugins/designer/libkivwidgetsdesigner.so "$designer_test" \
+    >"$scratch/designer.log" 2>&1 || fail "$(cat "$scratch/designer.log")"
+
+console=$root/usr/bin/kivconsole
+upstream=${version%-*}
+[ "$("$console" --version)" = "kivconsole $upstream" ] || fail "the console's version"
+QT_PLUGIN_PATH=$plugins "$console" --screenshot "$scratch/pictures" --at 30 >"$scratch/pictures.log"
+[ "$(find "$scratch/pictures" -name '*.png' -size +4k | wc -l)" = 4 ] ||
+    fail "the console's pictures: $(cat "$scratch/pictures.log")"
+echo "packed, unpacked, and used"
