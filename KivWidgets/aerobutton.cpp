@@ -4,6 +4,7 @@
 #include "cachedimage_p.h"
 #include "errorline_p.h"
 #include "iconpainting_p.h"
+#include "text_p.h"
 
 #include <QtGui/QFontMetrics>
 #include <QtGui/QImage>
@@ -123,7 +124,7 @@ void AeroButton::paintText(QPainter *painter)
 
     const QFont font = withWeight(this->font(), bold);
     const QFontMetrics metrics(font);
-    const int textWidth = hasText ? singleLineSize(metrics, label).width() : 0;
+    const int textWidth = hasText ? singleLineSize(font, label).width() : 0;
     const QPixmap pixmap = hasIcon ? iconPixmap(this) : QPixmap();
 
     painter->setOpacity(1.0);

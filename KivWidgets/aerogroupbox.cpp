@@ -4,7 +4,7 @@
 #include "boxtoggle_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
-#include "iconpainting_p.h"
+#include "text_p.h"
 
 #include <QtGui/QFontMetrics>
 #include <QtGui/QImage>
@@ -26,7 +26,7 @@ QSize titleExtent(const QString &title, const QFont &font)
 {
     if (title.isNull())
         return {0, 0};
-    return singleLineSize(QFontMetrics(font), title) + QSize(2 * titleMargin, 0);
+    return singleLineSize(font, title) + QSize(2 * titleMargin, 0);
 }
 
 /// Copies a piece of the body to the widget: @p target and @p source are of one size.

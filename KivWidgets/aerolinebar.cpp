@@ -3,8 +3,8 @@
 #include "aeropanel_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
-#include "iconpainting_p.h"
 #include "numbers_p.h"
+#include "text_p.h"
 #include "valueformat_p.h"
 
 #include <QtGui/QFontMetrics>
@@ -292,8 +292,7 @@ void AeroLinebar::createImages()
     if (createIfMissing(&imageShadow, barSize) && !imageShadow->isNull())
         paintImageShadow();
     if (!valueText.isNull()) {
-        const QFontMetrics metrics(withWeight(font(), bold));
-        if (createIfMissing(&imageText, singleLineSize(metrics, valueText))) {
+        if (createIfMissing(&imageText, singleLineSize(withWeight(font(), bold), valueText))) {
             if (imageText->isNull()) {
                 reportNullImage(KIV_HERE, this, "ImageText");
                 return;

@@ -14,8 +14,9 @@ class QRect;
 /// paint.
 namespace KivPrivate {
 
-/// Paints the three layers over each other into @p painter's image, cleared before.
-void composeLayers(QPainter *painter, QRect area, const QImage &background, const QImage &value,
+/// Paints the three layers over each other into @p image, cleared before, on which @p painter is
+/// open. All of them are premultiplied.
+void composeLayers(QPainter *painter, QImage &image, const QImage &background, const QImage &value,
                    const QImage &mask);
 
 /// Shows on @p widget what @p build draws into a temporary image of the widget's size.
@@ -32,10 +33,9 @@ int barWidthBeside(int width, const QFont &font, const QString &widestText);
 /// the wrong order are exchanged by the painter.
 void fillBar(QPainter *painter, const QColor &color, int left, int top, int right, int bottom);
 
-/// The pen and brush of frames and scales.
-void beginScale(QPainter *painter);
 /// The column of the scale's division @p i of ten.
 int scaleColumn(int barWidth, int i);
+/// A black line of one pixel's width, along a row or a column, with both its ends.
 void drawScaleLine(QPainter *painter, int x1, int y1, int x2, int y2);
 /// The frame around a bar on a gauge of @p height.
 void drawBarFrame(QPainter *painter, int barWidth, int height);

@@ -1,6 +1,5 @@
 #include "iconpainting_p.h"
 
-#include <QtGui/QFontMetrics>
 #include <QtGui/QPainter>
 #include <QtWidgets/QAbstractButton>
 
@@ -14,23 +13,6 @@ QColor washedOut(const QColor &color)
     int a = 0;
     color.getHsv(&h, &s, &v, &a);
     return QColor::fromHsv(h, s / 2, v + (255 - v) / 2, a);
-}
-
-QFont withWeight(const QFont &font, bool bold)
-{
-    QFont weighted(font);
-    weighted.setWeight(bold ? QFont::Bold : QFont::Normal);
-    return weighted;
-}
-
-QSize singleLineSize(const QFontMetrics &metrics, const QString &text)
-{
-    return metrics.size(Qt::TextSingleLine, text);
-}
-
-int centredBaseline(const QFontMetrics &metrics, int height)
-{
-    return (height - metrics.height()) / 2 + metrics.ascent();
 }
 
 QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode)

@@ -1,31 +1,18 @@
 #pragma once
 
-#include <QtCore/QSize>
-#include <QtCore/QString>
 #include <QtGui/QColor>
-#include <QtGui/QFont>
 #include <QtGui/QIcon>
 #include <QtGui/QPixmap>
 
 class QAbstractButton;
-class QFontMetrics;
 class QPainter;
 class QWidget;
 
-/// Pieces of drawing that several widgets share: the icon and the text of a button, disabled looks.
+/// Pieces of drawing that several widgets share: the icon of a button, disabled looks.
 namespace KivPrivate {
 
 /// A colour as a disabled Aero widget shows it: half the saturation, half way to full brightness.
 QColor washedOut(const QColor &color);
-
-/// @p font in bold weight, or in normal weight.
-QFont withWeight(const QFont &font, bool bold);
-
-/// The size of @p text on one line.
-QSize singleLineSize(const QFontMetrics &metrics, const QString &text);
-
-/// The baseline of one line of text that stands in the middle of @p height pixels.
-int centredBaseline(const QFontMetrics &metrics, int height);
 
 /// The pixmap of the button's icon at its icon size: in disabled mode while the button is disabled,
 /// else in @p enabledMode; in the state On while it is checked, else Off.

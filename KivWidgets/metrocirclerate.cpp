@@ -2,8 +2,8 @@
 
 #include "errorline_p.h"
 #include "gaugelayers_p.h"
-#include "iconpainting_p.h"
 #include "numbers_p.h"
+#include "text_p.h"
 #include "valueformat_p.h"
 
 #include <QtGui/QFontMetrics>
@@ -33,6 +33,8 @@ constexpr int angleParts = 16;
 constexpr double warningPercent = 125.0;
 constexpr double shortestRange = 1.0;
 constexpr int longestArc = 359;
+/// The label's font, in percent of the widget's.
+constexpr int labelPercent = 70;
 
 constexpr QRgb orange = qRgb(247, 148, 50);
 constexpr QRgb red = qRgb(238, 28, 37);
@@ -391,18 +393,14 @@ void MetroCirclerate::buildGraph(QImage &img)
 {
     QPainter painter(&img);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    composeLayers(&painter, img.rect(), *ImageBG, *Image, *ImageFG);
-
+    composeLayers(&painter, img, *ImageBG, *Image, *ImageFG);
     painter.setPen(palette().color(QPalette::WindowText));
     const int longer = std::max(width(), height());
 
-    QFont labelFont(font());
-    // A font sized in pixels has no point size; Qt refuses the result and keeps the size.
-    labelFont.setPointSize(font().pointSize() * 70 / 100);
-    labelFont.setWeight(QFont::Normal);
+    const QFont labelFont = smallerFont(font(), labelPercent);
     const QFontMetrics labelMetrics(labelFont);
     painter.setFont(labelFont);
-    const int labelWidth = singleLineSize(labelMetrics, label).width();
+    const int labelWidth = singleLineSize(labelFont, label).width();
     painter.drawText(QPointF((longer - labelWidth) / 2 + double(posLabel.x()),
                              tickness + labelMetrics.ascent() + double(posLabel.y())),
                      label);
@@ -410,7 +408,7 @@ void MetroCirclerate::buildGraph(QImage &img)
     const QFontMetrics metrics(font());
     painter.setFont(font());
     const QString text = formatValue(formatStr, value);
-    const int textWidth = singleLineSize(metrics, text).width();
+    const int textWidth = singleLineSize(font(), text).width();
     painter.drawText(QPointF((longer - textWidth) / 2 + double(posStr.x()),
                              height() / 2 + metrics.ascent() + double(posStr.y())),
                      text);

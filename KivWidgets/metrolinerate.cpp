@@ -148,7 +148,6 @@ void MetroLinerate::paintImageFG()
         return;
     }
     ImagePainter painter(ImageFG, ImagePainter::Plain);
-    beginScale(&painter);
     const int third = height() / 3;
     for (int i = 0; i <= 10; ++i) {
         const int x = scaleColumn(barWidth, i);
@@ -181,7 +180,7 @@ void MetroLinerate::buildGraph(QImage &img)
     if (!ImageBG || !Image || !ImageFG)
         createImages();
     QPainter painter(&img);
-    composeLayers(&painter, img.rect(), *ImageBG, *Image, *ImageFG);
+    composeLayers(&painter, img, *ImageBG, *Image, *ImageFG);
     if (value > full) {
         painter.setBrush(QBrush(excessColor(value)));
         painter.setPen(excessColor(value));

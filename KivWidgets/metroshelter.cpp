@@ -4,6 +4,7 @@
 #include "elementstate_p.h"
 #include "errorline_p.h"
 #include "iconpainting_p.h"
+#include "text_p.h"
 
 #include <QtGui/QFontMetrics>
 #include <QtGui/QIcon>
@@ -213,7 +214,7 @@ void MetroShelter::paintText(QPainter *painter)
     const QFontMetrics metrics(font());
     if (!icon().isNull()) {
         // The icon is centred together with the text's width, while the text stays at its place.
-        const int textWidth = hasText ? singleLineSize(metrics, label).width() : 0;
+        const int textWidth = hasText ? singleLineSize(font(), label).width() : 0;
         const int x = (right - ledColumn - (textWidth + iconSize().width())) / 2;
         const int y = (height() - iconSize().height()) / 2;
         drawAtNaturalSize(painter, x, y, iconPixmap(this));

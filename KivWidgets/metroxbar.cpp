@@ -179,7 +179,6 @@ void MetroXbar::paintImageFG()
         return;
     }
     ImagePainter painter(ImageFG, ImagePainter::Plain);
-    beginScale(&painter);
     for (int i = 0; i <= 10; ++i) {
         const int x = scaleColumn(barWidth, i);
         drawScaleLine(&painter, x, 1, x, height() - 1);
@@ -208,7 +207,7 @@ void MetroXbar::buildGraph(QImage &img)
     if (!ImageBG || !Image || !ImageFG)
         createImages();
     QPainter painter(&img);
-    composeLayers(&painter, img.rect(), *ImageBG, *Image, *ImageFG);
+    composeLayers(&painter, img, *ImageBG, *Image, *ImageFG);
     drawBarText(&painter, font(), barWidth, height(), textOf(value, measure));
 }
 

@@ -1,7 +1,7 @@
 #include "simpleslideswitch.h"
 
-#include "iconpainting_p.h"
 #include "numbers_p.h"
+#include "text_p.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QFontMetrics>
@@ -232,7 +232,7 @@ void SimpleSlideSwitch::paintEvent(QPaintEvent *)
 
     if (!text().isEmpty()) {
         const QFontMetrics metrics(font());
-        const int textWidth = singleLineSize(metrics, text()).width();
+        const int textWidth = singleLineSize(font(), text()).width();
         painter.setFont(font());
         painter.drawText(QPointF((width() - textWidth) / 2 - 1, centredBaseline(metrics, height())),
                          text());

@@ -1,8 +1,8 @@
 #include "slideswitch.h"
 
 #include "cachedimage_p.h"
-#include "iconpainting_p.h"
 #include "numbers_p.h"
+#include "text_p.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QFontMetrics>
@@ -172,7 +172,7 @@ void SlideSwitch::paintEvent(QPaintEvent *)
 
     if (!text().isEmpty()) {
         const QFontMetrics metrics(font());
-        const int textWidth = singleLineSize(metrics, text()).width();
+        const int textWidth = singleLineSize(font(), text()).width();
         painter.setFont(font());
         painter.drawText(QPointF((width() - textWidth) / 2 - 1 + textOffset.x(),
                                  centredBaseline(metrics, height()) + textOffset.y()),

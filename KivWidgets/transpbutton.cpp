@@ -3,6 +3,7 @@
 #include "cachedimage_p.h"
 #include "icongrowth_p.h"
 #include "iconpainting_p.h"
+#include "text_p.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QFontMetrics>
@@ -62,7 +63,7 @@ void TranspButton::paintEvent(QPaintEvent *)
 
     if (!text().isEmpty()) {
         const QFontMetrics metrics(font());
-        const int x = (width() - singleLineSize(metrics, text()).width()) / 2 + posLabel.x() - 1;
+        const int x = (width() - singleLineSize(font(), text()).width()) / 2 + posLabel.x() - 1;
         const int y = centredBaseline(metrics, height()) + posLabel.y();
         painter.setFont(font());
         painter.setOpacity(1.0);
