@@ -1,0 +1,236 @@
+#include "subject.h"
+
+#include <rotatestackedwidget.h>
+
+#include <QtCore/QAnimationDriver>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QGridLayout>
+#include <QtWidgets/QLabel>
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <functional>
+#include <initializer_list>
+#include <numeric>
+#include <vector>
+
+// Measures what a console does all day: many widgets that change ten times a second, through the
+// event loop and into a window; the same with peers; and a page change.
+
+namespace {
+
+constexpr int updatesPerSecond = 10;
+constexpr int rounds = 400;
+constexpr QSize cardSize(800, 480);
+
+double cpuMilliseconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+}
+
+double millisecondsOf(const std::function<void()> &work)
+{
+    const double begin = cpuMilliseconds();
+    work();
+    return cpuMilliseconds() - begin;
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+/// How many of a subject a scene has, and every how many updates they change.
+struct Share
+{
+    const char *subject;
+    int count;
+    int interval;
+};
+
+/// A window of widgets that change.
+class Scene
+{
+public:
+    explicit Scene(std::initializer_list<Share> shares)
+    {
+        constexpr int columns = 5;
+        constexpr int cellWidth = 210;
+        constexpr int cellHeight = 60;
+        window.resize(columns * cellWidth, 12 * cellHeight);
+        for (const Share &share : shares) {
+            const Subject *subject = subjectNamed(share.subject);
+            for (int i = 0; subject && i < share.count; ++i) {
+                QWidget *widget = subject->create(&window);
+                const int place = int(widgets.size());
+                widget->setGeometry(
+                    QRect(QPoint(place % columns * cellWidth, place / columns * cellHeight),
+                          subject->size));
+                widgets.push_back({subject, widget, share.interval});
+            }
+        }
+        window.show();
+        QCoreApplication::processEvents();
+    }
+    int count() const
+    {
+        return int(widgets.size());
+    }
+    /// The milliseconds that the next update takes, until everything is in the window.
+    double update()
+    {
+        ++step;
+        return millisecondsOf([this] {
+            for (const Placed &placed : widgets) {
+                if (step % placed.interval == 0)
+                    placed.subject->change(placed.widget, step / placed.interval);
+            }
+            QCoreApplication::processEvents();
+        });
+    }
+
+private:
+    struct Placed
+    {
+        const Subject *subject;
+        QWidget *widget;
+        int interval;
+    };
+    QWidget window;
+    std::vector<Placed> widgets;
+    int step = 0;
+};
+
+double mean(const std::vector<double> &values)
+{
+    return std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
+}
+
+bool compareScenes()
+{
+    constexpr int always = 1;
+    constexpr int eachSecond = updatesPerSecond;
+    // Values come with every update; states and labels change once a second at most.
+    Scene own({{"MetroCirclerate", 12, always},
+               {"MetroLinerate", 12, always},
+               {"AeroLinebar", 8, always},
+               {"MetroShelter", 14, eachSecond},
+               {"MetroSysIcon", 6, eachSecond},
+               {"AeroButton", 8, eachSecond}});
+    // Qt's widgets that show the same.
+    Scene peers({{"QDial", 12, always},
+                 {"QProgressBar", 20, always},
+                 {"QPushButton", 14, eachSecond},
+                 {"QToolButton", 6, eachSecond},
+                 {"QPushButton", 8, eachSecond}});
+    if (own.count() != peers.count())
+        return false;
+    std::vector<double> ownTimes;
+    std::vector<double> peerTimes;
+    for (int i = 0; i < rounds; ++i) {
+        ownTimes.push_back(own.update());
+        peerTimes.push_back(peers.update());
+    }
+    const double ownTime = mean(ownTimes);
+    const double peerTime = mean(peerTimes);
+    std::printf("scene of %d widgets, an update: %.2f ms, with Qt's widgets %.2f ms, ratio %.2f\n",
+                own.count(), ownTime, peerTime, ownTime / peerTime);
+    std::printf("at %d updates a second: %.1f %% of a processor, with Qt's widgets %.1f %%\n",
+                updatesPerSecond, ownTime * updatesPerSecond / 10.0,
+                peerTime * updatesPerSecond / 10.0);
+    return true;
+}
+
+/// Lets time pass for the animations only in steps.
+class FrameDriver : public QAnimationDriver
+{
+public:
+    FrameDriver()
+    {
+        install();
+    }
+    qint64 elapsed() const override
+    {
+        return now;
+    }
+    void start() override
+    {
+        now = 0;
+        QAnimationDriver::start();
+    }
+    void step(int msecs)
+    {
+        now += msecs;
+        advanceAnimation();
+        QCoreApplication::processEvents();
+    }
+
+private:
+    qint64 now = 0;
+};
+
+QWidget *pageOfLabels()
+{
+    auto *page = new QWidget;
+    auto *grid = new QGridLayout(page);
+    for (int i = 0; i < 20; ++i)
+        grid->addWidget(new QLabel(QStringLiteral("Value %1").arg(i)), i / 5, i % 5);
+    return page;
+}
+
+void measureCard()
+{
+    FrameDriver time;
+    RotateStackedWidget stack;
+    stack.addWidget(pageOfLabels());
+    stack.addWidget(pageOfLabels());
+    stack.resize(cardSize);
+    stack.show();
+    QCoreApplication::processEvents();
+    stack.setAnimationEnabled(true);
+    stack.setCurrentIndex(1);
+    // The animation takes part from the next round of the event loop.
+    QCoreApplication::processEvents();
+
+    QImage target(cardSize, QImage::Format_ARGB32_Premultiplied);
+    QImage picture = target;
+    picture.fill(QColor(0, 174, 240, 128));
+    std::vector<double> frames[3];
+    std::vector<double> copies;
+    constexpr int frameTime = 20;
+    constexpr int ends[] = {2000, 3000, 5000};
+    for (int now = frameTime; now < ends[2]; now += frameTime) {
+        const auto phase = std::size_t(std::upper_bound(ends, ends + 2, now) - ends);
+        frames[phase].push_back(millisecondsOf([&] { time.step(frameTime); }));
+        copies.push_back(millisecondsOf([&] {
+            QPainter painter(&target);
+            painter.drawImage(0, 0, picture);
+        }));
+    }
+    std::printf("card of %d x %d with 20 children, a frame: shrinking %.2f ms, turning %.2f ms, "
+                "growing %.2f ms; a copy of its size %.2f ms\n",
+                cardSize.width(), cardSize.height(), median(frames[0]), median(frames[1]),
+                median(frames[2]), median(copies));
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (argc != 1) {
+        std::fprintf(stderr, "usage: kivscene\n");
+        return 2;
+    }
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    if (!compareScenes())
+        return 1;
+    measureCard();
+    return 0;
+}
