@@ -32,36 +32,39 @@ namespace {
 
 constexpr QSize windowSize(640, 480);
 
-/// While it lives, the widget must not be deleted: the code of Qt that runs needs it.
+/// Counts up while it lives. On Host::keepers: the widget must not be deleted, since the code of Qt
+/// that runs needs it.
 class Keeper
 {
 public:
-    explicit Keeper(int &count)
-        : keepers(count)
+    explicit Keeper(int &counter)
+        : count(counter)
     {
-        ++keepers;
+        ++count;
     }
     ~Keeper()
     {
-        --keepers;
+        --count;
     }
     Keeper(const Keeper &) = delete;
     Keeper &operator=(const Keeper &) = delete;
 
 private:
-    int &keepers;
+    int &count;
 };
 
-/// A child that answers to a new size by deleting one of its siblings.
+/// A child that answers to a new size by deleting one of its siblings, as long as the library gives
+/// it. Qt itself, showing or laying out children, needs them all.
 class Vandal : public QWidget
 {
 public:
     using QWidget::QWidget;
+    static int awake;
 
 protected:
     void resizeEvent(QResizeEvent *) override
     {
-        if (!parentWidget())
+        if (awake == 0 || !parentWidget() || qobject_cast<QStackedWidget *>(parentWidget()))
             return;
         for (QObject *sibling : parentWidget()->children()) {
             if (sibling != this && sibling->isWidgetType()) {
@@ -71,6 +74,8 @@ protected:
         }
     }
 };
+
+int Vandal::awake = 0;
 
 [[gnu::format(printf, 1, 2)]] void tell(const char *format, ...)
 {
@@ -290,7 +295,11 @@ void Host::writeProperty()
     if (!value.isValid())
         return;
     tell("write %s = %s", property.name(), qPrintable(value.toString()));
-    property.write(widget, value);
+    {
+        int others = 0;
+        const Keeper awake(index >= meta->propertyOffset() ? Vandal::awake : others);
+        property.write(widget, value);
+    }
     if (widget && !value.isNull())
         property.read(widget);
 }
@@ -298,6 +307,7 @@ void Host::writeProperty()
 void Host::callMethod()
 {
     tell("call a method");
+    const Keeper awake(Vandal::awake);
     subject.call(widget, bytes);
 }
 
