@@ -48,3 +48,6 @@ install(FILES ${kiv_generated}/kivwidgets.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}
 if(TARGET kivconsole)
     install(TARGETS kivconsole RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT console)
 endif()
+if(TARGET kivgallery)
+    install(TARGETS kivgallery RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT gallery)
+endif()

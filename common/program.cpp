@@ -10,6 +10,8 @@
 
 #include <cstdio>
 
+static constexpr int settlingRounds = 5;
+
 static bool hasDisplay()
 {
     return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
@@ -57,8 +59,11 @@ bool Program::makeDirectory(const QString &directory, QString *error)
 bool Program::takeScreenshot(QWidget &window, const QString &directory, const QString &name,
                              QString *error)
 {
-    // New states reach the widgets' pictures through the event loop.
-    QCoreApplication::sendPostedEvents();
+    // New states reach the widgets' pictures through the event loop, layouts after a few rounds.
+    for (int round = 0; round < settlingRounds; ++round) {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
     const QString file = QDir(directory).filePath(name + QStringLiteral(".png"));
     if (!window.grab().save(file)) {
         *error = QStringLiteral("cannot write %1").arg(file);

@@ -37,6 +37,7 @@ struct WidgetDescription
     void (*decorate)(QWidget *widget) = nullptr;
     /// For a widget whose look depends on an element's state.
     void (*setState)(QWidget *widget, elemDesc_t state) = nullptr;
+    bool sizesItself = false; ///< whether it comes back to a size of its own
 };
 
 /// All widgets of the library.

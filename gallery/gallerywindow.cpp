@@ -1,0 +1,302 @@
+#include "gallerywindow.h"
+
+#include "elementstate.h"
+#include "look.h"
+#include "pictograms.h"
+#include "propertybounds.h"
+#include "propertyeditor.h"
+#include "scenes.h"
+#include "valueeditor.h"
+#include "widgetcatalogue.h"
+#include "widgetlist.h"
+#include "widgetstage.h"
+
+#include <rotatestackedwidget.h>
+
+#include <QtCore/QSignalBlocker>
+#include <QtCore/QTimer>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QSpinBox>
+#include <QtWidgets/QSplitter>
+
+namespace {
+
+constexpr int followInterval = 150;
+constexpr int listWidth = 172;
+constexpr int propertiesWidth = 280;
+/// Signals named at the foot of the window, the latest first.
+constexpr int signalsKept = 4;
+
+const WidgetDescription *descriptionOf(const QString &name)
+{
+    for (const WidgetDescription &description : widgetCatalogue()) {
+        if (name == QLatin1String(description.className))
+            return &description;
+    }
+    return nullptr;
+}
+
+template <typename State>
+QStringList namesOf(int count)
+{
+    QStringList names;
+    for (int i = 0; i < count; ++i)
+        names.append(nameOf(State(i)));
+    return names;
+}
+
+/// Shows what the widget is now, as if nobody had edited it.
+void showSilently(QCheckBox *box, bool checked)
+{
+    const QSignalBlocker blocker(box);
+    box->setChecked(checked);
+}
+
+void showSilently(QSpinBox *box, int number)
+{
+    // Setting an equal number would discard what is being typed.
+    if (box->value() == number)
+        return;
+    const QSignalBlocker blocker(box);
+    box->setValue(number);
+}
+
+QSpinBox *sizeBox(const QString &toolTip)
+{
+    auto *box = new QSpinBox;
+    box->setRange(WidgetStage::smallestSide, WidgetStage::largestSide);
+    box->setKeyboardTracking(false);
+    box->setToolTip(toolTip);
+    return box;
+}
+
+} // namespace
+
+GalleryWindow::GalleryWindow(QWidget *parent)
+    : QWidget(parent)
+    , list(new WidgetList)
+    , darkBox(new QCheckBox(tr("Dark ground")))
+    , nightBox(new QCheckBox(tr("Night look")))
+    , properties(new PropertyEditor)
+    , followTimer(new QTimer(this))
+    , monitor([this](const QString &text) { report(text); })
+{
+    setWindowTitle(tr("KivWidgets gallery"));
+    setWindowIcon(pictogram(Pictogram::Overview, 64, Look::accent()));
+    setMinimumSize(smallestSize);
+
+    auto *side = new Card;
+    side->setFont(Look::font(Look::Small));
+    auto *sideLayout = new QVBoxLayout(side);
+    sideLayout->addWidget(list);
+    sideLayout->addWidget(darkBox);
+    sideLayout->addWidget(nightBox);
+    side->setMinimumWidth(listWidth);
+    auto *propertiesCard = new Card;
+    auto *propertiesLayout = new QVBoxLayout(propertiesCard);
+    propertiesLayout->setContentsMargins(0, 0, 0, 0);
+    propertiesLayout->addWidget(properties);
+    propertiesCard->setMinimumWidth(propertiesWidth);
+
+    auto *splitter = new QSplitter;
+    splitter->setChildrenCollapsible(false);
+    splitter->setHandleWidth(Look::spacing);
+    splitter->addWidget(side);
+    splitter->addWidget(makeCentre());
+    splitter->addWidget(propertiesCard);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({listWidth, 1, propertiesWidth});
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(Look::margin, Look::margin, Look::margin, Look::margin);
+    layout->addWidget(splitter);
+
+    connect(list, &WidgetList::chosen, this, &GalleryWindow::showWidget);
+    connect(darkBox, &QCheckBox::toggled, stage, &WidgetStage::setDark);
+    connect(nightBox, &QCheckBox::toggled, this, &GalleryWindow::setNightLook);
+    connect(followTimer, &QTimer::timeout, this, &GalleryWindow::follow);
+    followTimer->start(followInterval);
+    setNightLook(false);
+    showWidget(widgetNames().first());
+}
+
+QStringList GalleryWindow::widgetNames()
+{
+    QStringList names;
+    for (const WidgetDescription &description : widgetCatalogue())
+        names.append(QString::fromLatin1(description.className));
+    return names;
+}
+
+void GalleryWindow::showWidget(const QString &name)
+{
+    const WidgetDescription *description = descriptionOf(name);
+    if (!description)
+        return;
+    shown = description;
+    list->select(name);
+    title->setText(name);
+    subtitle->setText(QString::fromLatin1(description->toolTip));
+    properties->present(nullptr);
+    monitor.watch(nullptr);
+    stage->present(createOnStage(*description, stage->ground()), !description->sizesItself);
+    for (QWidget *input : {static_cast<QWidget *>(widthBox), static_cast<QWidget *>(heightBox),
+                           static_cast<QWidget *>(naturalButton)})
+        input->setEnabled(!description->sizesItself);
+    monitor.watch(stage->staged());
+    signalCount = 0;
+    recentSignals.clear();
+    signalLine->setText(tr("No signals yet"));
+    presentProperties();
+    follow();
+}
+
+void GalleryWindow::setNightLook(bool night)
+{
+    QPalette palette = Look::palette(night);
+    palette.setColor(QPalette::Highlight, Look::accent());
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, palette.color(QPalette::Mid));
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, palette.color(QPalette::Mid));
+    setPalette(palette);
+    QPalette faint = palette;
+    faint.setColor(QPalette::WindowText, palette.color(QPalette::Mid));
+    subtitle->setPalette(faint);
+    signalLine->setPalette(faint);
+    showSilently(nightBox, night);
+    darkBox->setChecked(night);
+}
+
+QWidget *GalleryWindow::makeCentre()
+{
+    title = Look::label(nullptr, Look::Large, true);
+    title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    subtitle = Look::label(nullptr, Look::Normal);
+    subtitle->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    stage = new WidgetStage;
+    signalLine = Look::label(nullptr, Look::Small);
+    signalLine->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+
+    auto *anew = new QPushButton(tr("Start anew"));
+    anew->setFont(Look::font(Look::Small));
+    anew->setToolTip(tr("Replaces the widget by a new one"));
+    connect(anew, &QPushButton::clicked, this,
+            [this] { showWidget(QString::fromLatin1(shown->className)); });
+
+    auto *centre = new QWidget;
+    auto *layout = new QVBoxLayout(centre);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Look::spacing);
+    auto *head = new QGridLayout;
+    head->setVerticalSpacing(2);
+    head->addWidget(title, 0, 0);
+    head->addWidget(anew, 0, 1);
+    head->addWidget(subtitle, 1, 0, 1, 2);
+    head->setColumnStretch(0, 1);
+    layout->addLayout(head);
+    layout->addWidget(stage, 1);
+    layout->addWidget(makeSizeBar());
+    layout->addWidget(signalLine);
+    return centre;
+}
+
+QWidget *GalleryWindow::makeSizeBar()
+{
+    enabledBox = new QCheckBox(tr("Enabled"));
+    widthBox = sizeBox(tr("Width in pixels"));
+    heightBox = sizeBox(tr("Height in pixels"));
+    naturalButton = new QPushButton(tr("Natural size"));
+
+    auto *bar = new QWidget;
+    bar->setFont(Look::font(Look::Small));
+    auto *layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Look::spacing / 2);
+    layout->addWidget(enabledBox);
+    layout->addStretch();
+    layout->addWidget(widthBox);
+    layout->addWidget(new QLabel(QStringLiteral("×")));
+    layout->addWidget(heightBox);
+    layout->addWidget(naturalButton);
+
+    connect(enabledBox, &QCheckBox::toggled, this, [this](bool enabled) {
+        if (stage->staged())
+            stage->staged()->setEnabled(enabled);
+        follow();
+    });
+    for (QSpinBox *box : {widthBox, heightBox}) {
+        connect(box, qOverload<int>(&QSpinBox::valueChanged), this, [this] {
+            stage->resizeStaged(QSize(widthBox->value(), heightBox->value()));
+            follow();
+        });
+    }
+    connect(naturalButton, &QPushButton::clicked, this, [this] {
+        stage->takeNaturalSize();
+        follow();
+    });
+    return bar;
+}
+
+void GalleryWindow::presentProperties()
+{
+    std::vector<PropertyEditor::Setting> settings;
+    QString heading;
+    QWidget *widget = stage->staged();
+    if (shown->setState) {
+        heading = tr("State of the element");
+        // It cannot be read back.
+        state = stateOnStage(*shown);
+        shown->setState(widget, state);
+        const auto add = [&](const QString &name, const QStringList &choices, quint8 *field) {
+            settings.push_back({name, ValueEditor::create(choices), [field] { return int(*field); },
+                                [this, widget, field](const QVariant &value) {
+                                    *field = quint8(value.toInt());
+                                    shown->setState(widget, state);
+                                }});
+        };
+        add(tr("alarm"), namesOf<AlarmState>(alarmStateCount), &state.alarmSt);
+        add(tr("operation"), namesOf<OperatingState>(operatingStateCount), &state.elemSt);
+    }
+    if (auto *stack = qobject_cast<RotateStackedWidget *>(widget)) {
+        heading = tr("Pages");
+        animatesPages = true;
+        stack->setAnimationEnabled(animatesPages);
+        settings.push_back({tr("animated"), ValueEditor::create(QMetaType::Bool, {}),
+                            [this] { return animatesPages; },
+                            [this, stack](const QVariant &value) {
+                                animatesPages = value.toBool();
+                                stack->setAnimationEnabled(animatesPages);
+                            }});
+        QStringList pages;
+        for (int i = 0; i < stack->count(); ++i)
+            pages.append(QString::number(i + 1));
+        settings.push_back(
+            {tr("page"), ValueEditor::create(pages), [stack] { return stack->currentIndex(); },
+             [stack](const QVariant &value) { stack->setCurrentIndex(value.toInt()); }});
+    }
+    properties->present(widget, heading, settings);
+}
+
+void GalleryWindow::follow()
+{
+    QWidget *widget = stage->staged();
+    if (!widget)
+        return;
+    properties->refresh();
+    showSilently(enabledBox, widget->isEnabled());
+    showSilently(widthBox, widget->width());
+    showSilently(heightBox, widget->height());
+}
+
+void GalleryWindow::report(const QString &text)
+{
+    recentSignals.prepend(text);
+    while (recentSignals.size() > signalsKept)
+        recentSignals.removeLast();
+    ++signalCount;
+    signalLine->setText(QStringLiteral("%1%2%3").arg(
+        tr("Signal %1:  ").arg(signalCount), recentSignals.join(Look::separator()),
+        signalCount > signalsKept ? QStringLiteral(" …") : QString()));
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "signalmonitor.h"
+
+#include <metroStyle.h>
+
+#include <QtCore/QStringList>
+#include <QtWidgets/QWidget>
+
+class PropertyEditor;
+class QCheckBox;
+class QLabel;
+class QPushButton;
+class QSpinBox;
+class QTimer;
+class WidgetStage;
+class WidgetList;
+struct WidgetDescription;
+
+/// The gallery: the list of the widgets, the chosen one live on a stage, and its properties.
+class GalleryWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr QSize smallestSize = QSize(840, 480);
+
+    explicit GalleryWindow(QWidget *parent = nullptr);
+
+    /// The class names of all widgets.
+    static QStringList widgetNames();
+    /// Puts a new widget of class @p name on the stage; an unknown name changes nothing.
+    void showWidget(const QString &name);
+    /// Light on dark, for the window and the stage.
+    void setNightLook(bool night);
+
+private:
+    QWidget *makeCentre();
+    QWidget *makeSizeBar();
+    void presentProperties();
+    /// Brings the controls to what the widget is now.
+    void follow();
+    void report(const QString &text);
+
+    WidgetList *list;
+    QLabel *title;
+    QLabel *subtitle;
+    QCheckBox *enabledBox;
+    QCheckBox *darkBox;
+    QCheckBox *nightBox;
+    QSpinBox *widthBox;
+    QSpinBox *heightBox;
+    QPushButton *naturalButton;
+    WidgetStage *stage;
+    PropertyEditor *properties;
+    QLabel *signalLine;
+    QTimer *followTimer;
+    SignalMonitor monitor;
+    const WidgetDescription *shown = nullptr;
+    elemDesc_t state = {};
+    bool animatesPages = true;
+    int signalCount = 0;
+    QStringList recentSignals;
+};

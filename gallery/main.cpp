@@ -1,0 +1,31 @@
+#include "gallerywindow.h"
+#include "options.h"
+#include "program.h"
+#include "screenshots.h"
+
+#include <QtWidgets/QApplication>
+
+int main(int argc, char **argv)
+{
+    const GalleryOptions options =
+        Program::readOptions(argc, argv, QStringLiteral("kivgallery"), parseGalleryOptions);
+    if (const std::optional<int> status = Program::begin(options))
+        return *status;
+
+    QApplication application(argc, argv);
+    Program::dressApplication();
+
+    GalleryWindow window;
+    window.resize(options.size);
+    window.setNightLook(options.night);
+    if (options.task == GalleryOptions::Task::TakeScreenshots) {
+        QString error;
+        return takeGalleryScreenshots(window, options, &error)
+                   ? 0
+                   : Program::refuse(error, Program::failed);
+    }
+    if (!options.widget.isEmpty())
+        window.showWidget(options.widget);
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,71 @@
+#include "options.h"
+
+#include "gallerywindow.h"
+#include "widgetcatalogue.h"
+
+#include <QtCore/QRegularExpression>
+
+namespace {
+
+constexpr QSize largestWindow(8192, 8192);
+
+/// The class name that @p name means, in any case; empty if there is none.
+QString classNamed(const QString &name)
+{
+    for (const WidgetDescription &description : widgetCatalogue()) {
+        const QLatin1String className(description.className);
+        if (name.compare(className, Qt::CaseInsensitive) == 0)
+            return className;
+    }
+    return {};
+}
+
+/// WIDTHxHEIGHT in pixels, within what a window can have; else an invalid size.
+QSize readSize(const QString &text)
+{
+    const QRegularExpression form(QStringLiteral("^([0-9]{1,5})x([0-9]{1,5})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
+    const bool fits = size.expandedTo(GalleryWindow::smallestSize) == size &&
+                      size.boundedTo(largestWindow) == size;
+    return match.hasMatch() && fits ? size : QSize();
+}
+
+QString textOf(QSize size)
+{
+    return QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+}
+
+} // namespace
+
+GalleryOptions parseGalleryOptions(const QStringList &arguments)
+{
+    CommandLine line(QStringLiteral("kivgallery"),
+                     QStringLiteral("Shows every widget of KivWidgets with its properties."),
+                     QStringLiteral("each widget"));
+    const QCommandLineOption widget(QStringLiteral("widget"),
+                                    QStringLiteral("Begin with the widget of class NAME; with "
+                                                   "--screenshot, take it alone."),
+                                    QStringLiteral("NAME"));
+    const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Size of the window."),
+                                  QStringLiteral("WIDTHxHEIGHT"));
+    line.add(widget);
+    line.add(size);
+
+    GalleryOptions options;
+    if (!line.read(arguments, &options))
+        return options;
+    if (line.isSet(widget)) {
+        options.widget = classNamed(line.value(widget));
+        if (options.widget.isEmpty())
+            options.refuse(QStringLiteral("there is no widget '%1'").arg(line.value(widget)));
+    }
+    if (line.isSet(size)) {
+        options.size = readSize(line.value(size));
+        if (!options.size.isValid())
+            options.refuse(QStringLiteral("--size takes %1 to %2, not '%3'")
+                               .arg(textOf(GalleryWindow::smallestSize), textOf(largestWindow),
+                                    line.value(size)));
+    }
+    return options;
+}

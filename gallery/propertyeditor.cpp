@@ -1,0 +1,190 @@
+#include "propertyeditor.h"
+
+#include "hostsetters.h"
+#include "look.h"
+#include "propertybounds.h"
+#include "slimscrollbars.h"
+#include "valueeditor.h"
+
+#include <QtCore/QMetaProperty>
+#include <QtWidgets/QGridLayout>
+#include <QtWidgets/QLabel>
+
+namespace {
+
+constexpr int nameColumnWidth = 112;
+
+/// What of QWidget's own is worth a look in every widget.
+constexpr const char *commonProperties[] = {"enabled", "font", "toolTip", "layoutDirection"};
+
+QString textOf(const QVariant &value)
+{
+    switch (value.userType()) {
+    case QMetaType::QSize:
+        return QStringLiteral("%1 x %2").arg(value.toSize().width()).arg(value.toSize().height());
+    case QMetaType::Bool:
+        return value.toBool() ? PropertyEditor::tr("yes") : PropertyEditor::tr("no");
+    default:
+        return value.toString();
+    }
+}
+
+} // namespace
+
+PropertyEditor::PropertyEditor(QWidget *parent)
+    : QScrollArea(parent)
+{
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setAutoFillBackground(false);
+    useSlimScrollBars(this);
+    clear();
+}
+
+void PropertyEditor::present(QWidget *widget, const QString &title,
+                             const std::vector<Setting> &settings)
+{
+    clear();
+    presented = widget;
+    if (!widget)
+        return;
+    if (!settings.empty())
+        addHeading(title);
+    for (const Setting &setting : settings)
+        addSetting(setting);
+    for (const QMetaObject *meta = widget->metaObject(); meta != &QWidget::staticMetaObject;
+         meta = meta->superClass()) {
+        if (meta->propertyOffset() < meta->propertyCount())
+            addHeading(QString::fromLatin1(meta->className()));
+        for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i)
+            addProperty(meta->property(i));
+    }
+    addHeading(QStringLiteral("QWidget"));
+    const QMetaObject &common = QWidget::staticMetaObject;
+    for (const char *name : commonProperties)
+        addProperty(common.property(common.indexOfProperty(name)));
+    // All spare height goes below the last row.
+    grid->setRowStretch(grid->rowCount(), 1);
+    refresh();
+}
+
+void PropertyEditor::refresh()
+{
+    if (!presented)
+        return;
+    for (Row &row : rows) {
+        const bool applies = row.applies();
+        row.label->setVisible(applies);
+        row.field->setVisible(applies);
+        const QVariant value = row.read();
+        if (row.editor)
+            row.editor->setValue(value);
+        else
+            static_cast<QLabel *>(row.field)->setText(textOf(value));
+    }
+}
+
+QStringList PropertyEditor::names() const
+{
+    QStringList names;
+    for (const Row &row : rows)
+        names.append(row.name);
+    return names;
+}
+
+ValueEditor *PropertyEditor::editor(const QString &name) const
+{
+    for (const Row &row : rows) {
+        if (row.name == name)
+            return row.editor;
+    }
+    return nullptr;
+}
+
+void PropertyEditor::clear()
+{
+    presented.clear();
+    rows.clear();
+    // Deletes the list before.
+    setWidget(new QWidget);
+    widget()->setAutoFillBackground(false);
+    grid = new QGridLayout(widget());
+    grid->setContentsMargins(Look::margin, 0, Look::margin, Look::margin);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(5);
+    grid->setColumnMinimumWidth(0, nameColumnWidth);
+    grid->setColumnStretch(1, 1);
+}
+
+void PropertyEditor::addHeading(const QString &title)
+{
+    QLabel *heading = Look::label(widget(), Look::Normal, true, title);
+    heading->setContentsMargins(0, Look::spacing, 0, 2);
+    grid->addWidget(heading, grid->rowCount(), 0, 1, 2);
+}
+
+void PropertyEditor::addRow(Row row, const QString &toolTip)
+{
+    const int place = grid->rowCount();
+    row.label = Look::label(widget(), Look::Small, false, row.name);
+    row.label->setToolTip(toolTip);
+    row.field->setParent(widget());
+    row.field->setObjectName(row.name);
+    row.field->setFont(Look::font(Look::Small));
+    row.label->setEnabled(row.editor);
+    grid->addWidget(row.label, place, 0);
+    grid->addWidget(row.field, place, 1);
+    rows.push_back(std::move(row));
+}
+
+void PropertyEditor::addSetting(const Setting &setting)
+{
+    Row row;
+    row.name = setting.name;
+    row.editor = setting.editor;
+    row.field = setting.editor;
+    row.read = setting.read;
+    row.applies = [] { return true; };
+    connect(setting.editor, &ValueEditor::edited, this,
+            [this, write = setting.write](const QVariant &value) {
+                if (!presented)
+                    return;
+                write(value);
+                refresh();
+            });
+    addRow(std::move(row), QString());
+}
+
+void PropertyEditor::addProperty(const QMetaProperty &property)
+{
+    const QString name = QString::fromLatin1(property.name());
+    // A derived class's property hides one of the same name.
+    if (names().contains(name) || !property.isReadable())
+        return;
+    Row row;
+    row.name = name;
+    row.editor = nullptr;
+    if (property.isWritable()) {
+        row.editor =
+            property.isEnumType()
+                ? ValueEditor::create(property.enumerator())
+                : ValueEditor::create(property.userType(), boundsOf(presented, property.name()));
+    }
+    row.field = row.editor;
+    if (!row.editor) {
+        row.field = new QLabel;
+        row.field->setEnabled(false);
+    }
+    row.read = [this, property] { return property.read(presented); };
+    row.applies = [this, property] { return property.isDesignable(presented); };
+    if (row.editor) {
+        connect(row.editor, &ValueEditor::edited, this, [this, property](const QVariant &value) {
+            if (!presented)
+                return;
+            writeAsHost(presented, property, value);
+            refresh();
+        });
+    }
+    addRow(std::move(row), QString::fromLatin1(property.typeName()));
+}

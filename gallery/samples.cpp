@@ -1,0 +1,80 @@
+#include "samples.h"
+
+#include "look.h"
+#include "pictograms.h"
+
+#include <QtCore/QDir>
+#include <QtGui/QPainter>
+
+namespace {
+
+constexpr int iconSide = 32;
+
+/// A drawing that is seen on a light and on a dark ground, and lit under the pointer.
+QIcon drawnIcon(Pictogram which)
+{
+    QIcon icon(pictogram(which, iconSide, QColor(110, 122, 133)));
+    icon.addPixmap(pictogram(which, iconSide, Look::accent()), QIcon::Active);
+    icon.addPixmap(pictogram(which, iconSide, Look::accent()), QIcon::Normal, QIcon::On);
+    icon.addPixmap(pictogram(which, iconSide, QColor(170, 176, 182)), QIcon::Disabled);
+    return icon;
+}
+
+QPixmap gradientGround(const QColor &top, const QColor &bottom)
+{
+    QPixmap pixmap(240, 140);
+    QPainter painter(&pixmap);
+    QLinearGradient gradient(0, 0, 0, pixmap.height());
+    gradient.setColorAt(0, top);
+    gradient.setColorAt(1, bottom);
+    painter.fillRect(pixmap.rect(), gradient);
+    return pixmap;
+}
+
+std::vector<Sample<QPixmap>> libraryPictures()
+{
+    std::vector<Sample<QPixmap>> pictures;
+    const QDir directory(QStringLiteral(":/Images"));
+    for (const QString &file : directory.entryList(QDir::Files, QDir::Name))
+        pictures.push_back({QFileInfo(file).baseName(), QPixmap(directory.filePath(file))});
+    return pictures;
+}
+
+} // namespace
+
+const std::vector<Sample<QIcon>> &sampleIcons()
+{
+    static const std::vector<Sample<QIcon>> samples = [] {
+        std::vector<Sample<QIcon>> icons = {
+            {QStringLiteral("UPS"), drawnIcon(Pictogram::Ups)},
+            {QStringLiteral("Overview"), drawnIcon(Pictogram::Overview)},
+            {QStringLiteral("Power"), drawnIcon(Pictogram::Power)},
+            {QStringLiteral("Control"), drawnIcon(Pictogram::Control)},
+            {QStringLiteral("Settings"), drawnIcon(Pictogram::Settings)},
+            {QStringLiteral("Alarm"), drawnIcon(Pictogram::Alarm)},
+            {QStringLiteral("Check"), drawnIcon(Pictogram::Check)},
+            {QStringLiteral("Restart"), drawnIcon(Pictogram::Restart)},
+            {QStringLiteral("UPS, white"), QIcon(pictogram(Pictogram::Ups, iconSide, Qt::white))},
+        };
+        for (const Sample<QPixmap> &picture : libraryPictures())
+            icons.push_back({picture.name, QIcon(picture.picture)});
+        return icons;
+    }();
+    return samples;
+}
+
+const std::vector<Sample<QPixmap>> &samplePixmaps()
+{
+    static const std::vector<Sample<QPixmap>> samples = [] {
+        std::vector<Sample<QPixmap>> pixmaps = {
+            {QStringLiteral("Blue ground"),
+             gradientGround(QColor(0, 56, 117), QColor(0, 174, 240))},
+            {QStringLiteral("Slate ground"),
+             gradientGround(QColor(84, 98, 112), QColor(36, 44, 52))},
+        };
+        const std::vector<Sample<QPixmap>> pictures = libraryPictures();
+        pixmaps.insert(pixmaps.end(), pictures.begin(), pictures.end());
+        return pixmaps;
+    }();
+    return samples;
+}

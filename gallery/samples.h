@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtGui/QIcon>
+#include <QtGui/QPixmap>
+
+#include <vector>
+
+/// A picture that can be chosen for a property.
+template <typename Picture>
+struct Sample
+{
+    QString name;
+    Picture picture;
+};
+
+/// Line drawings, and the library's own pictures.
+const std::vector<Sample<QIcon>> &sampleIcons();
+/// The library's own pictures, and grounds for a panel.
+const std::vector<Sample<QPixmap>> &samplePixmaps();

@@ -1,0 +1,245 @@
+#include "scenes.h"
+
+#include "elementstate.h"
+#include "look.h"
+#include "pictograms.h"
+#include "samples.h"
+#include "widgetcatalogue.h"
+
+#include <aerobutton.h>
+#include <aerogroupbox.h>
+#include <aerolinebar.h>
+#include <aerostatusbar.h>
+#include <aeroswitch.h>
+#include <metrocirclerate.h>
+#include <metronavdrawer.h>
+#include <metroshelter.h>
+#include <metrostatusbar.h>
+#include <metrosysicon.h>
+#include <metrotabicon.h>
+#include <metroxbar.h>
+#include <rotatestackedwidget.h>
+#include <simpleslideswitch.h>
+#include <transpbutton.h>
+
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+
+namespace {
+
+const QColor slate(62, 78, 94);
+const QColor slateShadow(27, 34, 42);
+const QColor deepBlue(0, 108, 160);
+constexpr int drawerTabRoom = 62;
+constexpr int drawerEntrySide = 64;
+constexpr int drawerEntryGap = 5;
+
+QLabel *whiteLabel(const QString &text, bool bold = false)
+{
+    QLabel *label = Look::label(nullptr, Look::Normal, bold, text);
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, Qt::white);
+    label->setPalette(palette);
+    return label;
+}
+
+template <typename W>
+void dressAsGlass(W *widget)
+{
+    widget->setColor(slate);
+    widget->setShadow(slateShadow);
+}
+
+void arrangeButton(QWidget *widget)
+{
+    dressAsGlass(static_cast<AeroButton *>(widget));
+}
+
+void arrangeSwitch(QWidget *widget)
+{
+    auto *control = static_cast<AeroSwitch *>(widget);
+    dressAsGlass(control);
+    control->setHighlight(Look::accent());
+    control->setChecked(true);
+}
+
+void arrangeTransparentButton(QWidget *widget)
+{
+    auto *button = static_cast<TranspButton *>(widget);
+    button->setIconSize(QSize(24, 24));
+    button->setIcon(sampleIcons().front().picture);
+    button->setPosLabel(QPoint(0, 22));
+}
+
+void arrangeStrip(QWidget *widget)
+{
+    auto *strip = static_cast<AeroStatusbar *>(widget);
+    dressAsGlass(strip);
+    auto *layout = new QHBoxLayout(strip);
+    layout->addWidget(whiteLabel(QStringLiteral("Rack 3"), true));
+    layout->addStretch();
+    layout->addWidget(whiteLabel(QStringLiteral("On battery")));
+}
+
+void arrangeGroup(QWidget *widget)
+{
+    auto *group = static_cast<AeroGroupbox *>(widget);
+    dressAsGlass(group);
+    auto *layout = new QVBoxLayout(group);
+    auto *row = new QHBoxLayout;
+    layout->addStretch();
+    layout->addLayout(row);
+    layout->addStretch();
+    row->setContentsMargins(Look::margin, Look::margin, Look::margin, 0);
+    row->addWidget(whiteLabel(QStringLiteral("Beeper")));
+    row->addStretch();
+    row->addWidget(new SimpleSlideSwitch);
+}
+
+void arrangeLinebar(QWidget *widget)
+{
+    auto *bar = static_cast<AeroLinebar *>(widget);
+    bar->setColor(Look::accent());
+    bar->setShadow(deepBlue);
+    bar->setColorText(Qt::white);
+    bar->setValuePosition(AeroLinebar::leftVal);
+    bar->setValue(65);
+}
+
+void arrangeSysIcon(QWidget *widget)
+{
+    static_cast<MetroSysIcon *>(widget)->setIcon(QIcon(pictogram(Pictogram::Ups, 48, Qt::white)));
+}
+
+void arrangeTab(QWidget *widget)
+{
+    auto *tab = static_cast<MetroTabicon *>(widget);
+    tab->setIconSize(QSize(32, 32));
+    tab->setIcon(sampleIcons().front().picture);
+    tab->setChecked(true);
+}
+
+void arrangeTopStrip(QWidget *widget)
+{
+    auto *layout = new QHBoxLayout(widget);
+    layout->setContentsMargins(Look::margin, 0, Look::margin, 0);
+    layout->addStretch();
+    layout->addWidget(whiteLabel(QStringLiteral("UPS console"), true));
+    layout->addStretch();
+}
+
+void arrangeDrawer(QWidget *widget)
+{
+    auto *drawer = static_cast<MetroNavdrawer *>(widget);
+    drawer->setBackground(QColor(58, 65, 72));
+    drawer->setCheckable(true);
+    int x = drawerTabRoom;
+    for (const Pictogram picture : {Pictogram::Check, Pictogram::Restart}) {
+        auto *entry = new TranspButton(drawer);
+        entry->setGeometry(x, 6, drawerEntrySide, drawerEntrySide);
+        entry->setIconSize(QSize(28, 28));
+        QIcon icon(pictogram(picture, 28, Qt::white));
+        icon.addPixmap(pictogram(picture, 28, Look::accent()), QIcon::Active);
+        entry->setIcon(icon);
+        x += drawerEntrySide + drawerEntryGap;
+    }
+    // A press only toggles the box; opening is left to the host.
+    QObject::connect(drawer, &QGroupBox::toggled, drawer, [drawer](bool checked) {
+        drawer->setState(checked ? MetroNavdrawer::open : MetroNavdrawer::close);
+    });
+}
+
+void arrangeDial(QWidget *widget)
+{
+    auto *dial = static_cast<MetroCirclerate *>(widget);
+    dial->setRadius(80);
+    dial->setTickness(20);
+    dial->setValue(64);
+    dial->setPosLabel(QPoint(0, 8));
+}
+
+void arrangeXbar(QWidget *widget)
+{
+    auto *bar = static_cast<MetroXbar *>(widget);
+    bar->setMeasure(QStringLiteral(" V"));
+    bar->setValue(230);
+}
+
+void arrangeStack(QWidget *widget)
+{
+    auto *stack = static_cast<RotateStackedWidget *>(widget);
+    stack->changeTimePosition(300);
+    stack->changeTimeRotation(500);
+    stack->setAnimationEnabled(true);
+    const std::pair<const char *, QColor> pages[] = {
+        {"Overview", deepBlue}, {"Measurements", QColor(52, 110, 74)}, {"Settings", slate}};
+    for (const auto &[title, color] : pages) {
+        auto *page = new QWidget;
+        page->setAutoFillBackground(true);
+        QPalette palette = page->palette();
+        palette.setColor(QPalette::Window, color);
+        page->setPalette(palette);
+        auto *layout = new QVBoxLayout(page);
+        layout->addWidget(whiteLabel(QString::fromLatin1(title), true), 0, Qt::AlignCenter);
+        auto *next = new AeroButton;
+        next->setText(QStringLiteral("Next page"));
+        next->setFixedSize(110, 36);
+        dressAsGlass(next);
+        layout->addWidget(next, 0, Qt::AlignCenter);
+        QObject::connect(next, &AeroButton::clicked, stack, [stack] {
+            stack->setCurrentIndex((stack->currentIndex() + 1) % stack->count());
+        });
+        stack->addWidget(page);
+    }
+}
+
+/// What a class is set up with here; the others are dressed as everywhere.
+const struct
+{
+    const char *className;
+    void (*arrange)(QWidget *widget);
+} scenes[] = {
+    {"AeroButton", arrangeButton},
+    {"AeroSwitch", arrangeSwitch},
+    {"TranspButton", arrangeTransparentButton},
+    {"AeroStatusbar", arrangeStrip},
+    {"AeroGroupbox", arrangeGroup},
+    {"AeroLinebar", arrangeLinebar},
+    {"MetroSysIcon", arrangeSysIcon},
+    {"MetroTabicon", arrangeTab},
+    {"MetroStatusbar", arrangeTopStrip},
+    {"MetroNavdrawer", arrangeDrawer},
+    {"MetroCirclerate", arrangeDial},
+    {"MetroXbar", arrangeXbar},
+    {"RotateStackedWidget", arrangeStack},
+};
+
+void arrange(const WidgetDescription &description, QWidget *widget)
+{
+    for (const auto &scene : scenes) {
+        if (qstrcmp(scene.className, description.className) == 0) {
+            scene.arrange(widget);
+            return;
+        }
+    }
+    description.dress(widget);
+}
+
+} // namespace
+
+QWidget *createOnStage(const WidgetDescription &description, QWidget *parent)
+{
+    QWidget *widget = description.create(parent);
+    widget->resize(description.size);
+    if (description.label.property)
+        widget->setProperty(description.label.property, QLatin1String(description.label.text));
+    arrange(description, widget);
+    return widget;
+}
+
+elemDesc_t stateOnStage(const WidgetDescription &description)
+{
+    // A tab's LED shows only with an alarm.
+    const bool isTab = qstrcmp(description.className, "MetroTabicon") == 0;
+    return {quint8(isTab ? AlarmState::Warning : AlarmState::None), quint8(OperatingState::On)};
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+class QAbstractScrollArea;
+
+/// Gives @p area narrow scroll bars without arrows.
+void useSlimScrollBars(QAbstractScrollArea *area);

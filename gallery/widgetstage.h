@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QScrollArea>
+
+#include <vector>
+
+class SizeHandle;
+
+/// Shows one live widget in the middle of a plain ground, with handles around it to resize it.
+class WidgetStage : public QScrollArea
+{
+    Q_OBJECT
+
+public:
+    static constexpr int smallestSide = 1;
+    static constexpr int largestSide = 2000;
+
+    explicit WidgetStage(QWidget *parent = nullptr);
+
+    /// The parent of a widget for this stage.
+    QWidget *ground() const;
+    /// Shows @p newWidget, a child of the ground, in place of the one before, which is deleted. The
+    /// size that it has or takes now is its natural size; there are handles if it is @p resizable.
+    void present(QWidget *newWidget, bool resizable);
+    /// The widget shown; it may delete itself.
+    QWidget *staged() const;
+
+    void resizeStaged(QSize size);
+    void takeNaturalSize();
+
+    bool isDark() const;
+    void setDark(bool dark);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void dragHandle(QPoint role, QPoint offset);
+    void placeSoon();
+    void place();
+    void showHandles(bool shown);
+    void attachHandles();
+
+    QPointer<QWidget> widgetShown;
+    QSize naturalSize;
+    std::vector<SizeHandle *> handles;
+    QRect geometryBeforeDrag;
+    bool dragging = false;
+    bool placing = false;
+    bool placeIsDue = false;
+    bool movedItself = false;
+    bool dark = false;
+};
