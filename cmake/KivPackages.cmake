@@ -108,7 +108,7 @@ if(TARGET kivconsole)
 powers, voltages and alarms on pages of dials, bars and tiles. It
 follows a supply through a server of Network UPS Tools, or shows a
 simulated one."
-        RECOMMENDS "kivwidgets-accessibility" SUGGESTS "nut-server" PROGRAM)
+        RECOMMENDS "fonts-dejavu-core, kivwidgets-accessibility, libqt5svg5" SUGGESTS "nut-server" PROGRAM)
 endif()
 if(TARGET kivgallery)
     kiv_package(gallery kivgallery devel

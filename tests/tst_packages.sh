@@ -48,6 +48,16 @@ done
 grep -q '^libkivwidgets 1 libkivwidgets1 ' "$scratch/linking" || fail "no dependency on the library"
 grep -q 'ldconfig' "$scratch/linking" || fail "the linker's cache is not renewed"
 
+# Error lines name the sources relative to the repository, and nothing tells where it was built.
+library=$root/usr/lib/$triplet/libkivwidgets.so.1
+grep -aq 'KivWidgets/aerobutton\.cpp' "$library" || fail "error lines without the source's name"
+if grep -aq '/KivWidgets/[a-z]*\.cpp' "$library"; then
+    fail "error lines with a directory above the repository's"
+fi
+if grep -raqF "$(realpath "$tests/..")" "$root"; then
+    fail "the build's directory in the packages"
+fi
+
 "$tests/check_prefix.sh" "$cmake" "$root/usr" "$tests/host" "$scratch"
 
 export LD_LIBRARY_PATH="$root/usr/lib/$triplet" QT_QPA_PLATFORM=offscreen
