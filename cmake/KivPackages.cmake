@@ -116,7 +116,7 @@ if(TARGET kivgallery)
         "The gallery shows each of the KivWidgets, widgets for monitoring
 consoles of uninterruptible power supplies, with all its properties, and
 lets them be changed."
-        PROGRAM)
+        RECOMMENDS "fonts-dejavu-core, kivwidgets-accessibility, libqt5svg5" PROGRAM)
 endif()
 
 include(CPack)

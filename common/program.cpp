@@ -4,6 +4,7 @@
 #include "look.h"
 
 #include <QtCore/QDir>
+#include <QtGui/QIcon>
 #include <QtGui/QPixmap>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QStyleFactory>
@@ -45,6 +46,10 @@ std::optional<int> Program::begin(const CommonOptions &options)
 void Program::dressApplication()
 {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    // The entry in the menu of the program's name, and its icon, are those of the windows, too.
+    const QString name = QCoreApplication::applicationName();
+    QGuiApplication::setDesktopFileName(name);
+    QApplication::setWindowIcon(QIcon::fromTheme(name));
     QApplication::setFont(Look::font(Look::Normal));
 }
 

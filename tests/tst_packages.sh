@@ -35,7 +35,7 @@ field() {
     dpkg-deb -f "$scratch"/packages/"$1"_*.deb "$2" | grep -qF "$3" || fail "$1: $2 lacks $3"
 }
 version=$(dpkg-deb -f "$scratch"/packages/libkivwidgets1_*.deb Version)
-for name in libkivwidgets-dev kivwidgets-designer kivwidgets-accessibility kivconsole; do
+for name in libkivwidgets-dev kivwidgets-designer kivwidgets-accessibility kivconsole kivgallery; do
     field $name Depends "libkivwidgets1 (= $version)"
 done
 field libkivwidgets-dev Depends qtbase5-dev
@@ -65,10 +65,18 @@ plugins=$root/usr/lib/$triplet/qt5/plugins
 KIV_DESIGNER_PLUGIN=$plugins/designer/libkivwidgetsdesigner.so "$designer_test" \
     >"$scratch/designer.log" 2>&1 || fail "$(cat "$scratch/designer.log")"
 
-console=$root/usr/bin/kivconsole
-upstream=${version%-*}
-[ "$("$console" --version)" = "kivconsole $upstream" ] || fail "the console's version"
-QT_PLUGIN_PATH=$plugins "$console" --screenshot "$scratch/pictures" --at 30 >"$scratch/pictures.log"
-[ "$(find "$scratch/pictures" -name '*.png' -size +4k | wc -l)" = 4 ] ||
-    fail "the console's pictures: $(cat "$scratch/pictures.log")"
+# takes_pictures PROGRAM COUNT [OPTION...]: the program tells its version and draws so many pictures.
+takes_pictures() {
+    program=$1
+    count=$2
+    shift 2
+    [ "$("$root/usr/bin/$program" --version)" = "$program ${version%-*}" ] ||
+        fail "$program's version"
+    QT_PLUGIN_PATH=$plugins "$root/usr/bin/$program" --screenshot "$scratch/$program" "$@" \
+        >"$scratch/$program.log"
+    [ "$(find "$scratch/$program" -name '*.png' -size +4k | wc -l)" = "$count" ] ||
+        fail "$program's pictures: $(cat "$scratch/$program.log")"
+}
+takes_pictures kivconsole 4 --at 30
+takes_pictures kivgallery 1 --widget AeroButton
 echo "packed, unpacked, and used"
