@@ -22,11 +22,13 @@ class QObject;
 /// |         |                    | 7      | on bypass                        |
 struct elemDesc_t
 {
-    quint8 alarmSt;
-    quint8 elemSt;
+    quint8 alarmSt; ///< how the element is doing
+    quint8 elemSt;  ///< what it is doing
 };
 
+/// Whether both bytes are equal.
 KIVWIDGETS_EXPORT bool operator==(elemDesc_t a, elemDesc_t b);
+/// Whether a byte differs.
 KIVWIDGETS_EXPORT bool operator!=(elemDesc_t a, elemDesc_t b);
 
 /// The state and the colours that all Metro widgets share.

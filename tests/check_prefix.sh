@@ -42,6 +42,14 @@ run() {
 "$cmake" --build "$scratch/cmake" >"$scratch/build.log"
 run "$scratch/cmake/host" CMake
 
+# The console of the documentation, as its page tells to build it.
+"$cmake" -S "$host/../../docs/firstconsole" -B "$scratch/first" -DCMAKE_PREFIX_PATH="$prefix" \
+    >"$scratch/first.log"
+"$cmake" --build "$scratch/first" >>"$scratch/first.log" || fail "$(cat "$scratch/first.log")"
+LD_LIBRARY_PATH=$library QT_QPA_PLATFORM=offscreen \
+    "$scratch/first/firstconsole" --screenshot "$scratch/first.png"
+[ "$(wc -c <"$scratch/first.png")" -gt 4000 ] || fail "the first console shows nothing"
+
 # Another major version is refused.
 mkdir "$scratch/other"
 sed 's/KivWidgets 1 /KivWidgets 2 /' "$host/CMakeLists.txt" >"$scratch/other/CMakeLists.txt"

@@ -1,0 +1,12 @@
+#pragma once
+
+class QWidget;
+
+// What the pages of the documentation show, each on a page of its own.
+
+void showAero(QWidget *page);
+void showGauges(QWidget *page);
+void showHost(QWidget *page);
+void showMetro(QWidget *page);
+void showStates(QWidget *page);
+void showSwitches(QWidget *page);

@@ -1,0 +1,30 @@
+#include "examples.h"
+
+#include <metrocirclerate.h>
+#include <metrolinerate.h>
+#include <metroxbar.h>
+
+void showGauges(QWidget *page)
+{
+    // A dial makes itself as large as its arc is; only its place is given.
+    auto *load = new MetroCirclerate(page);
+    load->setRadius(70);
+    load->setTickness(20);
+    load->setArcSize(240);
+    load->setMinAngle(210);
+    load->setLabel("Load");
+    load->setFormat("%.1f %%");
+    load->setValue(62.5);
+    load->move(20, 20);
+
+    auto *battery = new MetroLinerate(page);
+    battery->setGeometry(190, 30, 280, 36);
+    battery->setValue(112);
+
+    auto *voltage = new MetroXbar(page);
+    voltage->setGeometry(190, 90, 280, 36);
+    voltage->setMinValue(180);
+    voltage->setMaxValue(260);
+    voltage->setMeasure(" V "); // the last space gives the text air
+    voltage->setValue(231);
+}
