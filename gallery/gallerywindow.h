@@ -33,13 +33,13 @@ public:
     void showWidget(const QString &name);
     /// Light on dark, for the window and the stage.
     void setNightLook(bool night);
+    /// Brings the controls to what the widget is now; done by itself every moment.
+    void follow();
 
 private:
     QWidget *makeCentre();
     QWidget *makeSizeBar();
     void presentProperties();
-    /// Brings the controls to what the widget is now.
-    void follow();
     void report(const QString &text);
 
     WidgetList *list;

@@ -70,7 +70,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         const QSignalBlocker blocker(box);
         box->setChecked(value.toBool());
@@ -95,7 +95,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         const QSignalBlocker blocker(box);
         box->setValue(value.toInt());
@@ -134,7 +134,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         const QSignalBlocker blocker(box);
         box->setValue(value.toDouble());
@@ -155,7 +155,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         // Setting an equal text would move the cursor.
         if (line->text() != value.toString())
@@ -184,7 +184,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         const auto color = value.value<QColor>();
         line->setText(nameOf(color));
@@ -219,12 +219,12 @@ private:
         else if (QColor::isValidColor(text))
             choose(QColor(text));
         else
-            show(value());
+            showValue(value());
     }
 
     void choose(const QColor &color)
     {
-        show(color);
+        showValue(color);
         take(color);
     }
 
@@ -280,7 +280,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         const auto font = value.value<QFont>();
         const QSignalBlocker familyBlocker(family);
@@ -324,7 +324,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         const QSignalBlocker blocker(keys);
         keys->setKeySequence(value.value<QKeySequence>());
@@ -359,7 +359,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         int numbers[count];
         split(value.value<Value>(), numbers);
@@ -401,7 +401,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         box->setCurrentIndex(box->findData(numberOf(value)));
     }
@@ -430,7 +430,7 @@ public:
             connect(action, &QAction::triggered, this, [this, flag](bool on) {
                 const int number = numberOf(value());
                 const int changed = on ? number | flag : number & ~flag;
-                show(changed);
+                showValue(changed);
                 take(changed);
             });
         }
@@ -438,7 +438,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         const int number = numberOf(value);
         QStringList names;
@@ -486,7 +486,7 @@ public:
     }
 
 protected:
-    void show(const QVariant &value) override
+    void showValue(const QVariant &value) override
     {
         const auto picture = value.value<Picture>();
         if (picture.isNull()) {
@@ -562,7 +562,7 @@ void ValueEditor::setValue(const QVariant &value)
     if (held.isValid() && isSame(held, value))
         return;
     held = value;
-    show(value);
+    showValue(value);
 }
 
 QVariant ValueEditor::value() const

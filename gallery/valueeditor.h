@@ -37,7 +37,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
     /// Brings the input to @p value; its signals are blocked meanwhile by the editor itself.
-    virtual void show(const QVariant &value) = 0;
+    virtual void showValue(const QVariant &value) = 0;
     /// Tells of a value that a person chose, unless it is the one already held.
     void take(const QVariant &value);
     /// Keeps the wheel, which scrolls the list of editors, from changing @p input by accident.
