@@ -116,6 +116,7 @@ GalleryWindow::GalleryWindow(QWidget *parent)
     connect(list, &WidgetList::chosen, this, &GalleryWindow::showWidget);
     connect(darkBox, &QCheckBox::toggled, stage, &WidgetStage::setDark);
     connect(nightBox, &QCheckBox::toggled, this, &GalleryWindow::setNightLook);
+    connect(stage, &WidgetStage::placed, this, &GalleryWindow::follow);
     connect(followTimer, &QTimer::timeout, this, &GalleryWindow::follow);
     followTimer->start(followInterval);
     setNightLook(false);
@@ -156,8 +157,8 @@ void GalleryWindow::showWidget(const QString &name)
 void GalleryWindow::setNightLook(bool night)
 {
     QPalette palette = Look::palette(night);
-    palette.setColor(QPalette::Highlight, Look::accent());
-    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Highlight, night ? QColor(0, 82, 116) : QColor(196, 235, 250));
+    palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
     palette.setColor(QPalette::PlaceholderText, palette.color(QPalette::Mid));
     palette.setColor(QPalette::Disabled, QPalette::ButtonText, palette.color(QPalette::Mid));
     setPalette(palette);

@@ -16,6 +16,7 @@ namespace {
 constexpr int nameRole = Qt::UserRole;
 constexpr int wordsRole = Qt::UserRole + 1;
 constexpr QSize rowSize(0, 26);
+constexpr QSize iconSize(22, 22);
 
 enum Group { Aero, Metro, Switches, Containers };
 const char *const groupTitles[] = {"Aero", "Metro", "Switches", "Containers"};
@@ -33,6 +34,14 @@ Group groupOf(const WidgetDescription &description)
         break;
     }
     return Switches;
+}
+
+/// A widget's picture in its own colours, also where it is selected.
+QIcon plainIcon(const WidgetDescription &description)
+{
+    QIcon icon = description.drawIcon();
+    icon.addPixmap(icon.pixmap(iconSize), QIcon::Selected);
+    return icon;
 }
 
 QListWidgetItem *heading(const QString &title)
@@ -66,7 +75,7 @@ WidgetList::WidgetList(QWidget *parent)
     list->setFont(Look::font(Look::Small));
     search->setFont(Look::font(Look::Small));
     list->setFrameShape(QFrame::NoFrame);
-    list->setIconSize(QSize(22, 22));
+    list->setIconSize(iconSize);
     list->setUniformItemSizes(true);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     useSlimScrollBars(list);
@@ -108,7 +117,7 @@ void WidgetList::fill()
                 continue;
             const QString name = QString::fromLatin1(description.className);
             const QString toolTip = QString::fromLatin1(description.toolTip);
-            auto *item = new QListWidgetItem(description.drawIcon(), name, list);
+            auto *item = new QListWidgetItem(plainIcon(description), name, list);
             item->setToolTip(toolTip);
             item->setData(nameRole, name);
             item->setData(wordsRole, QString(name + QLatin1Char(' ') + toolTip));

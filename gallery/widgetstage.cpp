@@ -166,6 +166,7 @@ void WidgetStage::place()
         movedItself = false;
     }
     attachHandles();
+    Q_EMIT placed();
 }
 
 void WidgetStage::showHandles(bool shown)

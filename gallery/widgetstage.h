@@ -32,6 +32,10 @@ public:
     bool isDark() const;
     void setDark(bool dark);
 
+Q_SIGNALS:
+    /// The widget came to a place and a size.
+    void placed();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

@@ -548,6 +548,11 @@ void GalleryTest::editorsFollowTheWidget()
     gallery.staged<MetroCirclerate>()->setRadius(50);
     gallery.properties->refresh();
     QCOMPARE(gallery.editor("radius")->findChild<QSpinBox *>()->value(), 50);
+    // A widget that finds its size late is followed at once.
+    gallery.show(QStringLiteral("MetroSysIcon"));
+    QCOMPARE(gallery.staged()->size(), QSize(68, 68));
+    QCOMPARE(gallery.sizeBox("Width in pixels")->value(), 68);
+    gallery.show(QStringLiteral("MetroCirclerate"));
     // A value that the dial refuses is not left standing.
     type(gallery.editor("minValue")->findChild<QDoubleSpinBox *>(), QStringLiteral("500"));
     QCOMPARE(gallery.staged<MetroCirclerate>()->getMinValue(), 0.0);
