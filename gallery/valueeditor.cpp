@@ -475,7 +475,7 @@ public:
     {
         keepNarrow(box);
         box->setIconSize(QSize(pictureSide, pictureSide));
-        box->addItem(tr("The widget's own"));
+        box->addItem(tr("Its own"));
         box->addItem(tr("None"));
         for (const Sample<Picture> &sample : samples)
             box->addItem(QIcon(sample.picture), sample.name);
