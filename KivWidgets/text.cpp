@@ -35,7 +35,6 @@ struct Memory
     std::array<MeasuredText, 64> texts;
     std::array<DerivedFont, 8> fonts;
     std::size_t nextFont = 0;
-    bool watching = false;
 };
 
 Memory &memory()
@@ -44,23 +43,48 @@ Memory &memory()
     return latest;
 }
 
+void forgetAll();
+
+/// Lets the application tell when what is remembered does not hold any more. A host may unload the
+/// library before its application ends, so the ties are cut with it.
+class Watch
+{
+public:
+    ~Watch()
+    {
+        qRemovePostRoutine(forgetAll);
+        QObject::disconnect(fontsChanged);
+    }
+    void begin()
+    {
+        if (watching || !qGuiApp)
+            return;
+        watching = true;
+        qAddPostRoutine(forgetAll);
+        fontsChanged = QObject::connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, qGuiApp,
+                                        [] { memory() = Memory(); });
+    }
+    void end()
+    {
+        watching = false;
+    }
+
+private:
+    bool watching = false;
+    QMetaObject::Connection fontsChanged;
+};
+
+Watch &watch()
+{
+    static Watch application;
+    return application;
+}
+
+/// Fonts must be gone before the application; another one is watched anew.
 void forgetAll()
 {
     memory() = Memory();
-}
-
-/// Fonts must be gone before the application; other fonts in the database change all measures.
-void watchApplication()
-{
-    Memory &latest = memory();
-    if (latest.watching || !qGuiApp)
-        return;
-    latest.watching = true;
-    qAddPostRoutine(forgetAll);
-    QObject::connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, qGuiApp, [] {
-        for (MeasuredText &measured : memory().texts)
-            measured.known = false;
-    });
+    watch().end();
 }
 
 /// The font that @p derive makes of @p base; @p change tells the ways of deriving apart.
@@ -73,7 +97,7 @@ QFont derivedFont(const QFont &base, int change, Derive derive)
         if (derived.known && derived.change == change && derived.base.isCopyOf(base))
             return derived.font;
     }
-    watchApplication();
+    watch().begin();
     const DerivedFont made{true, base, change, derive(base)};
     latest.fonts[latest.nextFont] = made;
     latest.nextFont = (latest.nextFont + 1) % latest.fonts.size();
@@ -111,7 +135,7 @@ QSize singleLineSize(const QFont &font, const QString &text)
         return measured(font, text);
     MeasuredText &entry = memory().texts[qHash(text) % memory().texts.size()];
     if (!entry.known || !entry.font.isCopyOf(font) || entry.text != text) {
-        watchApplication();
+        watch().begin();
         entry = {true, font, text, measured(font, text)};
     }
     return entry.size;
