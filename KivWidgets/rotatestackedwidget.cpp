@@ -8,6 +8,7 @@
 #include <QtGui/QTransform>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -15,6 +16,9 @@ enum Phase { Shrinking = 0, Turning = 1, Growing = 2 };
 
 constexpr double edgeOn = 90.0;
 constexpr int halfTurn = 180;
+/// Qt steps through a source in 16 binary places and as many before, which a smaller card
+/// overflows: its painter then reads outside the picture. No pixel is that small.
+constexpr double smallestScale = 1.0 / 32768;
 
 /// The groups whose change is ending right now, one entry for every end that runs. Qt goes on with
 /// a group when the slot returns, so a stack that is deleted meanwhile must leave it to the last
@@ -203,6 +207,8 @@ void RotateStackedWidget::paintEvent(QPaintEvent *event)
         card.translate(width() * 0.5, height() * 0.5);
         card.scale(scale, scale);
     }
+    if (!(std::abs(scale) >= smallestScale))
+        return;
     const QPixmap picture = grabbed(page, size, palette().color(QPalette::Window));
     QPainter painter(this);
     painter.setTransform(card);

@@ -186,6 +186,8 @@ private Q_SLOTS:
     void sizesOfPagesAndStack();
     void extremeNumbersAreHarmless_data();
     void extremeNumbersAreHarmless();
+    void vanishingCard_data();
+    void vanishingCard();
     void animationsAreNoChildren();
 };
 
@@ -843,6 +845,32 @@ void RotateStackedWidgetTest::extremeNumbersAreHarmless()
     QVERIFY(!stack->animating);
     QCOMPARE(stack->currentIndex(), 1);
     takeWarnings();
+}
+
+void RotateStackedWidgetTest::vanishingCard_data()
+{
+    QTest::addColumn<double>("scale");
+    for (const double scale : {3e-5, 1e-5, 1e-9, 1e-12, -1e-10, -1e-12, 0.0})
+        QTest::addRow("scale %g", scale) << scale;
+    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN();
+}
+
+void RotateStackedWidgetTest::vanishingCard()
+{
+    QFETCH(double, scale);
+    // Translucent pictures are blended, and pages of other sizes stand beside the middle.
+    for (const QSize size : {QSize(17, 17), QSize(17, 5), QSize(9, 17), QSize(121, 81)}) {
+        StackStage stack;
+        QPalette translucent = stack->palette();
+        translucent.setColor(QPalette::Window, QColor(0, 0, 0, 100));
+        stack->setPalette(translucent);
+        stack->resize(size);
+        deliverAll();
+        stack->setCurrentIndex(1);
+        QVERIFY(stack->animating);
+        stack->scaleTo(scale);
+        COMPARE_PICTURES(stack.picture(), emptyPicture(size));
+    }
 }
 
 void RotateStackedWidgetTest::animationsAreNoChildren()

@@ -180,6 +180,10 @@ void Host::build()
     tell("build %s %s", inside ? "inside a window" : "on its own", shown ? "shown" : "hidden");
     widget = subject.make(inside ? window.data() : nullptr);
     widget->installEventFilter(this);
+    if (auto *stack = qobject_cast<QStackedWidget *>(widget)) {
+        for (int page = 0; page < 3; ++page)
+            stack->addWidget(new QLabel(QString::number(page)));
+    }
     connectSlots();
     if (!shown)
         return;
