@@ -168,7 +168,7 @@ void AeroGroupbox::paintImage()
         break;
     case ImageBG:
         if (!backgroundGroup.isNull())
-            painter.drawPixmap(QRectF(image->rect()), backgroundGroup, QRectF());
+            drawStretched(&painter, QRectF(image->rect()), backgroundGroup);
         break;
     }
 }

@@ -48,10 +48,24 @@ ImagePainter::ImagePainter(QImage *image, Edges edges)
     setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
+bool canStretch(QSizeF from, QSizeF to)
+{
+    constexpr double largestStep = 32767;
+    return from.width() <= largestStep * to.width() && from.height() <= largestStep * to.height();
+}
+
+void drawStretched(QPainter *painter, const QRectF &target, const QPixmap &picture)
+{
+    if (canStretch(picture.size(), target.size()))
+        painter->drawPixmap(target, picture, QRectF());
+}
+
 void drawWhole(QPainter *painter, const QWidget *widget, const QImage &image)
 {
-    painter->drawImage(QRectF(0, 0, widget->width(), widget->height()), image,
-                       QRectF(image.rect()));
+    if (canStretch(image.size(), widget->size())) {
+        painter->drawImage(QRectF(0, 0, widget->width(), widget->height()), image,
+                           QRectF(image.rect()));
+    }
 }
 
 void showImage(QWidget *widget, const QImage &image)

@@ -62,7 +62,14 @@ public:
     explicit ImagePainter(QImage *image, Edges edges = Antialiased);
 };
 
-/// Draws the whole of @p image into the whole rectangle of @p widget.
+/// Whether Qt can draw a picture of size @p from into a rectangle of size @p to. Shrunk by more
+/// than 32767, its steps through the picture overflow, and it reads outside of it.
+bool canStretch(QSizeF from, QSizeF to);
+
+/// Draws the whole of @p picture into @p target; nothing when Qt cannot.
+void drawStretched(QPainter *painter, const QRectF &target, const QPixmap &picture);
+
+/// Draws the whole of @p image into the whole rectangle of @p widget; nothing when Qt cannot.
 void drawWhole(QPainter *painter, const QWidget *widget, const QImage &image);
 
 /// The same, in the paint event of @p widget.

@@ -196,7 +196,7 @@ void MetroShelter::paintImage()
         return;
     }
     ImagePainter painter(image);
-    painter.drawPixmap(QRectF(0, 0, width(), height()), *ImageBackground, QRectF());
+    drawStretched(&painter, QRectF(0, 0, width(), height()), *ImageBackground);
     paintText(&painter);
 }
 

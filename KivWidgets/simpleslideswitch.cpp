@@ -1,5 +1,6 @@
 #include "simpleslideswitch.h"
 
+#include "cachedimage_p.h"
 #include "numbers_p.h"
 #include "text_p.h"
 
@@ -225,7 +226,7 @@ void SimpleSlideSwitch::paintEvent(QPaintEvent *)
     const QIcon::Mode mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
 
     const QPixmap off = icon().pixmap(iconSize(), mode, QIcon::Off);
-    painter.drawPixmap(QRectF(0, 0, width(), height()), off, QRectF(off.rect()));
+    drawStretched(&painter, QRectF(0, 0, width(), height()), off);
 
     const QRectF revealed(0, 0, std::max(pointerPos.x(), 0), height());
     painter.drawPixmap(revealed, icon().pixmap(iconSize(), mode, QIcon::On), revealed);
@@ -239,8 +240,7 @@ void SimpleSlideSwitch::paintEvent(QPaintEvent *)
     }
 
     const QPixmap &knob = isEnabled() ? btnImg : btnDisImg;
-    painter.drawPixmap(QRectF(knobLeft(), 0, btnImg.width(), btnImg.height()), knob,
-                       QRectF(knob.rect()));
+    drawStretched(&painter, QRectF(knobLeft(), 0, btnImg.width(), btnImg.height()), knob);
 }
 
 void SimpleSlideSwitch::setTrack(QPixmap &track, const QPixmap &picture)

@@ -168,7 +168,7 @@ void SlideSwitch::paintEvent(QPaintEvent *)
                              : locked     ? QIcon::Active
                                           : QIcon::Normal;
     const QPixmap face = icon().pixmap(iconSize(), mode, shownState());
-    painter.drawPixmap(QRectF(0, 0, width(), height()), face, QRectF(face.rect()));
+    drawStretched(&painter, QRectF(0, 0, width(), height()), face);
 
     if (!text().isEmpty()) {
         const QFontMetrics metrics(font());

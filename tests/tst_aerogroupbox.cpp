@@ -101,6 +101,7 @@ private Q_SLOTS:
     void withATitle();
     void disabled();
     void picture();
+    void pictureFarWiderThanTheBox();
     void pictureWithATitle();
     void typeOutsideTheEnum();
     void titleSetter();
@@ -274,6 +275,17 @@ void AeroGroupboxTest::picture()
     COMPARE_PICTURES(pictureOf(box.widget), expected);
     box->setEnabled(false);
     COMPARE_PICTURES(pictureOf(box.widget), expected);
+}
+
+void AeroGroupboxTest::pictureFarWiderThanTheBox()
+{
+    // Shrunk so far, Qt would read outside of the picture.
+    QPixmap wide(65535, 10);
+    wide.fill(QColor(255, 0, 0, 100));
+    Stage<OpenBox> box(QSize(1, 30));
+    box->setBackgroundType(AeroGroupbox::ImageBG);
+    box->setBackgroundGroup(wide);
+    COMPARE_PICTURES(pictureOf(box.widget), emptyPicture(QSize(1, 30)));
 }
 
 void AeroGroupboxTest::pictureWithATitle()

@@ -115,6 +115,7 @@ private Q_SLOTS:
     void fontShowsWithTheNextDrop();
     void iconModes();
     void face();
+    void faceFarWiderThanTheTile();
     void faceOfItsOwn();
     void noDisabledWash();
     void effects();
@@ -319,6 +320,20 @@ void MetroShelterTest::face()
     // Writing what is held keeps it.
     tile->setBackgroundImage(tile->getImageBackground());
     COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+}
+
+void MetroShelterTest::faceFarWiderThanTheTile()
+{
+    // Shrunk so far, Qt would read outside of the picture.
+    QPixmap wide(65535, 10);
+    wide.fill(QColor(255, 0, 0, 100));
+    QPixmap clear(1, 1);
+    clear.fill(Qt::transparent);
+    Stage<OpenTile> tile(QSize(1, 30));
+    tile->setBackgroundImage(wide);
+    Stage<OpenTile> faceless(QSize(1, 30));
+    faceless->setBackgroundImage(clear);
+    COMPARE_PICTURES(pictureOf(tile.widget), pictureOf(faceless.widget));
 }
 
 void MetroShelterTest::faceOfItsOwn()

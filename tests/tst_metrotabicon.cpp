@@ -71,6 +71,7 @@ private Q_SLOTS:
     void growthKeepsLargerLimits();
     void exclusiveAmongSiblings();
     void plainResizeStretchesTheOldPictures();
+    void oldPicturesFarWiderThanTheTab();
     void effects();
     void newIconIsUnseenUntilADrop();
     void survivorIsReplaced();
@@ -220,6 +221,19 @@ void MetroTabiconTest::plainResizeStretchesTheOldPictures()
     COMPARE_PICTURES(pictureOf(tab.widget), expected);
     sendPlain(tab.widget, QEvent::PolishRequest);
     COMPARE_PICTURES(pictureOf(tab.widget), tabPicture(QSize(90, 100), QSize(32, 32), Qt::red, 5));
+}
+
+void MetroTabiconTest::oldPicturesFarWiderThanTheTab()
+{
+    // Shrunk so far, Qt would read outside of the old pictures.
+    Stage<OpenTab> tab(QSize(140000, 20));
+    tab->setIconSize(QSize(0, 0));
+    QVERIFY(!pictureOf(tab.widget).isNull());
+    for (QImage *old : {tab->image, tab->imagePressed})
+        old->fill(QColor(255, 0, 0, 100));
+    tab->resize(2, 20);
+    QCOMPARE(tab->image->width(), 140000);
+    COMPARE_PICTURES(pictureOf(tab.widget), emptyPicture(QSize(2, 20)));
 }
 
 void MetroTabiconTest::effects()

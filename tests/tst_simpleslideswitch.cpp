@@ -78,6 +78,7 @@ private Q_SLOTS:
     void releaseLeavesTheButtonPressed();
     void extremeMarginsAreHarmless();
     void nullPicturesAreHarmless();
+    void disabledKnobFarWiderThanTheKnob();
     void deletedInASlot();
 };
 
@@ -549,6 +550,22 @@ void SimpleSlideSwitchTest::nullPicturesAreHarmless()
     deliverAll();
     knob->setProperty("uncheckedImg", plainPixmap(QSize(30, 20), Qt::green));
     QCOMPARE(pictureOf(knob.widget).pixelColor(3, 3), QColor(Qt::green));
+}
+
+void SimpleSlideSwitchTest::disabledKnobFarWiderThanTheKnob()
+{
+    // Shrunk so far, Qt would read outside of the picture.
+    QPixmap wide(65535, 10);
+    wide.fill(QColor(255, 0, 0, 100));
+    QPixmap small(1, 30);
+    small.fill(Qt::green);
+    Stage<SimpleSlideSwitch> knob;
+    knob->setBtnImg(small);
+    knob->setBtnDisImg(QPixmap());
+    knob->setEnabled(false);
+    const QImage without = pictureOf(knob.widget);
+    knob->setBtnDisImg(wide);
+    COMPARE_PICTURES(pictureOf(knob.widget), without);
 }
 
 void SimpleSlideSwitchTest::deletedInASlot()
