@@ -123,6 +123,12 @@ GalleryWindow::GalleryWindow(QWidget *parent)
     showWidget(widgetNames().first());
 }
 
+GalleryWindow::~GalleryWindow()
+{
+    // An input that is hidden delivers what was typed into it; later there were nobody to take it.
+    hide();
+}
+
 QStringList GalleryWindow::widgetNames()
 {
     QStringList names;

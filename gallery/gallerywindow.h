@@ -26,6 +26,7 @@ public:
     static constexpr QSize smallestSize = QSize(840, 480);
 
     explicit GalleryWindow(QWidget *parent = nullptr);
+    ~GalleryWindow() override;
 
     /// The class names of all widgets.
     static QStringList widgetNames();
