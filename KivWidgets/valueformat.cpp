@@ -5,6 +5,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
+#include <algorithm>
 #include <cstring>
 
 namespace KivPrivate {
@@ -14,6 +15,7 @@ namespace {
 /// Widths and precisions beyond this only cost memory; no screen shows them.
 constexpr int widestField = 1000;
 
+/// None is also for what QString::asprintf takes for text since it is no conversion.
 enum class Argument { None, Integer, Real, Unfit };
 
 /// A format with its length modifiers taken out, and the one argument that it asks for.
@@ -28,17 +30,13 @@ bool isOneOf(char c, const char *set)
     return c != '\0' && std::strchr(set, c) != nullptr;
 }
 
-/// Copies the digits of a width or precision; false when the field would be too wide.
-bool copyField(const char *&in, QByteArray &out)
+/// Passes over the digits of a width or precision; false when the field would be too wide.
+bool skipField(const char *&in)
 {
     int field = 0;
-    for (; *in >= '0' && *in <= '9'; ++in) {
-        field = field * 10 + (*in - '0');
-        if (field > widestField)
-            return false;
-        out.append(*in);
-    }
-    return true;
+    for (; *in >= '0' && *in <= '9'; ++in)
+        field = std::min(field * 10 + (*in - '0'), widestField + 1);
+    return field <= widestField;
 }
 
 Argument argumentOf(char conversion)
@@ -47,7 +45,7 @@ Argument argumentOf(char conversion)
         return Argument::Integer;
     if (isOneOf(conversion, "eEfFgGaA"))
         return Argument::Real;
-    return Argument::Unfit;
+    return isOneOf(conversion, "scpn*") ? Argument::Unfit : Argument::None;
 }
 
 ParsedFormat parse(const QByteArray &format)
@@ -62,17 +60,22 @@ ParsedFormat parse(const QByteArray &format)
             parsed.text.append(*in++);
             continue;
         }
+        const char *const field = in;
         while (isOneOf(*in, "#0- +'"))
-            parsed.text.append(*in++);
-        bool fits = copyField(in, parsed.text);
-        if (fits && *in == '.') {
-            parsed.text.append(*in++);
-            fits = copyField(in, parsed.text);
-        }
+            ++in;
+        bool fits = skipField(in);
+        if (*in == '.')
+            fits = skipField(++in) && fits;
+        parsed.text.append(field, int(in - field));
+        const char *const modifiers = in;
         while (isOneOf(*in, "hlLqjzt"))
             ++in;
-        const Argument argument = fits ? argumentOf(*in) : Argument::Unfit;
-        if (argument == Argument::Unfit || parsed.argument != Argument::None) {
+        const Argument argument = argumentOf(*in);
+        if (argument == Argument::None) {
+            parsed.text.append(modifiers, int(in - modifiers));
+            continue;
+        }
+        if (argument == Argument::Unfit || !fits || parsed.argument != Argument::None) {
             parsed.argument = Argument::Unfit;
             return parsed;
         }

@@ -62,6 +62,16 @@ void ValueFormatTest::text_data()
     row("precision as an argument", "%.*f", 5.0, "%.*f");
     row("unknown conversion", "%y", 5.0, "%y");
     row("percent sign at the end", "5 %", 5.0, "5 %");
+    row("real before a percent sign at the end", "%.1f %", 12.34, "12.3 %");
+    row("integer before a percent sign at the end", "%d%", 35.0, "35%");
+    row("integer before an unknown conversion", "%d %y", 35.0, "35 %y");
+    row("integer after an unknown conversion", "%lv %d", 35.0, "%lv 35");
+    row("integer after a percent sign in a text", "50% %d V", 230.0, "50% 230 V");
+    row("real before flags at the end", "%.1f %-5.2", 12.34, "12.3 %-5.2");
+    row("real before modifiers at the end", "%.1f %ll", 12.34, "12.3 %ll");
+    row("string after an unknown conversion", "%y %s", 5.0, "%y %s");
+    row("counter after modifiers", "%ln", 5.0, "%ln");
+    row("wide unknown conversion", "%999999999y", 5.0, "%999999999y");
     row("wide as no screen", "%999999999d", 5.0, "%999999999d");
     row("precise as no screen", "%.999999999f", 5.0, "%.999999999f");
     row("integer beyond its range", "%d", 1e300, "2147483647");
