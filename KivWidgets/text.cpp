@@ -93,9 +93,12 @@ QFont derivedFont(const QFont &base, int change, Derive derive)
 {
     Memory &latest = memory();
     for (const DerivedFont &derived : latest.fonts) {
-        // A held copy keeps the base's data alive, so that no other font can take its place.
-        if (derived.known && derived.change == change && derived.base.isCopyOf(base))
+        // A held copy keeps the base's data alive, so that no other font can take its place. What
+        // of it is set decides what a painter takes from its device instead.
+        if (derived.known && derived.change == change && derived.base.isCopyOf(base) &&
+            derived.base.resolve() == base.resolve()) {
             return derived.font;
+        }
     }
     watch().begin();
     const DerivedFont made{true, base, change, derive(base)};

@@ -7,6 +7,7 @@
 #include "testmain.h"
 #include "widgetprobe.h"
 
+#include <QtCore/QScopeGuard>
 #include <QtGui/QPainter>
 
 #include <limits>
@@ -77,6 +78,7 @@ private Q_SLOTS:
     void disabledPanel();
     void text_data();
     void text();
+    void fontsOfOneLook();
     void icon_data();
     void icon();
     void iconModeAndState();
@@ -222,6 +224,38 @@ void AeroButtonTest::text()
                          drawLabel(painter, (101 - labelWidth(text, bold)) / 2 - 1, 33, text,
                                    Qt::yellow, bold);
                      }));
+}
+
+/// Two buttons whose fonts have the same data, but of which only one's is set on the button itself:
+/// a painter takes what is not set from its own device, so they are drawn differently.
+void AeroButtonTest::fontsOfOneLook()
+{
+    const auto restore = qScopeGuard(
+        [font = QApplication::font("AeroButton")] { QApplication::setFont(font, "AeroButton"); });
+    Stage<AeroButton> own(QSize(200, 60));
+    QFont large = own->font();
+    large.setPointSize(24);
+    own->setFont(large);
+    QApplication::setFont(own->font(), "AeroButton");
+    Stage<AeroButton> general(QSize(200, 60));
+    const QString text = QStringLiteral("Load");
+    for (AeroButton *button : {own.widget, general.widget}) {
+        button->setText(text);
+        deliverAll();
+        COMPARE_PICTURES(
+            pictureOf(button), buttonPicture(GlassPanel(), button->size(), [&](QPainter *painter) {
+                QFont font = button->font();
+                font.setWeight(QFont::Bold);
+                const QFontMetrics metrics(font);
+                painter->setFont(font);
+                painter->setPen(Qt::white);
+                painter->setOpacity(1.0);
+                painter->drawText(
+                    QPointF((200 - metrics.size(Qt::TextSingleLine, text).width()) / 2 - 1,
+                            (60 - metrics.height()) / 2 + metrics.ascent()),
+                    text);
+            }));
+    }
 }
 
 void AeroButtonTest::icon_data()
