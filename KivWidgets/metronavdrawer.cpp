@@ -47,7 +47,7 @@ int sizeVisibleChildren(QObject *drawer, const std::function<QSize(int)> &wanted
         child->setProperty("minimumSize", wanted(width));
         sum += qint64(width) + childGap;
     }
-    return int(std::min<qint64>(sum, QWIDGETSIZE_MAX));
+    return int(std::clamp<qint64>(sum, -QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
 }
 
 } // namespace

@@ -215,7 +215,8 @@ void MetroShelter::paintText(QPainter *painter)
     if (!icon().isNull()) {
         // The icon is centred together with the text's width, while the text stays at its place.
         const int textWidth = hasText ? singleLineSize(font(), label).width() : 0;
-        const int x = (right - ledColumn - (textWidth + iconSize().width())) / 2;
+        const qint64 labelWidth = qint64(textWidth) + iconSize().width();
+        const int x = int((right - ledColumn - labelWidth) / 2);
         const int y = (height() - iconSize().height()) / 2;
         drawAtNaturalSize(painter, x, y, iconPixmap(this));
     }

@@ -63,8 +63,10 @@ void TranspButton::paintEvent(QPaintEvent *)
 
     if (!text().isEmpty()) {
         const QFontMetrics metrics(font());
-        const int x = (width() - singleLineSize(font(), text()).width()) / 2 + posLabel.x() - 1;
-        const int y = centredBaseline(metrics, height()) + posLabel.y();
+        // In doubles, since the offset may be any number.
+        const double x =
+            (width() - singleLineSize(font(), text()).width()) / 2 + double(posLabel.x()) - 1;
+        const double y = centredBaseline(metrics, height()) + double(posLabel.y());
         painter.setFont(font());
         painter.setOpacity(1.0);
         painter.drawText(QPointF(x, y), text());

@@ -107,6 +107,7 @@ private Q_SLOTS:
     void uncheckableBoxStillClicks();
     void effects();
     void childrenWithoutAWidth();
+    void childWithAnAbsurdWidth();
     void childDeletesItsSibling();
     void childDeletesTheDrawer();
     void nullImageIsReported();
@@ -423,6 +424,17 @@ void MetroNavdrawerTest::childrenWithoutAWidth()
     stage->setState(MetroNavdrawer::open);
     QCOMPARE(stage->width(), 252 + 35);
     QCOMPARE(like->property("minimumSize").toSize(), QSize(30, 30));
+}
+
+void MetroNavdrawerTest::childWithAnAbsurdWidth()
+{
+    DrawerStage stage;
+    auto *like = new QObject(stage.widget);
+    like->setProperty("visible", true);
+    like->setProperty("width", std::numeric_limits<int>::min());
+    stage->setState(MetroNavdrawer::open);
+    // No room below the negative of the largest that a widget can have.
+    QCOMPARE(stage->openGeometry.topLeft(), QPoint(700 + QWIDGETSIZE_MAX, 50));
 }
 
 void MetroNavdrawerTest::childDeletesItsSibling()

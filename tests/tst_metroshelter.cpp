@@ -8,6 +8,8 @@
 
 #include <QtGui/QPainter>
 
+#include <limits>
+
 namespace {
 
 class OpenTile : public MetroShelter
@@ -113,6 +115,7 @@ private Q_SLOTS:
     void labels();
     void statedBaseline();
     void fontShowsWithTheNextDrop();
+    void absurdIconSize();
     void iconModes();
     void face();
     void faceFarWiderThanTheTile();
@@ -284,6 +287,18 @@ void MetroShelterTest::fontShowsWithTheNextDrop()
     sendPlain(tile.widget, QEvent::PolishRequest);
     expected.font = font;
     COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+}
+
+void MetroShelterTest::absurdIconSize()
+{
+    Stage<OpenTile> tile(QSize(100, 40));
+    tile->setText(QStringLiteral("Reserve"));
+    deliverAll();
+    const QImage withoutIcon = pictureOf(tile.widget);
+    tile->setIconSize(QSize(std::numeric_limits<int>::max(), 16));
+    tile->setIcon(telltaleIcon(QSize(16, 16)));
+    deliverAll();
+    COMPARE_PICTURES(pictureOf(tile.widget), withoutIcon);
 }
 
 void MetroShelterTest::iconModes()

@@ -53,6 +53,8 @@ private Q_SLOTS:
     void smallerPixmap();
     void enterAndLeave();
     void posLabelRepaintsOnAChange();
+    void absurdOffset_data();
+    void absurdOffset();
     void growing();
     void growthSwallowsTheEvent();
     void growthWithoutAnIcon();
@@ -182,6 +184,27 @@ void TranspButtonTest::posLabelRepaintsOnAChange()
     button->setPosLabel(QPoint(3, 4));
     deliverAll();
     QCOMPARE(events.count(QEvent::Paint), 1);
+}
+
+void TranspButtonTest::absurdOffset_data()
+{
+    QTest::addColumn<QPoint>("offset");
+    const int least = std::numeric_limits<int>::min();
+    const int most = std::numeric_limits<int>::max();
+    QTest::newRow("far left") << QPoint(least, 0);
+    QTest::newRow("far right") << QPoint(most, 0);
+    QTest::newRow("far up") << QPoint(0, least);
+    QTest::newRow("far down") << QPoint(0, most);
+}
+
+void TranspButtonTest::absurdOffset()
+{
+    QFETCH(QPoint, offset);
+    Stage<TranspButton> button(QSize(20, 40));
+    button->setText(QStringLiteral("Clear all"));
+    button->setPosLabel(offset);
+    deliverAll();
+    COMPARE_PICTURES(pictureOf(button.widget), emptyPicture(button->size()));
 }
 
 void TranspButtonTest::growing()
