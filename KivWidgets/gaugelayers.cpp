@@ -52,8 +52,14 @@ void scaleFour(QRgb *out, const QRgb *ink)
 }
 #endif
 
+/// Whether @p image is like those that the gauges make; a class derived from one may bring others.
+bool isPlain(const QImage &image)
+{
+    return image.format() == QImage::Format_ARGB32_Premultiplied && image.devicePixelRatio() == 1.0;
+}
+
 /// Takes the ink of @p mask out of @p image: DestinationOut, for which the paint engine has no fast
-/// way. Both are premultiplied.
+/// way. Both are plain.
 void cutOut(QImage &image, const QImage &mask)
 {
     const QSize common = image.size().boundedTo(mask.size());
@@ -80,7 +86,13 @@ void composeLayers(QPainter *painter, QImage &image, const QImage &background, c
     painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter->drawImage(0, 0, background);
     painter->drawImage(0, 0, value);
-    cutOut(image, mask);
+    if (isPlain(image) && isPlain(mask)) {
+        cutOut(image, mask);
+        return;
+    }
+    painter->setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter->drawImage(0, 0, mask);
+    painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
 int barWidthBeside(int width, const QFont &font, const QString &widestText)

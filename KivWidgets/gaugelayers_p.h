@@ -15,7 +15,7 @@ class QRect;
 namespace KivPrivate {
 
 /// Paints the three layers over each other into @p image, cleared before, on which @p painter is
-/// open. All of them are premultiplied.
+/// open.
 void composeLayers(QPainter *painter, QImage &image, const QImage &background, const QImage &value,
                    const QImage &mask);
 

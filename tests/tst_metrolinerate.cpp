@@ -127,6 +127,8 @@ private Q_SLOTS:
     void groundStaysStale();
     void foregroundIsOnlyStored();
     void composesWithoutLayers();
+    void graphOnAnyImage_data();
+    void graphOnAnyImage();
     void fontsCountFromTheNextEvent();
     void nullImagesAreReported();
     void idleBarRests();
@@ -281,6 +283,47 @@ void MetroLinerateTest::composesWithoutLayers()
     bar->buildGraph(composed);
     COMPARE_PICTURES(composed, shown);
     QVERIFY(bar->Image);
+}
+
+void MetroLinerateTest::graphOnAnyImage_data()
+{
+    QTest::addColumn<QImage::Format>("format");
+    QTest::addColumn<double>("ratio");
+    QTest::newRow("premultiplied") << QImage::Format_ARGB32_Premultiplied << 1.0;
+    QTest::newRow("not premultiplied") << QImage::Format_ARGB32 << 1.0;
+    QTest::newRow("opaque") << QImage::Format_RGB32 << 1.0;
+    QTest::newRow("three bytes") << QImage::Format_RGB888 << 1.0;
+    QTest::newRow("one byte") << QImage::Format_Grayscale8 << 1.0;
+    QTest::newRow("eight bytes") << QImage::Format_RGBA64_Premultiplied << 1.0;
+    QTest::newRow("twice as fine") << QImage::Format_ARGB32_Premultiplied << 2.0;
+}
+
+void MetroLinerateTest::graphOnAnyImage()
+{
+    QFETCH(QImage::Format, format);
+    QFETCH(double, ratio);
+    Stage<OpenBar> bar(QSize(160, 30));
+    pictureOf(bar.widget);
+    QImage composed(bar->size() * ratio, format);
+    composed.setDevicePixelRatio(ratio);
+    QImage expected = composed;
+    bar->buildGraph(composed);
+
+    QPainter painter(&expected);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(expected.rect(), Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.drawImage(0, 0, *bar->ImageBG);
+    painter.drawImage(0, 0, *bar->Image);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.drawImage(0, 0, *bar->ImageFG);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    const QFontMetrics metrics(bar->font());
+    painter.setFont(bar->font());
+    painter.drawText(QPointF(bar->barWidth + 2, (30 - metrics.height()) / 2 + metrics.ascent()),
+                     QStringLiteral("35%"));
+    painter.end();
+    COMPARE_PICTURES(composed, expected);
 }
 
 void MetroLinerateTest::fontsCountFromTheNextEvent()
