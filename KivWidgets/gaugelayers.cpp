@@ -103,7 +103,8 @@ int barWidthBeside(int width, const QFont &font, const QString &widestText)
 void fillBar(QPainter *painter, const QColor &color, int left, int top, int right, int bottom)
 {
     const QRect bar(QPoint(left, top), QPoint(right, bottom));
-    if (color.alpha() == 255 && bar.isValid() && right < std::numeric_limits<int>::max()) {
+    // The pen's own column is lost beyond the range of int.
+    if (color.alpha() == 255 && bar.isValid() && right < std::numeric_limits<int>::max() - 1) {
         // What the brush and the pen show together: the pen adds a column and a row.
         painter->fillRect(bar.adjusted(0, 0, 1, 1), color);
         return;

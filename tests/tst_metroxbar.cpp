@@ -105,6 +105,7 @@ private Q_SLOTS:
     void look();
     void fillOfEveryValue();
     void valuesFarBelowTheMinimum();
+    void fillsFarBeyondTheBar();
     void sizes_data();
     void sizes();
     void effects();
@@ -211,6 +212,23 @@ void MetroXbarTest::valuesFarBelowTheMinimum()
         bar->setValue(value);
         pictureOf(bar.widget);
         COMPARE_PICTURES(*bar->Image, filledBar(bar->size(), lowest));
+    }
+}
+
+void MetroXbarTest::fillsFarBeyondTheBar()
+{
+    Stage<OpenBar> bar(QSize(240, 30));
+    bar->resize(1 + widthOf(bar->font(), QStringLiteral("138")), 30);
+    deliverAll();
+    QCOMPARE(bar->barWidth, 1);
+    // With reversed limits one apart, each step below the maximum is a column.
+    bar->setMinValue(0);
+    bar->setMaxValue(-1);
+    const int most = std::numeric_limits<int>::max();
+    for (const int column : {2, 1000, 100000, most - 2, most - 1, most}) {
+        bar->setValue(-column);
+        pictureOf(bar.widget);
+        COMPARE_PICTURES(*bar->Image, filledBar(bar->size(), column));
     }
 }
 
