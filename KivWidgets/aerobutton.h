@@ -12,7 +12,8 @@
 /// A changed font, icon size or checked state shows with the next drop. Pressing the button does
 /// not change its look; disabled, its panel is washed out and its icon in disabled mode.
 ///
-/// An icon shows only on a button that is at least two pixels larger than the icon on both axes.
+/// An icon shows only on a button that is at least two pixels higher than the icon, and two pixels
+/// wider than icon and text together. GUI thread only, but for the setters of AeroStyle.
 class KIVWIDGETS_EXPORT AeroButton : public QAbstractButton, public AeroStyle
 {
     Q_OBJECT

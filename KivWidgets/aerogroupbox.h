@@ -9,12 +9,15 @@
 /// A group box on a glass panel or on a picture, with its title over the panel's top edge, where
 /// the outline is left open under it.
 ///
-/// A left press anywhere in the box toggles it, if it is checkable, and emits clicked().
+/// A left press anywhere in the box emits clicked(), after it has toggled the box if that is
+/// checkable. No indicator is painted.
 ///
 /// Body and title are cached apart. A resize, a change of the enabled state, of the contents
 /// rectangle or of an Aero setting drops the body, and the title too while the background is the
 /// glass panel. `colorTitle` and `bold` drop the body only: the title keeps its look until it is
-/// dropped by one of those events or by setTitle().
+/// dropped by one of those events or by setTitle(). While the title is a null string, `opacity`
+/// acts on the panel alone, not on the finished body as well. GUI thread only, but for the setters
+/// of AeroStyle.
 class KIVWIDGETS_EXPORT AeroGroupbox : public QGroupBox, public AeroStyle
 {
     Q_OBJECT

@@ -12,7 +12,8 @@
 /// Panel, trough, text and ticks are cached apart. A resize, a change of the enabled state, of an
 /// Aero setting or of `tickSize`, and a removed child drop all four; `colorText`, `bold` and a
 /// changed text drop the text, `tickInterval` the ticks. The limits and `valuePosition` only
-/// repaint, so ticks keep their places when the limits change.
+/// repaint, so ticks keep their places when the limits change. GUI thread only, but for the setters
+/// of AeroStyle.
 class KIVWIDGETS_EXPORT AeroLinebar : public QWidget, public AeroStyle
 {
     Q_OBJECT
@@ -45,8 +46,8 @@ public:
     explicit AeroLinebar(QWidget *parent = nullptr);
     ~AeroLinebar() override;
 
-    /// Value at the left edge. Default: 0.0. Every write repaints. With equal limits the bar is
-    /// empty.
+    /// Value at the left edge, meant to be below the maximum. Default: 0.0. Every write repaints.
+    /// With equal limits the bar is empty.
     double getMinValueF() const;
     void setMinValue(double minimum);
     /// Value at the right edge. Default: 100.0. Every write repaints.
@@ -62,13 +63,16 @@ public:
     double getTickInterval() const;
     void setTickStep(double interval);
     /// The value shown. Default: 50.0. A value whose formatted text is the one already held is not
-    /// stored: the bar moves only when the text does.
+    /// stored: the bar moves only when the text does. A new bar holds no text until the first write
+    /// of a value, a format or a text.
     double getValueF() const;
     void setValue(double v);
     /// Default: NoVal. Every write repaints.
     ValPos getValuePosition() const;
     void setValuePosition(ValPos position);
-    /// printf format of the value text, for one double, taken in Latin-1. Default: "%.02f%%".
+    /// printf format of the value text, for one number, taken in Latin-1; an integer conversion
+    /// gets the value truncated. A format that asks for anything else is shown as it stands.
+    /// Default: "%.02f%%".
     QString getValueFormat() const;
     /// Colour of the value text. Default: an invalid colour. A change rebuilds the text.
     QColor getColorText() const;

@@ -10,7 +10,8 @@
 ///
 /// The finished panel is cached. It is dropped by a resize, a change of the enabled state or of any
 /// property, and when a child is removed. The frame of QFrame is not drawn. `colorText` and `bold`
-/// are kept with the strip for a host that labels it; the panel itself shows no text.
+/// are kept with the strip for a host that labels it; the panel itself shows no text. GUI thread
+/// only, but for the setters of AeroStyle.
 class KIVWIDGETS_EXPORT AeroStatusbar : public QFrame, public AeroStyle
 {
     Q_OBJECT

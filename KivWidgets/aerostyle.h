@@ -34,13 +34,16 @@ public:
     /// Colour of the outer outline. Default: Qt::black.
     QColor getColorPen() const;
     void setColorPen(const QColor &colorPen);
-    /// Width of the outer outline in pixels, from which all insets follow. Default: 2.
+    /// Width of the outer outline in pixels, from which all insets follow; any int. Default: 2.
     int getWidthPen() const;
     void setWidthPen(int widthPen);
-    /// Opacity of the panel, 0.0 to 1.0. Default: 1.0.
+    /// Opacity of the finished picture, 0.0 to 1.0; the painter takes what lies beyond for the
+    /// nearer end. Outline and body are painted with it too, so that it acts on them twice; the
+    /// highlight is painted with 0.3 times the alpha of `color`. Default: 1.0.
     double getOpacity() const;
     void setOpacity(double opacity);
-    /// Corner radius in percent of half the panel's shorter side. Default: 25.
+    /// Corner radius in percent of half the panel's shorter side, meant for 0 to 100 but not
+    /// bounded. Default: 25.
     int getRoundness() const;
     void setRoundness(int roundness);
 

@@ -5,9 +5,9 @@
 /// A checkable AeroButton whose panel takes the `highlight` colour in place of `color` while
 /// checked.
 ///
-/// Both looks are cached, so that a change of the checked state only shows the other picture. What
-/// drops the button's picture drops both, with two exceptions: `colorText` and `bold` drop the
-/// unchecked picture only, `highlight` the checked one only.
+/// Both looks are cached, so that a change of the checked state by a click or by setChecked() only
+/// shows the other picture. What drops the button's picture drops both, with two exceptions:
+/// `colorText` and `bold` drop the unchecked picture only, `highlight` the checked one only.
 class KIVWIDGETS_EXPORT AeroSwitch : public AeroButton
 {
     Q_OBJECT
@@ -21,11 +21,12 @@ public:
     QColor getHighlight() const;
     void setHighlight(const QColor &highlight);
 
-    /// Checks the switch and repaints it at once; does nothing if it is checked.
+    /// Checks the switch, rebuilds both pictures and repaints at once; does nothing if it is
+    /// checked. These three emit toggled(), but not clicked().
     void selectSwitch();
-    /// Unchecks the switch and repaints it at once; does nothing if it is unchecked.
+    /// Unchecks the switch in the same way; does nothing if it is unchecked.
     void unselectSwitch();
-    /// Toggles the switch and repaints it at once.
+    /// Toggles the switch in the same way.
     void clickedSwitch();
 
 protected:

@@ -52,8 +52,8 @@ public:
     /// call it; the stored state is not locked.
     void setState(elemDesc_t st);
 
-    /// The index into COLORTAB for the stored state. An unforeseen state writes an error line and
-    /// gives 0.
+    /// The index into COLORTAB for the stored state. An alarm state, or without an alarm an
+    /// operating state, that is not in the table writes an error line and gives 0.
     int getColorIdx();
 
     /// Deletes *@p image if there is one and marks the widget dirty, under the lock. Any thread.

@@ -11,7 +11,8 @@
 /// Its size is that of the battery picture, 72 x 72 pixels, whatever a host sets. The icon size
 /// follows the icon's first size. The finished picture is cached; it is dropped by a new state or
 /// icon, by a change of the enabled state, and when a child is removed. Disabled, the battery is
-/// lightened and the icon in disabled mode.
+/// lightened on a light grey ground and the icon in disabled mode. GUI thread only, but for
+/// MetroStyle::setState().
 class KIVWIDGETS_EXPORT MetroBattIcon : public QAbstractButton, public MetroBattTemplate
 {
     Q_OBJECT

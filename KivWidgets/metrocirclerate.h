@@ -11,9 +11,11 @@
 /// A dial gauge: a ring cut into segments, coloured from its start up to the value, with a label
 /// and the formatted value written over it.
 ///
-/// The dial computes its own size from radius and angles; every resize ends at that size. A new
-/// dial takes it with its first resize event. Angles are in degrees, counter-clockwise from three
-/// o'clock; the arc runs clockwise from `minAngle`.
+/// The dial computes its own size from radius and angles. A new dial takes it with its first resize
+/// event, when it is shown. A resize ends at that size, with one exception: a dial that has its own
+/// size keeps what it is resized to, with its layers as they are, and goes back with the resize
+/// after that. A layout can therefore leave it larger or smaller than its arc. Angles are in
+/// degrees, counter-clockwise from three o'clock; the arc runs clockwise from `minAngle`.
 ///
 /// Three layers are cached: the value arc, the full arc under it, and the mask of gaps and inner
 /// disc. Each property says which it drops; a changed geometry, a change of the enabled state and a
@@ -44,11 +46,12 @@ public:
     explicit MetroCirclerate(QWidget *parent = nullptr);
     ~MetroCirclerate() override;
 
-    /// The value shown. Above the maximum the full arc turns orange, above 125 % of it red.
-    /// Default: 35.0. Drops the value arc.
+    /// The value shown. Above the maximum the whole arc is filled in orange, above 125 % of the
+    /// maximum in red. Default: 35.0. Drops the value arc.
     double getValue() const;
     void setValue(double value);
-    /// Whether the arc starts at 0 instead of at the minimum. Default: false. Drops the value arc.
+    /// Whether the arc starts at 0 instead of at a minimum below 0. Default: false. Drops the value
+    /// arc.
     bool getPaintFromZero() const;
     void setPaintFromZero(bool fromZero);
     /// Value at the start of the arc, at least 1.0 below the maximum. Default: 0.0. Drops the value
@@ -59,7 +62,8 @@ public:
     /// arc.
     double getMaxValue() const;
     void setMaxValue(double maximum);
-    /// Radius in pixels, 2 to 65535. Default: 37. Resizes.
+    /// Radius in pixels, 2 to 65535. Default: 37. Resizes; until it is shown, a dial whose radius
+    /// or angles were changed is 0 x 0.
     int getRadius() const;
     void setRadius(int pixels);
     /// Span of the arc, 0 to 359 degrees. Default: 200. Resizes.
@@ -75,16 +79,19 @@ public:
     int getTickness() const;
     void setTickness(int pixels);
     /// printf format of the value text, for one number, taken in Latin-1; an integer conversion
-    /// gets the value truncated. Default: "%d%%". Drops the value arc.
+    /// gets the value truncated. A format that asks for anything else is shown as it
+    /// stands. Default: "%d%%". Drops the value arc.
     QString getFormatStr() const;
     void setFormat(const QString &format);
-    /// Offset of the value text in pixels. Default: (0, 0). Drops the value arc.
+    /// Offset of the value text in pixels to the right and down. Default: (0, 0). Drops the value
+    /// arc.
     QPoint getPosStr() const;
     void setPosStr(const QPoint &offset);
-    /// Default: "L?". Drops the value arc.
+    /// The label, in 70 % of the widget's font size, which must be given in points. Default: "L?".
+    /// Drops the value arc.
     QString getLabel() const;
     void setLabel(const QString &label);
-    /// Offset of the label in pixels. Default: (0, 0). Drops the value arc.
+    /// Offset of the label in pixels to the right and down. Default: (0, 0). Drops the value arc.
     QPoint getPosLabel() const;
     void setPosLabel(const QPoint &offset);
     /// Colour of the full arc. Default: (167, 167, 167). Drops the full arc.

@@ -9,7 +9,7 @@
 /// with the percentage written beside it.
 ///
 /// Above 100 the whole bar and the text are orange, from 126 on red, and a thin bar across the top
-/// third shows the excess up to 150.
+/// third shows the excess up to 150. Up to 100 the text is black.
 ///
 /// Three layers are cached: the value, the empty bar, and the mask of frame and scale. Each
 /// property drops the value layer; a resize, a change of the enabled state and a removed child drop

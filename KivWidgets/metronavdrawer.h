@@ -9,14 +9,17 @@
 /// A drawer that opens to the left from a fixed right edge, over the page.
 ///
 /// Closed, it shows only its tab picture; open, it is as wide as its visible children side by side
-/// plus the tab, and shows a panel behind them. The drawer sets the minimum sizes of its visible
-/// children when it opens and closes; it neither moves nor hides them. A left press toggles the
-/// checked state, if the host made the box checkable, and emits clicked(); what follows is the
-/// host's affair.
+/// plus the tab, and shows a panel behind them. Every resize of a closed drawer ends at the tab's
+/// size with 12 pixels beside it and 12 above and below, 62 x 76 with the library's picture; an
+/// open one is at least as large. Opening sets the minimum size of each visible child to its width
+/// on both axes, closing sets the minimum height to 0; children are neither moved nor hidden. A
+/// left press emits clicked(), after it has toggled the checked state if the host made the box
+/// checkable; what follows is the host's affair.
 ///
 /// The finished picture is cached; it is dropped by a new state or property, a change of the
 /// enabled state or of the contents rectangle, a move, and a resize while open. The title and the
-/// frame of QGroupBox are not painted; the state of the Metro base plays no part here.
+/// frame of QGroupBox are not painted; the state of the Metro base plays no part here. GUI
+/// thread only.
 class KIVWIDGETS_EXPORT MetroNavdrawer : public QGroupBox, public MetroStyle
 {
     Q_OBJECT

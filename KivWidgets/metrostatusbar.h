@@ -9,9 +9,10 @@
 /// The strip across the top of a page: one picture at its natural size; the host lays its own
 /// widgets on it.
 ///
-/// Every resize ends at the picture's size, 800 x 42 pixels with the library's. The finished
-/// picture is cached; it is dropped by a new background, a change of the enabled state and a
-/// removed child, not by a resize. The state of the Metro base plays no part here.
+/// Every resize, the one at the first show included, ends at the picture's size, 800 x 42 pixels
+/// with the library's. The finished picture is cached; it is dropped by a new background, a change
+/// of the enabled state and a removed child, not by a resize. The state of the Metro base plays no
+/// part here. GUI thread only, but for MetroStyle::setState().
 class KIVWIDGETS_EXPORT MetroStatusbar : public QFrame, public MetroStyle
 {
     Q_OBJECT

@@ -11,7 +11,8 @@
 /// larger than that on every side. The finished picture is cached; it is dropped by a new state,
 /// icon or property, by a change of the enabled state, when the pointer enters or leaves, and when
 /// a child is removed. A changed checked state shows with the next drop. Under the pointer the icon
-/// is in active mode; disabled, the plate is lightened and the icon in disabled mode.
+/// is in active mode; disabled, the plate is lightened on a light grey ground and the icon in
+/// disabled mode. GUI thread only, but for MetroStyle::setState().
 class KIVWIDGETS_EXPORT MetroSysIcon : public QAbstractButton, public MetroStyle
 {
     Q_OBJECT

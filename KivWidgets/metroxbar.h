@@ -9,8 +9,9 @@
 /// A horizontal bar gauge for a whole number with a unit: a bar with ten divisions, filled from the
 /// left in light blue between a minimum and a maximum, with number and unit written beside it.
 ///
-/// A value above the maximum fills the bar, one below the minimum leaves it empty; the number is
-/// written as it is.
+/// A value above the maximum fills the bar, one below the minimum leaves it empty but for a line in
+/// the column left of it; the number is written as it is, in black. The bar leaves room for the
+/// text of 138 with its unit; a wider text is cut off at the right edge.
 ///
 /// Three layers are cached: the value, the empty bar, and the mask of frame and scale. Every paint,
 /// a resize, a change of the enabled state and a removed child drop all three and compute the bar's
@@ -39,8 +40,8 @@ public:
     /// Any int. Default: 35. A change drops the value layer.
     int getValue() const;
     void setValue(int value);
-    /// Value of a full bar, any int; equal limits leave the bar empty. Default: 300. A change drops
-    /// the value layer.
+    /// Value of a full bar, any int; with equal limits the bar is empty up to that value and full
+    /// above it. Default: 300. A change drops the value layer.
     int getMaxValue() const;
     void setMaxValue(int maximum);
     /// Value of an empty bar, any int. Default: 0. A change drops the value layer.

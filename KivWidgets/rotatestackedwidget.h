@@ -53,8 +53,9 @@ public:
     void initAnimation();
 
     /// Changes the page: at once while animation is off; else by a running change, which ends on
-    /// the page that was asked for last. An index without a page leaves the current page. Hides the
-    /// base class's slot, which always changes at once.
+    /// the page that was asked for last; asking for the old page meanwhile does nothing. An index
+    /// without a page leaves the current page. Hides the base class's slot, which always changes at
+    /// once.
     void setCurrentIndex(int index);
 
 protected:

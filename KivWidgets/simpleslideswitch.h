@@ -11,7 +11,8 @@
 ///
 /// The switch has the fixed size of the track picture that was written last; all four are meant to
 /// be of one size. A release without a movement since the press toggles it wherever it happened; a
-/// drag toggles it when it ends on the other side of the middle. Every write of a picture repaints.
+/// drag toggles it when it ends on the other side of the middle. The former emits toggled() alone,
+/// the latter clicked() too. Every write of a picture repaints. GUI thread only.
 class KIVWIDGETS_EXPORT SimpleSlideSwitch : public QAbstractButton
 {
     Q_OBJECT
@@ -31,14 +32,15 @@ public:
     /// Track while unchecked. Default: the library's, 78 x 27 pixels. A write sets the size.
     QPixmap getUncheckedImg() const;
     void setUncheckedImg(const QPixmap &picture);
-    /// Left end of the knob's travel in pixels. Default: 0. The knob moves there with the next
-    /// setChecked() or release.
+    /// Left end of the knob's travel in pixels, any int. Default: 0. A write moves the knob at
+    /// once; the revealed part of the track follows with the next setChecked() or release.
     int getMarginLeft() const;
     void setMarginLeft(int margin);
     /// Track while checked. Default: the library's. A write sets the size.
     QPixmap getCheckedImg() const;
     void setCheckedImg(const QPixmap &picture);
-    /// Distance of the travel's right end from the right edge in pixels. Default: 0.
+    /// Distance of the travel's right end from the right edge in pixels, any int. Default: 0. A
+    /// write acts like one of the left margin.
     int getMarginRight() const;
     void setMarginRight(int margin);
     /// Track while unchecked and disabled. Default: the library's. A write sets the size.

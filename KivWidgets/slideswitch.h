@@ -9,9 +9,11 @@
 /// the user drags from one end to the other.
 ///
 /// `locked` shows the locked pictures; it and `partialON` put the knob in the middle, where a drag
-/// must then start. A drag that ends short of the other side puts the knob back. A press beside the
-/// knob does nothing. Changes of the checked state through the base class only repaint. A disabled
-/// switch shows its picture without a knob. The switch keeps the size of its pictures.
+/// must then start. A drag starts anywhere on the knob's side of the switch, and one that ends
+/// short of the other side puts the knob back; a press elsewhere, and a click, do nothing. A drag
+/// from the middle to the side of the present state emits toggled() twice. Changes of the checked
+/// state through the base class only repaint. A disabled switch shows its picture without a knob.
+/// The switch keeps the size of its pictures. GUI thread only.
 class KIVWIDGETS_EXPORT SlideSwitch : public QAbstractButton
 {
     Q_OBJECT

@@ -10,7 +10,8 @@
 ///
 /// The icon is in active mode while the pointer is over the button, in disabled mode while the
 /// button is disabled. The button keeps itself at least two pixels larger than its icon size: a
-/// paint or a resize that finds it smaller makes it grow, its size limits included.
+/// paint or a resize that finds it smaller makes it grow, its size limits included. GUI thread
+/// only.
 class KIVWIDGETS_EXPORT TranspButton : public QAbstractButton
 {
     Q_OBJECT
