@@ -60,9 +60,10 @@ void showMetro(QWidget *page)
     tab->setGeometry(204, 124, 64, 64);
 
     auto *drawer = new MetroNavdrawer(page);
-    drawer->setGeometry(QRect(400, 70, 60, 90));
+    drawer->setGeometry(QRect(400, 70, 62, 76));
+    drawer->setState(MetroNavdrawer::close);
     auto *entry = new QLabel("Settings", drawer);
-    entry->setGeometry(70, 0, 90, 90);
+    entry->setGeometry(66, 0, 76, 76);
     QObject::connect(drawer, &QGroupBox::clicked, drawer, [drawer] {
         const bool open = drawer->getState() == MetroNavdrawer::open;
         drawer->setState(open ? MetroNavdrawer::close : MetroNavdrawer::open);
