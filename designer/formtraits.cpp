@@ -22,7 +22,7 @@ namespace {
 const FormTraits traits[] = {
     {"AeroButton",
      "Set color and shadow for the glass, colorPen and widthPen for the outline. "
-     "Brightens under the pointer; emits clicked() like any button.",
+     "Its look does not change when it is pressed; clicked() tells of a click.",
      "", ""},
     {"AeroSwitch",
      "While checked it takes its highlight colour; toggled() tells of a change.",
@@ -54,7 +54,7 @@ const FormTraits traits[] = {
      "One tab among its siblings is checked. The state is set in code, with setState().",
      "", ""},
     {"MetroStatusbar",
-     "Its picture is stretched over it. Put tabs, labels and lamps into it.",
+     "Takes the size of its picture at a resize. Put tabs, labels and lamps into it.",
      "", ""},
     {"MetroNavdrawer",
      "Open, it is as wide as its children side by side and the tab; its right edge stays. "
@@ -71,12 +71,12 @@ const FormTraits traits[] = {
      "minValue and maxValue are the ends of the scale; measure is the unit.",
      KIV_NUMBER("value", "230"), ""},
     {"SlideSwitch",
-     "Slide or click it; toggled() tells of a change. locked and partialON put the knob in "
-     "the middle.",
+     "Drag the knob to the other side; toggled() tells of a change. locked and partialON put "
+     "the knob in the middle.",
      "", ""},
     {"SimpleSlideSwitch",
-     "Takes the size of its picture uncheckedImg; marginLeft and marginRight bound the way "
-     "of the knob.",
+     "Takes the size of the track picture that was set last; marginLeft and marginRight bound "
+     "the way of the knob.",
      "", ""},
     {"RotateStackedWidget",
      "Add pages with its context menu. Animation is switched on in code, with "
