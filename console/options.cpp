@@ -30,10 +30,11 @@ Options parseOptions(const QStringList &arguments)
                                  QStringLiteral("NAME@HOST[:PORT]"));
     const QCommandLineOption speed(QStringLiteral("speed"),
                                    QStringLiteral("Run the simulated scenario this many times as "
-                                                  "fast, up to 1000."),
+                                                  "fast, from 0.01 to 1000; 1 unless given."),
                                    QStringLiteral("FACTOR"));
     const QCommandLineOption at(QStringLiteral("at"),
-                                QStringLiteral("Scenario instants of the screenshots, in seconds, "
+                                QStringLiteral("With --screenshot: up to 100 instants of the "
+                                               "scenario, in seconds from 0 to 86400, "
                                                "separated by commas."),
                                 QStringLiteral("SECONDS"));
     for (const QCommandLineOption &option : {ups, speed, at})
