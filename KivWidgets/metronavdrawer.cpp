@@ -55,6 +55,7 @@ int sizeVisibleChildren(QObject *drawer, const std::function<QSize(int)> &wanted
 MetroNavdrawer::MetroNavdrawer(QWidget *parent)
     : QGroupBox(parent)
     , MetroStyle(this)
+    , state(open)
     , image(nullptr)
 {
     setState(open);
@@ -204,18 +205,17 @@ void MetroNavdrawer::paintImage()
 
 void MetroNavdrawer::openUp()
 {
+    const QPointer<MetroNavdrawer> self(this);
     if (image) {
-        const QPointer<MetroNavdrawer> self(this);
         const int room = sizeVisibleChildren(this, [](int width) { return QSize(width, width); });
         if (!self)
             return;
         const QRect opened(x() - room, y(), room + ImageTab.width() + tabMargin, height());
         openGeometry = opened;
         setGeometry(opened);
-        if (!self)
-            return;
     }
-    repaintSchedule(&image);
+    if (self)
+        repaintSchedule(&image);
 }
 
 void MetroNavdrawer::closeDown()

@@ -25,6 +25,7 @@ public:
     using AeroGroupbox::image;
     using AeroGroupbox::imageTitle;
     using AeroGroupbox::paintImageTitle;
+    using AeroGroupbox::paintTitle;
     using AeroGroupbox::titleSize;
 };
 
@@ -106,6 +107,7 @@ private Q_SLOTS:
     void typeOutsideTheEnum();
     void titleSetter();
     void titleOfTheBaseClass();
+    void titleStepByItself();
     void effects();
     void effectsWithAPicture();
     void titleStaysStale_data();
@@ -345,6 +347,27 @@ void AeroGroupboxTest::titleOfTheBaseClass()
     delete box->imageTitle;
     box->imageTitle = nullptr;
     COMPARE_PICTURES(pictureOf(box.widget), boxPicture(panel, QImage(), GlassPanel()));
+}
+
+void AeroGroupboxTest::titleStepByItself()
+{
+    Stage<OpenBox> box(QSize(200, 100));
+    QImage canvas(box->size(), QImage::Format_ARGB32_Premultiplied);
+    canvas.fill(Qt::green);
+    const QImage untouched = canvas;
+    QPainter painter(&canvas);
+    painter.setOpacity(0.5);
+    box->paintTitle(&painter);
+    QCOMPARE(canvas, untouched);
+    QCOMPARE(painter.opacity(), 0.5);
+
+    // It measures the title that it paints.
+    box->setTitle(QStringLiteral("Load"));
+    box->titleSize = QSize();
+    box->paintTitle(&painter);
+    QCOMPARE(box->titleSize, titleSizeOf(QStringLiteral("Load")));
+    QVERIFY(canvas != untouched);
+    QCOMPARE(painter.opacity(), 1.0);
 }
 
 void AeroGroupboxTest::effects()

@@ -26,6 +26,7 @@ public:
     using AeroLinebar::imageTick;
     using AeroLinebar::paintImage;
     using AeroLinebar::paintImageShadow;
+    using AeroLinebar::paintText;
     using AeroLinebar::tickHeight;
     using AeroLinebar::valueText;
 };
@@ -220,6 +221,9 @@ private Q_SLOTS:
     void limitsLeaveTheTicks();
     void effects();
     void equalLimits();
+    void areaFollowsTheSizeAtOnce();
+    void ticksThatDoNotAdvance();
+    void textStepWithoutText();
     void ticksWithoutBound_data();
     void ticksWithoutBound();
     void extremeValuesAreHarmless_data();
@@ -332,6 +336,7 @@ void AeroLinebarTest::sizes_data()
     QTest::newRow("one pixel") << QSize(1, 1) << 20;
     QTest::newRow("low, no strip comes of it") << QSize(100, 4) << 20;
     QTest::newRow("strip of one row") << QSize(100, 8) << 20;
+    QTest::newRow("strip of two rows") << QSize(100, 10) << 20;
     QTest::newRow("no strip") << QSize(100, 40) << 0;
     QTest::newRow("strip alone") << QSize(100, 40) << 100;
     QTest::newRow("hardly a bar") << QSize(100, 40) << 90;
@@ -657,6 +662,49 @@ void AeroLinebarTest::equalLimits()
     QVERIFY(qAlpha(tick.pixel(1, 5)) > 0);
     for (int x = 3; x < 200; ++x)
         QCOMPARE(qAlpha(tick.pixel(x, 5)), 0);
+}
+
+void AeroLinebarTest::areaFollowsTheSizeAtOnce()
+{
+    Stage<OpenBar> bar(QSize(100, 50));
+    bar->resize(100, 80);
+    QCOMPARE(bar->tickHeight, 16);
+    QCOMPARE(bar->barHeight, 62);
+}
+
+void AeroLinebarTest::ticksThatDoNotAdvance()
+{
+    // The one tick is drawn once: another one over it would darken its soft edges.
+    const auto pictureWithStep = [](double step) {
+        Stage<OpenBar> bar(QSize(100, 50));
+        bar->setMinValue(0);
+        bar->setMaxValue(0);
+        bar->setTickStep(step);
+        bar->setMinValue(1e17);
+        bar->setMaxValue(1e17 + 1000);
+        sendPlain(bar.widget, QEvent::PolishRequest);
+        return pictureOf(bar.widget);
+    };
+    COMPARE_PICTURES(pictureWithStep(1.0), pictureWithStep(1e9));
+}
+
+void AeroLinebarTest::textStepWithoutText()
+{
+    Stage<OpenBar> bar(QSize(100, 50));
+    QImage canvas(bar->size(), QImage::Format_ARGB32_Premultiplied);
+    canvas.fill(Qt::green);
+    const QImage untouched = canvas;
+    QPainter painter(&canvas);
+    painter.setOpacity(0.5);
+    bar->setText(QString());
+    bar->paintText(&painter);
+    QCOMPARE(painter.opacity(), 0.5);
+    // A text alone is measured by its picture.
+    bar->setText(QStringLiteral("Load"));
+    QVERIFY(!bar->imageText);
+    bar->paintText(&painter);
+    QCOMPARE(painter.opacity(), 0.5);
+    QCOMPARE(canvas, untouched);
 }
 
 void AeroLinebarTest::ticksWithoutBound_data()

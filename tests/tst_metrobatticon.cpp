@@ -62,6 +62,7 @@ private Q_SLOTS:
     void sameColourStillPosts();
     void missingPictureIsReported();
     void iconWithoutASizeRests();
+    void iconSizeOfTheHost();
     void nullImageIsReported();
 };
 
@@ -281,6 +282,19 @@ void MetroBattIconTest::iconWithoutASizeRests()
     pictureOf(battery.widget);
     QCOMPARE(battery->image->cacheKey(), kept);
     QCOMPARE(battery->iconSize(), before);
+}
+
+void MetroBattIconTest::iconSizeOfTheHost()
+{
+    // The icon's own size comes back with the paint, which paints a new picture.
+    Stage<OpenBattery> battery;
+    battery->setIcon(QIcon(plainPixmap(QSize(40, 30), Qt::red)));
+    deliverAll();
+    const QImage shown = pictureOf(battery.widget);
+    battery->image->fill(Qt::cyan);
+    battery->setIconSize(QSize(16, 16));
+    COMPARE_PICTURES(pictureOf(battery.widget), shown);
+    QCOMPARE(battery->iconSize(), QSize(40, 30));
 }
 
 void MetroBattIconTest::nullImageIsReported()

@@ -6,6 +6,9 @@
 #include "pictures.h"
 #include "testmain.h"
 
+#include <QtCore/QFile>
+#include <QtCore/QStandardPaths>
+#include <QtGui/QFontDatabase>
 #include <QtGui/QPainter>
 
 #include <limits>
@@ -116,6 +119,8 @@ private Q_SLOTS:
     void statedBaseline();
     void fontShowsWithTheNextDrop();
     void absurdIconSize();
+    void fontsThatGoAreForgotten();
+    void creationKeepsWhatIsThere();
     void iconModes();
     void face();
     void faceFarWiderThanTheTile();
@@ -299,6 +304,49 @@ void MetroShelterTest::absurdIconSize()
     tile->setIcon(telltaleIcon(QSize(16, 16)));
     deliverAll();
     COMPARE_PICTURES(pictureOf(tile.widget), withoutIcon);
+}
+
+void MetroShelterTest::fontsThatGoAreForgotten()
+{
+    // A font of the application under a name that no other font has.
+    QFile known(QStandardPaths::locate(QStandardPaths::FontsLocation,
+                                       QStringLiteral("truetype/dejavu/DejaVuSerif.ttf")));
+    QVERIFY(known.open(QIODevice::ReadOnly));
+    QByteArray renamed = known.readAll();
+    // Its names are in UTF-16, the high bytes first.
+    renamed.replace(QByteArray("\0D\0e\0j\0a\0V\0u", 12), QByteArray("\0A\0b\0s\0e\0n\0t", 12));
+    const int added = QFontDatabase::addApplicationFontFromData(renamed);
+    const QFont font(QStringLiteral("Absent Serif"), 10);
+    QCOMPARE(QFontDatabase::applicationFontFamilies(added), QStringList(font.family()));
+
+    TileLook look;
+    look.text = QStringLiteral("Inverter");
+    look.icon = Qt::red;
+    look.font = font;
+    Stage<OpenTile> tile(QSize(200, 30));
+    tile->setFont(font);
+    tile->setIconSize(look.iconSize);
+    tile->setIcon(QIcon(plainPixmap(look.iconSize, look.icon)));
+    tile->setText(look.text);
+    const QImage before = pictureOf(tile.widget);
+    COMPARE_PICTURES(before, look.draw(QSize(200, 30)));
+
+    // The icon's place depends on the width of the text.
+    QVERIFY(QFontDatabase::removeApplicationFont(added));
+    sendPlain(tile.widget, QEvent::PolishRequest);
+    COMPARE_PICTURES(pictureOf(tile.widget), look.draw(QSize(200, 30)));
+    QVERIFY(pictureOf(tile.widget) != before);
+}
+
+void MetroShelterTest::creationKeepsWhatIsThere()
+{
+    Stage<OpenTile> tile(QSize(100, 40));
+    pictureOf(tile.widget);
+    tile->image->fill(Qt::cyan);
+    tile->createImages();
+    QImage plain = emptyPicture(tile->size());
+    plain.fill(Qt::cyan);
+    COMPARE_PICTURES(pictureOf(tile.widget), plain);
 }
 
 void MetroShelterTest::iconModes()

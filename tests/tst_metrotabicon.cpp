@@ -75,6 +75,7 @@ private Q_SLOTS:
     void effects();
     void newIconIsUnseenUntilADrop();
     void survivorIsReplaced();
+    void creationKeepsWhatIsThere();
     void absurdIconSizeEnds();
     void nullImagesAreReported();
 };
@@ -283,6 +284,18 @@ void MetroTabiconTest::survivorIsReplaced()
     tab->createImages();
     QVERIFY(tab->imagePressed);
     COMPARE_PICTURES(pictureOf(tab.widget), tabPicture(QSize(60, 64), QSize(32, 32), Qt::red, 1));
+}
+
+void MetroTabiconTest::creationKeepsWhatIsThere()
+{
+    Stage<OpenTab> tab(QSize(60, 64));
+    dress(tab.widget);
+    pictureOf(tab.widget);
+    tab->image->fill(Qt::cyan);
+    tab->createImages();
+    QImage plain = emptyPicture(tab->size());
+    plain.fill(Qt::cyan);
+    COMPARE_PICTURES(pictureOf(tab.widget), plain);
 }
 
 void MetroTabiconTest::absurdIconSizeEnds()

@@ -16,10 +16,12 @@ class OpenBar : public MetroXbar
 {
 public:
     using MetroXbar::barWidth;
+    using MetroXbar::buildGraph;
     using MetroXbar::Image;
     using MetroXbar::ImageBG;
     using MetroXbar::ImageFG;
     using MetroXbar::MetroXbar;
+    using MetroXbar::repaintSchedule;
 };
 
 CacheProbe probe(OpenBar *bar)
@@ -109,6 +111,7 @@ private Q_SLOTS:
     void sizes_data();
     void sizes();
     void effects();
+    void composesWithoutALayer();
     void everyPaintRebuilds();
     void idleBarRests_data();
     void idleBarRests();
@@ -303,6 +306,23 @@ void MetroXbarTest::effects()
         bar->MetroStyle::setState({4, 5});
     }),
              QStringLiteral("posts, drops Image,ImageBG,ImageFG"));
+}
+
+void MetroXbarTest::composesWithoutALayer()
+{
+    Stage<OpenBar> bar(QSize(200, 30));
+    const QImage shown = pictureOf(bar.widget);
+    for (QImage **layer : {&bar->Image, &bar->ImageBG, &bar->ImageFG}) {
+        pictureOf(bar.widget);
+        QVERIFY(bar->Image && bar->ImageBG && bar->ImageFG);
+        bar->repaintSchedule(layer);
+        QVERIFY(!*layer);
+        QImage composed = emptyPicture(bar->size());
+        composed.fill(Qt::green);
+        bar->buildGraph(composed);
+        COMPARE_PICTURES(composed, shown);
+        QVERIFY(*layer);
+    }
 }
 
 void MetroXbarTest::everyPaintRebuilds()

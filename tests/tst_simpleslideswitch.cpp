@@ -79,6 +79,7 @@ private Q_SLOTS:
     void extremeMarginsAreHarmless();
     void nullPicturesAreHarmless();
     void disabledKnobFarWiderThanTheKnob();
+    void switchedOffWithAMargin();
     void deletedInASlot();
 };
 
@@ -566,6 +567,22 @@ void SimpleSlideSwitchTest::disabledKnobFarWiderThanTheKnob()
     const QImage without = pictureOf(knob.widget);
     knob->setBtnDisImg(wide);
     COMPARE_PICTURES(pictureOf(knob.widget), without);
+}
+
+void SimpleSlideSwitchTest::switchedOffWithAMargin()
+{
+    Stage<SimpleSlideSwitch> knob;
+    knob->setProperty("marginLeft", 4);
+    knob->setChecked(true);
+    Mouse::press(knob.widget, QPoint(60, 13));
+    Mouse::drag(knob.widget, QPoint(20, 13));
+    Mouse::release(knob.widget, QPoint(20, 13));
+    QVERIFY(!knob->isChecked());
+    // The place kept is the knob's right edge.
+    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(knobSide + 4, 4));
+    // The movement is over: a release alone toggles again.
+    Mouse::release(knob.widget, QPoint(20, 13));
+    QVERIFY(knob->isChecked());
 }
 
 void SimpleSlideSwitchTest::deletedInASlot()
