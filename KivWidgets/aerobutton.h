@@ -55,7 +55,7 @@ protected:
 
     void createImages();
     void paintImage();
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
     /// Paints icon and text over the finished panel.
     virtual void paintText(QPainter *painter);
 

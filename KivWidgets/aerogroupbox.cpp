@@ -141,7 +141,7 @@ void AeroGroupbox::paintEvent(QPaintEvent *)
 
     // A title set through the base class has no picture yet.
     const double titleWidth = imageTitle ? imageTitle->width() : 0;
-    const double left = double(cornerRadius(size(), widthPen, roundness));
+    const auto left = double(cornerRadius(size(), widthPen, roundness));
     const double right = left + titleWidth;
     const double bodyHeight = image->height();
     const double top = height() - image->height();

@@ -72,7 +72,7 @@ protected:
     void paintImageTitle();
     void paintTitle(QPainter *painter);
     void createImages();
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
 
     // The spelling without "n" is the property's name.
     typeBG backgroudType;

@@ -13,6 +13,7 @@
 #include <QtGui/QPainterPath>
 
 #include <algorithm>
+#include <utility>
 
 using namespace KivPrivate;
 
@@ -88,6 +89,8 @@ AeroLinebar::AeroLinebar(QWidget *parent)
     , AeroStyle(this)
     , tickSize(20)
     , tickInterval(10.0)
+    , tickHeight(0)
+    , barHeight(0)
     , minValueF(0.0)
     , maxValueF(100.0)
     , valueF(50.0)
@@ -187,7 +190,7 @@ QString AeroLinebar::getValueFormat() const
 
 void AeroLinebar::setValueFormat(QString vFormat)
 {
-    valueFormat = vFormat;
+    valueFormat = std::move(vFormat);
     setValue(valueF);
 }
 
@@ -326,7 +329,7 @@ void AeroLinebar::paintImageShadow()
     const auto [light, dark, edge] = troughColors(colorPen).shownBy(this);
     const double iw = double(imageShadow->width()) - widthPen;
     const double ih = double(imageShadow->height()) - widthPen;
-    const double radius = double(cornerRadius(imageShadow->size(), widthPen, roundness));
+    const auto radius = double(cornerRadius(imageShadow->size(), widthPen, roundness));
     const int halfPen = widthPen / 2;
 
     QPainterPath outline;

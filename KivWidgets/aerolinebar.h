@@ -99,7 +99,7 @@ protected:
     void paintImageShadow();
     void paintText(QPainter *painter);
     void paintTick();
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
 
     int tickSize;
     double tickInterval;

@@ -41,7 +41,7 @@ protected:
 
     void createImages();
     void paintImage();
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
 
     QString text;
     QColor colorText;

@@ -30,7 +30,7 @@ struct PanelGeometry
 PanelGeometry panelGeometry(QSize size, int widthPen, int roundness)
 {
     const double wp = widthPen;
-    PanelGeometry panel;
+    PanelGeometry panel{};
     panel.pen = wp;
     panel.outline = QRectF(wp * 0.5, wp * 0.5, size.width() - wp, size.height() - wp);
     panel.outerRadius = double(cornerRadius(size, widthPen, roundness));
@@ -163,8 +163,11 @@ void AeroStyle::setAeroProperty(QColor *newColor, QColor *newShadow)
         postUpdateRequest(owner);
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param, readability-make-member-function-const): the
+// public interface.
 void AeroStyle::paintBase(QPainter *painter, QColor color1, QColor color2, QColor colorOutline,
                           QRect rect)
+// NOLINTEND(performance-unnecessary-value-param, readability-make-member-function-const)
 {
     const PanelGeometry panel = panelGeometry(rect.size(), widthPen, roundness);
 

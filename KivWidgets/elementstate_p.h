@@ -29,7 +29,7 @@ enum ElementState : quint8 {
 /// The state as error lines print it: one number with the alarm state in the low byte.
 constexpr unsigned asWord(elemDesc_t state)
 {
-    return state.alarmSt + 256u * state.elemSt;
+    return state.alarmSt + 256U * state.elemSt;
 }
 
 } // namespace KivPrivate

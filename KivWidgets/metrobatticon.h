@@ -24,7 +24,7 @@ public:
     /// Sets the icon and rebuilds. Hides the base class's, which does not rebuild.
     void setIcon(const QIcon &icon);
 
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
     void createImages();
     void paintImage();
     /// Paints the icon over the finished battery.

@@ -32,8 +32,8 @@ MetroBattTemplate::MetroBattTemplate(QWidget *ownerWidget)
     if (initialized)
         return;
     for (std::size_t i = 0; i < std::size(pictureNames); ++i) {
-        background[i] =
-            new QPixmap(QStringLiteral(":/Images/batt_%1.png").arg(QLatin1String(pictureNames[i])));
+        const QLatin1String name(pictureNames[i]);
+        background[i] = new QPixmap(QStringLiteral(":/Images/batt_%1.png").arg(name));
     }
     initialized = true;
 }

@@ -67,7 +67,7 @@ ArcBox boxOfArc(int from, int to)
     const double end = radians(to);
     const auto [leftEnd, rightEnd] = std::minmax({std::cos(start), std::cos(end)});
     const auto [lowerEnd, upperEnd] = std::minmax({std::sin(start), std::sin(end)});
-    ArcBox box;
+    ArcBox box{};
     box.minX = sweeps(from, to, 180) ? -1.0 : leftEnd;
     box.maxX = sweeps(from, to, 0) ? 1.0 : rightEnd;
     box.minY = sweeps(from, to, 270) ? -1.0 : lowerEnd;
@@ -285,6 +285,7 @@ void MetroCirclerate::setCursor(const QColor &newCursor)
         repaintSchedule(&Image);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the public interface.
 int MetroCirclerate::val2angle(double v)
 {
     // Limits far from 0 can be equal, since a distance of 1.0 is lost there.

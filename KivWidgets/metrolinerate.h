@@ -44,7 +44,7 @@ protected:
     void paintImageBG();
     void paintImage();
     void paintImageFG();
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **layer);
     void createImages();
     void buildGraph(QImage &img);
 

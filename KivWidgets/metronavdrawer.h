@@ -58,7 +58,7 @@ public:
     void move(QPoint p);
 
     void mousePressEvent(QMouseEvent *event) override;
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
     void createImages();
     void paintEvent(QPaintEvent *event) override;
 

@@ -70,6 +70,7 @@ QPixmap ledOf(elemDesc_t state, SourcePlace place)
     if (state.elemSt == ElementUnknown || state.elemSt >= std::size(elementNames)) {
         QT_WARNING_PUSH
         QT_WARNING_DISABLE_GCC("-Wformat-nonliteral")
+        QT_WARNING_DISABLE_CLANG("-Wformat-nonliteral")
         writeErrorLine(place, look.elementMessage, asWord(state));
         QT_WARNING_POP
         return led(lost);

@@ -43,7 +43,7 @@ public:
 
     void createImages();
     void paintEvent(QPaintEvent *event) override;
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
     bool event(QEvent *event) override;
 
     void paintImage();

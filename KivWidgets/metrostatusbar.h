@@ -27,7 +27,7 @@ public:
     QPixmap getBackground() const;
     void setBackground(const QPixmap &picture);
 
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
     void createImages();
     void paintEvent(QPaintEvent *event) override;
 

@@ -81,7 +81,7 @@ void MetroSysIcon::paintBase(QPainter *painter)
 
     const qint64 w = qint64(iconSize().width()) + border;
     const qint64 h = qint64(iconSize().height()) + border;
-    const double radius = double(((std::min(w, h) / 2) * roundness) / 100);
+    const auto radius = double(((std::min(w, h) / 2) * roundness) / 100);
     QPainterPath plate;
     plate.addRoundedRect(QRectF(border / 2, border / 2, double(w), double(h)), radius, radius,
                          Qt::AbsoluteSize);

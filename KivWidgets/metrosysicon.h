@@ -39,7 +39,7 @@ public:
     void paintImage();
     /// Paints the icon over the finished plate.
     virtual void paintIcon(QPainter *painter);
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
     void createImages();
     void paintEvent(QPaintEvent *event) override;
 

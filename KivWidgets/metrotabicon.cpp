@@ -91,6 +91,7 @@ void MetroTabicon::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
+    // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): a clean widget has both images.
     showImage(this, isChecked() ? *imagePressed : *image);
 }
 

@@ -24,7 +24,7 @@ public:
     void createImages();
     void paintImages();
     void paintEvent(QPaintEvent *event) override;
-    void repaintSchedule(QImage **image);
+    void repaintSchedule(QImage **cached);
 
 protected:
     bool event(QEvent *event) override;

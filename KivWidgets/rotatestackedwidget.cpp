@@ -215,6 +215,7 @@ void RotateStackedWidget::paintEvent(QPaintEvent *event)
     painter.drawPixmap(QPointF(-(width() / 2), -(height() / 2)), picture);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a slot is found by its signature.
 void RotateStackedWidget::valChanged(QVariant)
 {
     repaint();

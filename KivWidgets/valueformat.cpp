@@ -93,6 +93,7 @@ QString formatValue(const QString &format, double value)
     const ParsedFormat parsed = parse(latin1);
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_GCC("-Wformat-nonliteral")
+    QT_WARNING_DISABLE_CLANG("-Wformat-nonliteral")
     switch (parsed.argument) {
     case Argument::None:
     case Argument::Integer:

@@ -22,8 +22,8 @@ struct Said
 class ChangeWatcher : public QObject
 {
 public:
-    /// Belongs to @p interface, which must be complete.
-    explicit ChangeWatcher(WidgetInterface *interface);
+    /// Belongs to @p watched, which must be complete.
+    explicit ChangeWatcher(WidgetInterface *watched);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

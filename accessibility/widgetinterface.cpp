@@ -192,7 +192,8 @@ QString WidgetInterface::name() const
 
 QString WidgetInterface::buddyName() const
 {
-    for (const auto &[labelling, relation] : relations(QAccessible::Label)) {
+    const auto labels = relations(QAccessible::Label);
+    for (const auto &[labelling, relation] : labels) {
         // Qt takes the title of a box for the name of all that is in it.
         if (labelling && labelling->object() != widget()->parentWidget())
             return labelling->text(QAccessible::Name);

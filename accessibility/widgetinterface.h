@@ -26,8 +26,8 @@ public:
     QAccessible::State state() const override;
 
     QStringList actionNames() const override;
-    void doAction(const QString &name) override;
-    QStringList keyBindingsForAction(const QString &name) const override;
+    void doAction(const QString &action) override;
+    QStringList keyBindingsForAction(const QString &action) const override;
 
     QWindow *window() const override;
     QAccessibleInterface *parent() const override;

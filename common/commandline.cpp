@@ -44,8 +44,8 @@ bool CommandLine::read(const QStringList &arguments, CommonOptions *options)
         return false;
     }
     if (!parser.positionalArguments().isEmpty()) {
-        options->refuse(
-            QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().first()));
+        options->refuse(QStringLiteral("unexpected argument '%1'")
+                            .arg(parser.positionalArguments().constFirst()));
         return false;
     }
     options->night = parser.isSet(night);

@@ -14,7 +14,7 @@ constexpr double lineWidth = 2;
 QPainterPath line(std::initializer_list<QPointF> points)
 {
     QPainterPath path(*points.begin());
-    for (auto point = points.begin() + 1; point != points.end(); ++point)
+    for (const auto *point = points.begin() + 1; point != points.end(); ++point)
         path.lineTo(*point);
     return path;
 }

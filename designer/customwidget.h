@@ -12,7 +12,7 @@ class CustomWidget : public QObject, public QDesignerCustomWidgetInterface
     Q_INTERFACES(QDesignerCustomWidgetInterface)
 
 public:
-    CustomWidget(const WidgetDescription &description, QObject *parent);
+    CustomWidget(const WidgetDescription &shown, QObject *parent);
 
     QString name() const override;
     QString group() const override;

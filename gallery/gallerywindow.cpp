@@ -120,7 +120,7 @@ GalleryWindow::GalleryWindow(QWidget *parent)
     connect(followTimer, &QTimer::timeout, this, &GalleryWindow::follow);
     followTimer->start(followInterval);
     setNightLook(false);
-    showWidget(widgetNames().first());
+    showWidget(widgetNames().constFirst());
 }
 
 GalleryWindow::~GalleryWindow()

@@ -35,7 +35,8 @@ std::vector<Sample<QPixmap>> libraryPictures()
 {
     std::vector<Sample<QPixmap>> pictures;
     const QDir directory(QStringLiteral(":/Images"));
-    for (const QString &file : directory.entryList(QDir::Files, QDir::Name))
+    const QStringList files = directory.entryList(QDir::Files, QDir::Name);
+    for (const QString &file : files)
         pictures.push_back({QFileInfo(file).baseName(), QPixmap(directory.filePath(file))});
     return pictures;
 }

@@ -442,7 +442,8 @@ protected:
     {
         const int number = numberOf(value);
         QStringList names;
-        for (QAction *action : button->menu()->actions()) {
+        const QList<QAction *> actions = button->menu()->actions();
+        for (QAction *action : actions) {
             action->setChecked(number & action->data().toInt());
             if (action->isChecked())
                 names.append(action->text());
@@ -455,7 +456,8 @@ protected:
 private:
     QAction *actionOf(int flag) const
     {
-        for (QAction *action : button->menu()->actions()) {
+        const QList<QAction *> actions = button->menu()->actions();
+        for (QAction *action : actions) {
             if (action->data().toInt() == flag)
                 return action;
         }

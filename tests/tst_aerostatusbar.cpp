@@ -105,7 +105,7 @@ void AeroStatusbarTest::looks()
 void AeroStatusbarTest::noFrame()
 {
     Stage<OpenStrip> strip(QSize(100, 40));
-    strip->setFrameStyle(QFrame::Box | QFrame::Raised);
+    strip->setFrameStyle(int(QFrame::Box) | QFrame::Raised);
     strip->setLineWidth(5);
     COMPARE_PICTURES(pictureOf(strip.widget), stripPicture(QSize(100, 40), GlassPanel()));
 }

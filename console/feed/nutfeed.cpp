@@ -67,7 +67,7 @@ NutFeed::NutFeed(const NutAddress &address, const NutTimes &wantedTimes, QObject
 
 NutFeed::~NutFeed()
 {
-    stop();
+    NutFeed::stop();
     socket.flush();
     socket.disconnect(this);
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+// One switch over what a character may stand in.
+// NOLINTNEXTLINE(readability-function-cognitive-complexity)
 std::optional<QVector<QByteArray>> splitNutLine(const QByteArray &line)
 {
     enum class Within { Nothing, Word, Quotes, Escape, AfterQuotes };

@@ -46,7 +46,7 @@ public:
 private:
     void takeLine(QByteArray line);
     void takeVariable(const QVector<QByteArray> &words);
-    void finish(State end, const QString &why = QString());
+    void finish(State end, const QString &reason = QString());
 
     QByteArray upsName;
     QByteArray partialLine;

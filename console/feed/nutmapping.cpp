@@ -105,8 +105,9 @@ QString plainText(QString text)
 
 QString firstText(const NutVariables &variables, const char *alternatives)
 {
-    for (const QString &variable : split(alternatives, '|')) {
-        const QString text = plainText(variables.value(variable));
+    const QStringList names = split(alternatives, '|');
+    for (const QString &variable : names) {
+        QString text = plainText(variables.value(variable));
         if (!text.isEmpty())
             return text;
     }
@@ -115,7 +116,8 @@ QString firstText(const NutVariables &variables, const char *alternatives)
 
 std::optional<double> firstNumber(const NutVariables &variables, const char *alternatives)
 {
-    for (const QString &alternative : split(alternatives, '|')) {
+    const QStringList names = split(alternatives, '|');
+    for (const QString &alternative : names) {
         const std::optional<double> literal = nutNumber(alternative);
         const std::optional<double> number =
             literal ? literal : nutNumber(variables.value(alternative));

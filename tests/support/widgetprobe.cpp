@@ -4,13 +4,13 @@
 #include <QtCore/QMetaMethod>
 #include <QtCore/QMetaProperty>
 
-static QStringList warnings;
+Q_GLOBAL_STATIC(QStringList, warnings)
 static QtMessageHandler testHandler = nullptr;
 
 static void recordWarning(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type != QtDebugMsg && type != QtInfoMsg)
-        warnings.append(text);
+        warnings->append(text);
     testHandler(type, context, text);
 }
 
@@ -25,14 +25,14 @@ QList<ErrorLine> WidgetTest::takeErrorLines()
 QStringList WidgetTest::takeWarnings()
 {
     QStringList taken;
-    taken.swap(warnings);
+    taken.swap(*warnings);
     return taken;
 }
 
 void WidgetTest::init()
 {
     testHandler = qInstallMessageHandler(recordWarning);
-    warnings.clear();
+    warnings->clear();
     capture = std::make_unique<ErrorCapture>();
 }
 
