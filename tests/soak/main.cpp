@@ -85,8 +85,8 @@ public:
         double most = 0.0;
         for (const Sample &taken : samples)
             most = std::max(most, taken.resident);
-        std::printf("heap in use, at least: %.0f KB in the second quarter, %.0f KB in the last\n",
-                    second, last);
+        std::printf("heap in use, the least of each quarter: %.0f, %.0f, %.0f, %.0f KB\n",
+                    leastHeap(0), second, leastHeap(2), last);
         std::printf("resident: %.0f KB at most, %.0f KB at the end\n", most,
                     samples.back().resident);
         std::printf("processor: %.2f s in %.1f s\n", cpuSeconds() - cpuBefore, seconds());
