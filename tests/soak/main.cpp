@@ -75,18 +75,18 @@ public:
     {
         samples.push_back({seconds(), residentKilobytes(), heapKilobytes()});
     }
-    /// Compares the calmest moment of the last quarter with that of the second, when everything has
-    /// been shown once.
+    /// Compares the calmest moments of the last two quarters: by then everything has been shown,
+    /// and the caches are full.
     /// @return the program's exit status.
     int judge(const QList<ErrorLine> &lines)
     {
-        const double second = leastHeap(1);
+        const double third = leastHeap(2);
         const double last = leastHeap(3);
         double most = 0.0;
         for (const Sample &taken : samples)
             most = std::max(most, taken.resident);
         std::printf("heap in use, the least of each quarter: %.0f, %.0f, %.0f, %.0f KB\n",
-                    leastHeap(0), second, leastHeap(2), last);
+                    leastHeap(0), leastHeap(1), third, last);
         std::printf("resident: %.0f KB at most, %.0f KB at the end\n", most,
                     samples.back().resident);
         std::printf("processor: %.2f s in %.1f s\n", cpuSeconds() - cpuBefore, seconds());
@@ -94,7 +94,7 @@ public:
         for (const ErrorLine &line : lines)
             std::printf("  %s %s: %s\n", qPrintable(line.file), qPrintable(line.function),
                         qPrintable(line.message));
-        const bool flat = last - second < allowedGrowth;
+        const bool flat = last - third < allowedGrowth;
         std::printf("%s\n", flat && lines.isEmpty() ? "flat and silent" : "NOT flat and silent");
         return flat && lines.isEmpty() ? 0 : 1;
     }
