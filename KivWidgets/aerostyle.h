@@ -56,7 +56,8 @@ public:
     void paintBase(QPainter *painter, QColor color1, QColor color2, QColor colorOutline,
                    QRect rect);
 
-    /// Deletes *@p image if there is one and marks the widget dirty, under the lock. Any thread.
+    /// Deletes *@p image if there is one and marks the widget dirty, under the lock. Any thread; a
+    /// paint of the same image does not take the lock, so the host must keep the two apart.
     void repaintSchedule(QImage **image);
 
 protected:

@@ -56,7 +56,8 @@ public:
     /// operating state, that is not in the table writes an error line and gives 0.
     int getColorIdx();
 
-    /// Deletes *@p image if there is one and marks the widget dirty, under the lock. Any thread.
+    /// Deletes *@p image if there is one and marks the widget dirty, under the lock. Any thread; a
+    /// paint of the same image does not take the lock, so the host must keep the two apart.
     void repaintSchedule(QImage **image);
 
 protected:
