@@ -21,8 +21,8 @@ AeroSwitch::AeroSwitch(QWidget *parent)
 
 AeroSwitch::~AeroSwitch()
 {
-    // Nothing is to be updated any more. clazy:exclude=skipped-base-method
-    AeroStyle::repaintSchedule(&imagePressed);
+    // Nothing is to be updated any more.
+    AeroStyle::repaintSchedule(&imagePressed); // clazy:exclude=skipped-base-method
 }
 
 QColor AeroSwitch::getHighlight() const

@@ -572,16 +572,16 @@ void SimpleSlideSwitchTest::disabledKnobFarWiderThanTheKnob()
 void SimpleSlideSwitchTest::switchedOffWithAMargin()
 {
     Stage<SimpleSlideSwitch> knob;
-    knob->setProperty("marginLeft", 4);
+    knob->setProperty("marginLeft", 20);
     knob->setChecked(true);
     Mouse::press(knob.widget, QPoint(60, 13));
-    Mouse::drag(knob.widget, QPoint(20, 13));
-    Mouse::release(knob.widget, QPoint(20, 13));
+    Mouse::drag(knob.widget, QPoint(30, 13));
+    Mouse::release(knob.widget, QPoint(30, 13));
     QVERIFY(!knob->isChecked());
     // The place kept is the knob's right edge.
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(knobSide + 4, 4));
+    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(knobSide + 20, 20));
     // The movement is over: a release alone toggles again.
-    Mouse::release(knob.widget, QPoint(20, 13));
+    Mouse::release(knob.widget, QPoint(30, 13));
     QVERIFY(knob->isChecked());
 }
 
