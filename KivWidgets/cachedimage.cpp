@@ -7,6 +7,17 @@
 
 namespace KivPrivate {
 
+namespace {
+
+/// By the image itself, since a painter leaves out what lies beyond its columns and rows.
+QImage *cleared(QImage *image)
+{
+    image->fill(Qt::transparent);
+    return image;
+}
+
+} // namespace
+
 void dropImage(QMutex &lock, bool &dirty, QImage **image)
 {
     const QMutexLocker locker(&lock);
@@ -40,12 +51,9 @@ void absorbUpdateRequests(QWidget *widget, const QEvent *event)
 }
 
 ImagePainter::ImagePainter(QImage *image, Edges edges)
-    : QPainter(image)
+    : QPainter(cleared(image))
 {
     setRenderHint(QPainter::Antialiasing, edges == Antialiased);
-    setCompositionMode(QPainter::CompositionMode_Source);
-    fillRect(image->rect(), Qt::transparent);
-    setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
 bool canStretch(QSizeF from, QSizeF to)
