@@ -141,7 +141,11 @@ def application():
     desktop.clear_cache()
     for i in range(desktop.get_child_count()):
         found = desktop.get_child_at_index(i)
-        if found and found.get_name() == "kivconsole":
+        if not found:
+            continue
+        # A name that was asked for while the program registered would stay empty.
+        found.clear_cache()
+        if found.get_name() == "kivconsole":
             return found
     return None
 
