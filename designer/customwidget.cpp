@@ -88,5 +88,5 @@ QString CustomWidget::domXml() const
         .arg(description.size.height())
         .arg(properties, QLatin1String(traits.contents),
              QLatin1String(widget->metaObject()->superClass()->className()),
-             QLatin1String(traits.specification));
+             QLatin1String(traits.hints));
 }

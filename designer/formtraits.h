@@ -6,9 +6,9 @@
 struct FormTraits
 {
     const char *className;
-    const char *use;           ///< how it is used, in a sentence or two
-    const char *contents;      ///< values and pages of a new one, as elements of a form's XML
-    const char *specification; ///< of the class's properties, as elements of a form's XML
+    const char *use;      ///< how it is used, in a sentence or two
+    const char *contents; ///< values and pages of a new one, as elements of a form's XML
+    const char *hints;    ///< how the editor treats properties, as elements of a form's XML
 };
 
 /// The traits of class @p className; empty ones for an unknown class.
