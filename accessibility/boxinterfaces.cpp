@@ -99,10 +99,10 @@ QAccessible::State DrawerInterface::state() const
     return state;
 }
 
-Said DrawerInterface::said() const
+Announcement DrawerInterface::announcement() const
 {
     const QAccessible::State now = state();
-    Said said = WidgetInterface::said();
+    Announcement said = WidgetInterface::announcement();
     said.state.expanded = now.expanded;
     said.state.collapsed = now.collapsed;
     return said;

@@ -36,7 +36,7 @@ public:
     explicit DrawerInterface(QWidget *widget);
 
     QAccessible::State state() const override;
-    Said said() const override;
+    Announcement announcement() const override;
 
 protected:
     QString label() const override;

@@ -69,9 +69,9 @@ QAccessible::State TabInterface::state() const
     return state;
 }
 
-Said TabInterface::said() const
+Announcement TabInterface::announcement() const
 {
-    Said now = ButtonInterface::said();
+    Announcement now = ButtonInterface::announcement();
     now.state.selected = state().selected;
     return now;
 }
@@ -99,9 +99,9 @@ QAccessible::State SlideSwitchInterface::state() const
     return state;
 }
 
-Said SlideSwitchInterface::said() const
+Announcement SlideSwitchInterface::announcement() const
 {
-    Said now = ButtonInterface::said();
+    Announcement now = ButtonInterface::announcement();
     now.state.checkStateMixed = state().checkStateMixed;
     return now;
 }

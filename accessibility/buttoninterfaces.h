@@ -35,7 +35,7 @@ public:
     explicit TabInterface(QWidget *widget);
 
     QAccessible::State state() const override;
-    Said said() const override;
+    Announcement announcement() const override;
 
 protected:
     QString status() const override;
@@ -49,7 +49,7 @@ public:
     explicit SlideSwitchInterface(QWidget *widget);
 
     QAccessible::State state() const override;
-    Said said() const override;
+    Announcement announcement() const override;
 
 protected:
     QString status() const override;

@@ -22,7 +22,7 @@ bool differ(std::optional<double> before, std::optional<double> now)
 
 ChangeWatcher::ChangeWatcher(WidgetInterface *watched)
     : interface(watched)
-    , last(watched->said())
+    , last(watched->announcement())
 {
     interface->object()->installEventFilter(this);
     // A stack whose page covers it is not painted for another page.
@@ -52,8 +52,8 @@ void ChangeWatcher::compare()
     if (!interface->isValid())
         return;
     QObject *widget = interface->object();
-    const Said before = last;
-    const Said now = interface->said();
+    const Announcement before = last;
+    const Announcement now = interface->announcement();
     last = now;
 
     QAccessible::State changed;

@@ -9,7 +9,7 @@
 class WidgetInterface;
 
 /// What a widget says that can change without a word from Qt.
-struct Said
+struct Announcement
 {
     QString label;               ///< a name that the widget itself shows
     QString status;              ///< what it shows in words
@@ -34,6 +34,6 @@ private:
     void compare();
 
     WidgetInterface *interface;
-    Said last;
+    Announcement last;
     bool waiting = false;
 };

@@ -61,7 +61,7 @@ QAccessible::State GaugeInterface::state() const
     return state;
 }
 
-Said GaugeInterface::said() const
+Announcement GaugeInterface::announcement() const
 {
     const Reading now = reading();
     return {now.label, now.text, now.value.toDouble(), QAccessible::State()};

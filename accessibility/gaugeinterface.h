@@ -10,7 +10,7 @@ public:
 
     void *interface_cast(QAccessible::InterfaceType type) override;
     QAccessible::State state() const override;
-    Said said() const override;
+    Announcement announcement() const override;
 
     QVariant currentValue() const override;
     /// Does nothing.

@@ -28,7 +28,7 @@ void WidgetInterface::watch()
     watcher = std::make_unique<ChangeWatcher>(this);
 }
 
-Said WidgetInterface::said() const
+Announcement WidgetInterface::announcement() const
 {
     return {QString(), status(), std::nullopt, QAccessible::State()};
 }

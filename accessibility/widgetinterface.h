@@ -20,7 +20,7 @@ public:
 
     /// Starts announcing changes. Not for constructors: it asks the complete interface.
     void watch();
-    virtual Said said() const;
+    virtual Announcement announcement() const;
 
     QString text(QAccessible::Text kind) const override;
     QAccessible::State state() const override;

@@ -12,14 +12,14 @@ CommandLine::CommandLine(const QString &programName, const QString &description,
     , help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help."))
     , version({QStringLiteral("v"), QStringLiteral("version")},
               QStringLiteral("Print the version."))
-    , night(QStringLiteral("night"), QStringLiteral("Begin with the night look, light on dark."))
+    , dark(QStringLiteral("dark"), QStringLiteral("Begin with the dark theme, light on dark."))
     , screenshot(
           QStringLiteral("screenshot"),
           QStringLiteral("Write a picture of %1 to DIR and end; needs no display.").arg(shown),
           QStringLiteral("DIR"))
 {
     parser.setApplicationDescription(description);
-    parser.addOptions({help, version, night, screenshot});
+    parser.addOptions({help, version, dark, screenshot});
 }
 
 void CommandLine::add(const QCommandLineOption &option)
@@ -48,7 +48,7 @@ bool CommandLine::read(const QStringList &arguments, CommonOptions *options)
                             .arg(parser.positionalArguments().constFirst()));
         return false;
     }
-    options->night = parser.isSet(night);
+    options->dark = parser.isSet(dark);
     if (parser.isSet(screenshot)) {
         options->task = CommonOptions::Task::TakeScreenshots;
         options->directory = parser.value(screenshot);

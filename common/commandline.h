@@ -12,9 +12,9 @@ struct CommonOptions
     void refuse(const QString &reason);
 
     Task task = Task::ShowWindow;
-    QString text;       ///< for PrintText the text, for Refuse the reason in one line
-    bool night = false; ///< begin with the night look
-    QString directory;  ///< where the screenshots go
+    QString text;      ///< for PrintText the text, for Refuse the reason in one line
+    bool dark = false; ///< begin with the dark theme
+    QString directory; ///< where the screenshots go
 };
 
 /// The command line of a program: the options that all have, and its own.
@@ -38,6 +38,6 @@ private:
     QCommandLineParser parser;
     QCommandLineOption help;
     QCommandLineOption version;
-    QCommandLineOption night;
+    QCommandLineOption dark;
     QCommandLineOption screenshot;
 };

@@ -1,7 +1,7 @@
 #include "program.h"
 
 #include "commandline.h"
-#include "look.h"
+#include "theme.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QIcon>
@@ -43,14 +43,14 @@ std::optional<int> Program::begin(const CommonOptions &options)
     return {};
 }
 
-void Program::dressApplication()
+void Program::styleApplication()
 {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     // The entry in the menu of the program's name, and its icon, are those of the windows, too.
     const QString name = QCoreApplication::applicationName();
     QGuiApplication::setDesktopFileName(name);
     QApplication::setWindowIcon(QIcon::fromTheme(name));
-    QApplication::setFont(Look::font(Look::Normal));
+    QApplication::setFont(Theme::font(Theme::Normal));
 }
 
 bool Program::makeDirectory(const QString &directory, QString *error)

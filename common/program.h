@@ -35,7 +35,7 @@ int refuse(const QString &reason, int status);
 std::optional<int> begin(const CommonOptions &options);
 
 /// Sets the style and the font of the application.
-void dressApplication();
+void styleApplication();
 
 bool makeDirectory(const QString &directory, QString *error);
 /// Writes what @p window shows to @p name.png in @p directory and prints the file's path.

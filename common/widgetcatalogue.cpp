@@ -144,7 +144,7 @@ QIcon iconOf(QWidget *widget)
 
 } // namespace
 
-void WidgetDescription::dress(QWidget *widget) const
+void WidgetDescription::populate(QWidget *widget) const
 {
     if (setState)
         setState(widget, inOrder);
@@ -157,7 +157,7 @@ QIcon WidgetDescription::drawIcon() const
     const std::unique_ptr<QWidget> widget(create(nullptr));
     // A long widget would shrink to a line.
     widget->resize(std::min(size.width(), size.height() * 5 / 2), size.height());
-    dress(widget.get());
+    populate(widget.get());
     return iconOf(widget.get());
 }
 

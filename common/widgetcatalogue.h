@@ -22,7 +22,7 @@ struct WidgetDescription
     };
 
     /// Brings a new widget into a state that shows what it is.
-    void dress(QWidget *widget) const;
+    void populate(QWidget *widget) const;
     /// The widget's own picture, shrunk into squares of the sizes that lists show.
     QIcon drawIcon() const;
 
@@ -33,7 +33,7 @@ struct WidgetDescription
     bool isContainer;    ///< whether other widgets are put into it
     QWidget *(*create)(QWidget *parent);
     Label label; ///< of a new one, if it has any
-    /// What dress() does after setting the state to that of an element in order.
+    /// What populate() does after setting the state to that of an element in order.
     void (*decorate)(QWidget *widget) = nullptr;
     /// For a widget whose look depends on an element's state.
     void (*setState)(QWidget *widget, elemDesc_t state) = nullptr;

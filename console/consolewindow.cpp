@@ -2,12 +2,12 @@
 
 #include "controlpage.h"
 #include "feed/upsfeed.h"
-#include "look.h"
 #include "overviewpage.h"
 #include "pictograms.h"
 #include "powerpage.h"
 #include "settingspage.h"
 #include "setup.h"
+#include "theme.h"
 
 #include <metronavdrawer.h>
 #include <metrostatusbar.h>
@@ -56,12 +56,12 @@ QPixmap tabFace(Pictogram picture, const QString &name, bool chosen)
     const QColor color = chosen ? QColor(Qt::white) : railText;
     if (chosen) {
         painter.fillRect(face.rect(), QColor(255, 255, 255, 26));
-        painter.fillRect(tabIconSide - 4, 0, 4, tabIconSide, Look::accent());
+        painter.fillRect(tabIconSide - 4, 0, 4, tabIconSide, Theme::accent());
     }
     painter.drawPixmap((tabIconSide - tabPictogramSide) / 2, 8,
                        pictogram(picture, tabPictogramSide, color));
     painter.setPen(color);
-    painter.setFont(Look::font(Look::Small, chosen));
+    painter.setFont(Theme::font(Theme::Small, chosen));
     painter.drawText(QRect(0, 60, tabIconSide, 16), Qt::AlignCenter, name);
     return face;
 }
@@ -129,16 +129,16 @@ void ConsoleWindow::makeStrip()
     strip->setAccessibleName(tr("UPS status"));
     strip->move(0, 0);
     strip->resize(windowSize.width(), stripHeight);
-    const auto lightLabel = [&](Look::TextSize size, bool bold) {
-        QLabel *label = Look::label(strip, size, bold);
+    const auto lightLabel = [&](Theme::TextSize size, bool bold) {
+        QLabel *label = Theme::label(strip, size, bold);
         QPalette palette = label->palette();
         palette.setColor(QPalette::WindowText, Qt::white);
         label->setPalette(palette);
         return label;
     };
-    upsName = lightLabel(Look::Large, true);
-    upsState = lightLabel(Look::Large, false);
-    simulatedMark = lightLabel(Look::Small, true);
+    upsName = lightLabel(Theme::Large, true);
+    upsState = lightLabel(Theme::Large, false);
+    simulatedMark = lightLabel(Theme::Small, true);
     simulatedMark->setText(tr("SIMULATED"));
     simulatedMark->setContentsMargins(8, 3, 8, 3);
     simulatedMark->setAutoFillBackground(true);
@@ -146,7 +146,7 @@ void ConsoleWindow::makeStrip()
     mark.setColor(QPalette::Window, QColor(247, 148, 50));
     mark.setColor(QPalette::WindowText, QColor(40, 22, 0));
     simulatedMark->setPalette(mark);
-    clock = lightLabel(Look::Large, false);
+    clock = lightLabel(Theme::Large, false);
 
     auto *layout = new QHBoxLayout(strip);
     layout->setContentsMargins(14, 0, 14, 0);
@@ -187,7 +187,7 @@ void ConsoleWindow::makeTabs()
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
     addTab(tr("Control"), Pictogram::Control, new ControlPage, batteryState);
     addTab(tr("Settings"), Pictogram::Settings, settings, noState);
-    connect(settings, &SettingsPage::nightLookChosen, this, &ConsoleWindow::setNightLook);
+    connect(settings, &SettingsPage::darkThemeChosen, this, &ConsoleWindow::setDarkTheme);
     connect(settings, &SettingsPage::pageAnimationChosen, this, &ConsoleWindow::setPageAnimation);
 }
 
@@ -234,13 +234,13 @@ void ConsoleWindow::makeDrawer()
         button->setObjectName(entry.name);
         button->setGeometry(x, (closedDrawer.height() - entrySide) / 2, entrySide, entrySide);
         x += entrySide + entryGap;
-        button->setFont(Look::font(Look::Small));
+        button->setFont(Theme::font(Theme::Small));
         QPalette palette = button->palette();
         palette.setColor(QPalette::ButtonText, Qt::white);
         palette.setColor(QPalette::Disabled, QPalette::ButtonText, railText.darker());
         button->setPalette(palette);
         QIcon icon(pictogram(entry.picture, entryIcon, Qt::white));
-        icon.addPixmap(pictogram(entry.picture, entryIcon, Look::accent()), QIcon::Active);
+        icon.addPixmap(pictogram(entry.picture, entryIcon, Theme::accent()), QIcon::Active);
         button->setIconSize(QSize(entryIcon, entryIcon));
         button->setIcon(icon);
         button->setText(entry.name);
@@ -303,15 +303,15 @@ void ConsoleWindow::showPage(int index)
     stack->setCurrentIndex(index);
 }
 
-void ConsoleWindow::chooseNightLook(bool night)
+void ConsoleWindow::chooseDarkTheme(bool dark)
 {
-    settings->showNightLook(night);
-    setNightLook(night);
+    settings->showDarkTheme(dark);
+    setDarkTheme(dark);
 }
 
-void ConsoleWindow::setNightLook(bool night)
+void ConsoleWindow::setDarkTheme(bool dark)
 {
-    QApplication::setPalette(Look::palette(night));
+    QApplication::setPalette(Theme::palette(dark));
 }
 
 void ConsoleWindow::setPageAnimation(bool animated)

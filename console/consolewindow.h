@@ -34,8 +34,8 @@ public:
     QStringList pageNames() const;
     void showPage(int index);
     /// Takes a look and shows the choice on the settings page.
-    void chooseNightLook(bool night);
-    void setNightLook(bool night);
+    void chooseDarkTheme(bool dark);
+    void setDarkTheme(bool dark);
     void setPageAnimation(bool animated);
 
 private:

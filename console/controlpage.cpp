@@ -1,8 +1,8 @@
 #include "controlpage.h"
 
-#include "look.h"
 #include "pictograms.h"
 #include "setup.h"
+#include "theme.h"
 
 #include <aerogroupbox.h>
 #include <aerolinebar.h>
@@ -31,9 +31,9 @@ constexpr int pushIcon = 36;
 constexpr int barHeight = 58;
 constexpr int stripHeight = 42;
 
-QLabel *glassLabel(QWidget *parent, Look::TextSize size, const QColor &color)
+QLabel *glassLabel(QWidget *parent, Theme::TextSize size, const QColor &color)
 {
-    QLabel *label = Look::label(parent, size);
+    QLabel *label = Theme::label(parent, size);
     QPalette palette = label->palette();
     palette.setColor(QPalette::WindowText, color);
     label->setPalette(palette);
@@ -55,7 +55,7 @@ void makeGlass(QWidget *widget, int roundness)
 ControlPage::ControlPage(QWidget *parent)
     : Page(parent)
 {
-    QVBoxLayout *layout = Look::pageLayout(this);
+    QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(makeBattery());
     layout->addWidget(makeSwitches(), 1);
     layout->addWidget(makeStrip());
@@ -64,7 +64,7 @@ ControlPage::ControlPage(QWidget *parent)
 AeroGroupbox *ControlPage::makeBox(const QString &title)
 {
     auto *box = new AeroGroupbox(this);
-    box->setFont(Look::font(Look::Normal));
+    box->setFont(Theme::font(Theme::Normal));
     setUp(box, {{"color", QColor(84, 100, 116, 70)},
                 {"shadow", QColor(52, 64, 76, 70)},
                 {"colorPen", QColor(92, 108, 124)},
@@ -81,7 +81,7 @@ QWidget *ControlPage::makeBattery()
     charge = new AeroLinebar(box);
     charge->setObjectName(QStringLiteral("charge"));
     charge->setAccessibleName(box->title());
-    charge->setFont(Look::font(Look::Large));
+    charge->setFont(Theme::font(Theme::Large));
     charge->setFixedHeight(barHeight);
     setUp(charge, {{"color", QColor(0, 174, 240)},
                    {"shadow", QColor(0, 108, 160)},
@@ -92,7 +92,7 @@ QWidget *ControlPage::makeBattery()
                    {"colorText", QColor(20, 26, 32)},
                    {"valuePosition", AeroLinebar::CenterVal},
                    {"valueFormat", QStringLiteral("%.0f %%")}});
-    chargeText = glassLabel(box, Look::Normal, faintColor);
+    chargeText = glassLabel(box, Theme::Normal, faintColor);
     chargeText->setAlignment(Qt::AlignRight);
     auto *layout = new QVBoxLayout(box);
     layout->setContentsMargins(18, 30, 18, 10);
@@ -119,8 +119,8 @@ QWidget *ControlPage::makeSwitches()
 
     auto *layout = new QGridLayout(box);
     layout->setContentsMargins(18, 30, 18, 14);
-    layout->setHorizontalSpacing(Look::margin);
-    layout->setVerticalSpacing(Look::spacing);
+    layout->setHorizontalSpacing(Theme::margin);
+    layout->setVerticalSpacing(Theme::spacing);
     constexpr int columns = 2;
     for (int i = 0; i < int(switches.size()); ++i)
         layout->addWidget(switches[i].control, i / columns, i % columns);
@@ -136,7 +136,7 @@ void ControlPage::addSwitch(QWidget *box, const QString &text, Command enter, Co
 {
     auto *control = new AeroSwitch(box);
     control->setObjectName(text);
-    control->setFont(Look::font(Look::Normal));
+    control->setFont(Theme::font(Theme::Normal));
     control->setFixedHeight(switchHeight);
     makeGlass(control, 40);
     setUp(control, {{"highlight", lit}});
@@ -151,14 +151,14 @@ void ControlPage::addPush(QWidget *box, Pictogram picture, const QString &text, 
     auto *control = new TranspButton(box);
     control->setObjectName(text);
     control->setFixedSize(pushSide + 20, pushSide);
-    control->setFont(Look::font(Look::Normal));
+    control->setFont(Theme::font(Theme::Normal));
     QPalette palette = control->palette();
     palette.setColor(QPalette::ButtonText, textColor);
     palette.setColor(QPalette::Disabled, QPalette::ButtonText, faintColor);
     control->setPalette(palette);
     QIcon icon;
     icon.addPixmap(pictogram(picture, pushIcon, textColor), QIcon::Normal);
-    icon.addPixmap(pictogram(picture, pushIcon, Look::accent()), QIcon::Active);
+    icon.addPixmap(pictogram(picture, pushIcon, Theme::accent()), QIcon::Active);
     icon.addPixmap(pictogram(picture, pushIcon, faintColor), QIcon::Disabled);
     control->setIconSize(QSize(pushIcon, pushIcon));
     control->setIcon(icon);
@@ -174,8 +174,8 @@ QWidget *ControlPage::makeStrip()
     strip->setAccessibleName(tr("Status"));
     strip->setFixedHeight(stripHeight);
     makeGlass(strip, 40);
-    linkText = glassLabel(strip, Look::Normal, textColor);
-    statusText = glassLabel(strip, Look::Normal, textColor);
+    linkText = glassLabel(strip, Theme::Normal, textColor);
+    statusText = glassLabel(strip, Theme::Normal, textColor);
     auto *layout = new QHBoxLayout(strip);
     layout->setContentsMargins(18, 0, 18, 0);
     layout->addWidget(linkText);
@@ -190,7 +190,7 @@ void ControlPage::showSnapshot(const Snapshot &snapshot)
     const std::optional<double> seconds = snapshot.value(Quantity::BatteryRuntime);
     const QString timeLeft =
         seconds ? tr("%1 min left").arg(*seconds / 60.0, 0, 'f', 0) : tr("time left unknown");
-    chargeText->setText(textOf(snapshot, Quantity::BatteryVoltage, 1) + Look::separator() +
+    chargeText->setText(textOf(snapshot, Quantity::BatteryVoltage, 1) + Theme::separator() +
                         timeLeft);
     for (const StateSwitch &entry : switches) {
         if (entry.holds(snapshot))
@@ -200,7 +200,7 @@ void ControlPage::showSnapshot(const Snapshot &snapshot)
     }
     linkText->setText(snapshot.isLost() ? tr("Link lost") : tr("Link in order"));
     statusText->setText(snapshot.isLost() ? sentence(snapshot.reason)
-                                          : snapshot.status.join(Look::separator()));
+                                          : snapshot.status.join(Theme::separator()));
 }
 
 void ControlPage::showCharge(std::optional<double> percent)

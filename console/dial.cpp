@@ -1,7 +1,7 @@
 #include "dial.h"
 
-#include "look.h"
 #include "setup.h"
+#include "theme.h"
 
 #include <metrocirclerate.h>
 
@@ -40,7 +40,7 @@ Dial::Dial(QWidget *parent, Quantity shownQuantity, const QString &label, double
 {
     place->setFixedSize(roomSize);
     circle->setObjectName(label);
-    circle->setFont(Look::font(Look::Large, true));
+    circle->setFont(Theme::font(Theme::Large, true));
     setUp(circle, {{"radius", dialRadius},
                    {"minAngle", startAngle},
                    {"arcSize", span},
@@ -71,7 +71,7 @@ void Dial::showSnapshot(const Snapshot &snapshot)
                                : QStringLiteral("%.0f ") + unitOf(quantity);
     setUp(circle, {{"formatStr", format},
                    {"value", *measure.value},
-                   {"cursor", outsideLimits(measure) ? outOfLimits : Look::accent()}});
+                   {"cursor", outsideLimits(measure) ? outOfLimits : Theme::accent()}});
 }
 
 void Dial::setScale(double minimum, double maximum)

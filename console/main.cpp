@@ -25,7 +25,7 @@ int main(int argc, char **argv)
         return *status;
 
     QApplication application(argc, argv);
-    Program::dressApplication();
+    Program::styleApplication();
 
     std::unique_ptr<UpsFeed> feed;
     if (address)
@@ -34,7 +34,7 @@ int main(int argc, char **argv)
         feed = std::make_unique<SimulatorFeed>(options.speed);
 
     ConsoleWindow window;
-    window.chooseNightLook(options.night);
+    window.chooseDarkTheme(options.dark);
     window.setFeed(feed.get());
     if (options.task == Options::Task::TakeScreenshots) {
         QString error;

@@ -1,8 +1,8 @@
 #include "overviewpage.h"
 
-#include "look.h"
 #include "pictograms.h"
 #include "setup.h"
+#include "theme.h"
 
 #include <aerobutton.h>
 #include <metrobatticon.h>
@@ -48,7 +48,7 @@ QString runtimeText(const Snapshot &snapshot)
 OverviewPage::OverviewPage(QWidget *parent)
     : Page(parent)
 {
-    QVBoxLayout *layout = Look::pageLayout(this);
+    QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(makeSummary());
     layout->addWidget(makeTiles());
     layout->addWidget(makeDials(), 1);
@@ -70,9 +70,9 @@ QWidget *OverviewPage::makeSummary()
     battery->setAccessibleName(nameOf(Element::Battery));
     battery->setFixedSize(battery->size());
 
-    stateText = Look::label(card, Look::Huge, true);
-    detailText = Look::label(card, Look::Normal);
-    alarmText = Look::label(card, Look::Normal, true);
+    stateText = Theme::label(card, Theme::Huge, true);
+    detailText = Theme::label(card, Theme::Normal);
+    alarmText = Theme::label(card, Theme::Normal, true);
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(4);
@@ -82,8 +82,8 @@ QWidget *OverviewPage::makeSummary()
     texts->addWidget(detailText);
     texts->addStretch();
     auto *layout = new QHBoxLayout(card);
-    layout->setContentsMargins(Look::margin, 8, Look::margin, 8);
-    layout->setSpacing(Look::margin);
+    layout->setContentsMargins(Theme::margin, 8, Theme::margin, 8);
+    layout->setSpacing(Theme::margin);
     layout->addWidget(system);
     layout->addWidget(battery);
     layout->addLayout(texts, 1);
@@ -95,18 +95,18 @@ QWidget *OverviewPage::makeTiles()
     auto *row = new QWidget(this);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(Look::spacing);
+    layout->setSpacing(Theme::spacing);
     const QPixmap face = tileFace();
     for (int i = 0; i < elementCount; ++i) {
         auto *tile = new MetroShelter(row);
         tile->setObjectName(nameOf(Element(i)));
         tile->setMinimumHeight(tileHeight);
-        tile->setFont(Look::font(Look::Normal, true));
+        tile->setFont(Theme::font(Theme::Normal, true));
         setUp(tile, {{"ImageBackground", face}, {"xLabel", 12}});
         tile->setText(nameOf(Element(i)));
         tiles[i] = tile;
 
-        tileTexts[i] = Look::label(row, Look::Small);
+        tileTexts[i] = Theme::label(row, Theme::Small);
         tileTexts[i]->setAlignment(Qt::AlignHCenter);
         auto *column = new QVBoxLayout;
         column->setSpacing(4);
@@ -125,7 +125,7 @@ QWidget *OverviewPage::makeDials()
     dials.emplace_back(card, Quantity::InputVoltage, tr("Input"), 160, 280);
     dials.emplace_back(card, Quantity::OutputVoltage, tr("Output"), 160, 280);
     auto *layout = new QHBoxLayout(card);
-    layout->setContentsMargins(Look::margin, 4, Look::margin, 4);
+    layout->setContentsMargins(Theme::margin, 4, Theme::margin, 4);
     for (const Dial &dial : dials) {
         layout->addStretch();
         layout->addWidget(dial.room());
@@ -139,7 +139,7 @@ QWidget *OverviewPage::makeActions()
     auto *row = new QWidget(this);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(Look::spacing);
+    layout->setSpacing(Theme::spacing);
     addAction(tr("Run on battery"), Command::ForceBattery);
     addAction(tr("Bypass"), Command::GoToBypass);
     addAction(tr("Return to mains"), Command::ReturnToMains);
@@ -152,7 +152,7 @@ QWidget *OverviewPage::makeActions()
 void OverviewPage::addAction(const QString &text, Command command)
 {
     auto *button = new AeroButton(this);
-    button->setFont(Look::font(Look::Normal));
+    button->setFont(Theme::font(Theme::Normal));
     button->setFixedHeight(actionHeight);
     setUp(button, {{"color", QColor(96, 106, 116)},
                    {"shadow", QColor(34, 40, 46)},
@@ -175,8 +175,8 @@ void OverviewPage::showSnapshot(const Snapshot &snapshot)
     const QString runtime = runtimeText(snapshot);
     if (!runtime.isEmpty())
         details.append(runtime);
-    detailText->setText(details.join(Look::separator()));
-    alarmText->setText(snapshot.alarms.join(Look::separator()));
+    detailText->setText(details.join(Theme::separator()));
+    alarmText->setText(snapshot.alarms.join(Theme::separator()));
     alarmText->setVisible(!snapshot.alarms.isEmpty());
     for (int i = 0; i < elementCount; ++i) {
         const ElementState state = snapshot.element(Element(i));

@@ -1,7 +1,7 @@
 #include "powerpage.h"
 
-#include "look.h"
 #include "setup.h"
+#include "theme.h"
 
 #include <metrolinerate.h>
 #include <metroxbar.h>
@@ -33,7 +33,7 @@ int asInt(double number)
 PowerPage::PowerPage(QWidget *parent)
     : Page(parent)
 {
-    QVBoxLayout *layout = Look::pageLayout(this);
+    QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(makeBars());
     layout->addWidget(makeNumbers(), 1);
 }
@@ -43,9 +43,9 @@ QWidget *PowerPage::makeBars()
     auto *card = new Card(this);
     card->setAlwaysLight(true);
     auto *grid = new QGridLayout(card);
-    grid->setContentsMargins(Look::margin, Look::margin, Look::margin, Look::margin);
-    grid->setHorizontalSpacing(Look::margin);
-    grid->setVerticalSpacing(Look::margin);
+    grid->setContentsMargins(Theme::margin, Theme::margin, Theme::margin, Theme::margin);
+    grid->setHorizontalSpacing(Theme::margin);
+    grid->setVerticalSpacing(Theme::margin);
     grid->setColumnMinimumWidth(0, nameWidth);
     grid->setColumnStretch(1, 1);
 
@@ -73,12 +73,12 @@ QLabel *PowerPage::addRow(QGridLayout *grid, int row, Quantity quantity, QWidget
         return label;
     };
     QWidget *card = grid->parentWidget();
-    grid->addWidget(makeBlack(Look::label(card, Look::Large, false, nameOf(quantity))), row, 0);
+    grid->addWidget(makeBlack(Theme::label(card, Theme::Large, false, nameOf(quantity))), row, 0);
     bar->setAccessibleName(nameOf(quantity));
-    bar->setFont(Look::font(Look::Large, true));
+    bar->setFont(Theme::font(Theme::Large, true));
     bar->setFixedHeight(barHeight);
     grid->addWidget(bar, row, 1);
-    QLabel *noData = makeBlack(Look::label(card, Look::Large, false, tr("no data")));
+    QLabel *noData = makeBlack(Theme::label(card, Theme::Large, false, tr("no data")));
     noData->setFixedHeight(barHeight);
     grid->addWidget(noData, row, 1);
     return noData;
@@ -88,8 +88,8 @@ QWidget *PowerPage::makeNumbers()
 {
     auto *card = new Card(this);
     auto *grid = new QGridLayout(card);
-    grid->setContentsMargins(Look::margin, Look::margin, Look::margin, Look::margin);
-    grid->setHorizontalSpacing(Look::margin);
+    grid->setContentsMargins(Theme::margin, Theme::margin, Theme::margin, Theme::margin);
+    grid->setHorizontalSpacing(Theme::margin);
     const struct
     {
         Quantity quantity;
@@ -103,9 +103,9 @@ QWidget *PowerPage::makeNumbers()
     for (const auto &[quantity, decimals] : shown) {
         auto *cell = new QVBoxLayout;
         cell->setSpacing(2);
-        QLabel *name = Look::label(card, Look::Normal, false, nameOf(quantity));
+        QLabel *name = Theme::label(card, Theme::Normal, false, nameOf(quantity));
         name->setForegroundRole(QPalette::Mid);
-        QLabel *text = Look::label(card, Look::Huge, true);
+        QLabel *text = Theme::label(card, Theme::Huge, true);
         cell->addStretch();
         cell->addWidget(name);
         cell->addWidget(text);

@@ -1,7 +1,7 @@
 #include "settingspage.h"
 
-#include "look.h"
 #include "setup.h"
+#include "theme.h"
 
 #include <simpleslideswitch.h>
 #include <slideswitch.h>
@@ -55,7 +55,7 @@ QString mainSwitchText(const Snapshot &snapshot)
 SettingsPage::SettingsPage(QWidget *parent)
     : Page(parent)
 {
-    QVBoxLayout *layout = Look::pageLayout(this);
+    QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(makeMainSwitch());
     layout->addWidget(makeSettings(), 1);
 }
@@ -69,13 +69,13 @@ QWidget *SettingsPage::makeMainSwitch()
     mainSwitch->setFixedSize(mainSwitch->size());
     connect(mainSwitch, &SlideSwitch::clicked, this,
             [this](bool on) { give(on ? Command::SwitchOn : Command::SwitchOff); });
-    mainText = Look::label(card, Look::Normal);
+    mainText = Theme::label(card, Theme::Normal);
     mainText->setForegroundRole(QPalette::Mid);
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(4);
     texts->addStretch();
-    texts->addWidget(Look::label(card, Look::Huge, true, tr("UPS")));
+    texts->addWidget(Theme::label(card, Theme::Huge, true, tr("UPS")));
     texts->addWidget(mainText);
     texts->addStretch();
     auto *layout = new QHBoxLayout(card);
@@ -89,13 +89,13 @@ QWidget *SettingsPage::makeSettings()
 {
     auto *card = new Card(this);
     auto *rows = new QVBoxLayout(card);
-    rows->setContentsMargins(20, Look::margin, 20, Look::margin);
+    rows->setContentsMargins(20, Theme::margin, 20, Theme::margin);
     beeper = addSetting(rows, tr("Beeper"), tr("The UPS sounds its alarms"));
-    nightLook = addSetting(rows, tr("Night look"), tr("Light on dark, for a dim room"));
+    darkTheme = addSetting(rows, tr("Dark theme"), tr("Light on dark, for a dim room"));
     pageAnimation = addSetting(rows, tr("Page animation"), tr("Pages turn like cards"));
     connect(beeper, &SimpleSlideSwitch::toggled, this,
             [this](bool on) { give(on ? Command::BeeperOn : Command::BeeperOff); });
-    connect(nightLook, &SimpleSlideSwitch::toggled, this, &SettingsPage::nightLookChosen);
+    connect(darkTheme, &SimpleSlideSwitch::toggled, this, &SettingsPage::darkThemeChosen);
     connect(pageAnimation, &SimpleSlideSwitch::toggled, this, &SettingsPage::pageAnimationChosen);
     return card;
 }
@@ -108,12 +108,12 @@ SimpleSlideSwitch *SettingsPage::addSetting(QVBoxLayout *rows, const QString &na
     control->setObjectName(name);
     control->setAccessibleName(name);
     control->setAccessibleDescription(detail);
-    QLabel *detailText = Look::label(card, Look::Normal, false, detail);
+    QLabel *detailText = Theme::label(card, Theme::Normal, false, detail);
     detailText->setForegroundRole(QPalette::Mid);
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
     texts->addStretch();
-    texts->addWidget(Look::label(card, Look::Large, false, name));
+    texts->addWidget(Theme::label(card, Theme::Large, false, name));
     texts->addWidget(detailText);
     texts->addStretch();
     auto *row = new QHBoxLayout;
@@ -139,10 +139,10 @@ void SettingsPage::showSnapshot(const Snapshot &snapshot)
     enableControls();
 }
 
-void SettingsPage::showNightLook(bool night)
+void SettingsPage::showDarkTheme(bool dark)
 {
-    const QSignalBlocker silent(nightLook);
-    nightLook->setChecked(night);
+    const QSignalBlocker silent(darkTheme);
+    darkTheme->setChecked(dark);
 }
 
 void SettingsPage::offerCommands()

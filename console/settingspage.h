@@ -16,11 +16,11 @@ public:
     explicit SettingsPage(QWidget *parent = nullptr);
 
     void showSnapshot(const Snapshot &snapshot) override;
-    /// Sets the switch of the night look without choosing it.
-    void showNightLook(bool night);
+    /// Sets the switch of the dark theme without choosing it.
+    void showDarkTheme(bool dark);
 
 Q_SIGNALS:
-    void nightLookChosen(bool night);
+    void darkThemeChosen(bool dark);
     void pageAnimationChosen(bool animated);
 
 protected:
@@ -35,7 +35,7 @@ private:
     SlideSwitch *mainSwitch;
     QLabel *mainText;
     SimpleSlideSwitch *beeper;
-    SimpleSlideSwitch *nightLook;
+    SimpleSlideSwitch *darkTheme;
     SimpleSlideSwitch *pageAnimation;
     bool linked = false;
     bool beeperKnown = false;

@@ -1,11 +1,11 @@
 #include "gallerywindow.h"
 
 #include "elementstate.h"
-#include "look.h"
 #include "pictograms.h"
 #include "propertybounds.h"
 #include "propertyeditor.h"
 #include "scenes.h"
+#include "theme.h"
 #include "valueeditor.h"
 #include "widgetcatalogue.h"
 #include "widgetlist.h"
@@ -79,21 +79,21 @@ GalleryWindow::GalleryWindow(QWidget *parent)
     : QWidget(parent)
     , list(new WidgetList)
     , darkBox(new QCheckBox(tr("Dark ground")))
-    , nightBox(new QCheckBox(tr("Night look")))
+    , darkThemeBox(new QCheckBox(tr("Dark theme")))
     , properties(new PropertyEditor)
     , followTimer(new QTimer(this))
     , monitor([this](const QString &text) { report(text); })
 {
     setWindowTitle(tr("KivWidgets gallery"));
-    setWindowIcon(pictogram(Pictogram::Overview, 64, Look::accent()));
+    setWindowIcon(pictogram(Pictogram::Overview, 64, Theme::accent()));
     setMinimumSize(smallestSize);
 
     auto *side = new Card;
-    side->setFont(Look::font(Look::Small));
+    side->setFont(Theme::font(Theme::Small));
     auto *sideLayout = new QVBoxLayout(side);
     sideLayout->addWidget(list);
     sideLayout->addWidget(darkBox);
-    sideLayout->addWidget(nightBox);
+    sideLayout->addWidget(darkThemeBox);
     side->setMinimumWidth(listWidth);
     auto *propertiesCard = new Card;
     auto *propertiesLayout = new QVBoxLayout(propertiesCard);
@@ -103,23 +103,23 @@ GalleryWindow::GalleryWindow(QWidget *parent)
 
     auto *splitter = new QSplitter;
     splitter->setChildrenCollapsible(false);
-    splitter->setHandleWidth(Look::spacing);
+    splitter->setHandleWidth(Theme::spacing);
     splitter->addWidget(side);
     splitter->addWidget(makeCentre());
     splitter->addWidget(propertiesCard);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({listWidth, 1, propertiesWidth});
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Look::margin, Look::margin, Look::margin, Look::margin);
+    layout->setContentsMargins(Theme::margin, Theme::margin, Theme::margin, Theme::margin);
     layout->addWidget(splitter);
 
     connect(list, &WidgetList::chosen, this, &GalleryWindow::showWidget);
     connect(darkBox, &QCheckBox::toggled, stage, &WidgetStage::setDark);
-    connect(nightBox, &QCheckBox::toggled, this, &GalleryWindow::setNightLook);
+    connect(darkThemeBox, &QCheckBox::toggled, this, &GalleryWindow::setDarkTheme);
     connect(stage, &WidgetStage::placed, this, &GalleryWindow::follow);
     connect(followTimer, &QTimer::timeout, this, &GalleryWindow::follow);
     followTimer->start(followInterval);
-    setNightLook(false);
+    setDarkTheme(false);
     showWidget(widgetNames().constFirst());
 }
 
@@ -160,10 +160,10 @@ void GalleryWindow::showWidget(const QString &name)
     follow();
 }
 
-void GalleryWindow::setNightLook(bool night)
+void GalleryWindow::setDarkTheme(bool dark)
 {
-    QPalette palette = Look::palette(night);
-    palette.setColor(QPalette::Highlight, night ? QColor(0, 82, 116) : QColor(196, 235, 250));
+    QPalette palette = Theme::palette(dark);
+    palette.setColor(QPalette::Highlight, dark ? QColor(0, 82, 116) : QColor(196, 235, 250));
     palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
     palette.setColor(QPalette::PlaceholderText, palette.color(QPalette::Mid));
     palette.setColor(QPalette::Disabled, QPalette::ButtonText, palette.color(QPalette::Mid));
@@ -172,22 +172,22 @@ void GalleryWindow::setNightLook(bool night)
     faint.setColor(QPalette::WindowText, palette.color(QPalette::Mid));
     subtitle->setPalette(faint);
     signalLine->setPalette(faint);
-    showSilently(nightBox, night);
-    darkBox->setChecked(night);
+    showSilently(darkThemeBox, dark);
+    darkBox->setChecked(dark);
 }
 
 QWidget *GalleryWindow::makeCentre()
 {
-    title = Look::label(nullptr, Look::Large, true);
+    title = Theme::label(nullptr, Theme::Large, true);
     title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    subtitle = Look::label(nullptr, Look::Normal);
+    subtitle = Theme::label(nullptr, Theme::Normal);
     subtitle->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     stage = new WidgetStage;
-    signalLine = Look::label(nullptr, Look::Small);
+    signalLine = Theme::label(nullptr, Theme::Small);
     signalLine->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 
     auto *anew = new QPushButton(tr("Start anew"));
-    anew->setFont(Look::font(Look::Small));
+    anew->setFont(Theme::font(Theme::Small));
     anew->setToolTip(tr("Replaces the widget by a new one"));
     connect(anew, &QPushButton::clicked, this,
             [this] { showWidget(QString::fromLatin1(shown->className)); });
@@ -195,7 +195,7 @@ QWidget *GalleryWindow::makeCentre()
     auto *centre = new QWidget;
     auto *layout = new QVBoxLayout(centre);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(Look::spacing);
+    layout->setSpacing(Theme::spacing);
     auto *head = new QGridLayout;
     head->setVerticalSpacing(2);
     head->addWidget(title, 0, 0);
@@ -217,10 +217,10 @@ QWidget *GalleryWindow::makeSizeBar()
     naturalButton = new QPushButton(tr("Natural size"));
 
     auto *bar = new QWidget;
-    bar->setFont(Look::font(Look::Small));
+    bar->setFont(Theme::font(Theme::Small));
     auto *layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(Look::spacing / 2);
+    layout->setSpacing(Theme::spacing / 2);
     layout->addWidget(enabledBox);
     layout->addStretch();
     layout->addWidget(widthBox);
@@ -304,6 +304,6 @@ void GalleryWindow::report(const QString &text)
         recentSignals.removeLast();
     ++signalCount;
     signalLine->setText(QStringLiteral("%1%2%3").arg(
-        tr("Signal %1:  ").arg(signalCount), recentSignals.join(Look::separator()),
+        tr("Signal %1:  ").arg(signalCount), recentSignals.join(Theme::separator()),
         signalCount > signalsKept ? QStringLiteral(" …") : QString()));
 }

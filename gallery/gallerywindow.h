@@ -33,7 +33,7 @@ public:
     /// Puts a new widget of class @p name on the stage; an unknown name changes nothing.
     void showWidget(const QString &name);
     /// Light on dark, for the window and the stage.
-    void setNightLook(bool night);
+    void setDarkTheme(bool dark);
     /// Brings the controls to what the widget is now; done by itself every moment.
     void follow();
 
@@ -48,7 +48,7 @@ private:
     QLabel *subtitle;
     QCheckBox *enabledBox;
     QCheckBox *darkBox;
-    QCheckBox *nightBox;
+    QCheckBox *darkThemeBox;
     QSpinBox *widthBox;
     QSpinBox *heightBox;
     QPushButton *naturalButton;

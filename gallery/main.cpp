@@ -13,11 +13,11 @@ int main(int argc, char **argv)
         return *status;
 
     QApplication application(argc, argv);
-    Program::dressApplication();
+    Program::styleApplication();
 
     GalleryWindow window;
     window.resize(options.size);
-    window.setNightLook(options.night);
+    window.setDarkTheme(options.dark);
     if (options.task == GalleryOptions::Task::TakeScreenshots) {
         QString error;
         return takeGalleryScreenshots(window, options, &error)

@@ -1,9 +1,9 @@
 #include "propertyeditor.h"
 
 #include "hostsetters.h"
-#include "look.h"
 #include "propertybounds.h"
 #include "slimscrollbars.h"
+#include "theme.h"
 #include "valueeditor.h"
 
 #include <QtCore/QMetaProperty>
@@ -110,7 +110,7 @@ void PropertyEditor::clear()
     setWidget(new QWidget);
     widget()->setAutoFillBackground(false);
     grid = new QGridLayout(widget());
-    grid->setContentsMargins(Look::margin, 0, Look::margin, Look::margin);
+    grid->setContentsMargins(Theme::margin, 0, Theme::margin, Theme::margin);
     grid->setHorizontalSpacing(8);
     grid->setVerticalSpacing(5);
     grid->setColumnMinimumWidth(0, nameColumnWidth);
@@ -119,19 +119,19 @@ void PropertyEditor::clear()
 
 void PropertyEditor::addHeading(const QString &title)
 {
-    QLabel *heading = Look::label(widget(), Look::Normal, true, title);
-    heading->setContentsMargins(0, Look::spacing, 0, 2);
+    QLabel *heading = Theme::label(widget(), Theme::Normal, true, title);
+    heading->setContentsMargins(0, Theme::spacing, 0, 2);
     grid->addWidget(heading, grid->rowCount(), 0, 1, 2);
 }
 
 void PropertyEditor::addRow(Row row, const QString &toolTip)
 {
     const int place = grid->rowCount();
-    row.label = Look::label(widget(), Look::Small, false, row.name);
+    row.label = Theme::label(widget(), Theme::Small, false, row.name);
     row.label->setToolTip(toolTip);
     row.field->setParent(widget());
     row.field->setObjectName(row.name);
-    row.field->setFont(Look::font(Look::Small));
+    row.field->setFont(Theme::font(Theme::Small));
     row.label->setEnabled(row.editor);
     grid->addWidget(row.label, place, 0);
     grid->addWidget(row.field, place, 1);

@@ -1,7 +1,7 @@
 #include "samples.h"
 
-#include "look.h"
 #include "pictograms.h"
+#include "theme.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QPainter>
@@ -14,8 +14,8 @@ constexpr int iconSide = 32;
 QIcon drawnIcon(Pictogram which)
 {
     QIcon icon(pictogram(which, iconSide, QColor(110, 122, 133)));
-    icon.addPixmap(pictogram(which, iconSide, Look::accent()), QIcon::Active);
-    icon.addPixmap(pictogram(which, iconSide, Look::accent()), QIcon::Normal, QIcon::On);
+    icon.addPixmap(pictogram(which, iconSide, Theme::accent()), QIcon::Active);
+    icon.addPixmap(pictogram(which, iconSide, Theme::accent()), QIcon::Normal, QIcon::On);
     icon.addPixmap(pictogram(which, iconSide, QColor(170, 176, 182)), QIcon::Disabled);
     return icon;
 }

@@ -1,9 +1,9 @@
 #include "scenes.h"
 
 #include "elementstate.h"
-#include "look.h"
 #include "pictograms.h"
 #include "samples.h"
+#include "theme.h"
 #include "widgetcatalogue.h"
 
 #include <aerobutton.h>
@@ -36,7 +36,7 @@ constexpr int drawerEntryGap = 5;
 
 QLabel *whiteLabel(const QString &text, bool bold = false)
 {
-    QLabel *label = Look::label(nullptr, Look::Normal, bold, text);
+    QLabel *label = Theme::label(nullptr, Theme::Normal, bold, text);
     QPalette palette = label->palette();
     palette.setColor(QPalette::WindowText, Qt::white);
     label->setPalette(palette);
@@ -59,7 +59,7 @@ void arrangeSwitch(QWidget *widget)
 {
     auto *control = static_cast<AeroSwitch *>(widget);
     dressAsGlass(control);
-    control->setHighlight(Look::accent());
+    control->setHighlight(Theme::accent());
     control->setChecked(true);
 }
 
@@ -90,7 +90,7 @@ void arrangeGroup(QWidget *widget)
     layout->addStretch();
     layout->addLayout(row);
     layout->addStretch();
-    row->setContentsMargins(Look::margin, Look::margin, Look::margin, 0);
+    row->setContentsMargins(Theme::margin, Theme::margin, Theme::margin, 0);
     row->addWidget(whiteLabel(QStringLiteral("Beeper")));
     row->addStretch();
     row->addWidget(new SimpleSlideSwitch);
@@ -99,7 +99,7 @@ void arrangeGroup(QWidget *widget)
 void arrangeLinebar(QWidget *widget)
 {
     auto *bar = static_cast<AeroLinebar *>(widget);
-    bar->setColor(Look::accent());
+    bar->setColor(Theme::accent());
     bar->setShadow(deepBlue);
     bar->setColorText(Qt::white);
     bar->setValuePosition(AeroLinebar::leftVal);
@@ -122,7 +122,7 @@ void arrangeTab(QWidget *widget)
 void arrangeTopStrip(QWidget *widget)
 {
     auto *layout = new QHBoxLayout(widget);
-    layout->setContentsMargins(Look::margin, 0, Look::margin, 0);
+    layout->setContentsMargins(Theme::margin, 0, Theme::margin, 0);
     layout->addStretch();
     layout->addWidget(whiteLabel(QStringLiteral("UPS console"), true));
     layout->addStretch();
@@ -139,7 +139,7 @@ void arrangeDrawer(QWidget *widget)
         entry->setGeometry(x, 6, drawerEntrySide, drawerEntrySide);
         entry->setIconSize(QSize(28, 28));
         QIcon icon(pictogram(picture, 28, Qt::white));
-        icon.addPixmap(pictogram(picture, 28, Look::accent()), QIcon::Active);
+        icon.addPixmap(pictogram(picture, 28, Theme::accent()), QIcon::Active);
         entry->setIcon(icon);
         x += drawerEntrySide + drawerEntryGap;
     }
@@ -222,7 +222,7 @@ void arrange(const WidgetDescription &description, QWidget *widget)
             return;
         }
     }
-    description.dress(widget);
+    description.populate(widget);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "sizehandle.h"
 
-#include "look.h"
+#include "theme.h"
 
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
@@ -73,7 +73,7 @@ void SizeHandle::mouseReleaseEvent(QMouseEvent *event)
 void SizeHandle::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setPen(Look::accent());
+    painter.setPen(Theme::accent());
     painter.setBrush(palette().color(QPalette::Window));
     painter.drawRect(1, 1, side - 3, side - 3);
 }

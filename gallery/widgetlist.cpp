@@ -1,7 +1,7 @@
 #include "widgetlist.h"
 
-#include "look.h"
 #include "slimscrollbars.h"
+#include "theme.h"
 #include "widgetcatalogue.h"
 
 #include <QtCore/QSignalBlocker>
@@ -48,7 +48,7 @@ QListWidgetItem *heading(const QString &title)
 {
     auto *item = new QListWidgetItem(title);
     item->setFlags(Qt::NoItemFlags);
-    item->setFont(Look::font(Look::Small, true));
+    item->setFont(Theme::font(Theme::Small, true));
     item->setSizeHint(rowSize);
     return item;
 }
@@ -67,13 +67,13 @@ WidgetList::WidgetList(QWidget *parent)
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(Look::spacing);
+    layout->setSpacing(Theme::spacing);
     layout->addWidget(search);
     layout->addWidget(list);
     search->setPlaceholderText(tr("Search"));
     search->setClearButtonEnabled(true);
-    list->setFont(Look::font(Look::Small));
-    search->setFont(Look::font(Look::Small));
+    list->setFont(Theme::font(Theme::Small));
+    search->setFont(Theme::font(Theme::Small));
     list->setFrameShape(QFrame::NoFrame);
     list->setIconSize(iconSize);
     list->setUniformItemSizes(true);

@@ -1,8 +1,8 @@
 #include "widgetstage.h"
 
-#include "look.h"
 #include "sizehandle.h"
 #include "slimscrollbars.h"
+#include "theme.h"
 
 #include <QtCore/QEvent>
 #include <QtGui/QPainter>
@@ -15,7 +15,7 @@ constexpr int margin = 24;
 
 QPalette groundPalette(bool dark)
 {
-    QPalette palette = Look::palette(dark);
+    QPalette palette = Theme::palette(dark);
     palette.setColor(QPalette::Window, dark ? QColor(21, 24, 27) : QColor(Qt::white));
     return palette;
 }

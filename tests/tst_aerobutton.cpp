@@ -1,8 +1,8 @@
 #include "aerobutton.h"
 
+#include "freshness.h"
 #include "glasspanel.h"
 #include "icons.h"
-#include "mutation.h"
 #include "pictures.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -615,7 +615,7 @@ void AeroButtonTest::mutatedEqualsFresh()
         button->setText(QStringLiteral("Text"));
         button->setIcon(telltaleIcon(QSize(12, 12)));
     };
-    QCOMPARE(mutationProblem<AeroButton>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<AeroButton>(dress, property, value), QString());
 }
 
 void AeroButtonTest::nullImageIsReported()

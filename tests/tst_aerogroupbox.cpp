@@ -1,10 +1,10 @@
 #include "aerogroupbox.h"
 
 #include "cacheprobe.h"
+#include "freshness.h"
 #include "glasspanel.h"
 #include "icons.h"
 #include "mouse.h"
-#include "mutation.h"
 #include "pictures.h"
 #include "testmain.h"
 
@@ -603,7 +603,7 @@ void AeroGroupboxTest::mutatedEqualsFresh()
         box->setTitle(QStringLiteral("Load"));
         box->setBackgroundGroup(plainPixmap(QSize(4, 4), Qt::darkGreen));
     };
-    QCOMPARE(mutationProblem<OpenBox>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenBox>(dress, property, value), QString());
 }
 
 KIV_TEST_MAIN(AeroGroupboxTest)

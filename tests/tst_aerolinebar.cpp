@@ -1,8 +1,8 @@
 #include "aerolinebar.h"
 
 #include "cacheprobe.h"
+#include "freshness.h"
 #include "glasspanel.h"
-#include "mutation.h"
 #include "pictures.h"
 #include "testmain.h"
 
@@ -884,7 +884,7 @@ void AeroLinebarTest::mutatedEqualsFresh()
         bar->setValuePosition(AeroLinebar::CenterVal);
         bar->setValue(40);
     };
-    QCOMPARE(mutationProblem<OpenBar>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenBar>(dress, property, value), QString());
 }
 
 KIV_TEST_MAIN(AeroLinebarTest)

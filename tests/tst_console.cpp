@@ -115,7 +115,7 @@ private Q_SLOTS:
     void beeper();
     void tabsChangePages();
     void pagesTurnWhenAnimated();
-    void nightLook();
+    void darkTheme();
     void drawerOpensOverThePage();
     void textsFromTheUpsStayPlain();
     void screenshots();
@@ -368,7 +368,7 @@ void ConsoleTest::readOnlyFeedOffersNothing()
     for (const TranspButton *button : window.findChildren<TranspButton *>())
         QVERIFY(!button->isEnabled());
     QVERIFY(!window.findChild<SlideSwitch *>()->isEnabled());
-    QVERIFY(window.findChild<SimpleSlideSwitch *>(QStringLiteral("Night look"))->isEnabled());
+    QVERIFY(window.findChild<SimpleSlideSwitch *>(QStringLiteral("Dark theme"))->isEnabled());
     QVERIFY(!window.findChild<SimpleSlideSwitch *>(QStringLiteral("Beeper"))->isEnabled());
 }
 
@@ -450,13 +450,13 @@ void ConsoleTest::pagesTurnWhenAnimated()
     QCOMPARE(stack->currentIndex(), 2);
 }
 
-void ConsoleTest::nightLook()
+void ConsoleTest::darkTheme()
 {
     Console console;
     const auto ground = [&] { return console.window.palette().color(QPalette::Window); };
     const QColor day = ground();
-    auto *control = console.find<SimpleSlideSwitch>("Night look");
-    console.window.chooseNightLook(true);
+    auto *control = console.find<SimpleSlideSwitch>("Dark theme");
+    console.window.chooseDarkTheme(true);
     QVERIFY(control->isChecked());
     QVERIFY(ground().lightness() < day.lightness());
     Mouse::press(control, QPoint(40, 13));

@@ -764,7 +764,7 @@ void GalleryTest::ground()
     dark->click();
     QVERIFY(groundColor() > 200);
     QVERIFY(gallery.staged()->palette().color(QPalette::ButtonText).lightness() < 80);
-    gallery.withText<QCheckBox>("Night look")->click();
+    gallery.withText<QCheckBox>("Dark theme")->click();
     QVERIFY(windowColor() < 60);
     QVERIFY(groundColor() < 60);
     QVERIFY(dark->isChecked());
@@ -1021,7 +1021,7 @@ void GalleryTest::oneScreenshot()
     options.directory = directory.path();
     options.widget = QStringLiteral("MetroXbar");
     GalleryWindow window;
-    window.setNightLook(true);
+    window.setDarkTheme(true);
     QString error;
     QVERIFY2(takeGalleryScreenshots(window, options, &error), qPrintable(error));
     QCOMPARE(QDir(options.directory).entryList(QDir::Files),
@@ -1054,7 +1054,7 @@ void GalleryTest::options()
     QCOMPARE(parse("").widget, QString());
     QCOMPARE(parse("--widget metroxbar").widget, QStringLiteral("MetroXbar"));
     QCOMPARE(parse("--size 1000x640").size, QSize(1000, 640));
-    QVERIFY(parse("--night").night);
+    QVERIFY(parse("--dark").dark);
     const GalleryOptions shots = parse("--screenshot dir --widget AeroButton");
     QCOMPARE(int(shots.task), int(GalleryOptions::Task::TakeScreenshots));
     QCOMPARE(shots.directory, QStringLiteral("dir"));
@@ -1101,7 +1101,7 @@ void GalleryTest::program()
     const Run help({QStringLiteral("--help")});
     QVERIFY(help.ended);
     QCOMPARE(help.status, 0);
-    for (const char *option : {"--widget", "--screenshot", "--night", "--size", "--version"})
+    for (const char *option : {"--widget", "--screenshot", "--dark", "--size", "--version"})
         QVERIFY2(help.output.contains(QLatin1String(option)), option);
     // Without a display.
     const Run window({});

@@ -1,7 +1,7 @@
 #include "metrocirclerate.h"
 
 #include "cacheprobe.h"
-#include "mutation.h"
+#include "freshness.h"
 #include "pictures.h"
 #include "testmain.h"
 
@@ -892,7 +892,7 @@ void MetroCirclerateTest::mutatedEqualsFresh()
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
     const auto dress = [](OpenDial *dial) { dial->setMinValue(-50); };
-    QCOMPARE(mutationProblem<OpenDial>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenDial>(dress, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroCirclerateTest)

@@ -1,7 +1,7 @@
 #include "metrolinerate.h"
 
 #include "cacheprobe.h"
-#include "mutation.h"
+#include "freshness.h"
 #include "pictures.h"
 #include "testmain.h"
 
@@ -389,7 +389,7 @@ void MetroLinerateTest::mutatedEqualsFresh()
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
     const auto dress = [](OpenBar *bar) { bar->resize(200, 30); };
-    QCOMPARE(mutationProblem<OpenBar>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenBar>(dress, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroLinerateTest)

@@ -1,8 +1,8 @@
 #include "metroshelter.h"
 
 #include "cacheprobe.h"
+#include "freshness.h"
 #include "icons.h"
-#include "mutation.h"
 #include "pictures.h"
 #include "testmain.h"
 
@@ -506,7 +506,7 @@ void MetroShelterTest::mutatedEqualsFresh()
         tile->resize(150, 40);
         tile->setText(QStringLiteral("Load"));
     };
-    QCOMPARE(mutationProblem<OpenTile>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenTile>(dress, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroShelterTest)

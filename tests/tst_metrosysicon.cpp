@@ -1,8 +1,8 @@
 #include "metrosysicon.h"
 
 #include "cacheprobe.h"
+#include "freshness.h"
 #include "icons.h"
-#include "mutation.h"
 #include "pictures.h"
 #include "testmain.h"
 
@@ -65,7 +65,7 @@ struct PlateLook
     }
 };
 
-void dress(MetroSysIcon *icon, QSize size = QSize(32, 32))
+void populate(MetroSysIcon *icon, QSize size = QSize(32, 32))
 {
     icon->setIconSize(size);
     icon->setIcon(telltaleIcon(size));
@@ -154,7 +154,7 @@ void MetroSysIconTest::states()
     QFETCH(int, element);
     QFETCH(QColor, color);
     Stage<OpenIcon> icon;
-    dress(icon.widget);
+    populate(icon.widget);
     icon->setState({quint8(alarm), quint8(element)});
     deliverAll();
     PlateLook expected;
@@ -191,7 +191,7 @@ void MetroSysIconTest::plates()
     Stage<OpenIcon> icon;
     icon->setProperty("border", border);
     icon->setProperty("roundness", roundness);
-    dress(icon.widget, iconSize);
+    populate(icon.widget, iconSize);
     const QSize size = iconSize + QSize(2 * border, 2 * border);
     QCOMPARE(icon->size(), size);
     expected.iconSize = iconSize;
@@ -223,7 +223,7 @@ void MetroSysIconTest::iconLooks()
     QFETCH(bool, hovered);
     QFETCH(int, mode);
     Stage<OpenIcon> icon;
-    dress(icon.widget);
+    populate(icon.widget);
     icon->setCheckable(true);
     icon->setChecked(checked);
     if (hovered)
@@ -239,7 +239,7 @@ void MetroSysIconTest::iconLooks()
 void MetroSysIconTest::followsTheFirstIconSize()
 {
     Stage<OpenIcon> icon;
-    dress(icon.widget);
+    populate(icon.widget);
     QCOMPARE(icon->size(), QSize(52, 52));
     QIcon larger;
     larger.addPixmap(plainPixmap(QSize(48, 48), Qt::red));
@@ -306,7 +306,7 @@ void MetroSysIconTest::sizeFollowsTheIcon()
 void MetroSysIconTest::enterAndLeave()
 {
     Stage<OpenIcon> icon;
-    dress(icon.widget);
+    populate(icon.widget);
     const QSignalSpy entered(icon.widget, &MetroSysIcon::mouseEnter);
     const QSignalSpy left(icon.widget, &MetroSysIcon::mouseLeave);
     CacheProbe caches = probe(icon.widget);
@@ -329,7 +329,7 @@ void MetroSysIconTest::enterAndLeave()
 void MetroSysIconTest::effects()
 {
     Stage<OpenIcon> icon;
-    dress(icon.widget);
+    populate(icon.widget);
     CacheProbe caches = probe(icon.widget);
     const QString drops = QStringLiteral("drops image");
     const QString posts = QStringLiteral("posts, drops image");
@@ -364,7 +364,7 @@ void MetroSysIconTest::baseClassSettersDoNotRebuild()
 void MetroSysIconTest::checkedStateShowsWithTheNextDrop()
 {
     Stage<OpenIcon> icon;
-    dress(icon.widget);
+    populate(icon.widget);
     icon->setCheckable(true);
     QCOMPARE(probe(icon.widget).effectOf([&] { icon->setChecked(true); }),
              QStringLiteral("updates"));
@@ -426,7 +426,7 @@ void MetroSysIconTest::extremeSettingsAreHarmless()
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
     Stage<OpenIcon> icon;
-    dress(icon.widget);
+    populate(icon.widget);
     icon->setProperty(property, value);
     sendPlain(icon.widget, QEvent::PolishRequest);
     deliverAll();
@@ -434,7 +434,7 @@ void MetroSysIconTest::extremeSettingsAreHarmless()
     icon->setProperty("border", 10);
     icon->setProperty("roundness", 50);
     deliverAll();
-    dress(icon.widget);
+    populate(icon.widget);
     takeErrorLines();
     PlateLook expected;
     expected.icon = Qt::red;
@@ -476,7 +476,7 @@ void MetroSysIconTest::mutatedEqualsFresh()
         icon->setIconSize(QSize(32, 32));
         icon->setIcon(telltaleIcon(QSize(32, 32)));
     };
-    QCOMPARE(mutationProblem<OpenIcon>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenIcon>(dress, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroSysIconTest)

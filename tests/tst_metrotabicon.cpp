@@ -45,7 +45,7 @@ QImage tabPicture(QSize size, QSize iconSize, const QColor &icon, int alarm)
     });
 }
 
-void dress(OpenTab *tab, QSize size = QSize(32, 32))
+void populate(OpenTab *tab, QSize size = QSize(32, 32))
 {
     tab->setIconSize(size);
     tab->setIcon(telltaleIcon(size));
@@ -108,7 +108,7 @@ void MetroTabiconTest::alarms()
     QFETCH(int, alarm);
     for (const int element : {0, 5, 7, 99}) {
         Stage<OpenTab> tab(QSize(60, 64));
-        dress(tab.widget);
+        populate(tab.widget);
         tab->setState({quint8(alarm), quint8(element)});
         deliverAll();
         COMPARE_PICTURES(pictureOf(tab.widget),
@@ -122,7 +122,7 @@ void MetroTabiconTest::alarms()
 void MetroTabiconTest::iconModes()
 {
     Stage<OpenTab> tab(QSize(60, 64));
-    dress(tab.widget);
+    populate(tab.widget);
     tab->setEnabled(false);
     COMPARE_PICTURES(pictureOf(tab.widget), tabPicture(QSize(60, 64), QSize(32, 32), Qt::blue, 1));
     tab->setChecked(true);
@@ -144,7 +144,7 @@ void MetroTabiconTest::sizes()
 {
     QFETCH(QSize, size);
     Stage<OpenTab> tab(size);
-    dress(tab.widget);
+    populate(tab.widget);
     tab->setState({4, 5});
     deliverAll();
     QCOMPARE(tab->size(), size);
@@ -196,8 +196,8 @@ void MetroTabiconTest::exclusiveAmongSiblings()
     auto *second = new OpenTab(&first.window);
     second->setGeometry(100, 0, 60, 64);
     second->show();
-    dress(first.widget);
-    dress(second);
+    populate(first.widget);
+    populate(second);
     first->setChecked(true);
     QVERIFY(!second->isChecked());
     QTest::mouseClick(second, Qt::LeftButton);
@@ -210,7 +210,7 @@ void MetroTabiconTest::exclusiveAmongSiblings()
 void MetroTabiconTest::plainResizeStretchesTheOldPictures()
 {
     Stage<OpenTab> tab(QSize(60, 64));
-    dress(tab.widget);
+    populate(tab.widget);
     tab->setState({5, 1});
     deliverAll();
     const QImage old = pictureOf(tab.widget);
@@ -240,7 +240,7 @@ void MetroTabiconTest::oldPicturesFarWiderThanTheTab()
 void MetroTabiconTest::effects()
 {
     Stage<OpenTab> tab(QSize(60, 64));
-    dress(tab.widget);
+    populate(tab.widget);
     CacheProbe caches = probe(tab.widget);
     const QString both = QStringLiteral("drops image,imagePressed");
     const QString nothing = QStringLiteral("nothing");
@@ -263,7 +263,7 @@ void MetroTabiconTest::effects()
 void MetroTabiconTest::newIconIsUnseenUntilADrop()
 {
     Stage<OpenTab> tab(QSize(60, 64));
-    dress(tab.widget);
+    populate(tab.widget);
     QCOMPARE(probe(tab.widget).effectOf([&] {
         tab->setIcon(QIcon(plainPixmap(QSize(32, 32), Qt::black)));
     }),
@@ -276,7 +276,7 @@ void MetroTabiconTest::newIconIsUnseenUntilADrop()
 void MetroTabiconTest::survivorIsReplaced()
 {
     Stage<OpenTab> tab(QSize(60, 64));
-    dress(tab.widget);
+    populate(tab.widget);
     pictureOf(tab.widget);
     tab->image->fill(Qt::cyan);
     delete tab->imagePressed;
@@ -289,7 +289,7 @@ void MetroTabiconTest::survivorIsReplaced()
 void MetroTabiconTest::creationKeepsWhatIsThere()
 {
     Stage<OpenTab> tab(QSize(60, 64));
-    dress(tab.widget);
+    populate(tab.widget);
     pictureOf(tab.widget);
     tab->image->fill(Qt::cyan);
     tab->createImages();

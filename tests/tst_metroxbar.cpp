@@ -1,7 +1,7 @@
 #include "metroxbar.h"
 
 #include "cacheprobe.h"
-#include "mutation.h"
+#include "freshness.h"
 #include "pictures.h"
 #include "testmain.h"
 
@@ -450,7 +450,7 @@ void MetroXbarTest::mutatedEqualsFresh()
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
     const auto dress = [](OpenBar *bar) { bar->resize(200, 30); };
-    QCOMPARE(mutationProblem<OpenBar>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenBar>(dress, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroXbarTest)

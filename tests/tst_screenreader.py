@@ -297,7 +297,7 @@ class Console(unittest.TestCase):
         self.assertFalse(has(lock, Atspi.StateType.CHECKED))
 
     def test_settings(self):
-        night = self.find(Atspi.Role.CHECK_BOX, "Night look")
+        night = self.find(Atspi.Role.CHECK_BOX, "Dark theme")
         self.assertEqual(night.get_description(), "Light on dark, for a dim room")
         self.show_page("Settings")
         act(night, "Toggle")

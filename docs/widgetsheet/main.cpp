@@ -85,14 +85,14 @@ public:
         : name(QString::fromLatin1(className))
     {}
 
-    /// Adds a widget of class W in the size given, or in its own, set up by @p dress.
+    /// Adds a widget of class W in the size given, or in its own, set up by @p populate.
     template <typename W>
-    void add(const QString &caption, QSize size, const std::function<void(W *)> &dress)
+    void add(const QString &caption, QSize size, const std::function<void(W *)> &populate)
     {
         auto *widget = new W(window.get());
         if (size.isValid())
             widget->QWidget::resize(size);
-        dress(widget);
+        populate(widget);
         cells.push_back({caption, widget});
     }
 
@@ -246,19 +246,19 @@ Sheet transparentButtons()
 {
     Sheet sheet("TranspButton");
     const QSize size(110, 60);
-    const auto dress = [](TranspButton *button) {
+    const auto populate = [](TranspButton *button) {
         button->setIconSize(QSize(32, 32));
         button->setIcon(lampIcon(32, plainInk));
         button->setText(QStringLiteral("Lamp"));
         button->setPosLabel(QPoint(0, 22));
     };
-    sheet.add<TranspButton>(QStringLiteral("normal"), size, dress);
+    sheet.add<TranspButton>(QStringLiteral("normal"), size, populate);
     sheet.add<TranspButton>(QStringLiteral("under the pointer"), size, [&](TranspButton *button) {
-        dress(button);
+        populate(button);
         enter(button);
     });
     sheet.add<TranspButton>(QStringLiteral("disabled"), size, [&](TranspButton *button) {
-        dress(button);
+        populate(button);
         button->setEnabled(false);
     });
     return sheet;
@@ -283,18 +283,18 @@ Sheet aeroGroupboxes()
     Sheet sheet("AeroGroupbox");
     const QSize size(250, 120);
     const QString title = QStringLiteral("Battery");
-    const auto dress = [](AeroGroupbox *box) {
+    const auto populate = [](AeroGroupbox *box) {
         box->setColor(QColor(62, 78, 94));
         box->setShadow(QColor(27, 34, 42));
         box->setRoundness(15);
     };
     sheet.add<AeroGroupbox>(QStringLiteral("with a title"), size, [&](AeroGroupbox *box) {
-        dress(box);
+        populate(box);
         box->setTitle(title);
     });
-    sheet.add<AeroGroupbox>(QStringLiteral("without a title"), size, dress);
+    sheet.add<AeroGroupbox>(QStringLiteral("without a title"), size, populate);
     sheet.add<AeroGroupbox>(QStringLiteral("disabled"), size, [&](AeroGroupbox *box) {
-        dress(box);
+        populate(box);
         box->setTitle(title);
         box->setEnabled(false);
     });
@@ -317,7 +317,7 @@ Sheet aeroLinebars()
 {
     Sheet sheet("AeroLinebar");
     const QSize size(260, 50);
-    const auto dress = [](AeroLinebar *bar) {
+    const auto populate = [](AeroLinebar *bar) {
         bar->setColor(QColor(0, 174, 240));
         bar->setShadow(QColor(0, 108, 160));
         bar->setColorText(Qt::black);
@@ -334,18 +334,18 @@ Sheet aeroLinebars()
     };
     for (const auto &row : rows) {
         sheet.add<AeroLinebar>(QLatin1String(row.caption), size, [&](AeroLinebar *bar) {
-            dress(bar);
+            populate(bar);
             bar->setValuePosition(row.position);
             bar->setValue(row.value);
         });
     }
     sheet.add<AeroLinebar>(QStringLiteral("without ticks"), size, [&](AeroLinebar *bar) {
-        dress(bar);
+        populate(bar);
         bar->setTickHeight(0);
         bar->setValue(55);
     });
     sheet.add<AeroLinebar>(QStringLiteral("disabled"), size, [&](AeroLinebar *bar) {
-        dress(bar);
+        populate(bar);
         bar->setValuePosition(AeroLinebar::CenterVal);
         bar->setValue(60);
         bar->setEnabled(false);
@@ -360,12 +360,12 @@ Sheet metroSysIcons()
 {
     Sheet sheet("MetroSysIcon");
     const auto add = [&](const QString &caption, elemDesc_t state,
-                         const std::function<void(MetroSysIcon *)> &dress) {
+                         const std::function<void(MetroSysIcon *)> &populate) {
         sheet.add<MetroSysIcon>(caption, QSize(), [&](MetroSysIcon *icon) {
             icon->setIconSize(QSize(40, 40));
             icon->setIcon(lampIcon(40));
             icon->setState(state);
-            dress(icon);
+            populate(icon);
         });
     };
     for (const elemDesc_t state : colorStates)
@@ -460,13 +460,13 @@ Sheet metroCirclerates()
 {
     Sheet sheet("MetroCirclerate");
     const auto dial = [&](const QString &caption, double value,
-                          const std::function<void(MetroCirclerate *)> &dress) {
+                          const std::function<void(MetroCirclerate *)> &populate) {
         sheet.add<MetroCirclerate>(caption, QSize(), [&](MetroCirclerate *gauge) {
             gauge->setLabel(QStringLiteral("Load"));
             gauge->setValue(value);
             gauge->setRadius(60);
             gauge->setTickness(14);
-            dress(gauge);
+            populate(gauge);
         });
     };
     for (const double value : {0.0, 35.0, 100.0, 120.0, 130.0})
@@ -507,10 +507,10 @@ Sheet slideSwitches()
     for (const bool checked : {false, true}) {
         const QString state = checked ? QStringLiteral("on") : QStringLiteral("off");
         const auto add = [&](const QString &caption,
-                             const std::function<void(SlideSwitch *)> &dress) {
+                             const std::function<void(SlideSwitch *)> &populate) {
             sheet.add<SlideSwitch>(state + caption, QSize(), [&](SlideSwitch *control) {
                 control->setChecked(checked);
-                dress(control);
+                populate(control);
             });
         };
         add(QString(), [](SlideSwitch *) {});

@@ -133,7 +133,7 @@ void operate(ConsoleWindow &window, int step)
 {
     window.showPage(step % int(window.pageNames().size()));
     if (step % 5 == 0)
-        window.chooseNightLook(step % 10 == 0);
+        window.chooseDarkTheme(step % 10 == 0);
     if (auto *drawer = window.findChild<MetroNavdrawer *>(); drawer && step % 3 == 0) {
         const bool open = drawer->getState() == MetroNavdrawer::open;
         drawer->setState(open ? MetroNavdrawer::close : MetroNavdrawer::open);
@@ -214,7 +214,7 @@ int main(int argc, char **argv)
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    Program::dressApplication();
+    Program::styleApplication();
     const QString task = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
     const auto number = [argc, argv](int index) {
         bool ok = false;

@@ -8,14 +8,14 @@ class QLabel;
 class QVBoxLayout;
 
 /// The colours and building blocks of the programs' windows.
-namespace Look {
+namespace Theme {
 
 constexpr int margin = 12;  ///< between a page's edge and its cards, and inside a card
 constexpr int spacing = 10; ///< between neighbours
 constexpr int gutter = 58;  ///< at a page's right edge, where the drawer's tab hangs
 
 /// Dark on light, or light on dark.
-QPalette palette(bool night);
+QPalette palette(bool dark);
 
 /// The layout of a page: one column of cards.
 QVBoxLayout *pageLayout(QWidget *page);
@@ -32,7 +32,7 @@ QFont font(TextSize size, bool bold = false);
 /// A label for plain text; texts may come from a UPS.
 QLabel *label(QWidget *parent, TextSize size, bool bold = false, const QString &text = QString());
 
-} // namespace Look
+} // namespace Theme
 
 /// A rounded plate in the palette's Base colour that groups widgets.
 class Card : public QFrame

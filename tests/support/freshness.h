@@ -7,14 +7,15 @@
 
 #include <functional>
 
-/// Writes @p property of a shown widget whose pictures are cached, and of one of the same @p dress
-/// that was not shown yet. Empty when both then look alike and not as before; else what is wrong.
+/// Writes @p property of a shown widget whose pictures are cached, and of one of the same @p
+/// populate that was not shown yet. Empty when both then look alike and not as before; else what is
+/// wrong.
 template <typename W>
-QString mutationProblem(const std::function<void(W *)> &dress, const char *property,
-                        const QVariant &value)
+QString freshnessProblem(const std::function<void(W *)> &populate, const char *property,
+                         const QVariant &value)
 {
     Stage<W> mutated;
-    dress(mutated.widget);
+    populate(mutated.widget);
     deliverAll();
     const QImage before = pictureOf(mutated.widget);
     mutated->setProperty(property, value);
@@ -24,7 +25,7 @@ QString mutationProblem(const std::function<void(W *)> &dress, const char *prope
     window.resize(900, 600);
     auto *fresh = new W(&window);
     fresh->resize(100, 40);
-    dress(fresh);
+    populate(fresh);
     fresh->setProperty(property, value);
     window.show();
     deliverAll();

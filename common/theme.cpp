@@ -1,4 +1,4 @@
-#include "look.h"
+#include "theme.h"
 
 #include <QtGui/QPainter>
 #include <QtWidgets/QLabel>
@@ -11,12 +11,12 @@ constexpr int cornerRadius = 6;
 
 } // namespace
 
-QPalette Look::palette(bool night)
+QPalette Theme::palette(bool dark)
 {
-    const QColor window(night ? 0xff1d2125 : 0xffe8ecef);
-    const QColor card(night ? 0xff2b3137 : 0xffffffff);
-    const QColor text(night ? 0xffe3e8ec : 0xff2a2f34);
-    const QColor faint(night ? 0xff9aa4ad : 0xff66717b);
+    const QColor window(dark ? 0xff1d2125 : 0xffe8ecef);
+    const QColor card(dark ? 0xff2b3137 : 0xffffffff);
+    const QColor text(dark ? 0xffe3e8ec : 0xff2a2f34);
+    const QColor faint(dark ? 0xff9aa4ad : 0xff66717b);
 
     QPalette palette(window);
     palette.setColor(QPalette::Window, window);
@@ -30,7 +30,7 @@ QPalette Look::palette(bool night)
     return palette;
 }
 
-QVBoxLayout *Look::pageLayout(QWidget *page)
+QVBoxLayout *Theme::pageLayout(QWidget *page)
 {
     auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(margin, margin, gutter, margin);
@@ -38,24 +38,24 @@ QVBoxLayout *Look::pageLayout(QWidget *page)
     return layout;
 }
 
-QString Look::separator()
+QString Theme::separator()
 {
     return QStringLiteral("  ·  ");
 }
 
-QColor Look::accent()
+QColor Theme::accent()
 {
     return {0, 174, 240};
 }
 
-QFont Look::font(TextSize size, bool bold)
+QFont Theme::font(TextSize size, bool bold)
 {
     QFont font(QStringLiteral("DejaVu Sans"), size);
     font.setBold(bold);
     return font;
 }
 
-QLabel *Look::label(QWidget *parent, TextSize size, bool bold, const QString &text)
+QLabel *Theme::label(QWidget *parent, TextSize size, bool bold, const QString &text)
 {
     auto *label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
