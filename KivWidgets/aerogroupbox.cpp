@@ -118,6 +118,10 @@ bool AeroGroupbox::event(QEvent *event)
             repaintSchedule(&imageTitle);
         absorbUpdateRequests(this, event);
     }
+    if (event->type() == QEvent::MouseButtonRelease) {
+        MoveOutside move;
+        QGroupBox::mouseMoveEvent(&move);
+    }
     return QGroupBox::event(event);
 }
 

@@ -1,10 +1,15 @@
 #include "boxtoggle_p.h"
 
 #include <QtCore/QPointer>
-#include <QtGui/QMouseEvent>
 #include <QtWidgets/QGroupBox>
 
 namespace KivPrivate {
+
+namespace {
+
+constexpr QPointF outside(-QWIDGETSIZE_MAX, -QWIDGETSIZE_MAX);
+
+} // namespace
 
 void toggleOnLeftPress(QGroupBox *box, QMouseEvent *event)
 {
@@ -17,5 +22,10 @@ void toggleOnLeftPress(QGroupBox *box, QMouseEvent *event)
     if (guard)
         Q_EMIT box->clicked(box->isChecked());
 }
+
+MoveOutside::MoveOutside()
+    : QMouseEvent(QEvent::MouseMove, outside, outside, outside, Qt::NoButton, Qt::NoButton,
+                  Qt::NoModifier)
+{}
 
 } // namespace KivPrivate

@@ -172,6 +172,10 @@ bool MetroNavdrawer::event(QEvent *event)
             openGeometry.setTopLeft(place);
         repaintSchedule(&image);
     }
+    if (event->type() == QEvent::MouseButtonRelease) {
+        MoveOutside move;
+        QGroupBox::mouseMoveEvent(&move);
+    }
     return QGroupBox::event(event);
 }
 
