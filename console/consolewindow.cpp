@@ -1,7 +1,6 @@
 #include "consolewindow.h"
 
 #include "controlpage.h"
-#include "feed/upsfeed.h"
 #include "overviewpage.h"
 #include "pictograms.h"
 #include "powerpage.h"
@@ -111,8 +110,9 @@ ElementState noState(const Snapshot &)
 
 } // namespace
 
-ConsoleWindow::ConsoleWindow(QWidget *parent)
+ConsoleWindow::ConsoleWindow(SiteModel *site, QWidget *parent)
     : QWidget(parent)
+    , ups(site->at(0))
 {
     setWindowTitle(tr("UPS console"));
     setFixedSize(windowSize);
@@ -120,7 +120,12 @@ ConsoleWindow::ConsoleWindow(QWidget *parent)
     makeTabs();
     makeDrawer();
     showPage(0);
-    showSnapshot(Snapshot());
+    for (const Tab &tab : tabs)
+        tab.page->setModel(ups);
+    connect(ups, &UpsModel::changed, this, &ConsoleWindow::showUps);
+    connect(ups, &UpsModel::commandsChanged, this, &ConsoleWindow::offerCommands);
+    showUps();
+    offerCommands();
 }
 
 void ConsoleWindow::makeStrip()
@@ -246,10 +251,7 @@ void ConsoleWindow::makeDrawer()
         button->setText(entry.name);
         setUp(button, {{"posLabel", QPoint(0, 25)}});
         const Command command = entry.command;
-        connect(button, &TranspButton::clicked, this, [=] {
-            if (feed)
-                feed->command(command);
-        });
+        connect(button, &TranspButton::clicked, this, [=] { ups->command(command); });
         drawerEntries.push_back({button, command});
     }
     // Only now: an unchecked box disables its children while they are constructed, and a screen
@@ -264,29 +266,24 @@ void ConsoleWindow::makeDrawer()
     });
 }
 
-void ConsoleWindow::setFeed(UpsFeed *newFeed)
+void ConsoleWindow::offerCommands()
 {
-    feed = newFeed;
-    connect(feed, &UpsFeed::snapshotReady, this, &ConsoleWindow::showSnapshot);
-    for (const Tab &tab : tabs)
-        tab.page->setFeed(feed);
     // The open drawer enables its entries again, but for those that the host disabled.
     for (const DrawerEntry &entry : drawerEntries) {
-        if (!feed->supports(entry.command))
-            entry.button->setEnabled(false);
+        const bool supported = ups->supports(entry.command);
+        entry.button->setEnabled(supported && drawer->isChecked());
+        entry.button->setAttribute(Qt::WA_ForceDisabled, !supported);
     }
 }
 
-void ConsoleWindow::showSnapshot(const Snapshot &snapshot)
+void ConsoleWindow::showUps()
 {
+    const Snapshot &snapshot = ups->snapshot();
     upsName->setText(snapshot.name.isEmpty() ? tr("UPS") : snapshot.name);
     simulatedMark->setVisible(snapshot.simulated);
-    upsState->setText(snapshot.system.alarm == AlarmState::None ? nameOf(snapshot.system.operating)
-                                                                : nameOf(snapshot.system.alarm));
-    for (const Tab &tab : tabs) {
+    upsState->setText(ups->headline().text);
+    for (const Tab &tab : tabs)
         tab.button->setState(shownState(tab.state(snapshot)));
-        tab.page->showSnapshot(snapshot);
-    }
 }
 
 QStringList ConsoleWindow::pageNames() const

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "feed/snapshot.h"
-#include "feed/upsfeed.h"
+#include "model/sitemodel.h"
 
-#include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
 #include <vector>
@@ -24,11 +22,8 @@ class ConsoleWindow : public QWidget
     Q_OBJECT
 
 public:
-    explicit ConsoleWindow(QWidget *parent = nullptr);
-
-    /// Follows @p feed, which may be deleted at any time.
-    void setFeed(UpsFeed *feed);
-    void showSnapshot(const Snapshot &snapshot);
+    /// Shows @p site, which must live as long.
+    explicit ConsoleWindow(SiteModel *site, QWidget *parent = nullptr);
 
     /// The pages' names as file names use them, in the order of the tabs.
     QStringList pageNames() const;
@@ -53,6 +48,8 @@ private:
         Command command;
     };
 
+    void showUps();
+    void offerCommands();
     void makeStrip();
     void makeTabs();
     void makeDrawer();
@@ -60,7 +57,7 @@ private:
                 ElementState (*state)(const Snapshot &));
     void showClock();
 
-    QPointer<UpsFeed> feed;
+    UpsModel *ups; // the one that is shown
     QLabel *upsName;
     QLabel *upsState;
     QLabel *simulatedMark;

@@ -184,8 +184,9 @@ QWidget *ControlPage::makeStrip()
     return strip;
 }
 
-void ControlPage::showSnapshot(const Snapshot &snapshot)
+void ControlPage::showUps(const UpsModel &ups)
 {
+    const Snapshot &snapshot = ups.snapshot();
     showCharge(snapshot.value(Quantity::BatteryCharge));
     const std::optional<double> seconds = snapshot.value(Quantity::BatteryRuntime);
     const QString timeLeft =

@@ -20,9 +20,8 @@ class ControlPage : public Page
 public:
     explicit ControlPage(QWidget *parent = nullptr);
 
-    void showSnapshot(const Snapshot &snapshot) override;
-
 protected:
+    void showUps(const UpsModel &ups) override;
     void offerCommands() override;
     void paintEvent(QPaintEvent *event) override;
 

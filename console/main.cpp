@@ -33,15 +33,23 @@ int main(int argc, char **argv)
     else
         feed = std::make_unique<SimulatorFeed>(options.speed);
 
-    ConsoleWindow window;
+    SiteModel site;
+    UpsModel *ups = site.add(address ? address->toString() : QStringLiteral("simulator"));
+    ConsoleWindow window(&site);
     window.chooseDarkTheme(options.dark);
-    window.setFeed(feed.get());
     if (options.task == Options::Task::TakeScreenshots) {
         QString error;
-        const bool taken = address ? takeLiveScreenshots(window, *feed, options, &error)
-                                   : takeScenarioScreenshots(window, options, &error);
+        bool taken = false;
+        if (address) {
+            ups->setFeed(feed.get());
+            feed->start();
+            taken = takeLiveScreenshots(window, *ups, options, &error);
+        } else {
+            taken = takeScenarioScreenshots(window, *ups, options, &error);
+        }
         return taken ? 0 : Program::refuse(error, Program::failed);
     }
+    ups->setFeed(feed.get());
     window.show();
     feed->start();
     return QApplication::exec();

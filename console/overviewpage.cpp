@@ -164,8 +164,9 @@ void OverviewPage::addAction(const QString &text, Command command)
     actions.push_back({button, command});
 }
 
-void OverviewPage::showSnapshot(const Snapshot &snapshot)
+void OverviewPage::showUps(const UpsModel &ups)
 {
+    const Snapshot &snapshot = ups.snapshot();
     system->setState(shownState(snapshot.system));
     battery->setState(shownState(snapshot.element(Element::Battery)));
     stateText->setText(stateTitle(snapshot));

@@ -20,9 +20,8 @@ class OverviewPage : public Page
 public:
     explicit OverviewPage(QWidget *parent = nullptr);
 
-    void showSnapshot(const Snapshot &snapshot) override;
-
 protected:
+    void showUps(const UpsModel &ups) override;
     void offerCommands() override;
 
 private:

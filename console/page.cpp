@@ -1,21 +1,30 @@
 #include "page.h"
 
-void Page::setFeed(UpsFeed *newFeed)
+void Page::setModel(UpsModel *newModel)
 {
-    feed = newFeed;
+    if (model)
+        model->disconnect(this);
+    model = newModel;
+    if (model) {
+        connect(model, &UpsModel::changed, this, [this] { showUps(*model); });
+        connect(model, &UpsModel::commandsChanged, this, [this] { offerCommands(); });
+        showUps(*model);
+    } else {
+        showUps(UpsModel(QString()));
+    }
     offerCommands();
 }
 
 bool Page::supports(Command command) const
 {
-    return feed && feed->supports(command);
+    return model && model->supports(command);
 }
 
 void Page::give(Command command)
 {
-    // A refused command changes nothing: the next snapshot shows what is.
-    if (feed)
-        feed->command(command);
+    // A refused command changes nothing: the page goes back to what is.
+    if (model && !model->command(command) && model)
+        showUps(*model);
 }
 
 void Page::offerCommands()

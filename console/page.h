@@ -1,7 +1,6 @@
 #pragma once
 
-#include "feed/snapshot.h"
-#include "feed/upsfeed.h"
+#include "model/upsmodel.h"
 
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
@@ -14,18 +13,19 @@ class Page : public QWidget
 public:
     using QWidget::QWidget;
 
-    /// Brings everything on the page to the state of @p snapshot; nothing older is left standing.
-    virtual void showSnapshot(const Snapshot &snapshot) = 0;
-
-    /// The feed that takes the page's commands; what it does not support is not offered.
-    void setFeed(UpsFeed *feed);
+    /// Shows @p model from now on, and gives it the page's commands; null: nothing any more. What
+    /// the UPS does not support is not offered.
+    void setModel(UpsModel *model);
 
 protected:
-    bool supports(Command command) const;
-    void give(Command command);
-    /// Enables and disables the page's controls after a change of the feed.
+    /// Brings everything on the page to the state of @p ups; nothing older is left standing.
+    virtual void showUps(const UpsModel &ups) = 0;
+    /// Enables and disables the page's controls after a change of what the UPS supports.
     virtual void offerCommands();
 
+    bool supports(Command command) const;
+    void give(Command command);
+
 private:
-    QPointer<UpsFeed> feed;
+    QPointer<UpsModel> model;
 };

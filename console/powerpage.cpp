@@ -118,8 +118,9 @@ QWidget *PowerPage::makeNumbers()
     return card;
 }
 
-void PowerPage::showSnapshot(const Snapshot &snapshot)
+void PowerPage::showUps(const UpsModel &ups)
 {
+    const Snapshot &snapshot = ups.snapshot();
     const std::optional<double> percent = snapshot.value(Quantity::Load);
     load->setVisible(percent.has_value());
     noLoad->setVisible(!percent);

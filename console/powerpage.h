@@ -17,7 +17,8 @@ class PowerPage : public Page
 public:
     explicit PowerPage(QWidget *parent = nullptr);
 
-    void showSnapshot(const Snapshot &snapshot) override;
+protected:
+    void showUps(const UpsModel &ups) override;
 
 private:
     struct VoltageRow

@@ -2,7 +2,7 @@
 
 #include "consolewindow.h"
 #include "feed/scenario.h"
-#include "feed/upsfeed.h"
+#include "model/upsmodel.h"
 #include "options.h"
 #include "program.h"
 
@@ -43,14 +43,15 @@ bool takePages(ConsoleWindow &window, const QString &directory, const QString &s
 
 } // namespace
 
-bool takeScenarioScreenshots(ConsoleWindow &window, const Options &options, QString *error)
+bool takeScenarioScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
+                             QString *error)
 {
     if (!Program::makeDirectory(options.directory, error))
         return false;
     const QVector<double> instants =
         options.instants.isEmpty() ? notableInstants() : options.instants;
     for (const double instant : instants) {
-        window.showSnapshot(Scenario::snapshotAt(instant));
+        ups.take(Scenario::snapshotAt(instant));
         const QString suffix = QStringLiteral("-%1s").arg(instant, 0, 'f', 0);
         if (!takePages(window, options.directory, suffix, error))
             return false;
@@ -58,19 +59,20 @@ bool takeScenarioScreenshots(ConsoleWindow &window, const Options &options, QStr
     return true;
 }
 
-bool takeLiveScreenshots(ConsoleWindow &window, UpsFeed &feed, const Options &options,
+bool takeLiveScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
                          QString *error)
 {
     if (!Program::makeDirectory(options.directory, error))
         return false;
     QEventLoop loop;
-    QObject::connect(&feed, &UpsFeed::snapshotReady, &loop, [&](const Snapshot &snapshot) {
+    const auto check = [&] {
         // A driver that has just begun knows nothing yet.
+        const Snapshot &snapshot = ups.snapshot();
         if (!snapshot.isLost() && snapshot.system.operating != OperatingState::Unknown)
             loop.quit();
-    });
+    };
+    QObject::connect(&ups, &UpsModel::heard, &loop, check);
     QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
-    feed.start();
     loop.exec();
     return takePages(window, options.directory, QString(), error);
 }

@@ -2,14 +2,15 @@
 
 class ConsoleWindow;
 class QString;
-class UpsFeed;
+class UpsModel;
 struct Options;
 
 /// Pictures of every page as PNG files; the path of each is printed.
 /// @return false with the reason in @p error when a file cannot be written.
 
 /// At the scenario instants of the options, or at some that show the most.
-bool takeScenarioScreenshots(ConsoleWindow &window, const Options &options, QString *error);
-/// Of the first data from @p feed, or of the lost communication when none come for a while.
-bool takeLiveScreenshots(ConsoleWindow &window, UpsFeed &feed, const Options &options,
+bool takeScenarioScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
+                             QString *error);
+/// Of the first data that @p ups gets, or of the lost communication when none come for a while.
+bool takeLiveScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
                          QString *error);

@@ -123,8 +123,9 @@ SimpleSlideSwitch *SettingsPage::addSetting(QVBoxLayout *rows, const QString &na
     return control;
 }
 
-void SettingsPage::showSnapshot(const Snapshot &snapshot)
+void SettingsPage::showUps(const UpsModel &ups)
 {
+    const Snapshot &snapshot = ups.snapshot();
     linked = !snapshot.isLost();
     beeperKnown = snapshot.beeperEnabled.has_value();
     mainText->setText(mainSwitchText(snapshot));

@@ -15,7 +15,6 @@ class SettingsPage : public Page
 public:
     explicit SettingsPage(QWidget *parent = nullptr);
 
-    void showSnapshot(const Snapshot &snapshot) override;
     /// Sets the switch of the dark theme without choosing it.
     void showDarkTheme(bool dark);
 
@@ -24,6 +23,7 @@ Q_SIGNALS:
     void pageAnimationChosen(bool animated);
 
 protected:
+    void showUps(const UpsModel &ups) override;
     void offerCommands() override;
 
 private:

@@ -35,7 +35,7 @@ struct Console
 {
     Console()
     {
-        window.setFeed(&simulator);
+        ups->setFeed(&simulator);
         window.show();
         deliverAll();
     }
@@ -70,7 +70,9 @@ struct Console
     }
 
     SimulatorFeed simulator;
-    ConsoleWindow window;
+    SiteModel site;
+    UpsModel *ups = site.add(QStringLiteral("simulator"));
+    ConsoleWindow window{&site};
 };
 
 /// Opens the protected state of a Metro widget.
@@ -245,7 +247,7 @@ void ConsoleTest::noDataIsNotZero()
     snapshot.measure(Quantity::InputVoltage).value.reset();
     snapshot.measure(Quantity::Temperature).value.reset();
     snapshot.measure(Quantity::BatteryCharge).value.reset();
-    console.window.showSnapshot(snapshot);
+    console.ups->take(snapshot);
     deliverAll();
     QCOMPARE(console.withText<MetroCirclerate>(QStringLiteral("Load"))->getFormatStr(),
              QStringLiteral("no data"));
@@ -296,10 +298,10 @@ void ConsoleTest::overRangeShowsTheTrueNumber()
     Snapshot snapshot = console.simulator.current();
     snapshot.measure(Quantity::Load).value = 300.0;
     snapshot.measure(Quantity::InputVoltage).value = 1e18;
-    console.window.showSnapshot(snapshot);
+    console.ups->take(snapshot);
     QCOMPARE(console.find<MetroLinerate>("loadBar")->getValue(), 255);
     snapshot.measure(Quantity::Load).value = -20.0;
-    console.window.showSnapshot(snapshot);
+    console.ups->take(snapshot);
     QCOMPARE(console.find<MetroLinerate>("loadBar")->getValue(), 0);
     deliverAll();
 }
@@ -358,8 +360,9 @@ void ConsoleTest::readOnlyFeedOffersNothing()
         {}
     };
     ReadOnlyFeed feed;
-    ConsoleWindow window;
-    window.setFeed(&feed);
+    SiteModel site;
+    site.add(QStringLiteral("ups"))->setFeed(&feed);
+    ConsoleWindow window(&site);
     Q_EMIT feed.snapshotReady(Scenario::snapshotAt(60));
     for (const AeroButton *button : window.findChildren<AeroButton *>())
         QVERIFY(!button->isEnabled());
@@ -508,7 +511,7 @@ void ConsoleTest::textsFromTheUpsStayPlain()
     snapshot.name = QStringLiteral("<b>bold</b>") + QString(5000, QLatin1Char('x'));
     snapshot.status = QStringList(QStringLiteral("<img src=x>"));
     snapshot.alarms = QStringList(QString(100000, QLatin1Char('a')));
-    console.window.showSnapshot(snapshot);
+    console.ups->take(snapshot);
     deliverAll();
     QCOMPARE(console.window.size(), QSize(800, 480));
     for (const QLabel *label : console.window.findChildren<QLabel *>())
@@ -523,9 +526,11 @@ void ConsoleTest::screenshots()
     options.task = Options::Task::TakeScreenshots;
     options.directory = directory.filePath(QStringLiteral("new/pages"));
     options.instants = {30, 90.4};
-    ConsoleWindow window;
+    SiteModel site;
+    UpsModel *ups = site.add(QStringLiteral("simulator"));
+    ConsoleWindow window(&site);
     QString error;
-    QVERIFY2(takeScenarioScreenshots(window, options, &error), qPrintable(error));
+    QVERIFY2(takeScenarioScreenshots(window, *ups, options, &error), qPrintable(error));
     const QStringList files = QDir(options.directory).entryList(QDir::Files);
     QCOMPARE(files.size(), 8);
     for (const QString &file : files) {
@@ -545,9 +550,11 @@ void ConsoleTest::screenshotsNeedADirectory()
     Options options;
     options.directory = file.fileName() + QStringLiteral("/pages");
     options.instants = {30};
-    ConsoleWindow window;
+    SiteModel site;
+    UpsModel *ups = site.add(QStringLiteral("simulator"));
+    ConsoleWindow window(&site);
     QString error;
-    QVERIFY(!takeScenarioScreenshots(window, options, &error));
+    QVERIFY(!takeScenarioScreenshots(window, *ups, options, &error));
     QVERIFY2(error.contains(options.directory), qPrintable(error));
 }
 

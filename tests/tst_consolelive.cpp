@@ -51,7 +51,7 @@ struct LiveConsole
     {
         QString error;
         feed = std::make_unique<NutFeed>(*NutAddress::parse(server.address(), &error));
-        window.setFeed(feed.get());
+        ups->setFeed(feed.get());
         window.show();
         feed->start();
     }
@@ -91,7 +91,9 @@ struct LiveConsole
                window.findChild<AeroLinebar *>()->getValueF() == 0.0;
     }
 
-    ConsoleWindow window;
+    SiteModel site;
+    UpsModel *ups = site.add(QStringLiteral("demo"));
+    ConsoleWindow window{&site};
     std::unique_ptr<NutFeed> feed;
 };
 
@@ -179,9 +181,12 @@ void ConsoleLiveTest::screenshotsOfARealUps()
     options.directory = directory.path();
     QString error;
     NutFeed feed(*NutAddress::parse(server.address(), &error));
-    ConsoleWindow window;
-    window.setFeed(&feed);
-    QVERIFY2(takeLiveScreenshots(window, feed, options, &error), qPrintable(error));
+    SiteModel site;
+    UpsModel *ups = site.add(QStringLiteral("demo"));
+    ups->setFeed(&feed);
+    ConsoleWindow window(&site);
+    feed.start();
+    QVERIFY2(takeLiveScreenshots(window, *ups, options, &error), qPrintable(error));
     QCOMPARE(QDir(directory.path()).entryList({QStringLiteral("*.png")}).size(), 4);
     QVERIFY(Opened<MetroSysIcon>::stateOf(window.findChild<MetroSysIcon *>()) == on);
 }

@@ -66,8 +66,8 @@ void TestNutServer::followsStatusAndValues()
     QTRY_COMPARE_WITH_TIMEOUT(log.last().system, on, 10000);
     const Snapshot first = log.last();
     QCOMPARE(first.name, QStringLiteral("demo"));
-    QCOMPARE(first.manufacturer, QStringLiteral("Maker \"A\""));
-    QCOMPARE(first.model, QStringLiteral("Model 7"));
+    QCOMPARE(first.identity.manufacturer, QStringLiteral("Maker \"A\""));
+    QCOMPARE(first.identity.model, QStringLiteral("Model 7"));
     QCOMPARE(first.status,
              (QStringList{QStringLiteral("On line"), QStringLiteral("Battery charging")}));
     QVERIFY(first.alarms.isEmpty());

@@ -387,8 +387,8 @@ void TestUpsFeedMapping::nothingIsInvented()
     }
     QVERIFY(!snapshot.beeperEnabled);
     QVERIFY(!snapshot.simulated);
-    QVERIFY(snapshot.manufacturer.isEmpty());
-    QVERIFY(snapshot.model.isEmpty());
+    QVERIFY(snapshot.identity.manufacturer.isEmpty());
+    QVERIFY(snapshot.identity.model.isEmpty());
 }
 
 void TestUpsFeedMapping::ranges_data()
@@ -479,13 +479,13 @@ void TestUpsFeedMapping::names()
                            {QStringLiteral("device.model"), QStringLiteral("Model 7")}};
     Snapshot snapshot = snapshotOf(QStringLiteral("demo"), variables);
     QCOMPARE(snapshot.name, QStringLiteral("demo"));
-    QCOMPARE(snapshot.manufacturer, QStringLiteral("Maker"));
-    QCOMPARE(snapshot.model, QStringLiteral("Model 7"));
+    QCOMPARE(snapshot.identity.manufacturer, QStringLiteral("Maker"));
+    QCOMPARE(snapshot.identity.model, QStringLiteral("Model 7"));
     variables.insert(QStringLiteral("ups.mfr"), QStringLiteral("Another"));
     variables.insert(QStringLiteral("ups.model"), QStringLiteral("Model 8"));
     snapshot = snapshotOf(QStringLiteral("demo"), variables);
-    QCOMPARE(snapshot.manufacturer, QStringLiteral("Another"));
-    QCOMPARE(snapshot.model, QStringLiteral("Model 8"));
+    QCOMPARE(snapshot.identity.manufacturer, QStringLiteral("Another"));
+    QCOMPARE(snapshot.identity.model, QStringLiteral("Model 8"));
 }
 
 void TestUpsFeedMapping::textsAreOneLine()
@@ -493,7 +493,7 @@ void TestUpsFeedMapping::textsAreOneLine()
     const Snapshot snapshot =
         withVariable(QStringLiteral("ups.model"), QString::fromUtf8(" A\nB\x1b[1m\x07 \xc2\x85"
                                                                     "C "));
-    QCOMPARE(snapshot.model, QStringLiteral("A B [1m C"));
+    QCOMPARE(snapshot.identity.model, QStringLiteral("A B [1m C"));
 }
 
 void TestUpsFeedMapping::beeper_data()

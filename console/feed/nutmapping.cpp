@@ -88,6 +88,26 @@ constexpr ValueRow valueTable[] = {
 };
 // clang-format on
 
+// Where the values of phases come from, if not from "output.L1.current" and the like: '*' stands
+// for L1, L2, L3, and '#' for L1-L2, L2-L3, L3-L1. The first alternative that gives any counts.
+struct PhaseRow
+{
+    Quantity quantity;
+    const char *names;
+};
+
+constexpr PhaseRow phaseTable[] = {
+    {Quantity::Load, "ups.*.load|output.*.power.percent|output.*.realpower.percent"},
+    {Quantity::InputVoltage, "input.*-N.voltage|input.*.voltage|input.#.voltage"},
+    {Quantity::BypassVoltage,
+     "input.bypass.*-N.voltage|input.bypass.*.voltage|input.bypass.#.voltage"},
+    {Quantity::OutputVoltage, "output.*-N.voltage|output.*.voltage|output.#.voltage"},
+    {Quantity::OutputCurrent, "output.*.current"},
+    {Quantity::OutputPower, "ups.*.realpower|output.*.realpower"},
+};
+
+constexpr int phaseCount = 3;
+
 QStringList split(const char *text, char separator)
 {
     return QString::fromLatin1(text).split(QLatin1Char(separator), Qt::SkipEmptyParts);
@@ -140,6 +160,124 @@ Measure measureOf(const NutVariables &variables, const ValueRow &row)
     if (measure.minimum && measure.maximum && *measure.minimum >= *measure.maximum)
         measure.minimum = measure.maximum = std::nullopt;
     return measure;
+}
+
+QVector<PhaseValue> phasesOf(const NutVariables &variables, const char *alternatives)
+{
+    static const QStringList singles = split("L1 L2 L3", ' ');
+    static const QStringList pairs = split("L1-L2 L2-L3 L3-L1", ' ');
+    QVector<PhaseValue> phases;
+    const QStringList names = split(alternatives, '|');
+    for (const QString &name : names) {
+        const QLatin1Char mark(name.contains(QLatin1Char('*')) ? '*' : '#');
+        for (int i = 0; i < phaseCount; ++i) {
+            const QString &phase = (mark == QLatin1Char('*') ? singles : pairs).at(i);
+            QString variable = name;
+            variable.replace(mark, phase);
+            if (const std::optional<double> number = nutNumber(variables.value(variable)))
+                phases.append({phase, *number});
+        }
+        if (!phases.isEmpty())
+            break;
+    }
+    return phases;
+}
+
+double sumOf(const QVector<PhaseValue> &phases)
+{
+    double sum = 0.0;
+    for (const PhaseValue &phase : phases)
+        sum += phase.value;
+    return sum;
+}
+
+bool isVoltage(Quantity quantity)
+{
+    return unitOf(quantity) == QLatin1String("V");
+}
+
+/// The nominal value and the limits may be those between two phases while the values are those to
+/// neutral, or the other way round.
+void fitToPhases(Measure *measure, double mean)
+{
+    if (!measure->nominal || *measure->nominal <= 0.0 || mean <= 0.0)
+        return;
+    const double chained = std::sqrt(3.0);
+    double best = 1.0;
+    for (const double factor : {chained, 1.0 / chained}) {
+        if (std::abs(std::log(mean / (*measure->nominal * factor))) <
+            std::abs(std::log(mean / (*measure->nominal * best))))
+            best = factor;
+    }
+    for (std::optional<double> *number :
+         {&measure->nominal, &measure->minimum, &measure->maximum, &measure->low, &measure->high}) {
+        if (*number)
+            **number *= best;
+    }
+}
+
+/// Takes the phases in, the worst first: of voltages the one furthest from the nominal value, or
+/// from the others; else the highest.
+void takePhases(Measure *measure, Quantity quantity, const NutVariables &variables,
+                const char *names)
+{
+    measure->phases = phasesOf(variables, names);
+    if (measure->phases.isEmpty())
+        return;
+    const double mean = sumOf(measure->phases) / measure->phases.size();
+    const bool voltage = isVoltage(quantity);
+    if (voltage && !measure->value)
+        fitToPhases(measure, mean);
+    const double middle = measure->nominal.value_or(mean);
+    std::stable_sort(measure->phases.begin(), measure->phases.end(),
+                     [=](const PhaseValue &a, const PhaseValue &b) {
+                         if (voltage)
+                             return std::abs(a.value - middle) > std::abs(b.value - middle);
+                         return a.value > b.value;
+                     });
+    if (measure->value)
+        return;
+    if (quantity == Quantity::OutputPower) {
+        // Powers add up, but a part of them is not the whole.
+        const double sum = sumOf(measure->phases);
+        if (measure->phases.size() == phaseCount && std::isfinite(sum))
+            measure->value = sum;
+        return;
+    }
+    measure->value = measure->phases.first().value;
+    measure->phase = measure->phases.first().name;
+}
+
+Identity identityOf(const NutVariables &variables)
+{
+    Identity identity;
+    identity.manufacturer = firstText(variables, "ups.mfr|device.mfr");
+    identity.model = firstText(variables, "ups.model|device.model");
+    identity.serial = firstText(variables, "ups.serial|device.serial");
+    identity.firmware = firstText(variables, "ups.firmware|ups.firmware.aux");
+    identity.batteryDate = firstText(variables, "battery.date|battery.mfr.date");
+    identity.nominalPower = firstNumber(variables, "ups.power.nominal");
+    identity.nominalRealPower = firstNumber(variables, "ups.realpower.nominal");
+    return identity;
+}
+
+/// The UPS's alarms one by one, as far as they end with "!".
+QStringList alarmTextsOf(const QString &text)
+{
+    constexpr int most = 16;
+    QStringList texts;
+    int begin = 0;
+    while (begin < text.size()) {
+        const int mark = text.indexOf(QLatin1String("! "), begin);
+        const bool last = mark < 0 || texts.size() == most - 1;
+        const int end = last ? text.size() : mark + 1;
+        const QString one = text.mid(begin, end - begin).trimmed();
+        if (!one.isEmpty())
+            texts.append(one);
+        begin = end;
+    }
+    texts.removeDuplicates();
+    return texts;
 }
 
 void apply(ElementState *state, const Effect &effect)
@@ -201,10 +339,11 @@ void takeStatus(Snapshot *snapshot, const QStringList &tokens)
 /// The UPS's own words instead of the plain "Alarm".
 void takeAlarmText(Snapshot *snapshot, const QString &text)
 {
-    if (text.isEmpty())
+    snapshot->alarmTexts = alarmTextsOf(text);
+    if (snapshot->alarmTexts.isEmpty())
         return;
     snapshot->alarms.removeAll(QStringLiteral("Alarm"));
-    snapshot->alarms.prepend(text);
+    snapshot->alarms = snapshot->alarmTexts + snapshot->alarms;
 }
 
 /// The whole is as bad as its worst element; and since an alarm is only shown together with what an
@@ -256,19 +395,25 @@ Snapshot snapshotOf(const QString &upsName, const NutVariables &variables)
     QStringList tokens =
         firstText(variables, "ups.status").split(QLatin1Char(' '), Qt::SkipEmptyParts);
     tokens.removeDuplicates();
-    if (tokens.contains(QStringLiteral("WAIT"))) {
+    for (auto variable = variables.cbegin(); variable != variables.cend(); ++variable)
+        snapshot.variables.insert(plainText(variable.key()), plainText(variable.value()));
+    snapshot.tokens = tokensOf(tokens, &snapshot.otherTokens);
+    if (snapshot.tokens.testFlag(StatusToken::Waiting)) {
         snapshot.status += QStringLiteral("Waiting for the first data");
         return snapshot;
     }
     // Drivers that give an alarm's text do not always set its token.
-    if (!alarmText.isEmpty() && !tokens.contains(QStringLiteral("ALARM")))
-        tokens += QStringLiteral("ALARM");
+    if (!alarmText.isEmpty() && !snapshot.tokens.testFlag(StatusToken::Alarm)) {
+        tokens += wordOf(StatusToken::Alarm);
+        snapshot.tokens |= StatusToken::Alarm;
+    }
 
-    snapshot.manufacturer = firstText(variables, "ups.mfr|device.mfr");
-    snapshot.model = firstText(variables, "ups.model|device.model");
+    snapshot.identity = identityOf(variables);
     snapshot.beeperEnabled = beeperOf(variables);
     for (const ValueRow &row : valueTable)
         snapshot.measure(row.quantity) = measureOf(variables, row);
+    for (const PhaseRow &row : phaseTable)
+        takePhases(&snapshot.measure(row.quantity), row.quantity, variables, row.names);
 
     takeStatus(&snapshot, tokens);
     takeAlarmText(&snapshot, alarmText);

@@ -45,10 +45,19 @@ struct Ramp
     double to;
 };
 
+using Token = StatusToken;
+
+template <typename... Tokens>
+constexpr quint32 says(Tokens... tokens)
+{
+    return (0U | ... | quint32(tokens));
+}
+
 struct Step
 {
     Phase phase;
     double seconds;
+    quint32 tokens;
     const char *status; // in words, separated by '|'
     const char *alarms; // likewise
     Mains mains;
@@ -60,35 +69,35 @@ struct Step
 
 // clang-format off
 constexpr std::array<Step, phaseCount> story = {{
-    {Phase::StandBy, 8, "Stand-by", "", Mains::Good, Source::None, {0, 0}, {96, 96},
+    {Phase::StandBy, 8, says(Token::Off), "Stand-by", "", Mains::Good, Source::None, {0, 0}, {96, 96},
      standBy, standBy, standBy, standBy, standBy, standBy},
-    {Phase::Precharge, 8, "Starting|Precharging the DC link", "", Mains::Good, Source::None, {0, 0}, {96, 96},
+    {Phase::Precharge, 8, says(Token::Starting), "Starting|Precharging the DC link", "", Mains::Good, Source::None, {0, 0}, {96, 96},
      precharge, precharge, standBy, standBy, standBy, standBy},
-    {Phase::WaitBatteryVoltage, 8, "Starting|Waiting for the battery voltage", "", Mains::Good, Source::None, {0, 0}, {96, 96},
+    {Phase::WaitBatteryVoltage, 8, says(Token::Starting), "Starting|Waiting for the battery voltage", "", Mains::Good, Source::None, {0, 0}, {96, 96},
      waiting, on, standBy, waiting, standBy, standBy},
-    {Phase::Calibration, 12, "Starting|Calibrating the battery", "", Mains::Good, Source::None, {0, 0}, {96, 92},
+    {Phase::Calibration, 12, says(Token::Starting, Token::Calibrating), "Starting|Calibrating the battery", "", Mains::Good, Source::None, {0, 0}, {96, 92},
      calibration, on, calibration, calibration, standBy, standBy},
-    {Phase::Normal, 24, "On line|Battery charging", "", Mains::Good, Source::Inverter, {5, 62}, {92, 98},
+    {Phase::Normal, 24, says(Token::OnLine, Token::Charging), "On line|Battery charging", "", Mains::Good, Source::Inverter, {5, 62}, {92, 98},
      on, on, on, on, standBy, on},
-    {Phase::MainsOutOfTolerance, 12, "On line", "Input voltage too low", Mains::Low, Source::Inverter, {62, 58}, {98, 98},
+    {Phase::MainsOutOfTolerance, 12, says(Token::OnLine), "On line", "Input voltage too low", Mains::Low, Source::Inverter, {62, 58}, {98, 98},
      anomaly(on), anomaly(on), on, standBy, anomaly(standBy), on},
-    {Phase::OnBattery, 36, "On battery|Battery discharging", "Mains failure", Mains::Absent, Source::Battery, {58, 64}, {98, 20},
+    {Phase::OnBattery, 36, says(Token::OnBattery, Token::Discharging), "On battery|Battery discharging", "Mains failure", Mains::Absent, Source::Battery, {58, 64}, {98, 20},
      warning(onBattery), warning(standBy), onBattery, onBattery, warning(standBy), onBattery},
-    {Phase::LowBattery, 14, "On battery|Battery low", "Mains failure|Battery low", Mains::Absent, Source::Battery, {64, 64}, {20, 6},
+    {Phase::LowBattery, 14, says(Token::OnBattery, Token::Discharging, Token::LowBattery), "On battery|Battery low", "Mains failure|Battery low", Mains::Absent, Source::Battery, {64, 64}, {20, 6},
      fault(onBattery), warning(standBy), onBattery, fault(onBattery), warning(standBy), warning(onBattery)},
-    {Phase::Recharging, 28, "On line|Battery charging", "", Mains::Good, Source::Inverter, {64, 60}, {6, 92},
+    {Phase::Recharging, 28, says(Token::OnLine, Token::Charging), "On line|Battery charging", "", Mains::Good, Source::Inverter, {64, 60}, {6, 92},
      on, on, on, on, standBy, on},
-    {Phase::Overload, 14, "On line|Overload", "Output overload", Mains::Good, Source::Inverter, {60, 131}, {92, 94},
+    {Phase::Overload, 14, says(Token::OnLine, Token::Overload), "On line|Overload", "Output overload", Mains::Good, Source::Inverter, {60, 131}, {92, 94},
      anomaly(on), on, warning(on), on, standBy, anomaly(on)},
-    {Phase::OnBypass, 14, "On bypass", "Load not protected", Mains::Good, Source::Bypass, {131, 78}, {94, 96},
+    {Phase::OnBypass, 14, says(Token::Bypass), "On bypass", "Load not protected", Mains::Good, Source::Bypass, {131, 78}, {94, 96},
      warning(onBypass), on, warning(standBy), on, onBypass, warning(onBypass)},
-    {Phase::InverterFault, 12, "On bypass|Inverter fault", "Inverter fault|Load not protected", Mains::Good, Source::Bypass, {78, 74}, {96, 96},
+    {Phase::InverterFault, 12, says(Token::Bypass, Token::Alarm), "On bypass|Inverter fault", "Inverter fault|Load not protected", Mains::Good, Source::Bypass, {78, 74}, {96, 96},
      fault(onBypass), on, fault(standBy), standBy, onBypass, warning(onBypass)},
-    {Phase::Locked, 10, "Locked", "Locked after a fault", Mains::Good, Source::None, {0, 0}, {96, 96},
+    {Phase::Locked, 10, says(Token::Locked, Token::Alarm), "Locked", "Locked after a fault", Mains::Good, Source::None, {0, 0}, {96, 96},
      locked(standBy), standBy, locked(standBy), standBy, locked(standBy), fault(standBy)},
-    {Phase::CommunicationLost, 12, "", "", Mains::Good, Source::None, {0, 0}, {96, 96},
+    {Phase::CommunicationLost, 12, says(), "", "", Mains::Good, Source::None, {0, 0}, {96, 96},
      lost, lost, lost, lost, lost, lost},
-    {Phase::Recovery, 20, "On line", "", Mains::Good, Source::Inverter, {20, 48}, {96, 96},
+    {Phase::Recovery, 20, says(Token::OnLine), "On line", "", Mains::Good, Source::Inverter, {20, 48}, {96, 96},
      on, on, on, standBy, standBy, on},
 }};
 // clang-format on
@@ -300,8 +309,11 @@ Snapshot snapshotIn(Phase phase, double load, double charge, double seconds)
     snapshot.link = Snapshot::Link::Ok;
     snapshot.simulated = true;
     snapshot.name = name;
-    snapshot.manufacturer = QStringLiteral("KivWidgets");
-    snapshot.model = QStringLiteral("On-line 3 kVA");
+    if (snapshot.tokens.testFlag(Token::Alarm))
+        snapshot.alarmTexts = snapshot.alarms.mid(0, 1); // the rest follows from the tokens
+    snapshot.identity.manufacturer = QStringLiteral("KivWidgets");
+    snapshot.identity.model = QStringLiteral("On-line 3 kVA");
+    snapshot.tokens = StatusTokens(QFlag(int(step.tokens)));
     snapshot.status = texts(step.status);
     snapshot.alarms = texts(step.alarms);
     snapshot.beeperEnabled = true;

@@ -1,5 +1,7 @@
 #include "snapshot.h"
 
+#include <tuple>
+
 namespace {
 
 constexpr std::array<const char *, elementCount> elementNames = {
@@ -28,7 +30,50 @@ constexpr std::array<QuantityText, quantityCount> quantityTexts = {{
     {"Temperature", "°C"},
 }};
 
+auto fields(const Measure &m)
+{
+    return std::tie(m.value, m.minimum, m.maximum, m.nominal, m.low, m.high, m.phase, m.phases);
+}
+
+auto fields(const Identity &i)
+{
+    return std::tie(i.manufacturer, i.model, i.serial, i.firmware, i.batteryDate, i.nominalPower,
+                    i.nominalRealPower);
+}
+
+auto fields(const Snapshot &s)
+{
+    return std::tie(s.link, s.reason, s.system, s.elements, s.measures, s.name, s.identity,
+                    s.tokens, s.otherTokens, s.status, s.alarms, s.alarmTexts, s.variables,
+                    s.beeperEnabled, s.simulated);
+}
+
 } // namespace
+
+bool PhaseValue::operator==(const PhaseValue &other) const
+{
+    return name == other.name && value == other.value;
+}
+
+bool Measure::operator==(const Measure &other) const
+{
+    return fields(*this) == fields(other);
+}
+
+bool Identity::operator==(const Identity &other) const
+{
+    return fields(*this) == fields(other);
+}
+
+bool Snapshot::operator==(const Snapshot &other) const
+{
+    return fields(*this) == fields(other);
+}
+
+bool Snapshot::operator!=(const Snapshot &other) const
+{
+    return !(*this == other);
+}
 
 Snapshot Snapshot::lost(const QString &name, const QString &reason)
 {

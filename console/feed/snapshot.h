@@ -1,10 +1,13 @@
 #pragma once
 
 #include "elementstate.h"
+#include "statustoken.h"
 
+#include <QtCore/QMap>
 #include <QtCore/QMetaType>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QVector>
 
 #include <array>
 #include <optional>
@@ -31,6 +34,15 @@ enum class Quantity {
 };
 constexpr int quantityCount = 13;
 
+/// The value of one phase, or between two.
+struct PhaseValue
+{
+    QString name; ///< "L1" to "L3", or "L1-L2", "L2-L3", "L3-L1"
+    double value = 0.0;
+
+    bool operator==(const PhaseValue &other) const;
+};
+
 /// A measured value with what is known about its range. Each number is finite; an absent one is
 /// "no data", which is not 0. The value is the true one, also outside its range.
 struct Measure
@@ -41,6 +53,24 @@ struct Measure
     std::optional<double> nominal; ///< what the UPS is made for
     std::optional<double> low;     ///< a value below is too low
     std::optional<double> high;    ///< a value above is too high
+    QString phase;                 ///< the phase that value is of, where it is the worst one's
+    QVector<PhaseValue> phases;    ///< the worst first; empty where the UPS gives none
+
+    bool operator==(const Measure &other) const;
+};
+
+/// Who a UPS is. All texts may be empty.
+struct Identity
+{
+    QString manufacturer;
+    QString model;
+    QString serial;
+    QString firmware;
+    QString batteryDate;                    ///< as the UPS writes it
+    std::optional<double> nominalPower;     ///< volt-ampere
+    std::optional<double> nominalRealPower; ///< watt
+
+    bool operator==(const Identity &other) const;
 };
 
 /// What is known about a UPS at one instant. A new snapshot has no communication and no data.
@@ -54,6 +84,8 @@ struct Snapshot
     static Snapshot lost(const QString &name, const QString &reason);
 
     bool isLost() const;
+    bool operator==(const Snapshot &other) const;
+    bool operator!=(const Snapshot &other) const;
     const ElementState &element(Element which) const;
     ElementState &element(Element which);
     const Measure &measure(Quantity which) const;
@@ -66,11 +98,14 @@ struct Snapshot
     ElementState system; ///< the UPS as a whole
     std::array<ElementState, elementCount> elements;
     std::array<Measure, quantityCount> measures;
-    QString name;                      ///< how the UPS is called by its host
-    QString manufacturer;              ///< may be empty
-    QString model;                     ///< may be empty
-    QStringList status;                ///< what the UPS says of itself, in words
-    QStringList alarms;                ///< alarm texts
+    QString name; ///< how the UPS is called by its host
+    Identity identity;
+    StatusTokens tokens;               ///< what the UPS says of itself
+    QStringList otherTokens;           ///< what it says that this program does not know
+    QStringList status;                ///< all of that in words
+    QStringList alarms;                ///< the alarms among them, and the UPS's own alarm texts
+    QStringList alarmTexts;            ///< the UPS's own alarm texts
+    QMap<QString, QString> variables;  ///< all that the UPS gives, by name
     std::optional<bool> beeperEnabled; ///< absent when not known
     bool simulated = false;            ///< not from a real UPS: to be marked on screen
 };

@@ -144,8 +144,9 @@ int soakOnSimulator(double seconds, double speed)
 {
     ErrorCapture capture;
     SimulatorFeed feed(speed);
-    ConsoleWindow window;
-    window.setFeed(&feed);
+    SiteModel site;
+    site.add(QStringLiteral("soak"))->setFeed(&feed);
+    ConsoleWindow window(&site);
     window.show();
     feed.start();
     Watch watch;
@@ -178,8 +179,9 @@ int soakOnServer(int rounds)
     Snapshot latest;
     QObject::connect(&feed, &UpsFeed::snapshotReady, &feed,
                      [&latest](const Snapshot &snapshot) { latest = snapshot; });
-    ConsoleWindow window;
-    window.setFeed(&feed);
+    SiteModel site;
+    site.add(QStringLiteral("soak"))->setFeed(&feed);
+    ConsoleWindow window(&site);
     window.show();
     feed.start();
     constexpr double patience = 40.0;

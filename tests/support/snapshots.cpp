@@ -27,8 +27,8 @@ QString describe(const Snapshot &snapshot)
 {
     QStringList lines;
     lines += snapshot.isLost() ? QStringLiteral("lost: ") + snapshot.reason : QStringLiteral("ok");
-    lines += snapshot.name + QLatin1Char('/') + snapshot.manufacturer + QLatin1Char('/') +
-             snapshot.model;
+    lines += snapshot.name + QLatin1Char('/') + snapshot.identity.manufacturer + QLatin1Char('/') +
+             snapshot.identity.model;
     lines += snapshot.status.join(QLatin1Char('|'));
     lines += snapshot.alarms.join(QLatin1Char('|'));
     lines += snapshot.beeperEnabled ? QString::number(*snapshot.beeperEnabled) : QString();

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "severity.h"
+#include "snapshot.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+/// Something about a UPS that is not as it should be, or worth knowing, for as long as it lasts.
+struct Condition
+{
+    QString id; ///< the same for the same cause, such as "on-battery"
+    Severity severity = Severity::Unknown;
+    QString text;      ///< plain text, may come from the UPS
+    QString valueText; ///< the measured value that belongs to it, such as "187 V"; may be empty
+    QDateTime since;   ///< UTC
+};
+bool operator==(const Condition &a, const Condition &b);
+bool operator!=(const Condition &a, const Condition &b);
+
+/// The conditions that @p snapshot shows, the worst first, without their begin.
+QVector<Condition> conditionsOf(const Snapshot &snapshot);

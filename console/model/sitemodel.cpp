@@ -1,0 +1,55 @@
+#include "sitemodel.h"
+
+#include <algorithm>
+
+SiteModel::SiteModel(const Clock &usedClock, QObject *parent)
+    : QObject(parent)
+    , clock(usedClock)
+{}
+
+UpsModel *SiteModel::add(const QString &id)
+{
+    if (UpsModel *known = find(id))
+        return known;
+    auto *ups = new UpsModel(id, clock, this);
+    all.push_back(ups);
+    connect(ups, &UpsModel::changed, this, [=] { Q_EMIT changed(ups); });
+    connect(ups, &UpsModel::conditionBegan, this,
+            [=](const Condition &condition) { Q_EMIT conditionBegan(ups, condition); });
+    connect(ups, &UpsModel::conditionEnded, this,
+            [=](const Condition &condition) { Q_EMIT conditionEnded(ups, condition); });
+    Q_EMIT added(ups);
+    return ups;
+}
+
+int SiteModel::count() const
+{
+    return int(all.size());
+}
+
+UpsModel *SiteModel::at(int index) const
+{
+    return all.at(std::size_t(index));
+}
+
+UpsModel *SiteModel::find(const QString &id) const
+{
+    const auto found = std::find_if(all.cbegin(), all.cend(),
+                                    [&id](const UpsModel *ups) { return ups->id() == id; });
+    return found == all.cend() ? nullptr : *found;
+}
+
+UpsModel *SiteModel::worst() const
+{
+    const auto found =
+        std::max_element(all.cbegin(), all.cend(), [](const UpsModel *a, const UpsModel *b) {
+            return urgencyOf(a->severity()) < urgencyOf(b->severity());
+        });
+    return found == all.cend() ? nullptr : *found;
+}
+
+Severity SiteModel::severity() const
+{
+    const UpsModel *ups = worst();
+    return ups ? ups->severity() : Severity::Normal;
+}

@@ -1,0 +1,182 @@
+#include "upsmodel.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+const Condition *find(const QVector<Condition> &conditions, const QString &id)
+{
+    const auto found = std::find_if(conditions.cbegin(), conditions.cend(),
+                                    [&id](const Condition &one) { return one.id == id; });
+    return found == conditions.cend() ? nullptr : &*found;
+}
+
+/// Whether a snapshot says nothing about conditions.
+bool isSilent(const Snapshot &snapshot)
+{
+    return snapshot.isLost() || snapshot.tokens.testFlag(StatusToken::Waiting);
+}
+
+} // namespace
+
+Clock systemClock()
+{
+    return [] { return QDateTime::currentDateTimeUtc(); };
+}
+
+UpsModel::UpsModel(const QString &id, const Clock &usedClock, QObject *parent)
+    : QObject(parent)
+    , name(id)
+    , clock(usedClock)
+    , line(headlineOf(latest))
+{
+    updateConditions();
+}
+
+const QString &UpsModel::id() const
+{
+    return name;
+}
+
+void UpsModel::setFeed(UpsFeed *newFeed)
+{
+    if (feed == newFeed)
+        return;
+    if (feed)
+        feed->disconnect(this);
+    feed = newFeed;
+    if (feed) {
+        connect(feed, &UpsFeed::snapshotReady, this, &UpsModel::take);
+        connect(feed, &QObject::destroyed, this, &UpsModel::commandsChanged);
+    }
+    Q_EMIT commandsChanged();
+}
+
+void UpsModel::take(const Snapshot &snapshot)
+{
+    const QPointer<UpsModel> guard(this);
+    if (!snapshot.isLost())
+        lastHeard = clock();
+    const bool differs = snapshot != latest;
+    if (differs) {
+        latest = snapshot;
+        line = headlineOf(latest);
+        scales.take(latest);
+        updateConditions();
+    }
+    if (guard && differs)
+        Q_EMIT changed();
+    if (guard)
+        Q_EMIT heard();
+}
+
+void UpsModel::updateConditions()
+{
+    const QVector<Condition> before = present;
+    const QDateTime now = clock();
+    QVector<Condition> next = conditionsOf(latest);
+    for (Condition &condition : next) {
+        const Condition *old = find(before, condition.id);
+        if (!old)
+            old = find(beforeSilence, condition.id);
+        condition.since = old ? old->since : now;
+    }
+    QVector<Condition> known = before; // whose begin was announced
+    QVector<Condition> ended;
+    if (isSilent(latest)) {
+        for (const Condition &condition : before) {
+            const bool ofTheUps = condition.id != QLatin1String("no-communication");
+            if (ofTheUps)
+                beforeSilence.append(condition);
+            else if (!find(next, condition.id))
+                ended.append(condition);
+        }
+    } else {
+        known += beforeSilence;
+        beforeSilence.clear();
+        for (const Condition &condition : std::as_const(known)) {
+            if (!find(next, condition.id))
+                ended.append(condition);
+        }
+    }
+    present = next;
+
+    const QPointer<UpsModel> guard(this);
+    for (const Condition &condition : std::as_const(ended)) {
+        if (guard)
+            Q_EMIT conditionEnded(condition);
+    }
+    for (const Condition &condition : std::as_const(next)) {
+        if (guard && !find(known, condition.id))
+            Q_EMIT conditionBegan(condition);
+    }
+}
+
+const Snapshot &UpsModel::snapshot() const
+{
+    return latest;
+}
+
+const Headline &UpsModel::headline() const
+{
+    return line;
+}
+
+const QVector<Condition> &UpsModel::conditions() const
+{
+    return present;
+}
+
+const Condition *UpsModel::worst() const
+{
+    return present.isEmpty() ? nullptr : &present.first();
+}
+
+Severity UpsModel::severity() const
+{
+    return present.isEmpty() ? line.severity : worseOf(line.severity, present.first().severity);
+}
+
+QDateTime UpsModel::heardAt() const
+{
+    return lastHeard;
+}
+
+Scale UpsModel::scale(Quantity quantity) const
+{
+    return scales.scale(quantity);
+}
+
+Reading UpsModel::reading(Quantity quantity) const
+{
+    return readingOf(latest, quantity);
+}
+
+QString UpsModel::timeLeft() const
+{
+    const std::optional<double> seconds = latest.value(Quantity::BatteryRuntime);
+    if (!line.showsTimeLeft || !seconds || *seconds < 0.0)
+        return QString();
+    return Values::timeLeft(seconds);
+}
+
+bool UpsModel::isTimeLeftLow() const
+{
+    const Measure &measure = latest.measure(Quantity::BatteryRuntime);
+    return line.showsTimeLeft && measure.value && measure.low && *measure.value < *measure.low;
+}
+
+bool UpsModel::supports(Command command) const
+{
+    return feed && feed->supports(command);
+}
+
+bool UpsModel::command(Command command)
+{
+    const QPointer<UpsModel> guard(this);
+    const bool taken = feed && feed->command(command);
+    if (guard)
+        Q_EMIT commandGiven(command, taken);
+    return taken;
+}

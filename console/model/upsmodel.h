@@ -1,0 +1,87 @@
+#pragma once
+
+#include "condition.h"
+#include "headline.h"
+#include "scale.h"
+#include "upsfeed.h"
+#include "values.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
+
+#include <functional>
+
+/// The time of day for the model: UTC.
+using Clock = std::function<QDateTime()>;
+/// The system's time.
+Clock systemClock();
+
+/// One UPS of the site: what is known of it now, and the way for commands.
+///
+/// Pages, history and notices observe it and never a feed. It lives in the thread of its feed.
+class UpsModel : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @p id names the UPS within the site, such as "demo@host:3493", and does not change.
+    explicit UpsModel(const QString &id, const Clock &clock = systemClock(),
+                      QObject *parent = nullptr);
+
+    const QString &id() const;
+    /// Follows @p feed, which stays the caller's and may be deleted at any time; or none, when
+    /// null.
+    void setFeed(UpsFeed *feed);
+    /// Takes the UPS's state from elsewhere.
+    void take(const Snapshot &snapshot);
+
+    const Snapshot &snapshot() const;
+    const Headline &headline() const;
+    /// The present conditions, the worst first.
+    const QVector<Condition> &conditions() const;
+    /// The worst condition; null when there is none.
+    const Condition *worst() const;
+    /// The worst of the headline and all conditions.
+    Severity severity() const;
+    /// When the UPS was last heard, in UTC; invalid before the first time.
+    QDateTime heardAt() const;
+    Scale scale(Quantity quantity) const;
+    Reading reading(Quantity quantity) const;
+    /// "2:10", "12 min" …; empty where it would mislead: the battery cannot feed the load, or no
+    /// time is known.
+    QString timeLeft() const;
+    /// Whether the time left is below what the UPS calls low.
+    bool isTimeLeftLow() const;
+
+    /// Whether @p command can be given to this kind of UPS at all.
+    bool supports(Command command) const;
+    /// Gives it. Returns false when it is not supported, or refused in the present state.
+    bool command(Command command);
+
+Q_SIGNALS:
+    /// Something was heard, be it the same as before.
+    void heard();
+    /// The snapshot, and with it perhaps headline and conditions, differs from before.
+    void changed();
+    /// A condition that was not there, and one that is over (as it was).
+    void conditionBegan(const Condition &condition);
+    void conditionEnded(const Condition &condition);
+    /// What supports() answers may have changed.
+    void commandsChanged();
+    /// The outcome of command().
+    void commandGiven(Command command, bool taken);
+
+private:
+    void updateConditions();
+
+    const QString name;
+    const Clock clock;
+    QPointer<UpsFeed> feed;
+    Snapshot latest;
+    Headline line;
+    QVector<Condition> present;
+    // Those before communication was lost: what is still there afterwards did not begin anew.
+    QVector<Condition> beforeSilence;
+    QDateTime lastHeard;
+    ScaleBook scales;
+};
