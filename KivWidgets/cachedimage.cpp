@@ -9,6 +9,9 @@ namespace KivPrivate {
 
 namespace {
 
+/// 64 Mi pixels take 256 MiB; what asks for more is a mistake.
+constexpr qint64 mostPixels = qint64(1) << 26;
+
 /// By the image itself, since a painter leaves out what lies beyond its columns and rows.
 QImage *cleared(QImage *image)
 {
@@ -30,8 +33,18 @@ bool createIfMissing(QImage **image, QSize size)
 {
     if (*image)
         return false;
-    *image = new QImage(size, QImage::Format_ARGB32_Premultiplied);
+    *image = new QImage(newImage(size));
     return true;
+}
+
+bool isAllocatable(QSize size)
+{
+    return qint64(size.width()) * size.height() <= mostPixels;
+}
+
+QImage newImage(QSize size)
+{
+    return isAllocatable(size) ? QImage(size, QImage::Format_ARGB32_Premultiplied) : QImage();
 }
 
 bool isMissing(const QImage *image)

@@ -20,7 +20,14 @@ namespace KivPrivate {
 /// Deletes *@p image if there is one, nulls it and sets @p dirty, all under @p lock. Any thread.
 void dropImage(QMutex &lock, bool &dirty, QImage **image);
 
-/// Allocates a transparent-capable image of @p size where *@p image is missing.
+/// Whether an image of @p size is within the bound of 2^26 pixels. Larger ones are not allocated.
+bool isAllocatable(QSize size);
+
+/// An image of @p size in the format of all cached images, its pixels not set; a null image when
+/// the size is empty or beyond the bound.
+QImage newImage(QSize size);
+
+/// Makes a new image of @p size where *@p image is missing.
 /// @return true when it did, so that the caller paints the new image.
 bool createIfMissing(QImage **image, QSize size);
 

@@ -48,7 +48,7 @@ template <typename Build>
 void showComposed(QWidget *widget, Build build)
 {
     QPainter painter(widget);
-    QImage composed(widget->size(), QImage::Format_ARGB32_Premultiplied);
+    QImage composed = newImage(widget->size());
     if (composed.isNull())
         return;
     build(composed);

@@ -158,7 +158,7 @@ void MetroShelter::createImages()
 {
     if (image)
         return;
-    if (!ImageBackground) {
+    if (!ImageBackground && isAllocatable(size())) {
         ImageBackground = new QPixmap(size());
         ImageBackground->fill(Qt::black);
     }

@@ -1,5 +1,7 @@
 #include "rotatestackedwidget.h"
 
+#include "cachedimage_p.h"
+
 #include <QtCore/QPointer>
 #include <QtCore/QPropertyAnimation>
 #include <QtCore/QSequentialAnimationGroup>
@@ -42,7 +44,7 @@ void setUp(QPropertyAnimation *animation, int msecs, const QVariant &from, const
 /// since a transparent ground would blend the card's edges.
 QPixmap grabbed(QWidget *page, QSize size, const QColor &ground)
 {
-    QPixmap pixmap(size);
+    QPixmap pixmap(KivPrivate::isAllocatable(size) ? size : QSize());
     if (!pixmap.isNull()) {
         pixmap.fill(ground);
         page->render(&pixmap, QPoint(0, 0), QRegion(),
