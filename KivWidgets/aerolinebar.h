@@ -70,9 +70,9 @@ public:
     /// Default: NoVal. Every write repaints.
     ValPos getValuePosition() const;
     void setValuePosition(ValPos position);
-    /// printf format of the value text, for one number, taken in Latin-1; an integer conversion
-    /// gets the value truncated. A format that asks for anything else is shown as it stands.
-    /// Default: "%.02f%%".
+    /// printf format of the value text, for one number; an integer conversion gets the value
+    /// truncated. A format that asks for anything else is shown as it stands. Characters of Latin-1
+    /// such as "°" show, others become "?"; setText() shows any character. Default: "%.02f%%".
     QString getValueFormat() const;
     /// Colour of the value text. Default: an invalid colour. A change rebuilds the text.
     QColor getColorText() const;

@@ -78,9 +78,10 @@ public:
     /// Thickness of the ring, 2 to 255 pixels. Default: 11. Drops the mask.
     int getTickness() const;
     void setTickness(int pixels);
-    /// printf format of the value text, for one number, taken in Latin-1; an integer conversion
-    /// gets the value truncated. A format that asks for anything else is shown as it
-    /// stands. Default: "%d%%". Drops the value arc.
+    /// printf format of the value text, for one number; an integer conversion gets the value
+    /// truncated. A format that asks for anything else is shown as it stands. Characters of Latin-1
+    /// such as "°" show, others become "?"; the label shows any character. Default: "%d%%". Drops
+    /// the value arc.
     QString getFormatStr() const;
     void setFormat(const QString &format);
     /// Offset of the value text in pixels to the right and down. Default: (0, 0). Drops the value

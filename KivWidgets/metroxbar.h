@@ -47,7 +47,7 @@ public:
     /// Value of an empty bar, any int. Default: 0. A change drops the value layer.
     int getMinValue() const;
     void setMinValue(int minimum);
-    /// Unit written after the number. Default: empty. A change repaints.
+    /// Unit written after the number, of any characters. Default: empty. A change repaints.
     QString getMeasure() const;
     void setMeasure(const QString &unit);
 

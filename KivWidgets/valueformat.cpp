@@ -48,6 +48,22 @@ Argument argumentOf(char conversion)
     return isOneOf(conversion, "scpn*") ? Argument::Unfit : Argument::None;
 }
 
+/// Whether decoding and encoding keep every byte; the first one keeps Qt from dropping a byte order
+/// mark.
+bool isUtf8(const QByteArray &bytes)
+{
+    const QByteArray guarded = '.' + bytes;
+    return QString::fromUtf8(guarded.constData(), guarded.size()).toUtf8() == guarded;
+}
+
+/// @p format in Latin-1 where these bytes are UTF-8 by themselves, else the same characters in
+/// UTF-8: this is what QString::asprintf takes a format for.
+QByteArray encoded(const QString &format)
+{
+    const QByteArray latin1 = format.toLatin1();
+    return isUtf8(latin1) ? latin1 : QString::fromLatin1(latin1).toUtf8();
+}
+
 ParsedFormat parse(const QByteArray &format)
 {
     ParsedFormat parsed;
@@ -89,8 +105,8 @@ ParsedFormat parse(const QByteArray &format)
 
 QString formatValue(const QString &format, double value)
 {
-    const QByteArray latin1 = format.toLatin1();
-    const ParsedFormat parsed = parse(latin1);
+    const QByteArray bytes = encoded(format);
+    const ParsedFormat parsed = parse(bytes);
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_GCC("-Wformat-nonliteral")
     QT_WARNING_DISABLE_CLANG("-Wformat-nonliteral")
@@ -104,7 +120,7 @@ QString formatValue(const QString &format, double value)
         break;
     }
     QT_WARNING_POP
-    return QString::fromLatin1(latin1);
+    return QString::fromUtf8(bytes);
 }
 
 } // namespace KivPrivate

@@ -4,7 +4,10 @@ class QString;
 
 namespace KivPrivate {
 
-/// The text that the printf format @p format, taken in Latin-1, gives for one number.
+/// The text that the printf format @p format gives for one number.
+///
+/// Characters of Latin-1, such as "°" and "µ", show as they are; any other character becomes "?".
+/// A format whose Latin-1 bytes are valid UTF-8 by themselves shows what these mean.
 ///
 /// An integer conversion gets @p value truncated towards zero to an int, a floating-point
 /// conversion the value itself; length modifiers that ask for another argument are passed over. A

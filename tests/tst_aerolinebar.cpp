@@ -394,6 +394,7 @@ void AeroLinebarTest::texts_data()
     row("integer", "%d", "62");
     row("padded integer", "%05d", "00062");
     row("no conversion", "no data", "no data");
+    row("degrees", "%.1f \xC2\xB0", "62.5 \xC2\xB0");
     row("not Latin-1", "%.0f \xE2\x82\xAC", "63 ?");
     row("string", "%s", "%s");
     row("counter", "%n", "%n");

@@ -50,6 +50,42 @@ void ValueFormatTest::text_data()
     row("no conversion", "ready", 1.0, "ready");
     row("percent signs alone", "100%%", 1.0, "100%");
     row("empty", "", 1.0, "");
+    row("degrees",
+        "%.1f \xC2\xB0"
+        "C",
+        21.5,
+        "21.5 \xC2\xB0"
+        "C");
+    row("micro",
+        "%d \xC2\xB5"
+        "A",
+        5.0,
+        "5 \xC2\xB5"
+        "A");
+    row("squared, plus or minus, e with an accent", "\xC2\xB1%d m\xC2\xB2 \xC3\xA9", 5.0,
+        "\xC2\xB1"
+        "5 m\xC2\xB2 \xC3\xA9");
+    row("around the conversion", "\xC3\xA8 %d\xC2\xB0 %%", 5.0, "\xC3\xA8 5\xC2\xB0 %");
+    row("degrees and a character beyond Latin-1", "%d \xC2\xB0/\xE2\x82\xAC", 5.0, "5 \xC2\xB0/?");
+    row("degrees without a conversion",
+        "\xC2\xB0"
+        "C",
+        5.0,
+        "\xC2\xB0"
+        "C");
+    row("degrees in a format that is refused", "%s \xC2\xB0", 5.0, "%s \xC2\xB0");
+    row("beyond Latin-1 in a format that is refused", "%s \xE2\x82\xAC", 5.0, "%s ?");
+    row("bytes that are UTF-8", "%d \xC3\x82\xC2\xB0", 5.0, "5 \xC2\xB0");
+    row("bytes that are UTF-8 in a format that is refused", "%s \xC3\x82\xC2\xB0", 5.0,
+        "%s \xC2\xB0");
+    row("bytes that are three bytes of UTF-8", "%d \xC3\xA2\xC2\x82\xC2\xAC", 5.0,
+        "5 \xE2\x82\xAC");
+    row("bytes that begin UTF-8", "%d \xC3\xA2\xC2\x82", 5.0, "5 \xC3\xA2\xC2\x82");
+    row("bytes of UTF-8 and degrees", "%d \xC3\x82\xC2\xB0\xC2\xB0", 5.0,
+        "5 \xC3\x82\xC2\xB0\xC2\xB0");
+    row("bytes of a surrogate", "%d \xC3\xAD\xC2\xA0\xC2\x80", 5.0, "5 \xC3\xAD\xC2\xA0\xC2\x80");
+    row("bytes of a character written too long", "%d \xC3\x80\xC2\xAF", 5.0, "5 \xC3\x80\xC2\xAF");
+    row("bytes of the replacement character", "%d \xC3\xAF\xC2\xBF\xC2\xBD", 5.0, "5 \xEF\xBF\xBD");
     row("not Latin-1", "%d \xE2\x82\xAC", 5.0, "5 ?");
     row("two conversions", "%d of %d", 5.0, "%d of %d");
     row("real and integer", "%f %d", 5.0, "%f %d");
