@@ -38,26 +38,28 @@ PanelColors troughColors(const QColor &edge)
     return {QColor(230, 230, 230, 250), QColor(192, 192, 192, 200), edge};
 }
 
-/// The lengths of the three slices of the fill: its rounded ends and the straight piece between.
+/// The fill's length, and the lengths of its three slices: its rounded ends and the straight piece
+/// between. Where the first end takes more than half of the bar, the straight piece is negative.
 struct Fill
 {
-    int left = 0;
-    int middle = 0;
-    int right = 0;
+    int length;
+    int left;
+    int middle;
+    int right;
+
+    /// Where the last slice begins.
+    int end() const
+    {
+        return left + middle;
+    }
 };
 
 Fill sliceFill(int length, double endRadius, int width)
 {
-    Fill fill;
-    if (length <= endRadius) {
-        fill.left = length;
-        return fill;
-    }
-    fill.left = truncatedToInt(endRadius);
-    const int rest = length - fill.left;
-    fill.middle = std::min(rest, width - 2 * fill.left);
-    fill.right = std::max(rest - fill.middle, 0);
-    return fill;
+    const int left = length <= endRadius ? length : truncatedToInt(endRadius);
+    const int rest = length - left;
+    const int middle = std::min(rest, width - 2 * left);
+    return {length, left, middle, std::max(rest - middle, 0)};
 }
 
 double fillEndRadius(int width, int barHeight, int widthPen, int roundness)
@@ -75,11 +77,37 @@ int fillLength(double value, double minimum, double maximum, int width)
     return std::min(truncatedToInt(quotient((held - minimum) * width, maximum - minimum)), width);
 }
 
-/// Copies a slice of the finished panel to the same height of the widget; no slice for length 0.
+/// The left edge of a value text of @p textWidth in a bar of @p width.
+qint64 textColumn(AeroLinebar::ValPos position, const Fill &fill, int textWidth, int width,
+                  qint64 widthPen)
+{
+    const qint64 leftmost = widthPen + textGap;
+    const qint64 rightmost = width - textWidth - widthPen - textGap;
+    switch (position) {
+    case AeroLinebar::CenterVal:
+        return std::max(leftmost, std::min<qint64>(fill.length - textWidth / 2, rightmost));
+    case AeroLinebar::leftVal: {
+        const qint64 inside = fill.end() - textWidth - textGap;
+        return widthPen + 1 < inside ? inside : leftmost;
+    }
+    default:
+        return std::min<qint64>(fill.end() + textGap, rightmost);
+    }
+}
+
+/// Copies a slice of the finished panel to the same height of the widget; no slice for length 0. Qt
+/// takes a negative length for all that is left of the panel.
 void drawSlice(QPainter *painter, const QImage &panel, int from, int to, int length, int height)
 {
     if (length != 0)
         painter->drawImage(QRectF(to, 0, length, height), panel, QRectF(from, 0, length, height));
+}
+
+void drawFill(QPainter *painter, const QImage &panel, const Fill &fill, int width, int height)
+{
+    drawSlice(painter, panel, 0, 0, fill.left, height);
+    drawSlice(painter, panel, fill.left, fill.left, fill.middle, height);
+    drawSlice(painter, panel, width - fill.left, fill.end(), fill.right, height);
 }
 
 } // namespace
@@ -245,42 +273,20 @@ void AeroLinebar::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(opacity);
-
-    painter.drawImage(QRectF(0, 0, width(), barHeight), *imageShadow, QRectF(imageShadow->rect()));
-
     const int length = fillLength(valueF, minValueF, maxValueF, width());
     const double endRadius = fillEndRadius(width(), barHeight, widthPen, roundness);
     const Fill fill = sliceFill(length, endRadius, width());
-    drawSlice(&painter, *image, 0, 0, fill.left, barHeight);
-    drawSlice(&painter, *image, fill.left, fill.left, fill.middle, barHeight);
-    drawSlice(&painter, *image, width() - fill.left, fill.left + fill.middle, fill.right,
-              barHeight);
 
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(opacity);
+    painter.drawImage(QRectF(0, 0, width(), barHeight), *imageShadow, QRectF(imageShadow->rect()));
+    drawFill(&painter, *image, fill, width(), barHeight);
     if (imageText && valuePosition != NoVal) {
-        const int textWidth = imageText->width();
-        const int fillEnd = fill.left + fill.middle;
-        const qint64 pen = widthPen;
-        const qint64 rightmost = width() - textWidth - pen - textGap;
-        qint64 x = 0;
-        switch (valuePosition) {
-        case CenterVal:
-            x = std::max(pen + textGap, std::min<qint64>(length - textWidth / 2, rightmost));
-            break;
-        case leftVal:
-            x = fillEnd - textWidth - textGap;
-            if (pen + 1 >= x)
-                x = pen + textGap;
-            break;
-        default:
-            x = std::min<qint64>(fillEnd + textGap, rightmost);
-            break;
-        }
-        painter.drawImage(QPointF(double(x), (barHeight - imageText->height()) / 2), *imageText);
+        const qint64 x = textColumn(valuePosition, fill, imageText->width(), width(), widthPen);
+        const int y = (barHeight - imageText->height()) / 2;
+        painter.drawImage(QPointF(double(x), y), *imageText);
     }
-
     if (tickHeight > 1 && imageTick) {
         painter.drawImage(QRectF(0, height() - tickHeight, width(), tickHeight), *imageTick,
                           QRectF(imageTick->rect()));

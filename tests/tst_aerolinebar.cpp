@@ -151,7 +151,8 @@ QImage BarLook::draw(QSize size) const
             const QImage glass = drawnPicture(
                 QSize(W, bar), [&](QPainter *inner) { shown.draw(inner, QSize(W, bar)); });
             const auto slice = [&](int from, int to, int length) {
-                if (length > 0) {
+                // Qt takes a negative length for the rest of the panel.
+                if (length != 0) {
                     painter->drawImage(QRectF(to, 0, length, bar), glass,
                                        QRectF(from, 0, length, bar));
                 }
@@ -203,8 +204,10 @@ private Q_SLOTS:
     void fills();
     void sizes_data();
     void sizes();
+    void narrowBar();
     void textPositions_data();
     void textPositions();
+    void textBesideOneEnd();
     void texts_data();
     void texts();
     void disabledAndFaint();
@@ -298,6 +301,12 @@ void AeroLinebarTest::fills_data()
     QTest::newRow("negative range") << -50.0 << 50.0 << -10.0 << 25;
     QTest::newRow("small range") << 0.001 << 0.002 << 0.0015 << 25;
     QTest::newRow("rounder than round") << 0.0 << 100.0 << 80.0 << 150;
+    // The first slice is more than half of the bar, so the middle one has a negative length.
+    QTest::newRow("one end all over the bar") << 0.0 << 100.0 << 80.0 << 1000;
+    QTest::newRow("one end all over a full bar") << 0.0 << 100.0 << 100.0 << 2000;
+    QTest::newRow("one end over half the bar") << 0.0 << 100.0 << 51.0 << 1000;
+    QTest::newRow("one end up to half the bar") << 0.0 << 100.0 << 49.0 << 1000;
+    QTest::newRow("more than one end") << 0.0 << 100.0 << 90.0 << 900;
 }
 
 void AeroLinebarTest::fills()
@@ -334,6 +343,9 @@ void AeroLinebarTest::sizes_data()
     QTest::newRow("stated") << QSize(300, 50) << 20;
     QTest::newRow("odd") << QSize(151, 33) << 20;
     QTest::newRow("one pixel") << QSize(1, 1) << 20;
+    QTest::newRow("two pixels") << QSize(2, 2) << 20;
+    QTest::newRow("three pixels") << QSize(3, 3) << 20;
+    QTest::newRow("three columns") << QSize(3, 40) << 20;
     QTest::newRow("low, no strip comes of it") << QSize(100, 4) << 20;
     QTest::newRow("strip of one row") << QSize(100, 8) << 20;
     QTest::newRow("strip of two rows") << QSize(100, 10) << 20;
@@ -353,6 +365,27 @@ void AeroLinebarTest::sizes()
     Stage<OpenBar> bar(size);
     bar->setTickHeight(tickPercent);
     COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(size));
+}
+
+void AeroLinebarTest::narrowBar()
+{
+    // At two thirds of three columns the first slice is two columns, the middle one -1, which Qt
+    // takes for the whole rest, and the last one the panel's second column over its second.
+    Stage<OpenBar> bar(QSize(3, 3));
+    bar->setTickHeight(0);
+    bar->setMaxValue(3);
+    bar->setOpacity(0.5);
+    bar->setValue(2);
+    deliverAll();
+    const QImage shown = pictureOf(bar.widget);
+    const QImage expected = drawnPicture(QSize(3, 3), [&bar](QPainter *painter) {
+        painter->setOpacity(0.5);
+        painter->drawImage(0, 0, *bar->imageShadow);
+        painter->drawImage(QPoint(0, 0), *bar->image, QRect(0, 0, 2, 3));
+        painter->drawImage(QPoint(2, 0), *bar->image, QRect(2, 0, 1, 3));
+        painter->drawImage(QPoint(1, 0), *bar->image, QRect(1, 0, 1, 3));
+    });
+    COMPARE_PICTURES(shown, expected);
 }
 
 void AeroLinebarTest::textPositions_data()
@@ -381,6 +414,25 @@ void AeroLinebarTest::textPositions()
     bar->setColorText(Qt::darkRed);
     bar->setValue(value);
     COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(200, 50)));
+}
+
+void AeroLinebarTest::textBesideOneEnd()
+{
+    for (int position = 1; position <= 3; ++position) {
+        BarLook expected;
+        expected.value = 80;
+        expected.panel.roundness = 1000;
+        expected.position = AeroLinebar::ValPos(position);
+        expected.text = QStringLiteral("80.00%");
+        expected.ink = Qt::darkRed;
+        Stage<OpenBar> bar(QSize(200, 50));
+        bar->setRoundness(1000);
+        bar->setValuePosition(expected.position);
+        bar->setColorText(Qt::darkRed);
+        bar->setValue(80);
+        deliverAll();
+        COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(200, 50)));
+    }
 }
 
 void AeroLinebarTest::texts_data()
