@@ -1,5 +1,7 @@
 #include "icongrowth_p.h"
 
+#include "ownsize_p.h"
+
 #include <QtCore/QSize>
 #include <QtWidgets/QAbstractButton>
 
@@ -19,6 +21,8 @@ int wanted(int iconExtent)
 
 bool growToIcon(QAbstractButton *button)
 {
+    if (isSizeEnforced(button))
+        return false;
     const int width = wanted(button->iconSize().width());
     if (button->width() < width) {
         button->setMinimumWidth(std::max(width, button->minimumWidth()));

@@ -3,6 +3,7 @@
 #include "cachedimage_p.h"
 #include "errorline_p.h"
 #include "iconpainting_p.h"
+#include "ownsize_p.h"
 
 #include <QtGui/QIcon>
 #include <QtGui/QImage>
@@ -83,7 +84,7 @@ void MetroBattIcon::paintEvent(QPaintEvent *)
 bool MetroBattIcon::event(QEvent *event)
 {
     if (event->type() == QEvent::Resize) {
-        resize(getBackGroundSize());
+        resizeToOwn(this, getBackGroundSize());
         return true;
     }
     if (isOneOf(event, dropEvents)) {

@@ -13,6 +13,9 @@
 /// icon, by a change of the enabled state, and when a child is removed. Disabled, the battery is
 /// lightened on a light grey ground and the icon in disabled mode. GUI thread only, but for
 /// MetroStyle::setState().
+///
+/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
+/// full-screen window.
 class KIVWIDGETS_EXPORT MetroBattIcon : public QAbstractButton, public MetroBattTemplate
 {
     Q_OBJECT

@@ -3,9 +3,11 @@
 #include "errorline_p.h"
 #include "gaugelayers_p.h"
 #include "numbers_p.h"
+#include "ownsize_p.h"
 #include "text_p.h"
 #include "valueformat_p.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QImage>
 #include <QtGui/QResizeEvent>
@@ -79,6 +81,19 @@ void usePlainColor(QPainter *painter, const QColor &color)
 {
     painter->setBrush(QBrush(color, Qt::SolidPattern));
     painter->setPen(QPen(color));
+}
+
+/// Makes the resize event compute the dial's size and drop its layers, which the size 0 x 0 does.
+void forceGeometry(QWidget *dial)
+{
+    const QSize nothing(0, 0);
+    if (dial->minimumSize().isNull() && !isSizeEnforced(dial)) {
+        dial->resize(nothing);
+        return;
+    }
+    // That size is out of reach, and the size that the dial has may well stay.
+    QResizeEvent event(nothing, dial->size());
+    QCoreApplication::sendEvent(dial, &event);
 }
 
 } // namespace
@@ -166,9 +181,8 @@ int MetroCirclerate::getRadius() const
 void MetroCirclerate::setRadius(int pixels)
 {
     const auto narrow = quint16(pixels);
-    // The size 0 x 0 makes the resize event compute the dial's own.
     if (narrow >= 2 && assignIfChanged(radius, narrow))
-        resize(QSize(0, 0));
+        forceGeometry(this);
 }
 
 int MetroCirclerate::getArcSize() const
@@ -180,7 +194,7 @@ void MetroCirclerate::setArcSize(int degrees)
 {
     const auto narrow = quint16(degrees);
     if (narrow <= longestArc && assignIfChanged(arcSize, narrow))
-        resize(QSize(0, 0));
+        forceGeometry(this);
 }
 
 int MetroCirclerate::getMinAngle() const
@@ -192,7 +206,7 @@ void MetroCirclerate::setMinAngle(int degrees)
 {
     const auto narrow = quint16(degrees);
     if (narrow < fullTurn && assignIfChanged(minAngle, narrow))
-        resize(QSize(0, 0));
+        forceGeometry(this);
 }
 
 int MetroCirclerate::getNumTick() const
@@ -322,7 +336,7 @@ void MetroCirclerate::resizeEvent(QResizeEvent *event)
     const int side = 2 * radius - 2;
     arcRect = QRect(truncatedToInt(1.0 - radius * (box.minX + 1.0)),
                     truncatedToInt(1.0 - radius * (1.0 - box.maxY)), side, side);
-    resize(wanted);
+    resizeToOwn(this, wanted);
     dropAll();
 }
 

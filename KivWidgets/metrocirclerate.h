@@ -23,6 +23,9 @@
 ///
 /// A value that breaks its property's rule, or equals the present one, is ignored silently. Integer
 /// properties keep the low 8 or 16 bits of what is written before their rule is applied.
+///
+/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
+/// full-screen window.
 class KIVWIDGETS_EXPORT MetroCirclerate : public QWidget, public MetroStyle
 {
     Q_OBJECT

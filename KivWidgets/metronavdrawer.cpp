@@ -3,6 +3,7 @@
 #include "boxtoggle_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "ownsize_p.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QImage>
@@ -234,16 +235,23 @@ void MetroNavdrawer::closeDown()
         repaintSchedule(&image);
 }
 
-/// Holds the drawer to its closed size, or while open to at least that.
+/// Keeps the drawer at its closed size, or while open at least at that.
 void MetroNavdrawer::keepSize()
 {
     const QSize closedSize(ImageTab.width() + tabMargin, ImageTab.height() + 2 * tabMargin);
+    const ResizeAnswer answer(this);
     if (state == close) {
-        setGeometry(QRect(geometry().topLeft(), closedSize));
+        if (answer.isAllowed())
+            setGeometry(QRect(geometry().topLeft(), closedSize));
         return;
     }
     if (state != open)
         return;
+    if (!answer.isAllowed()) {
+        openGeometry = geometry();
+        repaintSchedule(&image);
+        return;
+    }
     if (closedSize.width() > width())
         setGeometry(QRect(geometry().topLeft(), QSize(closedSize.width(), height())));
     if (closedSize.height() > height())

@@ -20,6 +20,9 @@
 /// enabled state or of the contents rectangle, a move, and a resize while open. The title and the
 /// frame of QGroupBox are not painted; the state of the Metro base plays no part here. GUI
 /// thread only.
+///
+/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
+/// full-screen window.
 class KIVWIDGETS_EXPORT MetroNavdrawer : public QGroupBox, public MetroStyle
 {
     Q_OBJECT

@@ -2,6 +2,7 @@
 
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "ownsize_p.h"
 
 #include <QtGui/QImage>
 
@@ -68,7 +69,7 @@ void MetroStatusbar::paintEvent(QPaintEvent *)
 bool MetroStatusbar::event(QEvent *event)
 {
     if (event->type() == QEvent::Resize) {
-        resize(background.size());
+        resizeToOwn(this, background.size());
         return true;
     }
     if (isOneOf(event, dropEvents)) {

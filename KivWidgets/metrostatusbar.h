@@ -13,6 +13,9 @@
 /// with the library's. The finished picture is cached; it is dropped by a new background, a change
 /// of the enabled state and a removed child, not by a resize. The state of the Metro base plays no
 /// part here. GUI thread only, but for MetroStyle::setState().
+///
+/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
+/// full-screen window.
 class KIVWIDGETS_EXPORT MetroStatusbar : public QFrame, public MetroStyle
 {
     Q_OBJECT

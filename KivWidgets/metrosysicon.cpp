@@ -3,6 +3,7 @@
 #include "cachedimage_p.h"
 #include "errorline_p.h"
 #include "iconpainting_p.h"
+#include "ownsize_p.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QIcon>
@@ -155,5 +156,6 @@ bool MetroSysIcon::event(QEvent *event)
 
 void MetroSysIcon::fitToIcon()
 {
-    resize(framedExtent(iconSize().width(), border), framedExtent(iconSize().height(), border));
+    resizeToOwn(this, QSize(framedExtent(iconSize().width(), border),
+                            framedExtent(iconSize().height(), border)));
 }

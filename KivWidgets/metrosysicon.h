@@ -13,6 +13,9 @@
 /// a child is removed. A changed checked state shows with the next drop. Under the pointer the icon
 /// is in active mode; disabled, the plate is lightened on a light grey ground and the icon in
 /// disabled mode. GUI thread only, but for MetroStyle::setState().
+///
+/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
+/// full-screen window.
 class KIVWIDGETS_EXPORT MetroSysIcon : public QAbstractButton, public MetroStyle
 {
     Q_OBJECT

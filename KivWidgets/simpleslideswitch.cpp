@@ -2,6 +2,7 @@
 
 #include "cachedimage_p.h"
 #include "numbers_p.h"
+#include "ownsize_p.h"
 #include "text_p.h"
 
 #include <QtCore/QPointer>
@@ -162,7 +163,7 @@ void SimpleSlideSwitch::setChecked(bool checked)
 bool SimpleSlideSwitch::event(QEvent *event)
 {
     if (event->type() == QEvent::Resize) {
-        resize(iconSize());
+        resizeToOwn(this, iconSize());
         return true;
     }
     return QAbstractButton::event(event);

@@ -13,6 +13,9 @@
 /// be of one size. A release without a movement since the press toggles it wherever it happened; a
 /// drag toggles it when it ends on the other side of the middle. The former emits toggled() alone,
 /// the latter clicked() too. Every write of a picture repaints. GUI thread only.
+///
+/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
+/// full-screen window.
 class KIVWIDGETS_EXPORT SimpleSlideSwitch : public QAbstractButton
 {
     Q_OBJECT

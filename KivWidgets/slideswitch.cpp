@@ -2,6 +2,7 @@
 
 #include "cachedimage_p.h"
 #include "numbers_p.h"
+#include "ownsize_p.h"
 #include "text_p.h"
 
 #include <QtCore/QPointer>
@@ -93,7 +94,7 @@ void SlideSwitch::setPartialON(bool newPartialON)
 bool SlideSwitch::event(QEvent *event)
 {
     if (event->type() == QEvent::Resize) {
-        resize(iconSize());
+        resizeToOwn(this, iconSize());
         return true;
     }
     return QAbstractButton::event(event);

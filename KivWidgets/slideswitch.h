@@ -14,6 +14,9 @@
 /// from the middle to the side of the present state emits toggled() twice. Changes of the checked
 /// state through the base class only repaint. A disabled switch shows its picture without a knob.
 /// The switch keeps the size of its pictures. GUI thread only.
+///
+/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
+/// full-screen window.
 class KIVWIDGETS_EXPORT SlideSwitch : public QAbstractButton
 {
     Q_OBJECT

@@ -189,6 +189,8 @@ private Q_SLOTS:
     void geometrySettersDropAll_data();
     void geometrySettersDropAll();
     void radiusOfAnEqualSize();
+    void geometrySettersWithinSizeLimits_data();
+    void geometrySettersWithinSizeLimits();
     void refusedValues_data();
     void refusedValues();
     void narrowedValues_data();
@@ -675,6 +677,63 @@ void MetroCirclerateTest::radiusOfAnEqualSize()
     QCOMPARE(probe(dial.widget).effectOf("radius", 50),
              QStringLiteral("drops Image,ImageBG,ImageFG"));
     QCOMPARE(dial->arcRect.size(), QSize(98, 98));
+}
+
+void MetroCirclerateTest::geometrySettersWithinSizeLimits_data()
+{
+    QTest::addColumn<QSize>("minimum");
+    QTest::addColumn<QSize>("maximum");
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<int>("value");
+    const QSize free(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const auto rows = [](const char *name, QSize minimum, QSize maximum) {
+        const std::pair<const char *, int> changes[] = {
+            {"radius", 50},   {"radius", 20},   {"arcSize", 100},
+            {"arcSize", 210}, {"minAngle", 90}, {"minAngle", 340},
+        };
+        for (const auto &[property, value] : changes) {
+            QTest::addRow("%s, %s %d", name, property, value)
+                << minimum << maximum << QByteArray(property) << value;
+        }
+    };
+    rows("fixed at its own size", {76, 51}, {76, 51});
+    rows("fixed at a larger size", {150, 120}, {150, 120});
+    rows("fixed at a smaller size", {40, 30}, {40, 30});
+    rows("with its own size as the minimum", {76, 51}, free);
+    rows("with a small minimum", {10, 10}, free);
+    rows("with a minimum width", {100, 0}, free);
+    rows("with a minimum height", {0, 80}, free);
+    rows("with a maximum", {0, 0}, {60, 60});
+}
+
+void MetroCirclerateTest::geometrySettersWithinSizeLimits()
+{
+    QFETCH(QSize, minimum);
+    QFETCH(QSize, maximum);
+    QFETCH(QByteArray, property);
+    QFETCH(int, value);
+    Stage<OpenDial> dial;
+    dial->setMinimumSize(minimum);
+    dial->setMaximumSize(maximum);
+    dial->setLabel(QString());
+    dial->setFormat(QString());
+    deliverAll();
+    CacheProbe caches = probe(dial.widget);
+    QCOMPARE(caches.effectOf(property, value), QStringLiteral("drops Image,ImageBG,ImageFG"));
+
+    DialLook look;
+    look.label.clear();
+    look.text.clear();
+    look.radius = dial->getRadius();
+    look.start = dial->getMinAngle();
+    look.arc = dial->getArcSize();
+    const Geometry expected = expectedGeometry(look.radius, look.start, look.arc);
+    QCOMPARE(dial->size(), expected.size.expandedTo(minimum).boundedTo(maximum));
+    COMPARE_PICTURES(pictureOf(dial.widget), look.draw(dial->size(), expected.circle));
+    dial->setValue(80);
+    look.value = 80;
+    deliverAll();
+    COMPARE_PICTURES(pictureOf(dial.widget), look.draw(dial->size(), expected.circle));
 }
 
 void MetroCirclerateTest::refusedValues_data()
