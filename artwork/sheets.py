@@ -58,6 +58,38 @@ def averaged(picture, width, height):
     return out
 
 
+# What is left of linear light where the cones of one kind are missing (Machado and others, 2009).
+COLOUR_BLIND = {
+    "without red cones": ((0.152286, 1.052583, -0.204868), (0.114503, 0.786281, 0.099216), (-0.003882, -0.048116, 1.051998)),
+    "without green cones": ((0.367322, 0.860646, -0.227968), (0.280085, 0.672501, 0.047413), (-0.011820, 0.042940, 0.968881)),
+    "without blue cones": ((1.255528, -0.076749, -0.178779), (-0.078411, 0.930809, 0.147602), (0.004733, 0.691367, 0.303900)),
+}
+
+
+def _linear(value):
+    value /= 255
+    return value / 12.92 if value <= 0.04045 else ((value + 0.055) / 1.055) ** 2.4
+
+
+def _encoded(value):
+    value = min(max(value, 0.0), 1.0)
+    return round(255 * (12.92 * value if value <= 0.0031308 else 1.055 * value ** (1 / 2.4) - 0.055))
+
+
+def colour_blind(picture, matrix):
+    """The picture as eyes see it that lack one kind of cones."""
+    seen = {}
+    out = pngfile.Picture(picture.width, picture.height)
+    for y in range(picture.height):
+        for x in range(picture.width):
+            pixel = picture.at(x, y)
+            if pixel not in seen:
+                light = [_linear(v) for v in pixel[:3]]
+                seen[pixel] = [_encoded(sum(m * v for m, v in zip(row, light))) for row in matrix] + [pixel[3]]
+            out.put(x, y, seen[pixel])
+    return out
+
+
 def grey(picture):
     out = bytearray(picture.pixels)
     for i in range(0, len(out), 4):
@@ -224,6 +256,15 @@ def contact_sheet(pictures):
         for row in rows:
             panel.row([enlarged(grey(led), 3) for led in row])
         flow.block("LEDs, 3 x", [panel])
+
+    flow.heading("As colour-blind eyes see them")
+    for name, matrix in COLOUR_BLIND.items():
+        panel = Panel(DARK)
+        panel.row([colour_blind(picture, matrix) for picture in batteries])
+        for row in rows:
+            panel.row([enlarged(colour_blind(led, matrix), 3) for led in row])
+            panel.row([enlarged(colour_blind(sampled(led, 10, 10), matrix), 3) for led in row])
+        flow.block(name, [panel])
     flow.end_line()
     return sheet.svg()
 
