@@ -1,5 +1,34 @@
 #include "commandline.h"
 
+#include <QtCore/QRegularExpression>
+
+namespace {
+
+/// The first argument of one dash and a word, as Qt's own options are; the parser takes such for a
+/// row of letters and complains about each.
+QString qtOption(const QStringList &arguments)
+{
+    static const QRegularExpression form(QStringLiteral("^-[A-Za-z]{2,40}$"));
+    const int index = arguments.indexOf(form);
+    return index < 0 ? QString() : arguments.at(index);
+}
+
+} // namespace
+
+QSize readSize(const QString &text, QSize least, QSize most)
+{
+    static const QRegularExpression form(QStringLiteral("^([0-9]{1,5})x([0-9]{1,5})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
+    const bool fits = size.expandedTo(least) == size && size.boundedTo(most) == size;
+    return match.hasMatch() && fits ? size : QSize();
+}
+
+QString sizeText(QSize size)
+{
+    return QString::number(size.width()) + QLatin1Char('x') + QString::number(size.height());
+}
+
 void CommonOptions::refuse(const QString &reason)
 {
     task = Task::Refuse;
@@ -33,6 +62,12 @@ bool CommandLine::read(const QStringList &arguments, CommonOptions *options)
         QString reason = parser.errorText();
         while (reason.endsWith(QLatin1Char('.')))
             reason.chop(1);
+        const QString word = qtOption(arguments);
+        if (word == QLatin1String("-platform"))
+            reason = QStringLiteral("unknown option '-platform'; the environment variable "
+                                    "QT_QPA_PLATFORM names a platform");
+        else if (!word.isEmpty())
+            reason = QStringLiteral("unknown option '%1'").arg(word);
         options->refuse(reason);
         return false;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QSize>
 #include <QtCore/QString>
 
 /// What every program's command line can ask for.
@@ -41,3 +42,8 @@ private:
     QCommandLineOption dark;
     QCommandLineOption screenshot;
 };
+
+/// The size that @p text, WIDTHxHEIGHT, names; invalid outside of @p least to @p most.
+QSize readSize(const QString &text, QSize least, QSize most);
+/// @p size as WIDTHxHEIGHT.
+QString sizeText(QSize size);

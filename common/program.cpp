@@ -10,15 +10,36 @@
 #include <QtWidgets/QStyleFactory>
 
 #include <cstdio>
+#include <cstdlib>
 
 static constexpr int settlingRounds = 5;
 
-static bool hasDisplay()
+namespace {
+
+/// Messages from the time in which Qt looks for a display. Static, since Qt's handler is a
+/// function.
+struct StartMessages
 {
-    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
-           !qEnvironmentVariableIsEmpty("DISPLAY") ||
-           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-}
+    static QStringList &kept()
+    {
+        static QStringList messages;
+        return messages;
+    }
+    static void keep(QtMsgType type, const QMessageLogContext &, const QString &text)
+    {
+        if (type == QtFatalMsg) {
+            // Qt would abort after several lines about plugins.
+            Program::refuse(
+                QStringLiteral("no usable display: start it in a graphical session, or "
+                               "take screenshots with --screenshot DIR, which needs none"),
+                Program::failed);
+            std::_Exit(Program::failed);
+        }
+        kept().append(text);
+    }
+};
+
+} // namespace
 
 int Program::refuse(const QString &reason, int status)
 {
@@ -35,12 +56,24 @@ std::optional<int> Program::begin(const CommonOptions &options)
         std::fputs(qPrintable(options.text), stdout);
         return 0;
     }
-    if (hasDisplay())
-        return {};
-    if (options.task != CommonOptions::Task::TakeScreenshots)
-        return refuse(QStringLiteral("no display; --screenshot DIR needs none"), failed);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (options.task == CommonOptions::Task::TakeScreenshots) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        // A desktop's own theme may want its display.
+        qunsetenv("QT_QPA_PLATFORMTHEME");
+    }
     return {};
+}
+
+std::unique_ptr<QApplication> Program::makeApplication(int &argc, char **argv)
+{
+    const QtMessageHandler previous = qInstallMessageHandler(StartMessages::keep);
+    auto application = std::make_unique<QApplication>(argc, argv);
+    qInstallMessageHandler(previous);
+    for (const QString &message : StartMessages::kept())
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+    StartMessages::kept().clear();
+    styleApplication();
+    return application;
 }
 
 void Program::styleApplication()

@@ -4,8 +4,10 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <memory>
 #include <optional>
 
+class QApplication;
 class QWidget;
 struct CommonOptions;
 
@@ -30,9 +32,13 @@ Options readOptions(int argc, char **argv, const QString &name,
 int refuse(const QString &reason, int status);
 
 /// Does what is to be done before the application is made: prints, refuses, or chooses a platform
-/// that needs no display for screenshots.
+/// that needs no display for screenshots, whatever the environment names.
 /// @return the status to end with, if the program ends here.
 std::optional<int> begin(const CommonOptions &options);
+
+/// Makes the application, styled. Without a usable display the program ends here, with one line and
+/// the status `failed`.
+std::unique_ptr<QApplication> makeApplication(int &argc, char **argv);
 
 /// Sets the style and the font of the application.
 void styleApplication();

@@ -10,6 +10,9 @@
 #include <memory>
 #include <optional>
 
+/// The status when screenshots are there but of a UPS that cannot be reached.
+static constexpr int notReached = 3;
+
 int main(int argc, char **argv)
 {
     const Options options =
@@ -24,8 +27,7 @@ int main(int argc, char **argv)
     if (const std::optional<int> status = Program::begin(options))
         return *status;
 
-    QApplication application(argc, argv);
-    Program::styleApplication();
+    const std::unique_ptr<QApplication> application = Program::makeApplication(argc, argv);
 
     std::unique_ptr<UpsFeed> feed;
     if (address)
@@ -39,15 +41,20 @@ int main(int argc, char **argv)
     window.chooseDarkTheme(options.dark);
     if (options.task == Options::Task::TakeScreenshots) {
         QString error;
-        bool taken = false;
-        if (address) {
-            ups->setFeed(feed.get());
-            feed->start();
-            taken = takeLiveScreenshots(window, *ups, options, &error);
-        } else {
-            taken = takeScenarioScreenshots(window, *ups, options, &error);
+        if (!address)
+            return takeScenarioScreenshots(window, *ups, options, &error)
+                       ? 0
+                       : Program::refuse(error, Program::failed);
+        ups->setFeed(feed.get());
+        feed->start();
+        switch (takeLiveScreenshots(window, *ups, options, &error)) {
+        case LiveScreenshots::Taken:
+            return 0;
+        case LiveScreenshots::OfNoUps:
+            return Program::refuse(error, notReached);
+        case LiveScreenshots::Failed:
+            return Program::refuse(error, Program::failed);
         }
-        return taken ? 0 : Program::refuse(error, Program::failed);
     }
     ups->setFeed(feed.get());
     window.show();

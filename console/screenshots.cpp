@@ -7,6 +7,7 @@
 #include "program.h"
 
 #include <QtCore/QEventLoop>
+#include <QtCore/QLocale>
 #include <QtCore/QTimer>
 
 namespace {
@@ -52,18 +53,21 @@ bool takeScenarioScreenshots(ConsoleWindow &window, UpsModel &ups, const Options
         options.instants.isEmpty() ? notableInstants() : options.instants;
     for (const double instant : instants) {
         ups.take(Scenario::snapshotAt(instant));
-        const QString suffix = QStringLiteral("-%1s").arg(instant, 0, 'f', 0);
+        // As many digits as tell the instant, so that each has a file of its own.
+        const QString suffix = QLatin1Char('-') +
+                               QString::number(instant, 'f', QLocale::FloatingPointShortest) +
+                               QLatin1Char('s');
         if (!takePages(window, options.directory, suffix, error))
             return false;
     }
     return true;
 }
 
-bool takeLiveScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
-                         QString *error)
+LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
+                                    QString *error)
 {
     if (!Program::makeDirectory(options.directory, error))
-        return false;
+        return LiveScreenshots::Failed;
     QEventLoop loop;
     const auto check = [&] {
         // A driver that has just begun knows nothing yet.
@@ -74,5 +78,10 @@ bool takeLiveScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &op
     QObject::connect(&ups, &UpsModel::heard, &loop, check);
     QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
     loop.exec();
-    return takePages(window, options.directory, QString(), error);
+    if (!takePages(window, options.directory, QString(), error))
+        return LiveScreenshots::Failed;
+    if (!ups.snapshot().isLost())
+        return LiveScreenshots::Taken;
+    *error = QStringLiteral("the UPS is not reached: ") + ups.snapshot().reason;
+    return LiveScreenshots::OfNoUps;
 }

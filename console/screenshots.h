@@ -11,6 +11,10 @@ struct Options;
 /// At the scenario instants of the options, or at some that show the most.
 bool takeScenarioScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
                              QString *error);
+/// How takeLiveScreenshots() ended: the files are there unless it failed; of no UPS, they show that
+/// it is not reached.
+enum class LiveScreenshots { Taken, OfNoUps, Failed };
+
 /// Of the first data that @p ups gets, or of the lost communication when none come for a while.
-bool takeLiveScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
-                         QString *error);
+LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
+                                    QString *error);

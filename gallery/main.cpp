@@ -12,8 +12,7 @@ int main(int argc, char **argv)
     if (const std::optional<int> status = Program::begin(options))
         return *status;
 
-    QApplication application(argc, argv);
-    Program::styleApplication();
+    const std::unique_ptr<QApplication> application = Program::makeApplication(argc, argv);
 
     GalleryWindow window;
     window.resize(options.size);

@@ -3,8 +3,6 @@
 #include "gallerywindow.h"
 #include "widgetcatalogue.h"
 
-#include <QtCore/QRegularExpression>
-
 namespace {
 
 constexpr QSize largestWindow(8192, 8192);
@@ -18,22 +16,6 @@ QString classNamed(const QString &name)
             return className;
     }
     return {};
-}
-
-/// WIDTHxHEIGHT in pixels, within what a window can have; else an invalid size.
-QSize readSize(const QString &text)
-{
-    const QRegularExpression form(QStringLiteral("^([0-9]{1,5})x([0-9]{1,5})$"));
-    const QRegularExpressionMatch match = form.match(text);
-    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
-    const bool fits = size.expandedTo(GalleryWindow::smallestSize) == size &&
-                      size.boundedTo(largestWindow) == size;
-    return match.hasMatch() && fits ? size : QSize();
-}
-
-QString textOf(QSize size)
-{
-    return QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
 }
 
 } // namespace
@@ -63,10 +45,10 @@ GalleryOptions parseGalleryOptions(const QStringList &arguments)
             options.refuse(QStringLiteral("there is no widget '%1'").arg(line.value(widget)));
     }
     if (line.isSet(size)) {
-        options.size = readSize(line.value(size));
+        options.size = readSize(line.value(size), GalleryWindow::smallestSize, largestWindow);
         if (!options.size.isValid())
             options.refuse(QStringLiteral("--size takes %1 to %2, not '%3'")
-                               .arg(textOf(GalleryWindow::smallestSize), textOf(largestWindow),
+                               .arg(sizeText(GalleryWindow::smallestSize), sizeText(largestWindow),
                                     line.value(size)));
     }
     return options;

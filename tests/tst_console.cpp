@@ -538,7 +538,7 @@ void ConsoleTest::screenshots()
         QCOMPARE(picture.size(), QSize(800, 480));
     }
     const QImage early(QDir(options.directory).filePath(QStringLiteral("overview-30s.png")));
-    const QImage late(QDir(options.directory).filePath(QStringLiteral("overview-90s.png")));
+    const QImage late(QDir(options.directory).filePath(QStringLiteral("overview-90.4s.png")));
     QVERIFY(early != late);
 }
 

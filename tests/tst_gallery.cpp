@@ -10,6 +10,7 @@
 
 #include "mouse.h"
 #include "pictures.h"
+#include "programrun.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
@@ -27,7 +28,6 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QMetaProperty>
-#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QColorDialog>
@@ -272,28 +272,10 @@ void everyClass()
         QTest::newRow(qPrintable(name)) << name;
 }
 
-/// What a run of the program gave.
-struct Run
+ProgramRun run(const QStringList &arguments)
 {
-    explicit Run(const QStringList &arguments)
-    {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const char *variable : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
-            environment.remove(QString::fromLatin1(variable));
-        process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(KIV_GALLERY_PROGRAM), arguments);
-        ended = process.waitForFinished() && process.exitStatus() == QProcess::NormalExit;
-        status = process.exitCode();
-        output = QString::fromLocal8Bit(process.readAllStandardOutput());
-        errors = QString::fromLocal8Bit(process.readAllStandardError());
-    }
-
-    bool ended;
-    int status;
-    QString output;
-    QString errors;
-};
+    return ProgramRun(QStringLiteral(KIV_GALLERY_PROGRAM), arguments);
+}
 
 } // namespace
 
@@ -1084,32 +1066,33 @@ void GalleryTest::wrongOptions()
 {
     QFETCH(QString, arguments);
     QFETCH(QString, part);
-    const Run run(arguments.split(QLatin1Char(' ')));
-    QVERIFY(run.ended);
-    QCOMPARE(run.status, 2);
-    QCOMPARE(run.output, QString());
-    QVERIFY2(run.errors.startsWith(QStringLiteral("kivgallery: ")), qPrintable(run.errors));
-    QVERIFY2(run.errors.contains(part), qPrintable(run.errors));
-    QCOMPARE(run.errors.count(QLatin1Char('\n')), 1);
+    const ProgramRun refused = run(arguments.split(QLatin1Char(' ')));
+    QVERIFY(refused.ended);
+    QCOMPARE(refused.status, 2);
+    QCOMPARE(refused.output, QString());
+    QVERIFY2(refused.errors.startsWith(QStringLiteral("kivgallery: ")), qPrintable(refused.errors));
+    QVERIFY2(refused.errors.contains(part), qPrintable(refused.errors));
+    QCOMPARE(refused.errors.count(QLatin1Char('\n')), 1);
 }
 
 void GalleryTest::program()
 {
-    const Run version({QStringLiteral("--version")});
+    const ProgramRun version = run({QStringLiteral("--version")});
     QCOMPARE(version.status, 0);
     QVERIFY2(version.output.startsWith(QStringLiteral("kivgallery ")), qPrintable(version.output));
-    const Run help({QStringLiteral("--help")});
+    const ProgramRun help = run({QStringLiteral("--help")});
     QVERIFY(help.ended);
     QCOMPARE(help.status, 0);
     for (const char *option : {"--widget", "--screenshot", "--dark", "--size", "--version"})
         QVERIFY2(help.output.contains(QLatin1String(option)), option);
     // Without a display.
-    const Run window({});
+    const ProgramRun window = run({});
     QCOMPARE(window.status, 1);
-    QVERIFY2(window.errors.contains(QStringLiteral("no display")), qPrintable(window.errors));
+    QVERIFY2(window.errors.contains(QStringLiteral("no usable display")),
+             qPrintable(window.errors));
     QTemporaryDir directory;
-    const Run shots({QStringLiteral("--screenshot"), directory.path(), QStringLiteral("--widget"),
-                     QStringLiteral("AeroSwitch")});
+    const ProgramRun shots = run({QStringLiteral("--screenshot"), directory.path(),
+                                  QStringLiteral("--widget"), QStringLiteral("AeroSwitch")});
     QCOMPARE(shots.status, 0);
     const QString file = directory.filePath(QStringLiteral("aeroswitch.png"));
     QCOMPARE(shots.output, file + QLatin1Char('\n'));
