@@ -7,14 +7,14 @@
 
 #include <memory>
 
-/// One thing whose speed is measured: a widget of the library, a peer, or a program of the least
-/// that is required.
+/// One thing whose speed is measured: a widget of the library, a peer, or the least program
+/// that shows the same.
 struct Subject
 {
     enum Kind {
         Library, ///< of this library
         Peer,    ///< of Qt or Qwt
-        Minimal, ///< does only the required steps
+        Minimal, ///< does only what its picture takes
     };
 
     const char *name;

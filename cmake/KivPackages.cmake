@@ -1,6 +1,5 @@
 # Debian packages, one for each component that is built; packaging/build-packages makes them.
 
-include(GNUInstallDirs)
 find_program(KIV_GZIP gzip REQUIRED)
 
 set(CPACK_GENERATOR DEB)
@@ -24,15 +23,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 
 set(kiv_packaging ${PROJECT_BINARY_DIR}/packaging)
 
-# kiv_compressed(SOURCE NAME): writes SOURCE, compressed, to the file NAME of the build tree.
-function(kiv_compressed source name)
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${source})
-    file(MAKE_DIRECTORY ${kiv_packaging})
-    execute_process(COMMAND ${KIV_GZIP} -9nc ${source}
-        OUTPUT_FILE ${kiv_packaging}/${name} COMMAND_ERROR_IS_FATAL ANY)
-endfunction()
-
-kiv_compressed(${PROJECT_SOURCE_DIR}/packaging/changelog changelog.Debian.gz)
+kiv_compress(${PROJECT_SOURCE_DIR}/packaging/changelog changelog.Debian.gz kiv_changelog)
 
 # What the dynamic linker and other packages are told of the library.
 set(kiv_runtime_package libkivwidgets${PROJECT_VERSION_MAJOR})
@@ -43,24 +34,12 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
     "${kiv_packaging}/triggers;${kiv_packaging}/shlibs")
 
 # kiv_package(COMPONENT NAME SECTION SUMMARY TEXT [DEPENDS packages] [RECOMMENDS packages]
-#             [SUGGESTS packages] [PROGRAM]): a package of the component's files. PROGRAM adds the
-# entry for menus, the icon and the manual page of the program NAME.
+#             [SUGGESTS packages]): a package of the component's files.
 function(kiv_package component name section summary text)
-    cmake_parse_arguments(arg "PROGRAM" "DEPENDS;RECOMMENDS;SUGGESTS" "" ${ARGN})
+    cmake_parse_arguments(arg "" "DEPENDS;RECOMMENDS;SUGGESTS" "" ${ARGN})
     string(TOUPPER ${component} key)
-    install(FILES ${PROJECT_SOURCE_DIR}/packaging/copyright ${kiv_packaging}/changelog.Debian.gz
+    install(FILES ${PROJECT_SOURCE_DIR}/packaging/copyright ${kiv_changelog}
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name} COMPONENT ${component})
-    if(arg_PROGRAM)
-        set(applications ${PROJECT_SOURCE_DIR}/packaging/applications)
-        install(FILES ${applications}/${name}.desktop
-            DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT ${component})
-        install(FILES ${applications}/${name}.svg
-            DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
-            COMPONENT ${component})
-        kiv_compressed(${applications}/${name}.1 ${name}.1.gz)
-        install(FILES ${kiv_packaging}/${name}.1.gz
-            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${component})
-    endif()
     set(components ${CPACK_COMPONENTS_ALL} ${component})
     set(CPACK_COMPONENTS_ALL ${components} PARENT_SCOPE)
     set(CPACK_DEBIAN_${key}_PACKAGE_NAME ${name} PARENT_SCOPE)
@@ -108,7 +87,7 @@ if(TARGET kivconsole)
 powers, voltages and alarms on pages of dials, bars and tiles. It
 follows a supply through a server of Network UPS Tools, or shows a
 simulated one."
-        RECOMMENDS "fonts-dejavu-core, kivwidgets-accessibility, libqt5svg5" SUGGESTS "nut-server" PROGRAM)
+        RECOMMENDS "fonts-dejavu-core, kivwidgets-accessibility, libqt5svg5" SUGGESTS "nut-server")
 endif()
 if(TARGET kivgallery)
     kiv_package(gallery kivgallery devel
@@ -116,7 +95,7 @@ if(TARGET kivgallery)
         "The gallery shows each of the KivWidgets, widgets for monitoring
 consoles of uninterruptible power supplies, with all its properties, and
 lets them be changed."
-        RECOMMENDS "fonts-dejavu-core, kivwidgets-accessibility, libqt5svg5" PROGRAM)
+        RECOMMENDS "fonts-dejavu-core, kivwidgets-accessibility, libqt5svg5")
 endif()
 
 include(CPack)

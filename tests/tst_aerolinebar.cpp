@@ -340,7 +340,7 @@ void AeroLinebarTest::sizes_data()
 {
     QTest::addColumn<QSize>("size");
     QTest::addColumn<int>("tickPercent");
-    QTest::newRow("stated") << QSize(300, 50) << 20;
+    QTest::newRow("wide") << QSize(300, 50) << 20;
     QTest::newRow("odd") << QSize(151, 33) << 20;
     QTest::newRow("one pixel") << QSize(1, 1) << 20;
     QTest::newRow("two pixels") << QSize(2, 2) << 20;

@@ -11,5 +11,11 @@ trap 'rm -rf "$scratch"' EXIT
 
 "$cmake" --install "$build" --prefix "$scratch/first" >"$scratch/install.log"
 mv "$scratch/first" "$scratch/prefix"
+for program in kivconsole kivgallery; do
+    for file in bin/$program share/applications/$program.desktop \
+        share/icons/hicolor/scalable/apps/$program.svg share/man/man1/$program.1.gz; do
+        [ -s "$scratch/prefix/$file" ] || { echo "tst_install: no $file" >&2; exit 1; }
+    done
+done
 "$tests/check_prefix.sh" "$cmake" "$scratch/prefix" "$tests/host" "$scratch"
 echo "installed, moved, and used by both"

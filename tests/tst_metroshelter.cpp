@@ -116,7 +116,7 @@ private Q_SLOTS:
     void sizes();
     void labels_data();
     void labels();
-    void statedBaseline();
+    void baselineOfTheLabel();
     void fontShowsWithTheNextDrop();
     void absurdIconSize();
     void fontsThatGoAreForgotten();
@@ -260,7 +260,7 @@ void MetroShelterTest::labels()
     }
 }
 
-void MetroShelterTest::statedBaseline()
+void MetroShelterTest::baselineOfTheLabel()
 {
     // The baseline is half the free height below the top, plus the ascent.
     Stage<OpenTile> tile(QSize(200, 40));

@@ -133,7 +133,7 @@ void MetroTabiconTest::iconModes()
 void MetroTabiconTest::sizes_data()
 {
     QTest::addColumn<QSize>("size");
-    QTest::newRow("stated") << QSize(60, 64);
+    QTest::newRow("usual") << QSize(60, 64);
     QTest::newRow("odd") << QSize(57, 71);
     QTest::newRow("lower than the LED's place") << QSize(60, 36);
     QTest::newRow("tight") << QSize(34, 34);

@@ -47,6 +47,7 @@ class TestNutServer : public WidgetTest
 
 private Q_SLOTS:
     void followsStatusAndValues();
+    void writtenTwiceWithinASecond();
     void driverHaltedAndContinued();
     void driverKilledAndRestarted();
     void serverKilledAndRestarted();
@@ -108,6 +109,28 @@ void TestNutServer::followsStatusAndValues()
     QTRY_VERIFY(!log.last().value(Quantity::Temperature));
     for (int i = 1; i < log.count(); ++i)
         QVERIFY2(!log.at(i).isLost(), qPrintable(log.at(i).reason));
+}
+
+void TestNutServer::writtenTwiceWithinASecond()
+{
+    NutServer server;
+    VERIFY_SERVER(writeVariables(variables("OL", "1")));
+    VERIFY_SERVER(start());
+    QObject owner;
+    NutFeed *feed = newFeed(server, &owner);
+    SnapshotLog log(feed);
+    feed->start();
+    QTRY_COMPARE_WITH_TIMEOUT(log.last().system, on, 10000);
+    // Each value is written as soon as the one before it shows, often within the same second.
+    for (int load = 2; load < 8; ++load) {
+        VERIFY_SERVER(writeVariables(variables("OL", QByteArray::number(load))));
+        QTRY_COMPARE_WITH_TIMEOUT(log.last().value(Quantity::Load), std::optional<double>(load),
+                                  10000);
+        VERIFY_SERVER(writeVariables(variables("OL", QByteArray::number(load + 100))));
+        VERIFY_SERVER(writeVariables(variables("OL", QByteArray::number(load + 200))));
+        QTRY_COMPARE_WITH_TIMEOUT(log.last().value(Quantity::Load),
+                                  std::optional<double>(load + 200), 10000);
+    }
 }
 
 void TestNutServer::driverHaltedAndContinued()

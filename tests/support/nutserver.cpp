@@ -1,5 +1,6 @@
 #include "nutserver.h"
 
+#include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
@@ -94,7 +95,12 @@ bool NutServer::writeFile(const QString &name, const QByteArray &text)
     // Renamed into place, so that nobody reads half a file.
     const QString path = directory.filePath(QStringLiteral("conf/") + name);
     QFile file(path + QStringLiteral(".new"));
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+    // The driver compares the file's times in whole seconds and would not see a second change
+    // within one.
+    lastWritten = qMax(QDateTime::currentSecsSinceEpoch(), lastWritten + 1);
+    const bool written =
+        file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush() &&
+        file.setFileTime(QDateTime::fromSecsSinceEpoch(lastWritten), QFile::FileModificationTime);
     file.close();
     if (!written || ::rename(QFile::encodeName(file.fileName()).constData(),
                              QFile::encodeName(path).constData()) != 0)

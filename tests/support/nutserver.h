@@ -57,6 +57,7 @@ private:
     std::unique_ptr<QProcess> driver;
     std::unique_ptr<QProcess> server;
     QString lastProblem;
+    qint64 lastWritten = 0; ///< seconds since the epoch, as the file of the variables has it
     int maxAge;
     quint16 freePort = 0;
 };

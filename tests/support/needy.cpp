@@ -1,0 +1,5 @@
+// A library that needs more than the widgets may: its link line says what.
+int kivNeedy()
+{
+    return 0;
+}
