@@ -250,6 +250,11 @@ void AeroLinebar::setText(const QString &text)
     repaintSchedule(&imageText);
 }
 
+QString AeroLinebar::getText() const
+{
+    return valueText;
+}
+
 void AeroLinebar::SplitArea()
 {
     tickHeight = std::max(int(qint64(height()) * tickSize / 100), 0);

@@ -83,6 +83,8 @@ public:
 
     /// Sets the value text alone, until the next value whose text differs from it.
     void setText(const QString &text);
+    /// The value text held: a null string before the first write of a value, a format or a text.
+    QString getText() const;
     /// Divides the height between bar and tick strip; called whenever that is needed.
     void SplitArea();
 

@@ -51,6 +51,11 @@ void MetroStyle::setState(elemDesc_t st)
         postUpdateRequest(owner);
 }
 
+elemDesc_t MetroStyle::getElementState() const
+{
+    return state;
+}
+
 int MetroStyle::getColorIdx()
 {
     switch (state.alarmSt) {

@@ -51,6 +51,9 @@ public:
     /// owner, which repaints when the event arrives. It only stores and posts, so any thread may
     /// call it; the stored state is not locked.
     void setState(elemDesc_t st);
+    /// The state held: the last one set, also before the widget shows it. It is read without a
+    /// lock.
+    elemDesc_t getElementState() const;
 
     /// The index into COLORTAB for the stored state. An alarm state, or without an alarm an
     /// operating state, that is not in the table writes an error line and gives 0.

@@ -52,7 +52,7 @@ StateButtonInterface::StateButtonInterface(QWidget *widget)
 QString StateButtonInterface::status() const
 {
     const auto *metro = dynamic_cast<MetroStyle *>(as<QAbstractButton>());
-    return metro ? stateWords(heldState(*metro)) : QString();
+    return metro ? stateWords(metro->getElementState()) : QString();
 }
 
 TabInterface::TabInterface(QWidget *widget)
@@ -79,7 +79,7 @@ Announcement TabInterface::announcement() const
 QString TabInterface::status() const
 {
     const auto *tab = as<MetroTabicon>();
-    return tab ? alarmWords(heldState(*tab)) : QString();
+    return tab ? alarmWords(tab->getElementState()) : QString();
 }
 
 QString TabInterface::ownAction() const

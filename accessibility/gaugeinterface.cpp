@@ -11,16 +11,12 @@ using KivPrivate::formatValue;
 
 namespace {
 
-/// Reaches what only a subclass may see.
-struct OpenedLinebar : AeroLinebar
+/// A host may set the text apart from the value; a new bar has none yet.
+QString textOf(const AeroLinebar &bar)
 {
-    /// A host may set the text apart from the value; a new bar has none yet.
-    static QString textOf(const AeroLinebar &bar)
-    {
-        const QString text = bar.*(&OpenedLinebar::valueText);
-        return text.isNull() ? formatValue(bar.getValueFormat(), bar.getValueF()) : text;
-    }
-};
+    const QString text = bar.getText();
+    return text.isNull() ? formatValue(bar.getValueFormat(), bar.getValueF()) : text;
+}
 
 /// The percentage of a full bar.
 constexpr int fullBar = 100;
@@ -30,8 +26,8 @@ constexpr int fullBar = 100;
 GaugeInterface::Reading GaugeInterface::reading() const
 {
     if (const auto *bar = as<AeroLinebar>()) {
-        return {bar->getValueF(), bar->getMinValueF(), bar->getMaxValueF(),
-                OpenedLinebar::textOf(*bar), QString()};
+        return {bar->getValueF(), bar->getMinValueF(), bar->getMaxValueF(), textOf(*bar),
+                QString()};
     }
     if (const auto *dial = as<MetroCirclerate>()) {
         return {dial->getValue(), dial->getMinValue(), dial->getMaxValue(),

@@ -4,15 +4,6 @@
 
 namespace {
 
-/// Reaches what only a subclass may see.
-struct OpenedStyle : MetroStyle
-{
-    static elemDesc_t stateOf(const MetroStyle &widget)
-    {
-        return widget.*(&OpenedStyle::state);
-    }
-};
-
 bool isAlarm(elemDesc_t state, AlarmState alarm)
 {
     return state.alarmSt == quint8(alarm);
@@ -39,11 +30,6 @@ QString joined(const QString &first, QString second)
 }
 
 } // namespace
-
-elemDesc_t heldState(const MetroStyle &widget)
-{
-    return OpenedStyle::stateOf(widget);
-}
 
 QString stateWords(elemDesc_t state)
 {

@@ -4,9 +4,6 @@
 
 #include <QtCore/QString>
 
-/// The state that a Metro widget holds.
-elemDesc_t heldState(const MetroStyle &widget);
-
 /// Alarm and operating state of an element as an operator calls them.
 QString stateWords(elemDesc_t state);
 

@@ -214,6 +214,7 @@ private Q_SLOTS:
     void valueIsTiedToItsText();
     void formatSlot();
     void ownText();
+    void textReadBack();
     void tickHeight_data();
     void tickHeight();
     void statedSplit();
@@ -539,6 +540,23 @@ void AeroLinebarTest::ownText()
              QStringLiteral("drops imageText"));
     bar->setValue(50.0);
     QCOMPARE(bar->valueText, QStringLiteral("50.00%"));
+}
+
+void AeroLinebarTest::textReadBack()
+{
+    AeroLinebar bar;
+    const AeroLinebar &reader = bar;
+    QVERIFY(reader.getText().isNull());
+    bar.setValue(62.5);
+    QCOMPARE(reader.getText(), QStringLiteral("62.50%"));
+    bar.setValueFormat(QStringLiteral("%d V"));
+    QCOMPARE(reader.getText(), QStringLiteral("62 V"));
+    bar.setText(QStringLiteral("\u03A9"));
+    QCOMPARE(reader.getText(), QStringLiteral("\u03A9"));
+    bar.setText(QStringLiteral(""));
+    QVERIFY(!reader.getText().isNull());
+    bar.setText(QString());
+    QVERIFY(reader.getText().isNull());
 }
 
 void AeroLinebarTest::tickHeight_data()

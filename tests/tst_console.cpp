@@ -75,17 +75,6 @@ struct Console
     ConsoleWindow window{&site};
 };
 
-/// Opens the protected state of a Metro widget.
-template <typename W>
-class Opened : public W
-{
-public:
-    static elemDesc_t stateOf(W *widget)
-    {
-        return widget->*(&Opened::state);
-    }
-};
-
 template <typename W>
 int colorIndexOf(W *widget)
 {
@@ -203,21 +192,19 @@ void ConsoleTest::followsTheScenario()
     for (int i = 0; i < elementCount; ++i) {
         auto *tile = console.withText<MetroShelter>(nameOf(Element(i)));
         QVERIFY(tile);
-        QVERIFY(Opened<MetroShelter>::stateOf(tile) == shown(now.element(Element(i))));
+        QVERIFY(tile->getElementState() == shown(now.element(Element(i))));
     }
     auto *system = console.find<MetroSysIcon>("system");
     auto *battery = console.find<MetroBattIcon>("battery");
-    QVERIFY(Opened<MetroSysIcon>::stateOf(system) == shown(now.system));
-    QVERIFY(Opened<MetroBattIcon>::stateOf(battery) == shown(now.element(Element::Battery)));
-    QVERIFY(Opened<MetroTabicon>::stateOf(console.find<MetroTabicon>("Overview")) ==
-            shown(now.system));
+    QVERIFY(system->getElementState() == shown(now.system));
+    QVERIFY(battery->getElementState() == shown(now.element(Element::Battery)));
+    QVERIFY(console.find<MetroTabicon>("Overview")->getElementState() == shown(now.system));
     // No fault may hide behind the tab of the elements.
     int worst = 0;
     for (const ElementState &state : now.elements)
         worst = qMax(worst, state.alarm == AlarmState::Fault ? 4 : 0);
     if (worst) {
-        QCOMPARE(int(Opened<MetroTabicon>::stateOf(console.find<MetroTabicon>("Power")).alarmSt),
-                 worst);
+        QCOMPARE(int(console.find<MetroTabicon>("Power")->getElementState().alarmSt), worst);
     }
 }
 

@@ -30,17 +30,6 @@ QByteArray variables(const QByteArray &status, const QByteArray &load)
            "output.voltage: 230.0\n";
 }
 
-/// What a Metro widget holds.
-template <typename W>
-class Opened : public W
-{
-public:
-    static elemDesc_t stateOf(const W *widget)
-    {
-        return widget->*(&Opened::state);
-    }
-};
-
 constexpr elemDesc_t lost{0, 0};
 constexpr elemDesc_t on{1, 5};
 
@@ -57,17 +46,17 @@ struct LiveConsole
     }
     elemDesc_t system() const
     {
-        return Opened<MetroSysIcon>::stateOf(window.findChild<MetroSysIcon *>());
+        return window.findChild<MetroSysIcon *>()->getElementState();
     }
     elemDesc_t battery() const
     {
-        return Opened<MetroBattIcon>::stateOf(window.findChild<MetroBattIcon *>());
+        return window.findChild<MetroBattIcon *>()->getElementState();
     }
     elemDesc_t tile(const char *text) const
     {
         for (const MetroShelter *shelter : window.findChildren<MetroShelter *>()) {
             if (shelter->text() == QLatin1String(text))
-                return Opened<MetroShelter>::stateOf(shelter);
+                return shelter->getElementState();
         }
         qFatal("no tile %s", text);
     }
@@ -189,7 +178,7 @@ void ConsoleLiveTest::screenshotsOfARealUps()
     QVERIFY2(takeLiveScreenshots(window, *ups, options, &error) == LiveScreenshots::Taken,
              qPrintable(error));
     QCOMPARE(QDir(directory.path()).entryList({QStringLiteral("*.png")}).size(), 4);
-    QVERIFY(Opened<MetroSysIcon>::stateOf(window.findChild<MetroSysIcon *>()) == on);
+    QVERIFY(window.findChild<MetroSysIcon *>()->getElementState() == on);
 }
 
 KIV_TEST_MAIN(ConsoleLiveTest)

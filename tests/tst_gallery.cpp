@@ -233,26 +233,9 @@ bool equal(const QVariant &a, const QVariant &b)
     return a == b;
 }
 
-/// Opens the protected state of a Metro widget.
-template <typename W>
-class Opened : public W
-{
-public:
-    static elemDesc_t stateOf(QWidget *widget)
-    {
-        return static_cast<W *>(widget)->*(&Opened::state);
-    }
-};
-
 elemDesc_t stateOf(QWidget *widget)
 {
-    if (qobject_cast<MetroSysIcon *>(widget))
-        return Opened<MetroSysIcon>::stateOf(widget);
-    if (qobject_cast<MetroBattIcon *>(widget))
-        return Opened<MetroBattIcon>::stateOf(widget);
-    if (qobject_cast<MetroTabicon *>(widget))
-        return Opened<MetroTabicon>::stateOf(widget);
-    return Opened<MetroShelter>::stateOf(widget);
+    return dynamic_cast<MetroStyle *>(widget)->getElementState();
 }
 
 int colorsIn(const QImage &picture)

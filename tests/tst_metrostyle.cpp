@@ -41,6 +41,7 @@ private Q_SLOTS:
     void stateRecord();
     void colorTable();
     void initialState();
+    void stateReadBack();
     void colorOfState_data();
     void colorOfState();
     void setStatePostsOnAChange();
@@ -75,6 +76,22 @@ void MetroStyleTest::initialState()
     QVERIFY((owner.state == elemDesc_t{1, 0}));
     QVERIFY(owner.dirty);
     QCOMPARE(owner.getColorIdx(), 4);
+}
+
+void MetroStyleTest::stateReadBack()
+{
+    Owner owner(nullptr);
+    const MetroStyle &style = owner;
+    QVERIFY((style.getElementState() == elemDesc_t{1, 0}));
+    // At once, before the posted request arrives; a state without a meaning, too.
+    owner.setState({4, 7});
+    QVERIFY((style.getElementState() == elemDesc_t{4, 7}));
+    owner.setState({255, 99});
+    QVERIFY((style.getElementState() == elemDesc_t{255, 99}));
+    // Reading alone posts nothing.
+    QVERIFY(takesUpdateRequest(&owner));
+    style.getElementState();
+    QVERIFY(!takesUpdateRequest(&owner));
 }
 
 void MetroStyleTest::colorOfState_data()
