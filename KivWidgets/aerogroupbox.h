@@ -84,6 +84,6 @@ protected:
     QSize titleSize;
 
 private:
-    bool showsPicture() const;
-    bool showsPanel() const;
+    Q_DECL_HIDDEN bool showsPicture() const;
+    Q_DECL_HIDDEN bool showsPanel() const;
 };

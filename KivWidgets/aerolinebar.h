@@ -121,5 +121,5 @@ protected:
     QImage *imageTick;
 
 private:
-    void dropAll();
+    Q_DECL_HIDDEN void dropAll();
 };

@@ -143,6 +143,6 @@ protected:
     QImage *ImageFG;
 
 private:
-    void dropAll();
-    int spanBetween(double from, double to);
+    Q_DECL_HIDDEN void dropAll();
+    Q_DECL_HIDDEN int spanBetween(double from, double to);
 };

@@ -57,6 +57,6 @@ protected:
     QImage *ImageFG;
 
 private:
-    void measureBar();
-    void dropAll();
+    Q_DECL_HIDDEN void measureBar();
+    Q_DECL_HIDDEN void dropAll();
 };

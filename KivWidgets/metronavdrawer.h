@@ -78,7 +78,7 @@ protected:
     QPixmap ImageTab;
 
 private:
-    void openUp();
-    void closeDown();
-    void keepSize();
+    Q_DECL_HIDDEN void openUp();
+    Q_DECL_HIDDEN void closeDown();
+    Q_DECL_HIDDEN void keepSize();
 };

@@ -61,5 +61,5 @@ protected:
     int roundness;
 
 private:
-    void fitToIcon();
+    Q_DECL_HIDDEN void fitToIcon();
 };

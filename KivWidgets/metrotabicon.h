@@ -33,6 +33,6 @@ protected:
     QImage *imagePressed;
 
 private:
-    void dropBoth();
-    void paintLook(QImage *look, QIcon::State iconState, const QPixmap &led);
+    Q_DECL_HIDDEN void dropBoth();
+    Q_DECL_HIDDEN void paintLook(QImage *look, QIcon::State iconState, const QPixmap &led);
 };

@@ -75,6 +75,6 @@ protected:
     QImage *ImageFG;
 
 private:
-    void measureBar(const QString &unit);
-    void dropAll();
+    Q_DECL_HIDDEN void measureBar(const QString &unit);
+    Q_DECL_HIDDEN void dropAll();
 };

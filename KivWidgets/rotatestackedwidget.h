@@ -76,8 +76,8 @@ protected:
     QPropertyAnimation *growAnimation;
 
 private Q_SLOTS:
-    void valChanged(QVariant value);
-    void animDone();
-    void animPositionDone();
-    void animPositionRestoreDone();
+    Q_DECL_HIDDEN void valChanged(QVariant value);
+    Q_DECL_HIDDEN void animDone();
+    Q_DECL_HIDDEN void animPositionDone();
+    Q_DECL_HIDDEN void animPositionRestoreDone();
 };

@@ -88,10 +88,10 @@ protected:
     int rightLimit;
 
 private:
-    void setTrack(QPixmap &track, const QPixmap &picture);
-    void setMargin(int &margin, int value);
-    void updateLimits(int width);
-    qint64 travelEnd() const;
-    int restingPlace(bool checked) const;
-    int knobLeft() const;
+    Q_DECL_HIDDEN void setTrack(QPixmap &track, const QPixmap &picture);
+    Q_DECL_HIDDEN void setMargin(int &margin, int value);
+    Q_DECL_HIDDEN void updateLimits(int width);
+    Q_DECL_HIDDEN qint64 travelEnd() const;
+    Q_DECL_HIDDEN int restingPlace(bool checked) const;
+    Q_DECL_HIDDEN int knobLeft() const;
 };

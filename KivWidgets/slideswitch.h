@@ -55,10 +55,10 @@ protected:
     int middleZone;
 
 private:
-    bool dragging() const;
-    void endDrag();
-    bool restsInMiddle() const;
-    void landOn(bool checked, QMouseEvent *release);
-    QIcon::State shownState() const;
-    QRect knobRect() const;
+    Q_DECL_HIDDEN bool dragging() const;
+    Q_DECL_HIDDEN void endDrag();
+    Q_DECL_HIDDEN bool restsInMiddle() const;
+    Q_DECL_HIDDEN void landOn(bool checked, QMouseEvent *release);
+    Q_DECL_HIDDEN QIcon::State shownState() const;
+    Q_DECL_HIDDEN QRect knobRect() const;
 };
