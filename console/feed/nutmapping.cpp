@@ -113,14 +113,25 @@ QStringList split(const char *text, char separator)
     return QString::fromLatin1(text).split(QLatin1Char(separator), Qt::SkipEmptyParts);
 }
 
-/// The text in one line, without control characters.
-QString plainText(QString text)
+/// The text in one line, without characters that steer or reorder what is shown.
+QString plainText(const QString &text)
 {
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control)
-            c = QLatin1Char(' ');
+    QString plain;
+    plain.reserve(text.size());
+    for (const QChar c : text) {
+        switch (c.category()) {
+        case QChar::Other_Control:
+        case QChar::Separator_Line:
+        case QChar::Separator_Paragraph:
+            plain += QLatin1Char(' ');
+            break;
+        case QChar::Other_Format:
+            break;
+        default:
+            plain += c;
+        }
     }
-    return text.simplified();
+    return plain.simplified();
 }
 
 QString firstText(const NutVariables &variables, const char *alternatives)
@@ -412,6 +423,10 @@ Snapshot snapshotOf(const QString &upsName, const NutVariables &variables)
     snapshot.beeperEnabled = beeperOf(variables);
     for (const ValueRow &row : valueTable)
         snapshot.measure(row.quantity) = measureOf(variables, row);
+    // Some drivers give -1 for a time that they do not know.
+    std::optional<double> &runtime = snapshot.measure(Quantity::BatteryRuntime).value;
+    if (runtime && *runtime < 0.0)
+        runtime.reset();
     for (const PhaseRow &row : phaseTable)
         takePhases(&snapshot.measure(row.quantity), row.quantity, variables, row.names);
 

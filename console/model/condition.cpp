@@ -93,23 +93,36 @@ void addAlarms(QVector<Condition> *conditions, const Snapshot &snapshot)
     }
 }
 
+/// A value that is too low (-1) or too high (1).
+int sideOf(const Measure &measure, double value)
+{
+    if (measure.low && value < *measure.low)
+        return -1;
+    return measure.high && value > *measure.high ? 1 : 0;
+}
+
 void addLimits(QVector<Condition> *conditions, const Snapshot &snapshot)
 {
     for (const LimitRow &row : limitTable) {
         const Measure &measure = snapshot.measure(row.quantity);
         if (!measure.value || (snapshot.tokens & row.saidBy))
             continue;
-        const bool tooLow = measure.low && *measure.value < *measure.low;
-        const bool tooHigh = measure.high && *measure.value > *measure.high;
-        if (!tooLow && !tooHigh)
+        int side = sideOf(measure, *measure.value);
+        QString value = Values::text(row.quantity, measure.value);
+        if (side == 0 && !measure.phases.isEmpty()) {
+            const PhaseValue &worst = measure.phases.first();
+            side = sideOf(measure, worst.value);
+            value = worst.name + QLatin1Char(' ') + Values::text(row.quantity, worst.value);
+        }
+        if (side == 0)
             continue;
         Condition condition;
         condition.id = QLatin1String(row.id) +
-                       (tooLow ? QStringLiteral("-too-low") : QStringLiteral("-too-high"));
+                       (side < 0 ? QStringLiteral("-too-low") : QStringLiteral("-too-high"));
         condition.text = nameOf(row.quantity) +
-                         (tooLow ? QStringLiteral(" too low") : QStringLiteral(" too high"));
+                         (side < 0 ? QStringLiteral(" too low") : QStringLiteral(" too high"));
         condition.severity = Severity::Warning;
-        condition.valueText = Values::text(row.quantity, measure.value);
+        condition.valueText = value;
         conditions->append(condition);
     }
 }

@@ -62,6 +62,7 @@ constexpr RemarkRow remarkTable[] = {
     {bits(Token::Overload),                     "overload",             Severity::Warning,  true,  false},
     {bits(Token::LowBattery),                   "battery low",          Severity::Warning,  true,  false},
     {bits(Token::ReplaceBattery),               "replace the battery",  Severity::Warning,  true,  false},
+    {bits(Token::OnBattery),                    "",                     Severity::Warning,  false, false},
     {bits(Token::HighBattery),                  "",                     Severity::Warning,  false, false},
     {bits(Token::Trimming),                     "",                     Severity::Warning,  false, false},
     {bits(Token::Boosting),                     "",                     Severity::Warning,  false, false},

@@ -47,6 +47,11 @@ Kind kindOf(Quantity quantity)
     return Kind::Percent;
 }
 
+bool hasNominal(Kind kind)
+{
+    return kind == Kind::MainsVoltage || kind == Kind::Frequency || kind == Kind::BatteryVoltage;
+}
+
 struct NominalRules
 {
     double least, most;           // what counts as a nominal value
@@ -89,8 +94,10 @@ Scale rounded(Scale scale)
 {
     constexpr double longScale = 60.0;
     const double step = scale.maximum - scale.minimum >= longScale ? 5.0 : 1.0;
-    scale.minimum = std::floor(scale.minimum / step) * step;
-    scale.maximum = std::max(std::ceil(scale.maximum / step) * step, scale.minimum + step);
+    constexpr double inexact = 1e-6; // 1.1 times 50 is a little more than 55
+    scale.minimum = std::floor(scale.minimum / step + inexact) * step;
+    scale.maximum =
+        std::max(std::ceil(scale.maximum / step - inexact) * step, scale.minimum + step);
     return scale;
 }
 
@@ -206,7 +213,22 @@ void ScaleBook::take(const Snapshot &snapshot)
     if (snapshot.isLost() || snapshot.tokens.testFlag(StatusToken::Waiting))
         return;
     for (int i = 0; i < quantityCount; ++i)
+        learnStandIn(snapshot, Quantity(i));
+    for (int i = 0; i < quantityCount; ++i)
         scales.at(std::size_t(i)) = scaleOf(snapshot, Quantity(i));
+}
+
+void ScaleBook::learnStandIn(const Snapshot &snapshot, Quantity quantity)
+{
+    const std::optional<double> value = snapshot.value(quantity);
+    if (!value || !hasNominal(kindOf(quantity)))
+        return;
+    const NominalRules &rules = rulesOf(kindOf(quantity));
+    std::optional<double> &standIn = standIns.at(at(quantity));
+    if (standIn && *value <= *standIn * rules.above)
+        return;
+    if (const std::optional<double> near = standardNear(rules, *value))
+        standIn = near;
 }
 
 Scale ScaleBook::scale(Quantity quantity) const
@@ -214,7 +236,7 @@ Scale ScaleBook::scale(Quantity quantity) const
     return scales.at(at(quantity));
 }
 
-double ScaleBook::nominalOf(const Snapshot &snapshot, Quantity quantity)
+double ScaleBook::nominalOf(const Snapshot &snapshot, Quantity quantity) const
 {
     const Kind kind = kindOf(quantity);
     const NominalRules &rules = rulesOf(kind);
@@ -226,12 +248,7 @@ double ScaleBook::nominalOf(const Snapshot &snapshot, Quantity quantity)
     if (const std::optional<double> own = given(quantity))
         return *own;
     // What it measures itself counts more than what others are made for.
-    std::optional<double> &standIn = standIns.at(at(quantity));
-    const std::optional<double> value = snapshot.value(quantity);
-    if (value && (!standIn || *value > *standIn * rules.above)) {
-        if (const std::optional<double> near = standardNear(rules, *value))
-            standIn = near;
-    }
+    const std::optional<double> &standIn = standIns.at(at(quantity));
     for (const Quantity relative : relativesOf(kind)) {
         const std::optional<double> nominal = given(relative);
         const bool fits = nominal && (!standIn || (*standIn >= *nominal * rules.below &&

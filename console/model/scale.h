@@ -42,7 +42,8 @@ public:
     Scale scale(Quantity quantity) const;
 
 private:
-    double nominalOf(const Snapshot &snapshot, Quantity quantity);
+    void learnStandIn(const Snapshot &snapshot, Quantity quantity);
+    double nominalOf(const Snapshot &snapshot, Quantity quantity) const;
     Scale scaleOf(const Snapshot &snapshot, Quantity quantity);
 
     std::array<Scale, quantityCount> scales;
