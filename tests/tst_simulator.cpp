@@ -65,6 +65,9 @@ private Q_SLOTS:
     void mayBeDeletedByItsReceiver();
     void forcedBattery();
     void forcedBatteryRunsLow();
+    void forcedBatteryKeepsTheMains();
+    void noReturnToAbsentMains();
+    void offKeepsTheMains();
     void returnToMainsKeepsTheCharge_data();
     void returnToMainsKeepsTheCharge();
     void returnToMainsEndsTheScenariosBypass();
@@ -355,12 +358,77 @@ void TestSimulator::forcedBattery()
     QCOMPARE(after.element(Element::Load).operating, OperatingState::OnBattery);
     QCOMPARE(*after.value(Quantity::Load), *before.value(Quantity::Load));
     QCOMPARE(*after.value(Quantity::BatteryCharge), *before.value(Quantity::BatteryCharge));
-    QCOMPARE(*after.value(Quantity::InputVoltage), 0.0);
+    QVERIFY(*after.value(Quantity::InputVoltage) > 220.0);
 
     feed.advance(5000);
     QVERIFY(*feed.current().value(Quantity::BatteryCharge) <
             *before.value(Quantity::BatteryCharge) - 1.0);
     QCOMPARE(feed.position(), instant);
+}
+
+/// A run on battery by command is no mains failure.
+void TestSimulator::forcedBatteryKeepsTheMains()
+{
+    SimulatorFeed feed;
+    feed.seekTo(middleOf(Phase::Normal));
+    QVERIFY(feed.command(Command::ForceBattery));
+    for (int second = 0; second < 60; ++second) {
+        const Snapshot now = feed.current();
+        QVERIFY(now.tokens.testFlag(StatusToken::OnBattery));
+        QVERIFY(*now.value(Quantity::InputVoltage) > 220.0);
+        QVERIFY(now.value(Quantity::InputFrequency));
+        QCOMPARE(now.element(Element::Rectifier),
+                 (ElementState{AlarmState::None, OperatingState::StandBy}));
+        QCOMPARE(now.element(Element::Bypass),
+                 (ElementState{AlarmState::None, OperatingState::StandBy}));
+        QVERIFY(!now.alarms.contains(QStringLiteral("Mains failure")));
+        QVERIFY(now.alarms.contains(QStringLiteral("Battery run by command")));
+        feed.advance(1000);
+    }
+    QVERIFY(feed.command(Command::ReturnToMains));
+    QCOMPARE(feed.current().system.operating, OperatingState::On);
+
+    // Mains that were out of tolerance are so afterwards.
+    feed.seekTo(middleOf(Phase::MainsOutOfTolerance));
+    QVERIFY(feed.command(Command::ForceBattery));
+    QVERIFY(*feed.current().value(Quantity::InputVoltage) < 196.0);
+    QVERIFY(*feed.current().value(Quantity::InputVoltage) > 100.0);
+    QVERIFY(feed.command(Command::ReturnToMains));
+    QCOMPARE(Scenario::phaseAt(feed.position()), Phase::MainsOutOfTolerance);
+}
+
+void TestSimulator::noReturnToAbsentMains()
+{
+    for (const Phase phase : {Phase::OnBattery, Phase::LowBattery}) {
+        SimulatorFeed feed;
+        feed.seekTo(middleOf(phase));
+        const QString before = describe(feed.current());
+        QVERIFY(!feed.command(Command::ReturnToMains));
+        QCOMPARE(describe(feed.current()), before);
+        QCOMPARE(*feed.current().value(Quantity::InputVoltage), 0.0);
+    }
+}
+
+/// Switching off or locking does not bring the mains back.
+void TestSimulator::offKeepsTheMains()
+{
+    for (const Command command : {Command::SwitchOff, Command::Lock}) {
+        SimulatorFeed feed;
+        feed.seekTo(middleOf(Phase::OnBattery));
+        QVERIFY(feed.command(command));
+        const Snapshot off = feed.current();
+        QCOMPARE(*off.value(Quantity::InputVoltage), 0.0);
+        QCOMPARE(*off.value(Quantity::OutputVoltage), 0.0);
+        QVERIFY(off.system.alarm >= AlarmState::Warning);
+        QVERIFY(off.alarms.contains(QStringLiteral("Mains failure")));
+        QCOMPARE(off.element(Element::Rectifier).alarm, AlarmState::Warning);
+        if (command == Command::Lock)
+            QVERIFY(feed.command(Command::ClearAlarm));
+        QCOMPARE(*feed.current().value(Quantity::InputVoltage), 0.0);
+        // It starts on battery, since there is nothing else.
+        QVERIFY(feed.command(Command::SwitchOn));
+        QCOMPARE(feed.current().system.operating, OperatingState::OnBattery);
+    }
 }
 
 void TestSimulator::forcedBatteryRunsLow()

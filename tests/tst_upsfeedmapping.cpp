@@ -7,6 +7,7 @@
 #include <QtCore/QLocale>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -78,6 +79,11 @@ private Q_SLOTS:
     void nonsenseRange();
     void names();
     void textsAreOneLine();
+    void identity();
+    void allVariables();
+    void phases_data();
+    void phases();
+    void unknownRuntime();
     void beeper_data();
     void beeper();
 };
@@ -494,6 +500,112 @@ void TestUpsFeedMapping::textsAreOneLine()
         withVariable(QStringLiteral("ups.model"), QString::fromUtf8(" A\nB\x1b[1m\x07 \xc2\x85"
                                                                     "C "));
     QCOMPARE(snapshot.identity.model, QStringLiteral("A B [1m C"));
+}
+
+void TestUpsFeedMapping::identity()
+{
+    const Identity identity =
+        snapshotOf(QStringLiteral("demo"),
+                   {{QStringLiteral("ups.serial"), QStringLiteral("S 1")},
+                    {QStringLiteral("ups.firmware"), QStringLiteral("2.3\n")},
+                    {QStringLiteral("battery.date"), QStringLiteral("05/17/24")},
+                    {QStringLiteral("ups.power.nominal"), QStringLiteral("3000")},
+                    {QStringLiteral("ups.realpower.nominal"), QStringLiteral("2700 W")}})
+            .identity;
+    QCOMPARE(identity.serial, QStringLiteral("S 1"));
+    QCOMPARE(identity.firmware, QStringLiteral("2.3"));
+    QCOMPARE(identity.batteryDate, QStringLiteral("05/17/24"));
+    QCOMPARE(identity.nominalPower, std::optional<double>(3000.0));
+    QVERIFY(!identity.nominalRealPower);
+}
+
+void TestUpsFeedMapping::allVariables()
+{
+    // Left-to-right and right-to-left marks could make one text look like another.
+    const Snapshot snapshot = snapshotOf(
+        QStringLiteral("demo"), {{QStringLiteral("ups.status"), QStringLiteral("OL")},
+                                 {QStringLiteral("ups.id"), QString::fromUtf8("a\xe2\x80\xae"
+                                                                              "b\xe2\x80\xa8"
+                                                                              "c")},
+                                 {QStringLiteral("driver.version"), QStringLiteral("2.8.0")}});
+    const QMap<QString, QString> expected{
+        {QStringLiteral("driver.version"), QStringLiteral("2.8.0")},
+        {QStringLiteral("ups.id"), QStringLiteral("ab c")},
+        {QStringLiteral("ups.status"), QStringLiteral("OL")}};
+    QCOMPARE(snapshot.variables, expected);
+}
+
+void TestUpsFeedMapping::phases_data()
+{
+    QTest::addColumn<QString>("variables");
+    QTest::addColumn<int>("quantity");
+    QTest::addColumn<QString>("phases"); // the worst first
+    QTest::addColumn<QString>("value");  // with its phase
+    const auto row = [](const char *name, Quantity quantity, const char *variables,
+                        const char *phases, const char *value) {
+        QTest::newRow(name) << variables << int(quantity) << phases << value;
+    };
+    row("none", Quantity::Load, "ups.load=40", "", "40");
+    row("load", Quantity::Load, "ups.L1.load=30 ups.L2.load=80 ups.L3.load=50", "L2=80 L3=50 L1=30",
+        "L2 80");
+    row("load with its total", Quantity::Load, "ups.load=53 ups.L1.load=30 ups.L2.load=80",
+        "L2=80 L1=30", "53");
+    row("load by power", Quantity::Load, "output.L1.power.percent=12 output.L2.power.percent=11",
+        "L1=12 L2=11", "L1 12");
+    row("one broken", Quantity::Load, "ups.L1.load=n/a ups.L2.load=20", "L2=20", "L2 20");
+    row("to neutral", Quantity::OutputVoltage,
+        "output.L1-N.voltage=230 output.L2-N.voltage=214 output.L3-N.voltage=236 "
+        "output.voltage.nominal=230",
+        "L2=214 L3=236 L1=230", "L2 214");
+    row("to neutral without nominal", Quantity::OutputVoltage,
+        "output.L1-N.voltage=230 output.L2-N.voltage=231 output.L3-N.voltage=0",
+        "L3=0 L2=231 L1=230", "L3 0");
+    row("between phases", Quantity::InputVoltage,
+        "input.L1-L2.voltage=400 input.L2-L3.voltage=371 input.L3-L1.voltage=402 "
+        "input.voltage.nominal=400",
+        "L2-L3=371 L3-L1=402 L1-L2=400", "L2-L3 371");
+    row("to neutral rather than between", Quantity::InputVoltage,
+        "input.L1-L2.voltage=400 input.L1-N.voltage=231 input.L2-N.voltage=229 "
+        "input.voltage.nominal=400",
+        "L2=229 L1=231", "L2 229");
+    row("bypass", Quantity::BypassVoltage, "input.bypass.L1-N.voltage=228", "L1=228", "L1 228");
+    row("current", Quantity::OutputCurrent, "output.L1.current=3 output.L3.current=9", "L3=9 L1=3",
+        "L3 9");
+    row("power is the sum", Quantity::OutputPower,
+        "ups.L1.realpower=100 ups.L2.realpower=300 ups.L3.realpower=200", "L2=300 L3=200 L1=100",
+        "600");
+    row("no sum of a part", Quantity::OutputPower, "ups.L1.realpower=100 ups.L2.realpower=300",
+        "L2=300 L1=100", "-");
+    row("no fourth phase", Quantity::Load, "ups.L4.load=20 ups.L0.load=20", "", "-");
+}
+
+void TestUpsFeedMapping::phases()
+{
+    QFETCH(QString, variables);
+    QFETCH(int, quantity);
+    QFETCH(QString, phases);
+    QFETCH(QString, value);
+    NutVariables given;
+    for (const QString &pair : variables.split(QLatin1Char(' ')))
+        given.insert(pair.section(QLatin1Char('='), 0, 0), pair.section(QLatin1Char('='), 1));
+    const Measure measure = snapshotOf(QString(), given).measure(Quantity(quantity));
+    QStringList texts;
+    for (const PhaseValue &phase : measure.phases)
+        texts += QStringLiteral("%1=%2").arg(phase.name).arg(phase.value);
+    QCOMPARE(texts.join(QLatin1Char(' ')), phases);
+    const QString shown = measure.value ? QString::number(*measure.value) : QStringLiteral("-");
+    QCOMPARE((measure.phase + QLatin1Char(' ') + shown).trimmed(), value);
+    // The nominal value is of the kind that is shown.
+    if (measure.nominal && measure.value)
+        QVERIFY(std::abs(*measure.value - *measure.nominal) < 0.1 * *measure.nominal);
+}
+
+void TestUpsFeedMapping::unknownRuntime()
+{
+    const QString runtime = QStringLiteral("battery.runtime");
+    QVERIFY(!withVariable(runtime, QStringLiteral("-1")).value(Quantity::BatteryRuntime));
+    QCOMPARE(withVariable(runtime, QStringLiteral("0")).value(Quantity::BatteryRuntime),
+             std::optional<double>(0.0));
 }
 
 void TestUpsFeedMapping::beeper_data()

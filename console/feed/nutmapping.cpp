@@ -395,6 +395,15 @@ std::optional<double> nutNumber(const QString &text)
     return number;
 }
 
+QString nutVariableOf(Quantity quantity)
+{
+    for (const ValueRow &row : valueTable) {
+        if (row.quantity == quantity)
+            return QString::fromLatin1(row.value);
+    }
+    return QString();
+}
+
 Snapshot snapshotOf(const QString &upsName, const NutVariables &variables)
 {
     Snapshot snapshot;

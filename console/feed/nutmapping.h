@@ -14,3 +14,6 @@ Snapshot snapshotOf(const QString &upsName, const NutVariables &variables);
 /// A number as the server writes it, with a decimal point whatever the locale; nothing for anything
 /// else, for infinities and for "nan".
 std::optional<double> nutNumber(const QString &text);
+
+/// The variable that gives @p quantity, such as "battery.charge".
+QString nutVariableOf(Quantity quantity);

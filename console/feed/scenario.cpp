@@ -1,5 +1,7 @@
 #include "scenario.h"
 
+#include "nutmapping.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -36,7 +38,6 @@ constexpr ElementState locked(ElementState state)
     return {AlarmState::Locked, state.operating};
 }
 
-enum class Mains { Good, Low, Absent };
 enum class Source { None, Inverter, Battery, Bypass }; // what feeds the output
 
 struct Ramp
@@ -187,12 +188,12 @@ void measureMains(Snapshot *snapshot, Mains mains, double seconds)
     snapshot->measure(Quantity::BypassFrequency) = frequency(hertz);
 }
 
-void measureOutput(Snapshot *snapshot, const Step &step, double load, double seconds)
+void measureOutput(Snapshot *snapshot, const Step &step, Mains mains, double load, double seconds)
 {
     double voltage = 0.0;
     std::optional<double> hertz;
     if (step.source == Source::Bypass) {
-        voltage = lineVoltage(step.mains, seconds);
+        voltage = lineVoltage(mains, seconds);
         hertz = snapshot->value(Quantity::BypassFrequency);
     } else if (step.source != Source::None) {
         voltage = 230.0 + 0.3 * swing(seconds, 5.0);
@@ -231,6 +232,80 @@ void measureBattery(Snapshot *snapshot, const Step &step, double load, double ch
     snapshot->measure(Quantity::BatteryVoltage).low = 67.0;
     snapshot->measure(Quantity::BatteryRuntime) = within(runtime, 0.0, 5400.0);
     snapshot->measure(Quantity::BatteryRuntime).low = 180.0;
+}
+
+AlarmState alarmOf(Mains mains)
+{
+    switch (mains) {
+    case Mains::Good:
+        return AlarmState::None;
+    case Mains::Low:
+        return AlarmState::Anomaly;
+    case Mains::Absent:
+        break;
+    }
+    return AlarmState::Warning;
+}
+
+/// Shows mains that are not those of the snapshot's phase.
+void showMains(Snapshot *snapshot, Mains mains)
+{
+    const QString failure = QStringLiteral("Mains failure");
+    const QString low = QStringLiteral("Input voltage too low");
+    for (const Element which : {Element::Rectifier, Element::Bypass}) {
+        AlarmState &alarm = snapshot->element(which).alarm;
+        if (alarm < AlarmState::Fault) // faults and locks have other causes
+            alarm = alarmOf(mains);
+    }
+    snapshot->system.alarm = std::max(snapshot->system.alarm, alarmOf(mains));
+    snapshot->alarms.removeAll(failure);
+    snapshot->alarms.removeAll(low);
+    if (mains == Mains::Absent)
+        snapshot->alarms.prepend(failure);
+    else if (mains == Mains::Low)
+        snapshot->alarms.prepend(low);
+    else if (snapshot->tokens.testFlag(Token::OnBattery))
+        snapshot->alarms.prepend(QStringLiteral("Battery run by command"));
+}
+
+Identity simulatedIdentity()
+{
+    Identity identity;
+    identity.manufacturer = QStringLiteral("KivWidgets");
+    identity.model = QStringLiteral("On-line 3 kVA");
+    identity.serial = QStringLiteral("SIM-0001");
+    identity.firmware = QStringLiteral("1.0");
+    identity.batteryDate = QStringLiteral("2024-05-17");
+    identity.nominalPower = ratedPower / powerFactor;
+    identity.nominalRealPower = ratedPower;
+    return identity;
+}
+
+/// What a server would give for @p snapshot.
+QMap<QString, QString> variablesOf(const Snapshot &snapshot)
+{
+    QMap<QString, QString> variables;
+    variables.insert(QStringLiteral("ups.mfr"), snapshot.identity.manufacturer);
+    variables.insert(QStringLiteral("ups.model"), snapshot.identity.model);
+    variables.insert(QStringLiteral("ups.serial"), snapshot.identity.serial);
+    variables.insert(QStringLiteral("ups.firmware"), snapshot.identity.firmware);
+    variables.insert(QStringLiteral("battery.date"), snapshot.identity.batteryDate);
+    variables.insert(QStringLiteral("ups.power.nominal"),
+                     QString::number(*snapshot.identity.nominalPower));
+    variables.insert(QStringLiteral("ups.realpower.nominal"),
+                     QString::number(*snapshot.identity.nominalRealPower));
+    QStringList words;
+    for (int i = 0; i < nutTokenCount; ++i) {
+        const Token token = Token(1U << i);
+        if (snapshot.tokens.testFlag(token))
+            words += wordOf(token);
+    }
+    variables.insert(QStringLiteral("ups.status"), words.join(QLatin1Char(' ')));
+    for (int i = 0; i < quantityCount; ++i) {
+        if (const std::optional<double> value = snapshot.value(Quantity(i)))
+            variables.insert(nutVariableOf(Quantity(i)), QString::number(*value, 'f', 1));
+    }
+    return variables;
 }
 
 /// A place in the story: the phase and how much of it has passed, from 0 to 1.
@@ -279,6 +354,11 @@ Phase phaseAt(double seconds)
     return placeAt(seconds).step->phase;
 }
 
+Mains mainsAt(double seconds)
+{
+    return placeAt(seconds).step->mains;
+}
+
 double chargingAt(double charge)
 {
     const bool low = charge < stepOf(Phase::Recharging).charge.to;
@@ -295,7 +375,8 @@ Snapshot snapshotAt(double seconds)
                       between(place.step->charge, place.share), seconds);
 }
 
-Snapshot snapshotIn(Phase phase, double load, double charge, double seconds)
+Snapshot snapshotIn(Phase phase, double load, double charge, double seconds,
+                    std::optional<Mains> otherMains)
 {
     const QString name = QStringLiteral("Simulated UPS");
     if (phase == Phase::CommunicationLost) {
@@ -311,8 +392,7 @@ Snapshot snapshotIn(Phase phase, double load, double charge, double seconds)
     snapshot.name = name;
     if (snapshot.tokens.testFlag(Token::Alarm))
         snapshot.alarmTexts = snapshot.alarms.mid(0, 1); // the rest follows from the tokens
-    snapshot.identity.manufacturer = QStringLiteral("KivWidgets");
-    snapshot.identity.model = QStringLiteral("On-line 3 kVA");
+    snapshot.identity = simulatedIdentity();
     snapshot.tokens = StatusTokens(QFlag(int(step.tokens)));
     snapshot.status = texts(step.status);
     snapshot.alarms = texts(step.alarms);
@@ -323,9 +403,13 @@ Snapshot snapshotIn(Phase phase, double load, double charge, double seconds)
     snapshot.element(Element::Battery) = step.battery;
     snapshot.element(Element::Bypass) = step.bypass;
     snapshot.element(Element::Load) = step.connectedLoad;
-    measureMains(&snapshot, step.mains, seconds);
-    measureOutput(&snapshot, step, load, seconds);
+    const Mains mains = otherMains.value_or(step.mains);
+    if (mains != step.mains)
+        showMains(&snapshot, mains);
+    measureMains(&snapshot, mains, seconds);
+    measureOutput(&snapshot, step, mains, load, seconds);
     measureBattery(&snapshot, step, load, charge);
+    snapshot.variables = variablesOf(snapshot);
     return snapshot;
 }
 

@@ -29,12 +29,16 @@ enum class Phase {
 };
 constexpr int phaseCount = 15;
 
+enum class Mains { Good, Low, Absent };
+
 /// Time that the whole story takes, in seconds.
 double length();
 /// Instant at which a phase begins, in seconds.
 double startOf(Phase phase);
 /// The phase at an instant; any instant is taken, since the story repeats.
 Phase phaseAt(double seconds);
+/// The mains at an instant.
+Mains mainsAt(double seconds);
 /// An instant of normal running at which the battery is being charged and holds @p charge percent,
 /// or as near to it as there is.
 double chargingAt(double charge);
@@ -42,7 +46,9 @@ double chargingAt(double charge);
 /// The UPS at an instant of the story.
 Snapshot snapshotAt(double seconds);
 /// The UPS in @p phase with a load and a charge (percent) of the caller's choice; @p seconds only
-/// moves the small swing of the measured values.
-Snapshot snapshotIn(Phase phase, double load, double charge, double seconds);
+/// moves the small swing of the measured values. The mains are the phase's, unless others are
+/// given.
+Snapshot snapshotIn(Phase phase, double load, double charge, double seconds,
+                    std::optional<Mains> mains = std::nullopt);
 
 } // namespace Scenario

@@ -104,14 +104,14 @@ Snapshot SimulatorFeed::behindTheLink() const
     case Forced::Nothing:
         break;
     case Forced::StandBy:
-        return Scenario::snapshotIn(Phase::StandBy, 0.0, chargeThen, seconds);
+        return Scenario::snapshotIn(Phase::StandBy, 0.0, chargeThen, seconds, mainsThen);
     case Forced::Bypass:
-        return Scenario::snapshotIn(Phase::OnBypass, loadThen, chargeThen, seconds);
+        return Scenario::snapshotIn(Phase::OnBypass, loadThen, chargeThen, seconds, mainsThen);
     case Forced::Locked:
-        return Scenario::snapshotIn(Phase::Locked, 0.0, chargeThen, seconds);
+        return Scenario::snapshotIn(Phase::Locked, 0.0, chargeThen, seconds, mainsThen);
     case Forced::Battery:
         return Scenario::snapshotIn(chargeNow() > lowCharge ? Phase::OnBattery : Phase::LowBattery,
-                                    loadThen, chargeNow(), seconds);
+                                    loadThen, chargeNow(), seconds, mainsThen);
     }
     return Scenario::snapshotAt(position());
 }
@@ -120,6 +120,11 @@ double SimulatorFeed::chargeNow() const
 {
     const double spent = forced == Forced::Battery ? dischargeRate * forcedTime / 1000.0 : 0.0;
     return std::max(std::min(emptyCharge, chargeThen), chargeThen - spent);
+}
+
+Scenario::Mains SimulatorFeed::mainsNow() const
+{
+    return forced == Forced::Nothing ? Scenario::mainsAt(position()) : mainsThen;
 }
 
 bool SimulatorFeed::obey(Command command)
@@ -156,8 +161,10 @@ bool SimulatorFeed::obeyReachable(Command command)
     case Command::SwitchOn:
         if (isLocked(now))
             return false;
+        // Without good mains it comes back to where the story left it: on battery, or nearly so.
         if (operating == OperatingState::StandBy)
-            moveOnTo(Scenario::startOf(Phase::Precharge));
+            moveOnTo(mainsNow() == Scenario::Mains::Good ? Scenario::startOf(Phase::Precharge)
+                                                         : position());
         return true;
     case Command::ForceBattery:
         if (!feedsLoad(now) || hasInverterFault(now))
@@ -198,7 +205,11 @@ bool SimulatorFeed::returnToMains(const Snapshot &now)
     if (!feedsLoad(now))
         return false;
     if (now.system.operating == OperatingState::OnBattery) {
-        moveOnTo(Scenario::chargingAt(*now.value(Quantity::BatteryCharge)));
+        if (mainsNow() == Scenario::Mains::Absent)
+            return false;
+        moveOnTo(mainsNow() == Scenario::Mains::Good
+                     ? Scenario::chargingAt(*now.value(Quantity::BatteryCharge))
+                     : position());
     } else if (now.system.operating == OperatingState::OnBypass) {
         if (hasInverterFault(now) || *now.value(Quantity::Load) > 100.0)
             return false;
@@ -227,6 +238,7 @@ void SimulatorFeed::force(Forced state)
     const Snapshot now = behindTheLink();
     loadThen = now.value(Quantity::Load).value_or(0.0);
     chargeThen = now.value(Quantity::BatteryCharge).value_or(0.0);
+    mainsThen = mainsNow();
     forced = state;
     forcedTime = 0.0;
 }

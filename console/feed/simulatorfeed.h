@@ -12,8 +12,9 @@
 /// command that ends it, or ends what the scenario itself brought about, lets the scenario go on
 /// from a fitting place. Commands are refused as a UPS would: a locked one does not switch on until
 /// its alarm is cleared (then it is in stand-by), one that is off does not go to battery or bypass,
-/// a bypass without good mains is not entered, an alarm whose cause stands is not cleared, and one
-/// that cannot be reached hears nothing but RestoreCommunication and FollowScenario.
+/// a bypass without good mains is not entered, there is no return to mains that are absent, an
+/// alarm whose cause stands is not cleared, and one that cannot be reached hears nothing but
+/// RestoreCommunication and FollowScenario.
 class SimulatorFeed : public UpsFeed
 {
     Q_OBJECT
@@ -47,6 +48,7 @@ private:
 
     Snapshot behindTheLink() const;
     double chargeNow() const;
+    Scenario::Mains mainsNow() const;
     bool obey(Command command);
     bool obeyReachable(Command command);
     bool returnToMains(const Snapshot &now);
@@ -60,8 +62,9 @@ private:
     double storyTime = 0.0;  // milliseconds
     double forcedTime = 0.0; // milliseconds since the command
     Forced forced = Forced::Nothing;
-    double loadThen = 0.0;   // percent, at the command
-    double chargeThen = 0.0; // percent, at the command
+    Scenario::Mains mainsThen = Scenario::Mains::Good; // at the command; they stay so
+    double loadThen = 0.0;                             // percent, at the command
+    double chargeThen = 0.0;                           // percent, at the command
     bool silent = false;
     bool beeper = true;
 };
