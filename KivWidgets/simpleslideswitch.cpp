@@ -206,8 +206,14 @@ void SimpleSlideSwitch::mouseReleaseEvent(QMouseEvent *event)
         pointerPos.setX(switchedOn ? restingPlace(true)
                                    : heldInInt(qint64(btnImg.width()) + marginLeft));
         QAbstractButton::mouseReleaseEvent(event);
-        if (self)
-            moved = false;
+        if (!self)
+            return;
+        moved = false;
+        // The base class makes no click of a release off the switch, or of another button.
+        if (isChecked() != switchedOn) {
+            pointerPos.setX(restingPlace(isChecked()));
+            update();
+        }
         return;
     }
 

@@ -12,7 +12,9 @@
 /// The switch has the fixed size of the track picture that was written last; all four are meant to
 /// be of one size. A release without a movement since the press toggles it wherever it happened; a
 /// drag toggles it when it ends on the other side of the middle. The former emits toggled() alone,
-/// the latter clicked() too. Every write of a picture repaints. GUI thread only.
+/// the latter clicked() too. The base class does not get the release of the former, nor of a drag
+/// that falls short: the button stays down until the next release that ends a drag, and is released
+/// when it is disabled. Every write of a picture repaints. GUI thread only.
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.

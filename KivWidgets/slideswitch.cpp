@@ -113,8 +113,12 @@ void SlideSwitch::mousePressEvent(QMouseEvent *event)
     } else if (!isChecked() && x < leftLimit) {
         dragFromOff = true;
     }
-    if (dragging())
-        QAbstractButton::mousePressEvent(event);
+    if (!dragging())
+        return;
+    // A press that the base class takes repaints the switch; the knob follows any.
+    if (event->button() != Qt::LeftButton || !hitButton(event->pos()))
+        update();
+    QAbstractButton::mousePressEvent(event);
 }
 
 void SlideSwitch::mouseMoveEvent(QMouseEvent *event)
@@ -130,6 +134,9 @@ void SlideSwitch::mouseReleaseEvent(QMouseEvent *event)
     pointerPos = roundedPosition(event->localPos());
     const int x = pointerPos.x();
     const int y = pointerPos.y();
+    // The base class ignores the release, which ends the drag all the same.
+    if (event->button() != Qt::LeftButton)
+        update();
 
     bool reached = dragFromOff && x > rightLimit;
     if (dragFromOn && x < leftLimit) {

@@ -13,6 +13,8 @@
 
 #include <limits>
 
+Q_DECLARE_METATYPE(Qt::MouseButton)
+
 namespace {
 
 constexpr QSize trackSize(78, 27);
@@ -75,7 +77,10 @@ private Q_SLOTS:
     void pictureWritesAlwaysRepaint_data();
     void pictureWritesAlwaysRepaint();
     void placesAreRounded();
+    void releaseWithoutAClick_data();
+    void releaseWithoutAClick();
     void releaseLeavesTheButtonPressed();
+    void clickLeavesTheButtonPressed();
     void extremeMarginsAreHarmless();
     void nullPicturesAreHarmless();
     void disabledKnobFarWiderThanTheKnob();
@@ -501,6 +506,67 @@ void SimpleSlideSwitchTest::placesAreRounded()
     Mouse::drag(knob.widget, QPointF(0.5, 13));
     Mouse::release(knob.widget, QPointF(0.5, 13));
     QVERIFY(!knob->isChecked());
+}
+
+void SimpleSlideSwitchTest::releaseWithoutAClick_data()
+{
+    QTest::addColumn<bool>("checked");
+    QTest::addColumn<QPoint>("place");
+    QTest::addColumn<Qt::MouseButton>("button");
+    for (const bool checked : {false, true}) {
+        const int x = checked ? 10 : 60;
+        const char *state = checked ? "on" : "off";
+        QTest::addRow("%s, above", state) << checked << QPoint(x, -1) << Qt::LeftButton;
+        QTest::addRow("%s, below", state) << checked << QPoint(x, 27) << Qt::LeftButton;
+        QTest::addRow("%s, right button", state) << checked << QPoint(x, 13) << Qt::RightButton;
+    }
+}
+
+void SimpleSlideSwitchTest::releaseWithoutAClick()
+{
+    QFETCH(bool, checked);
+    QFETCH(QPoint, place);
+    QFETCH(Qt::MouseButton, button);
+    Stage<SimpleSlideSwitch> knob;
+    knob->setChecked(checked);
+    deliverAll();
+    const QSignalSpy clicked(knob.widget, &SimpleSlideSwitch::clicked);
+    Mouse::press(knob.widget, QPoint(checked ? 60 : 10, 13));
+    Mouse::drag(knob.widget, place);
+    Mouse::release(knob.widget, place, button);
+    QCOMPARE(clicked.count(), 0);
+    QCOMPARE(knob->isChecked(), checked);
+    deliverAll();
+    const QImage rest = checked ? switchPicture(51, 51) : switchPicture(0, 0);
+    COMPARE_PICTURES(pictureOf(knob.widget), rest);
+    COMPARE_PICTURES(screenOf(knob.widget), repaintedScreenOf(knob.widget));
+}
+
+/// The base class does not get the release of a click that toggles without a movement.
+void SimpleSlideSwitchTest::clickLeavesTheButtonPressed()
+{
+    Stage<SimpleSlideSwitch> knob;
+    const QSignalSpy pressed(knob.widget, &SimpleSlideSwitch::pressed);
+    const QSignalSpy released(knob.widget, &SimpleSlideSwitch::released);
+    Mouse::press(knob.widget, QPoint(10, 13));
+    Mouse::release(knob.widget, QPoint(10, 13));
+    QVERIFY(knob->isChecked());
+    QVERIFY(knob->isDown());
+    QCOMPARE(pressed.count(), 1);
+    QCOMPARE(released.count(), 0);
+    // The next release that reaches it ends that, and so does disabling.
+    Mouse::press(knob.widget, QPoint(60, 13));
+    Mouse::drag(knob.widget, QPoint(20, 13));
+    Mouse::release(knob.widget, QPoint(10, 13));
+    QVERIFY(!knob->isChecked());
+    QVERIFY(!knob->isDown());
+    QCOMPARE(released.count(), 1);
+    Mouse::press(knob.widget, QPoint(10, 13));
+    Mouse::release(knob.widget, QPoint(10, 13));
+    QVERIFY(knob->isDown());
+    knob->setEnabled(false);
+    QVERIFY(!knob->isDown());
+    QCOMPARE(released.count(), 2);
 }
 
 void SimpleSlideSwitchTest::releaseLeavesTheButtonPressed()

@@ -10,6 +10,8 @@
 #include <QtGui/QResizeEvent>
 #include <QtTest/QSignalSpy>
 
+Q_DECLARE_METATYPE(Qt::MouseButton)
+
 namespace {
 
 constexpr QSize faceSize(190, 60);
@@ -73,6 +75,8 @@ private Q_SLOTS:
     void dragSurvivesDisabling();
     void dragFromTheEndAndTheMiddleAtOnce();
     void anotherButton();
+    void screenFollowsEveryButton_data();
+    void screenFollowsEveryButton();
     void keysAndClicksOfTheBaseClass();
     void deletedInASlot_data();
     void deletedInASlot();
@@ -477,6 +481,55 @@ void SlideSwitchTest::anotherButton()
     // The base class ignores it, so the drag ends without a change.
     QVERIFY(!knob->isChecked());
     COMPARE_PICTURES(pictureOf(knob.widget), atRest("OFF", offKnob));
+}
+
+void SlideSwitchTest::screenFollowsEveryButton_data()
+{
+    QTest::addColumn<bool>("checked");
+    QTest::addColumn<bool>("locked");
+    QTest::addColumn<Qt::MouseButton>("pressed");
+    QTest::addColumn<Qt::MouseButton>("released");
+    for (const bool checked : {false, true}) {
+        for (const bool locked : {false, true}) {
+            for (const Qt::MouseButton pressed : {Qt::LeftButton, Qt::RightButton}) {
+                for (const Qt::MouseButton released : {Qt::LeftButton, Qt::MiddleButton}) {
+                    QTest::addRow("%s%s, button %d then %d", checked ? "on" : "off",
+                                  locked ? " and locked" : "", int(pressed), int(released))
+                        << checked << locked << pressed << released;
+                }
+            }
+        }
+    }
+}
+
+void SlideSwitchTest::screenFollowsEveryButton()
+{
+    QFETCH(bool, checked);
+    QFETCH(bool, locked);
+    QFETCH(Qt::MouseButton, pressed);
+    QFETCH(Qt::MouseButton, released);
+    const int from = locked ? 95 : checked ? 150 : 40;
+    const QPoint places[] = {{40, 30}, {60, 30}, {95, 30}, {150, 30}, {40, 59}, {150, -1}, {-3, 5}};
+    for (const int pressedRow : {30, 70}) {
+        for (const QPoint &drag : places) {
+            for (const QPoint &release : places) {
+                Stage<SlideSwitch> knob;
+                knob->setChecked(checked);
+                knob->setLocked(locked);
+                deliverAll();
+                const auto isUpToDate = [&] {
+                    deliverAll();
+                    return differenceOf(screenOf(knob.widget), repaintedScreenOf(knob.widget));
+                };
+                Mouse::press(knob.widget, QPoint(from + 2, pressedRow), pressed);
+                QCOMPARE(isUpToDate(), QString());
+                Mouse::drag(knob.widget, drag);
+                QCOMPARE(isUpToDate(), QString());
+                Mouse::release(knob.widget, release, released);
+                QCOMPARE(isUpToDate(), QString());
+            }
+        }
+    }
 }
 
 void SlideSwitchTest::keysAndClicksOfTheBaseClass()

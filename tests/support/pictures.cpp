@@ -2,6 +2,7 @@
 
 #include <QtCore/QDir>
 #include <QtGui/QPainter>
+#include <QtGui/QScreen>
 #include <QtTest/QTest>
 #include <QtWidgets/QWidget>
 
@@ -11,6 +12,24 @@ QImage pictureOf(QWidget *widget)
     if (!picture.isNull())
         widget->render(&picture, QPoint(), QRegion(), QWidget::RenderFlags());
     return picture;
+}
+
+QImage screenOf(QWidget *widget)
+{
+    const QWidget *window = widget->window();
+    const QRect part(widget->mapTo(window, QPoint()), widget->size());
+    return window->screen()
+        ->grabWindow(window->winId(), part.x(), part.y(), part.width(), part.height())
+        .toImage()
+        .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+QImage repaintedScreenOf(QWidget *widget)
+{
+    QWidget *const window = widget->window();
+    return window->grab(QRect(widget->mapTo(window, QPoint()), widget->size()))
+        .toImage()
+        .convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
 QImage emptyPicture(QSize size)

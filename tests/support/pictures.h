@@ -13,6 +13,11 @@ class QWidget;
 /// What @p widget itself shows, without the window behind it and without its children.
 QImage pictureOf(QWidget *widget);
 
+/// What the screen shows of @p widget, which lies in a shown window, and what it should show: the
+/// same part of the window painted anew.
+QImage screenOf(QWidget *widget);
+QImage repaintedScreenOf(QWidget *widget);
+
 /// A transparent image of @p size in the format of all pictures here.
 QImage emptyPicture(QSize size);
 
