@@ -2,6 +2,7 @@
 
 #include "cachedimage_p.h"
 
+#include <QtCore/QEvent>
 #include <QtCore/QPointer>
 #include <QtCore/QPropertyAnimation>
 #include <QtCore/QSequentialAnimationGroup>
@@ -31,6 +32,39 @@ QVector<const QSequentialAnimationGroup *> &endingGroups()
     static QVector<const QSequentialAnimationGroup *> groups;
     return groups;
 }
+
+/// Watches a stack for resizes during a change, beside its fields: it belongs to the group that
+/// runs the change.
+class ResizeWatch : public QObject
+{
+public:
+    ResizeWatch(QWidget *stack, QSequentialAnimationGroup *group)
+        : QObject(group)
+    {
+        stack->installEventFilter(this);
+    }
+    /// Ends the watch that belongs to @p group. @return whether its stack was resized meanwhile.
+    static bool ended(const QSequentialAnimationGroup *group)
+    {
+        bool resized = false;
+        for (QObject *child : group->children()) {
+            if (auto *watch = dynamic_cast<ResizeWatch *>(child)) {
+                resized = watch->seen;
+                delete watch;
+                break;
+            }
+        }
+        return resized;
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        seen = seen || event->type() == QEvent::Resize;
+        return false;
+    }
+
+private:
+    bool seen = false;
+};
 
 void setUp(QPropertyAnimation *animation, int msecs, const QVariant &from, const QVariant &to)
 {
@@ -177,6 +211,7 @@ void RotateStackedWidget::setCurrentIndex(int index)
         page->hide();
     animating = true;
     animPhase = Shrinking;
+    new ResizeWatch(this, group);
     // Asked for by a slot at the end of a change, the group still counts as running.
     if (group->state() != QAbstractAnimation::Stopped)
         group->stop();
@@ -220,6 +255,9 @@ void RotateStackedWidget::paintEvent(QPaintEvent *event)
 // NOLINTNEXTLINE(performance-unnecessary-value-param): a slot is found by its signature.
 void RotateStackedWidget::valChanged(QVariant)
 {
+    // Qt shows another page when the current one is removed.
+    if (animating && currentWidget() && currentWidget()->isVisible())
+        currentWidget()->hide();
     repaint();
 }
 
@@ -239,6 +277,8 @@ void RotateStackedWidget::animPositionRestoreDone()
 {
     rotate = 0.0;
     animating = false;
+    const bool resized = ResizeWatch::ended(group);
+    const int target = nextIndex;
 
     // Page and slots on currentChanged() may delete the page or the stack.
     const QPointer<RotateStackedWidget> self(this);
@@ -247,12 +287,24 @@ void RotateStackedWidget::animPositionRestoreDone()
     // Without a page of that index the old one comes back.
     QWidget *next = widget(nextIndex);
     const QPointer<QWidget> page(next ? next : currentWidget());
-    if (page)
+    // The layout resizes the current page alone.
+    if (page && resized)
+        page->setGeometry(contentsRect());
+    if (self && page)
         page->show();
-    if (self && page)
-        page->raise();
-    if (self && page)
-        setCurrentWidget(page);
+    if (self && !animating && nextIndex != target) {
+        // The page has asked for a change that took no time.
+        if (page && page != currentWidget())
+            page->hide();
+    } else {
+        if (self && page)
+            page->raise();
+        if (self && page)
+            setCurrentWidget(page);
+        // The page, or a slot, has asked for the next change already.
+        if (self && animating && currentWidget())
+            currentWidget()->hide();
+    }
     endingGroups().removeOne(endingGroup);
     if (!self) {
         if (!endingGroups().contains(endingGroup))

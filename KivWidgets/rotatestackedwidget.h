@@ -13,7 +13,12 @@ class QSequentialAnimationGroup;
 ///
 /// Animation is off until the host switches it on. While a change runs, the pages are hidden and
 /// their pictures are grabbed anew for every frame; currentIndex() reports the old page until the
-/// end. GUI thread only.
+/// end. A page that asks for another one when it is shown, or a slot on currentChanged() that does,
+/// begins the next change. After a resize during a change the new page fills the frame's contents.
+///
+/// The page that was asked for is kept as an index: pages inserted or removed before it change
+/// which page that is. An event loop inside a slot on currentChanged() stops all of Qt's animations
+/// until it ends. GUI thread only.
 class KIVWIDGETS_EXPORT RotateStackedWidget : public QStackedWidget
 {
     Q_OBJECT

@@ -76,6 +76,26 @@ private:
     QColor color;
 };
 
+/// A page that goes on to another page as soon as it is shown.
+class ForwardingPage : public QWidget
+{
+public:
+    ForwardingPage(RotateStackedWidget *itsStack, int itsTarget)
+        : stack(itsStack)
+        , target(itsTarget)
+    {}
+
+protected:
+    void showEvent(QShowEvent *) override
+    {
+        stack->setCurrentIndex(target);
+    }
+
+private:
+    RotateStackedWidget *stack;
+    int target;
+};
+
 QImage pagePicture(QColor color, QSize size)
 {
     QImage picture(size, QImage::Format_RGB32);
@@ -106,6 +126,16 @@ struct StackStage : Stage<OpenStack>
             widget->addWidget(new PatternPage(color));
         widget->setAnimationEnabled(true);
         deliverAll();
+    }
+    /// The indices of the pages that are visible.
+    QVector<int> visiblePages() const
+    {
+        QVector<int> pages;
+        for (int i = 0; i < widget->count(); ++i) {
+            if (widget->widget(i)->isVisible())
+                pages.append(i);
+        }
+        return pages;
     }
     /// What the stack itself shows, with its pages as they are.
     QImage picture() const
@@ -174,6 +204,11 @@ private Q_SLOTS:
     void deletedDuringAChange();
     void deletedByItsSignal();
     void pageDeletedByItsSignal();
+    void nextChangeAskedForByAPage();
+    void nextChangeAskedForByAPageWithoutAnyTime();
+    void currentPageRemovedDuringAChange();
+    void resizedDuringAChange_data();
+    void resizedDuringAChange();
     void deletedInAnEventLoopOfASlot();
     void nextChangeAskedForBySignal();
     void nextChangeWithoutShrinking();
@@ -593,12 +628,109 @@ void RotateStackedWidgetTest::nextChangeAskedForBySignal()
     time.step(5000);
     QVERIFY(stack->animating);
     QCOMPARE(stack->currentIndex(), 1);
-    for (int second = 0; second < 5; ++second)
+    for (int second = 0; second < 5; ++second) {
+        QCOMPARE(stack.visiblePages(), QVector<int>());
         time.step(1000);
+    }
     QVERIFY(!stack->animating);
     QCOMPARE(stack->currentIndex(), 2);
     QVERIFY(stack->widget(2)->isVisible());
     QCOMPARE(changes, 2);
+}
+
+void RotateStackedWidgetTest::nextChangeAskedForByAPage()
+{
+    StepDriver time;
+    StackStage stack;
+    stack->insertWidget(1, new ForwardingPage(stack.widget, 2));
+    const QSignalSpy changes(stack.widget, &QStackedWidget::currentChanged);
+    stack->setCurrentIndex(1);
+    time.step(5000);
+    QVERIFY(stack->animating);
+    QCOMPARE(stack->currentIndex(), 1);
+    for (int second = 0; second < 5; ++second) {
+        QCOMPARE(stack.visiblePages(), QVector<int>());
+        time.step(1000);
+    }
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 2);
+    QCOMPARE(stack.visiblePages(), QVector<int>({2}));
+    QCOMPARE(changes.count(), 2);
+}
+
+void RotateStackedWidgetTest::nextChangeAskedForByAPageWithoutAnyTime()
+{
+    // The next change is over before the page's own event is.
+    StepDriver time;
+    StackStage stack;
+    stack->changeTimePosition(0);
+    stack->changeTimeRotation(0);
+    stack->insertWidget(1, new ForwardingPage(stack.widget, 2));
+    stack->setCurrentIndex(1);
+    for (int step = 0; step < 8; ++step)
+        time.step(10);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->currentIndex(), 2);
+    QCOMPARE(stack.visiblePages(), QVector<int>({2}));
+}
+
+void RotateStackedWidgetTest::currentPageRemovedDuringAChange()
+{
+    StepDriver time;
+    StackStage stack;
+    stack->setCurrentIndex(1);
+    time.step(500);
+    delete stack->widget(0);
+    time.step(500);
+    QVERIFY(stack->animating);
+    QCOMPARE(stack.visiblePages(), QVector<int>());
+    time.step(4000);
+    QCOMPARE(stack->currentIndex(), 1);
+    QCOMPARE(stack.visiblePages(), QVector<int>({1}));
+}
+
+void RotateStackedWidgetTest::resizedDuringAChange_data()
+{
+    QTest::addColumn<int>("moment");
+    QTest::addColumn<int>("frame");
+    QTest::addColumn<bool>("andBack");
+    const std::pair<const char *, int> moments[] = {
+        {"shrinking", 1000}, {"before edge-on", 2300}, {"past edge-on", 2700}, {"growing", 4000}};
+    for (const auto &[name, moment] : moments) {
+        for (const int frame : {0, 4}) {
+            QTest::addRow("%s, frame %d", name, frame) << moment << frame << false;
+            QTest::addRow("%s, frame %d, and back", name, frame) << moment << frame << true;
+        }
+    }
+}
+
+void RotateStackedWidgetTest::resizedDuringAChange()
+{
+    QFETCH(int, moment);
+    QFETCH(int, frame);
+    QFETCH(bool, andBack);
+    StepDriver time;
+    StackStage stack;
+    if (frame > 0) {
+        stack->setFrameStyle(QFrame::Box);
+        stack->setLineWidth(frame);
+    }
+    deliverAll();
+    stack->setCurrentIndex(1);
+    int past = 0;
+    const auto goTo = [&](int msecs) {
+        for (; past < msecs; past += 100)
+            time.step(100);
+    };
+    goTo(moment);
+    stack->resize(200, 140);
+    goTo(moment + 300);
+    if (andBack)
+        stack->resize(stackSize);
+    goTo(5000);
+    QVERIFY(!stack->animating);
+    QCOMPARE(stack->widget(1)->geometry(),
+             QRect(QPoint(), stack->size()).adjusted(frame, frame, -frame, -frame));
 }
 
 void RotateStackedWidgetTest::deletedInAnEventLoopOfASlot()
