@@ -26,8 +26,11 @@ constexpr double mostTicks = 50.0;
 constexpr double replacementTicks = 10.0;
 /// How close to a limit a tick counts as an end tick.
 constexpr double endTolerance = 0.005;
-/// A picture of more ticks than this cannot be told from a black strip; it ends the loop.
+/// Ticks that are computed at most; far more than any screen shows, it ends the loop.
 constexpr int tickBound = 100000;
+/// Ticks that are drawn in one place at most. Their soft edges darken each other up to the 17th;
+/// more would only cost time.
+constexpr int ticksInOnePlace = 20;
 /// The rounded ends of the fill are at least this long.
 constexpr double shortestEnd = 2.0;
 /// Free pixels between the value text and what it stands next to.
@@ -387,6 +390,8 @@ void AeroLinebar::paintTick()
     const double range = maxValueF - minValueF;
     const int bottom = tickHeight - 1;
     double t = minValueF / step * step;
+    QPoint lastFoot(-1, -1);
+    int inOnePlace = 0;
     for (int count = 0; t <= maxValueF && count < tickBound; ++count) {
         int x = truncatedToInt(quotient(t - minValueF, range) * width());
         int y = bottom;
@@ -397,7 +402,10 @@ void AeroLinebar::paintTick()
             --x;
         else
             --y;
-        painter.drawLine(x, y, x, bottom - tickHeight);
+        const QPoint foot(x, y);
+        inOnePlace = assignIfChanged(lastFoot, foot) ? 1 : inOnePlace + 1;
+        if (inOnePlace <= ticksInOnePlace)
+            painter.drawLine(foot, QPoint(x, bottom - tickHeight));
         const double next = t + step;
         if (!(next > t))
             break;

@@ -7,6 +7,7 @@
 #include "testmain.h"
 
 #include <QtCore/QMetaProperty>
+#include <QtGui/QPaintEngine>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
@@ -27,6 +28,7 @@ public:
     using AeroLinebar::paintImage;
     using AeroLinebar::paintImageShadow;
     using AeroLinebar::paintText;
+    using AeroLinebar::paintTick;
     using AeroLinebar::tickHeight;
     using AeroLinebar::valueText;
 };
@@ -187,6 +189,57 @@ QImage BarLook::draw(QSize size) const
     });
 }
 
+/// Counts the lines that are drawn.
+class LineCounter : public QPaintEngine
+{
+public:
+    LineCounter()
+        : QPaintEngine(AllFeatures)
+    {}
+    bool begin(QPaintDevice *) override
+    {
+        return true;
+    }
+    bool end() override
+    {
+        return true;
+    }
+    void updateState(const QPaintEngineState &) override
+    {}
+    void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override
+    {}
+    void drawLines(const QLine *, int count) override
+    {
+        lines += count;
+    }
+    void drawLines(const QLineF *, int count) override
+    {
+        lines += count;
+    }
+    Type type() const override
+    {
+        return User;
+    }
+
+    int lines = 0;
+};
+
+class CountingImage : public QImage
+{
+public:
+    CountingImage(QSize size, LineCounter *counter)
+        : QImage(size, QImage::Format_ARGB32_Premultiplied)
+        , engine(counter)
+    {}
+    QPaintEngine *paintEngine() const override
+    {
+        return engine;
+    }
+
+private:
+    LineCounter *engine;
+};
+
 const double notANumber = std::numeric_limits<double>::quiet_NaN();
 const double infinity = std::numeric_limits<double>::infinity();
 
@@ -228,6 +281,9 @@ private Q_SLOTS:
     void areaFollowsTheSizeAtOnce();
     void ticksThatDoNotAdvance();
     void textStepWithoutText();
+    void crowdedTicks_data();
+    void crowdedTicks();
+    void crowdedTicksDrawFewLines();
     void ticksWithoutBound_data();
     void ticksWithoutBound();
     void extremeValuesAreHarmless_data();
@@ -776,6 +832,61 @@ void AeroLinebarTest::textStepWithoutText()
     bar->paintText(&painter);
     QCOMPARE(painter.opacity(), 0.5);
     QCOMPARE(canvas, untouched);
+}
+
+void AeroLinebarTest::crowdedTicks_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<double>("count");
+    // Up to here each tick darkens the soft edges of those before it.
+    QTest::newRow("five on a column") << 100 << 500.0;
+    QTest::newRow("sixteen on a column") << 100 << 1600.0;
+    QTest::newRow("twenty on a column") << 100 << 2000.0;
+    QTest::newRow("between five and six on a column") << 93 << 500.0;
+    QTest::newRow("hundreds on a column") << 100 << 30000.0;
+    QTest::newRow("thousands on a column") << 7 << 50000.0;
+    QTest::newRow("nearly as many as are drawn") << 300 << 99900.0;
+}
+
+void AeroLinebarTest::crowdedTicks()
+{
+    QFETCH(int, width);
+    QFETCH(double, count);
+    BarLook expected;
+    expected.value = 0;
+    expected.interval = 1;
+    expected.maximum = count;
+    Stage<OpenBar> bar(QSize(width, 50));
+    bar->setMaxValue(10);
+    bar->setTickStep(1);
+    bar->setMaxValue(count);
+    bar->setMinValue(0);
+    pictureOf(bar.widget);
+    sendPlain(bar.widget, QEvent::PolishRequest);
+    pictureOf(bar.widget);
+    COMPARE_PICTURES(*bar->imageTick, expected.ticks(QSize(width, 10)));
+}
+
+void AeroLinebarTest::crowdedTicksDrawFewLines()
+{
+    // What is as dark as it gets is not drawn on any more.
+    const auto linesFor = [](int width, double count) {
+        OpenBar bar(nullptr);
+        bar.resize(width, 50);
+        bar.SplitArea();
+        bar.setMaxValue(10);
+        bar.setTickStep(1);
+        bar.setMaxValue(count);
+        LineCounter counter;
+        bar.imageTick = new CountingImage(QSize(width, 10), &counter);
+        bar.paintTick();
+        return counter.lines;
+    };
+    QCOMPARE(linesFor(200, 10), 11);
+    QCOMPARE(linesFor(200, 2000), 2001);
+    QVERIFY2(linesFor(200, 99000) < 5000, qPrintable(QString::number(linesFor(200, 99000))));
+    QVERIFY(linesFor(200, 1e9) < 5000);
+    QVERIFY(linesFor(1, 1e9) < 100);
 }
 
 void AeroLinebarTest::ticksWithoutBound_data()
