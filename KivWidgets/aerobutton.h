@@ -14,6 +14,10 @@
 ///
 /// An icon shows only on a button that is at least two pixels higher than the icon, and two pixels
 /// wider than icon and text together. GUI thread only, but for the setters of AeroStyle.
+///
+/// It has no size hint: in a layout, give it a minimum or a fixed size. 120 x 40 pixels suit a
+/// short text. An `&` in the text is drawn as it is, and still makes the letter after it a
+/// shortcut, as in every QAbstractButton.
 class KIVWIDGETS_EXPORT AeroButton : public QAbstractButton, public AeroStyle
 {
     Q_OBJECT

@@ -18,6 +18,10 @@
 /// dropped by one of those events or by setTitle(). While the title is a null string, `opacity`
 /// acts on the panel alone, not on the finished body as well. GUI thread only, but for the setters
 /// of AeroStyle.
+///
+/// Without a layout inside it has only the minimum size of its title: in a layout, give it one,
+/// such as 240 x 140 pixels. An `&` in the title is drawn as it is, and still makes the letter
+/// after it a shortcut, as in every QGroupBox.
 class KIVWIDGETS_EXPORT AeroGroupbox : public QGroupBox, public AeroStyle
 {
     Q_OBJECT

@@ -14,6 +14,9 @@
 /// changed text drop the text, `tickInterval` the ticks. The limits and `valuePosition` only
 /// repaint, so ticks keep their places when the limits change. GUI thread only, but for the setters
 /// of AeroStyle.
+///
+/// It has no size hint: in a layout, give it a minimum or a fixed size. 240 x 50 pixels leave room
+/// for text and ticks.
 class KIVWIDGETS_EXPORT AeroLinebar : public QWidget, public AeroStyle
 {
     Q_OBJECT

@@ -12,6 +12,9 @@
 /// property, and when a child is removed. The frame of QFrame is not drawn. `colorText` and `bold`
 /// are kept with the strip for a host that labels it; the panel itself shows no text. GUI thread
 /// only, but for the setters of AeroStyle.
+///
+/// Without a layout inside it has no useful size hint: in a layout, give it a minimum height, such
+/// as 40 pixels.
 class KIVWIDGETS_EXPORT AeroStatusbar : public QFrame, public AeroStyle
 {
     Q_OBJECT

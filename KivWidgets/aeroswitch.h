@@ -8,6 +8,8 @@
 /// Both looks are cached, so that a change of the checked state by a click or by setChecked() only
 /// shows the other picture. What drops the button's picture drops both, with two exceptions:
 /// `colorText` and `bold` drop the unchecked picture only, `highlight` the checked one only.
+///
+/// Size and `&` are as in AeroButton: 120 x 40 pixels suit a short text.
 class KIVWIDGETS_EXPORT AeroSwitch : public AeroButton
 {
     Q_OBJECT

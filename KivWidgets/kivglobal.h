@@ -2,6 +2,10 @@
 
 #include <QtCore/qglobal.h>
 
+// The library's resource collection is named after its file, images.qrc. A shared library of a host
+// that has an images.qrc of its own and is linked after this one loses its resources: give that
+// file another name.
+
 // Everything that a host may use carries this mark; all else stays hidden in the library.
 #if defined(KIVWIDGETS_LIBRARY)
 #define KIVWIDGETS_EXPORT Q_DECL_EXPORT

@@ -26,6 +26,9 @@
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.
+///
+/// It has no size hint: in a layout, give it its own size as its fixed size, 76 x 51 pixels with
+/// the defaults. Size limits of the host hold over the size that it computes.
 class KIVWIDGETS_EXPORT MetroCirclerate : public QWidget, public MetroStyle
 {
     Q_OBJECT
@@ -105,6 +108,8 @@ public:
     /// setter hide QWidget's cursor, which stays reachable through QWidget.
     QColor getCursor() const;
     void setCursor(const QColor &cursor);
+    /// A pointer's shape would become a colour, and paint the arc black: use QWidget::setCursor().
+    void setCursor(Qt::CursorShape) = delete;
 
     /// The angle of value @p v in sixteenths of a degree, beyond the arc for a value out of range.
     int val2angle(double v);

@@ -23,6 +23,8 @@
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.
+///
+/// It lies over the page at a place that the host gives it, so it belongs in no layout.
 class KIVWIDGETS_EXPORT MetroNavdrawer : public QGroupBox, public MetroStyle
 {
     Q_OBJECT

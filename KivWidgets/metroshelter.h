@@ -14,6 +14,11 @@
 /// LED of a lost communication and writes an error line whenever the picture is painted; so does a
 /// warning, an anomaly or a fault of an element with no state known. GUI thread only, but for
 /// MetroStyle::setState().
+///
+/// It has no size hint: in a layout, give it a minimum or a fixed size. 140 x 44 pixels suit a
+/// short label. Set the icon size to that of the icon: it is the icon size that centres it. An `&`
+/// in the text is drawn as it is, and still makes the letter after it a shortcut, as in every
+/// QAbstractButton.
 class KIVWIDGETS_EXPORT MetroShelter : public QAbstractButton, public MetroStyle
 {
     Q_OBJECT

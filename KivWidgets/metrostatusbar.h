@@ -16,6 +16,9 @@
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.
+///
+/// It has no size hint: in a layout, give it the size of its picture as its fixed size. Size limits
+/// of the host hold over the picture's size.
 class KIVWIDGETS_EXPORT MetroStatusbar : public QFrame, public MetroStyle
 {
     Q_OBJECT

@@ -16,6 +16,10 @@
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.
+///
+/// It has no size hint: in a layout, give it its own size as its fixed size, which is 36 x 36
+/// pixels for an icon of 16 x 16 and the default border. Size limits of the host hold over the size
+/// that it gives itself.
 class KIVWIDGETS_EXPORT MetroSysIcon : public QAbstractButton, public MetroStyle
 {
     Q_OBJECT

@@ -13,6 +13,10 @@
 /// stretched until the next drop. A new icon, too, shows with the next drop. A tab smaller than its
 /// icon size plus two pixels grows, its size limits included. GUI thread only, but for
 /// MetroStyle::setState().
+///
+/// It has no size hint: in a layout, give it a minimum or a fixed size. 64 x 64 pixels hold an icon
+/// of 24 x 24 and the LED. Set the icon size to that of the icon: it is the icon size that centres
+/// it.
 class KIVWIDGETS_EXPORT MetroTabicon : public QAbstractButton, public MetroStyle
 {
     Q_OBJECT

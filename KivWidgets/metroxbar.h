@@ -9,13 +9,17 @@
 /// A horizontal bar gauge for a whole number with a unit: a bar with ten divisions, filled from the
 /// left in light blue between a minimum and a maximum, with number and unit written beside it.
 ///
-/// A value above the maximum fills the bar, one below the minimum leaves it empty but for a line in
-/// the column left of it; the number is written as it is, in black. The bar leaves room for the
-/// text of 138 with its unit; a wider text is cut off at the right edge.
+/// A value above the maximum fills the bar, one below the minimum leaves it empty; from one pixel
+/// of the scale below on, a light blue line stands in the widget's first column, left of the bar's
+/// frame. The number is written as it is, in black. The bar leaves room for the text of 138 with
+/// its unit; a wider text is cut off at the right edge.
 ///
 /// Three layers are cached: the value, the empty bar, and the mask of frame and scale. Every paint,
 /// a resize, a change of the enabled state and a removed child drop all three and compute the bar's
 /// width anew. GUI thread only.
+///
+/// It has no size hint: in a layout, give it a minimum or a fixed size. 240 x 30 pixels leave room
+/// for scale and text.
 class KIVWIDGETS_EXPORT MetroXbar : public QWidget, public MetroStyle
 {
     Q_OBJECT

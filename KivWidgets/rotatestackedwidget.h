@@ -19,6 +19,8 @@ class QSequentialAnimationGroup;
 /// The page that was asked for is kept as an index: pages inserted or removed before it change
 /// which page that is. An event loop inside a slot on currentChanged() stops all of Qt's animations
 /// until it ends. GUI thread only.
+///
+/// Its size hint is that of QStackedWidget, from its pages.
 class KIVWIDGETS_EXPORT RotateStackedWidget : public QStackedWidget
 {
     Q_OBJECT

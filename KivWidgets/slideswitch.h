@@ -17,6 +17,9 @@
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.
+///
+/// It has no size hint: in a layout, give it a fixed size of 190 x 60 pixels. An `&` in the text is
+/// drawn as it is, and still makes the letter after it a shortcut, as in every QAbstractButton.
 class KIVWIDGETS_EXPORT SlideSwitch : public QAbstractButton
 {
     Q_OBJECT

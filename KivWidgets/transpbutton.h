@@ -12,6 +12,10 @@
 /// button is disabled. The button keeps itself at least two pixels larger than its icon size: a
 /// paint or a resize that finds it smaller makes it grow, its size limits included. GUI thread
 /// only.
+///
+/// It has no size hint: in a layout, give it a minimum or a fixed size. 80 x 60 pixels suit an icon
+/// of 24 x 24 with a text under it. An `&` in the text is drawn as it is, and still makes the
+/// letter after it a shortcut, as in every QAbstractButton.
 class KIVWIDGETS_EXPORT TranspButton : public QAbstractButton
 {
     Q_OBJECT

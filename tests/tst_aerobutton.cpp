@@ -71,6 +71,7 @@ class AeroButtonTest : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void ampersand();
     void metaObject();
     void defaults();
     void panel_data();
@@ -107,6 +108,20 @@ private Q_SLOTS:
     void extremeSettingsAreHarmless_data();
     void extremeSettingsAreHarmless();
 };
+
+void AeroButtonTest::ampersand()
+{
+    // It is drawn, and still makes the letter after it a shortcut.
+    Stage<AeroButton> button(QSize(120, 40));
+    button->setColorText(Qt::white);
+    button->setText(QStringLiteral("R&D"));
+    QCOMPARE(button->shortcut(), QKeySequence(Qt::ALT | Qt::Key_D));
+    deliverAll();
+    const QImage withShortcut = pictureOf(button.widget);
+    button->setText(QStringLiteral("RD"));
+    deliverAll();
+    QVERIFY(!differenceOf(pictureOf(button.widget), withShortcut).isEmpty());
+}
 
 void AeroButtonTest::metaObject()
 {

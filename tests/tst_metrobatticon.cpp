@@ -47,6 +47,7 @@ class MetroBattIconTest : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void limitsHold();
     void initTestCase();
     void metaObject();
     void defaults();
@@ -65,6 +66,17 @@ private Q_SLOTS:
     void iconSizeOfTheHost();
     void nullImageIsReported();
 };
+
+void MetroBattIconTest::limitsHold()
+{
+    Stage<MetroBattIcon> large;
+    large->setMinimumSize(100, 90);
+    Stage<MetroBattIcon> small;
+    small->setFixedSize(40, 30);
+    deliverAll();
+    QCOMPARE(large->size(), QSize(100, 90));
+    QCOMPARE(small->size(), QSize(40, 30));
+}
 
 void MetroBattIconTest::initTestCase()
 {

@@ -10,6 +10,8 @@
 
 #include <cmath>
 #include <limits>
+#include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -157,6 +159,14 @@ Geometry expectedGeometry(int radius, int start, int arc)
     return expected;
 }
 
+/// Whether setCursor() of @p Widget takes a value like @p Shape.
+template <typename Widget, typename Shape, typename = void>
+constexpr bool takesAsCursor = false;
+template <typename Widget, typename Shape>
+constexpr bool takesAsCursor<
+    Widget, Shape,
+    std::void_t<decltype(std::declval<Widget &>().setCursor(std::declval<Shape>()))>> = true;
+
 } // namespace
 
 class MetroCirclerateTest : public WidgetTest
@@ -164,6 +174,7 @@ class MetroCirclerateTest : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void cursorIsAColor();
     void metaObject();
     void defaults();
     void angles();
@@ -205,6 +216,21 @@ private Q_SLOTS:
     void mutatedEqualsFresh_data();
     void mutatedEqualsFresh();
 };
+
+void MetroCirclerateTest::cursorIsAColor()
+{
+    // A shape is a number, which would pass for a colour.
+    QVERIFY((!takesAsCursor<MetroCirclerate, Qt::CursorShape>));
+    QVERIFY((!takesAsCursor<MetroCirclerate, QCursor>));
+    QVERIFY((takesAsCursor<QWidget, Qt::CursorShape>));
+    QVERIFY((takesAsCursor<MetroCirclerate, QColor>));
+    QVERIFY((takesAsCursor<MetroCirclerate, Qt::GlobalColor>));
+    MetroCirclerate dial;
+    dial.setCursor(Qt::red);
+    dial.QWidget::setCursor(Qt::PointingHandCursor);
+    QCOMPARE(dial.getCursor(), QColor(Qt::red));
+    QCOMPARE(dial.QWidget::cursor().shape(), Qt::PointingHandCursor);
+}
 
 void MetroCirclerateTest::metaObject()
 {
