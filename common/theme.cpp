@@ -1,13 +1,36 @@
 #include "theme.h"
 
+#include <QtGui/QGuiApplication>
 #include <QtGui/QPainter>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
 constexpr QRgb lightGround = 0xffd6dce1;
 constexpr int cornerRadius = 6;
+constexpr double usualDotsPerInch = 96.0;
+constexpr double smallestPoints = 7.0;
+constexpr int leastTouchSize = 44;
+/// Where a widget keeps the text size that it got.
+constexpr const char *textProperty = "kivTextSize";
+constexpr int boldFlag = 1000;
+
+/// Marks the layouts from pageLayout().
+constexpr const char *pageProperty = "kivPageLayout";
+
+double unit = 1.0;
+double textScale = 1.0;
+
+void fitPageLayout(QLayout *layout)
+{
+    const int around = Theme::px(Theme::margin);
+    layout->setContentsMargins(around, around, around, around);
+    layout->setSpacing(Theme::px(Theme::spacing));
+}
 
 } // namespace
 
@@ -16,7 +39,7 @@ QPalette Theme::palette(bool dark)
     const QColor window(dark ? 0xff1d2125 : 0xffe8ecef);
     const QColor card(dark ? 0xff2b3137 : 0xffffffff);
     const QColor text(dark ? 0xffe3e8ec : 0xff2a2f34);
-    const QColor faint(dark ? 0xff9aa4ad : 0xff66717b);
+    const QColor faint(dark ? 0xffa7b1ba : 0xff535d66);
 
     QPalette palette(window);
     palette.setColor(QPalette::Window, window);
@@ -33,8 +56,8 @@ QPalette Theme::palette(bool dark)
 QVBoxLayout *Theme::pageLayout(QWidget *page)
 {
     auto *layout = new QVBoxLayout(page);
-    layout->setContentsMargins(margin, margin, gutter, margin);
-    layout->setSpacing(spacing);
+    layout->setProperty(pageProperty, true);
+    fitPageLayout(layout);
     return layout;
 }
 
@@ -50,16 +73,71 @@ QColor Theme::accent()
 
 QFont Theme::font(TextSize size, bool bold)
 {
-    QFont font(QStringLiteral("DejaVu Sans"), size);
+    QFont font(QStringLiteral("DejaVu Sans"));
+    const double least = smallestPoints * std::min(textScale / unit, 1.0);
+    font.setPointSizeF(std::max(size * textScale, least));
     font.setBold(bold);
     return font;
+}
+
+void Theme::setText(QWidget *widget, TextSize size, bool bold)
+{
+    widget->setProperty(textProperty, int(size) + (bold ? boldFlag : 0));
+    widget->setFont(font(size, bold));
+}
+
+bool Theme::isDark()
+{
+    constexpr int middle = 128;
+    return QGuiApplication::palette().color(QPalette::Window).lightness() < middle;
+}
+
+int Theme::px(double units)
+{
+    return int(std::lround(units * unit));
+}
+
+double Theme::scale()
+{
+    return unit;
+}
+
+void Theme::setScale(double pixelsPerUnit, int dotsPerInch)
+{
+    unit = pixelsPerUnit;
+    textScale = pixelsPerUnit * usualDotsPerInch / std::max(dotsPerInch, 1);
+}
+
+void Theme::applyScale(QWidget *root)
+{
+    for (QWidget *widget : root->findChildren<QWidget *>()) {
+        const int kept = widget->property(textProperty).toInt();
+        if (kept)
+            widget->setFont(font(TextSize(kept % boldFlag), kept >= boldFlag));
+    }
+    for (QLayout *layout : root->findChildren<QLayout *>()) {
+        if (layout->property(pageProperty).toBool())
+            fitPageLayout(layout);
+    }
+}
+
+int Theme::touchSize()
+{
+    return std::max(leastTouchSize, px(leastTouchSize));
+}
+
+Theme::GaugeColors Theme::gaugeColors(bool dark)
+{
+    if (dark)
+        return {QColor(0xff4a535c), QColor(0xff3f4d66), QColor(0xffc6d0d9), QColor(0xfff79432)};
+    return {QColor(0xffd0d7dd), QColor(0xffc3d3ea), QColor(0xff44525f), QColor(0xffa8480a)};
 }
 
 QLabel *Theme::label(QWidget *parent, TextSize size, bool bold, const QString &text)
 {
     auto *label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
-    label->setFont(font(size, bold));
+    setText(label, size, bold);
     return label;
 }
 

@@ -1,11 +1,16 @@
 #include "consolewindow.h"
 
+#include "banner.h"
 #include "controlpage.h"
+#include "elidedlabel.h"
+#include "focusframe.h"
+#include "keyhelp.h"
 #include "overviewpage.h"
 #include "pictograms.h"
 #include "powerpage.h"
 #include "settingspage.h"
 #include "setup.h"
+#include "severitylook.h"
 #include "theme.h"
 
 #include <metronavdrawer.h>
@@ -14,55 +19,121 @@
 #include <rotatestackedwidget.h>
 #include <transpbutton.h>
 
+#include <QtCore/QSettings>
 #include <QtCore/QTime>
 #include <QtCore/QTimer>
 #include <QtGui/QIcon>
 #include <QtGui/QPainter>
+#include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
-#include <QtWidgets/QVBoxLayout>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QShortcut>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
-constexpr QSize windowSize(800, 480);
-constexpr int stripHeight = 42;
-constexpr int tabSide = 84;
-constexpr int tabIconSide = 80;
-constexpr int tabPictogramSide = 34;
+// Lengths in the theme's units.
+constexpr int stripUnits = 34;
+constexpr int tabUnits = 84;
+constexpr int tabPictogram = 34;
+constexpr int stripMargin = 14;
+
+/// The lamp of a tab is drawn here, whatever the tab's size, so its name starts below.
+constexpr int lampEnd = 61;
+constexpr int leastRail = 62;
+constexpr int leastTab = 44;
+
 constexpr int shrinkTime = 260;
 constexpr int turnTime = 380;
+constexpr int messageMsecs = 5000;
 
-// The drawer: its closed size follows from the library's tab picture.
-constexpr QSize closedDrawer(62, 76);
-constexpr int drawerTop = 330;
-constexpr int entrySide = 70;
+// The drawer: the library's tab picture, and what the drawer adds around it.
+constexpr int drawerBeside = 12;
+constexpr int drawerAround = 24;
 constexpr int entryGap = 5;
-constexpr int entryIcon = 28;
+
+// A unit of the theme is a pixel on the smallest usual panel. A window has at least so many, and
+// a large one does not use more than it needs.
+constexpr QSizeF leastUnits(640, 400);
+constexpr QSizeF enoughUnits(1280, 768);
+constexpr double usualDotsPerInch = 96.0;
 
 const QColor railColor(36, 41, 46);
 const QColor railText(200, 207, 213);
 
+double scaleFor(QSize window, int dotsPerInch)
+{
+    const double room =
+        std::min(window.width() / leastUnits.width(), window.height() / leastUnits.height());
+    const double growth =
+        std::min(window.width() / enoughUnits.width(), window.height() / enoughUnits.height());
+    return std::min(std::max(dotsPerInch / usualDotsPerInch, growth), room);
+}
+
 /// A tab's face: the drawing with its name under it; the chosen one is lit, with a bar towards the
 /// pages.
-QPixmap tabFace(Pictogram picture, const QString &name, bool chosen)
+QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size, bool lamp)
 {
-    QPixmap face(tabIconSide, tabIconSide);
+    QPixmap face(size);
     face.fill(Qt::transparent);
     QPainter painter(&face);
     const QColor color = chosen ? QColor(Qt::white) : railText;
     if (chosen) {
         painter.fillRect(face.rect(), QColor(255, 255, 255, 26));
-        painter.fillRect(tabIconSide - 4, 0, 4, tabIconSide, Theme::accent());
+        painter.fillRect(size.width() - 4, 0, 4, size.height(), Theme::accent());
     }
-    painter.drawPixmap((tabIconSide - tabPictogramSide) / 2, 8,
-                       pictogram(picture, tabPictogramSide, color));
+    QFont font = Theme::font(Theme::Small, chosen);
+    const int room = size.width() - 6;
+    const int width = QFontMetrics(font).horizontalAdvance(name);
+    if (width > room)
+        font.setPointSizeF(font.pointSizeF() * room / width);
+    const int textHeight = QFontMetrics(font).height();
+    // The lamp stands at the left of the drawing and above the name.
+    const int above =
+        lamp ? std::max(size.height() - textHeight - 2, lampEnd) : size.height() - textHeight - 2;
+    const int side = std::max(
+        std::min({Theme::px(tabPictogram), above - 6, size.width() - (lamp ? 2 * 26 : 8)}), 8);
+    painter.drawPixmap((size.width() - side) / 2, (above - side) / 2,
+                       pictogram(picture, side, color));
     painter.setPen(color);
-    painter.setFont(Theme::font(Theme::Small, chosen));
-    painter.drawText(QRect(0, 60, tabIconSide, 16), Qt::AlignCenter, name);
+    painter.setFont(font);
+    painter.drawText(QRect(0, above, size.width(), textHeight), Qt::AlignCenter, name);
     return face;
+}
+
+QString nameOf(Command command)
+{
+    switch (command) {
+    case Command::SwitchOn:
+        return ConsoleWindow::tr("Switch on");
+    case Command::SwitchOff:
+        return ConsoleWindow::tr("Switch off");
+    case Command::ForceBattery:
+        return ConsoleWindow::tr("Run on battery");
+    case Command::GoToBypass:
+        return ConsoleWindow::tr("Bypass");
+    case Command::ReturnToMains:
+        return ConsoleWindow::tr("Return to mains");
+    case Command::Lock:
+        return ConsoleWindow::tr("Lock");
+    case Command::ClearAlarm:
+        return ConsoleWindow::tr("Clear alarm");
+    case Command::BeeperOn:
+        return ConsoleWindow::tr("Beeper on");
+    case Command::BeeperOff:
+        return ConsoleWindow::tr("Beeper off");
+    case Command::LoseCommunication:
+        return ConsoleWindow::tr("Cut the link");
+    case Command::RestoreCommunication:
+        return ConsoleWindow::tr("Restore the link");
+    case Command::FollowScenario:
+        return ConsoleWindow::tr("Resume the scenario");
+    }
+    return {};
 }
 
 /// How urgent an alarm state is.
@@ -114,66 +185,79 @@ ConsoleWindow::ConsoleWindow(SiteModel *site, QWidget *parent)
     : QWidget(parent)
     , ups(site->at(0))
 {
-    setWindowTitle(tr("UPS console"));
-    setFixedSize(windowSize);
+    setMinimumSize(leastSize);
     makeStrip();
+    banner = new Banner(this);
     makeTabs();
     makeDrawer();
+    makeKeys();
+    new FocusFrame(this);
+    resize(usualSize);
     showPage(0);
     for (const Tab &tab : tabs)
         tab.page->setModel(ups);
     connect(ups, &UpsModel::changed, this, &ConsoleWindow::showUps);
     connect(ups, &UpsModel::commandsChanged, this, &ConsoleWindow::offerCommands);
-    showUps();
+    connect(ups, &UpsModel::commandGiven, this, &ConsoleWindow::showResult);
     offerCommands();
+    showUps();
+    applyScale();
 }
+
+ConsoleWindow::~ConsoleWindow() = default;
 
 void ConsoleWindow::makeStrip()
 {
-    auto *strip = new MetroStatusbar(this);
+    strip = new MetroStatusbar(this);
+    strip->setObjectName(QStringLiteral("strip"));
     strip->setAccessibleName(tr("UPS status"));
-    strip->move(0, 0);
-    strip->resize(windowSize.width(), stripHeight);
-    const auto lightLabel = [&](Theme::TextSize size, bool bold) {
-        QLabel *label = Theme::label(strip, size, bold);
+    stripPicture = strip->getBackground();
+    const auto makeLight = [](QLabel *label) {
         QPalette palette = label->palette();
         palette.setColor(QPalette::WindowText, Qt::white);
         label->setPalette(palette);
-        return label;
     };
-    upsName = lightLabel(Theme::Large, true);
-    upsState = lightLabel(Theme::Large, false);
-    simulatedMark = lightLabel(Theme::Small, true);
-    simulatedMark->setText(tr("SIMULATED"));
-    simulatedMark->setContentsMargins(8, 3, 8, 3);
+    upsName = new ElidedLabel(strip);
+    upsName->setObjectName(QStringLiteral("upsName"));
+    Theme::setText(upsName, Theme::Large, true);
+    makeLight(upsName);
+    message = new ElidedLabel(strip);
+    message->setObjectName(QStringLiteral("message"));
+    message->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    Theme::setText(message, Theme::Normal);
+    makeLight(message);
+    simulatedMark = Theme::label(strip, Theme::Small, true, tr("SIMULATED"));
+    simulatedMark->setContentsMargins(6, 2, 6, 2);
     simulatedMark->setAutoFillBackground(true);
     QPalette mark = simulatedMark->palette();
     mark.setColor(QPalette::Window, QColor(247, 148, 50));
     mark.setColor(QPalette::WindowText, QColor(40, 22, 0));
     simulatedMark->setPalette(mark);
-    clock = lightLabel(Theme::Large, false);
+    clock = Theme::label(strip, Theme::Large);
+    clock->setObjectName(QStringLiteral("clock"));
+    makeLight(clock);
 
     auto *layout = new QHBoxLayout(strip);
-    layout->setContentsMargins(14, 0, 14, 0);
-    layout->setSpacing(16);
-    layout->addWidget(upsName);
+    layout->setContentsMargins(stripMargin, 0, stripMargin, 0);
+    layout->setSpacing(stripMargin);
+    layout->addWidget(upsName, 2);
     layout->addWidget(simulatedMark, 0, Qt::AlignVCenter);
-    layout->addStretch();
-    layout->addWidget(upsState);
-    layout->addSpacing(12);
+    layout->addWidget(message, 3);
     layout->addWidget(clock);
 
     clockTimer = new QTimer(this);
     connect(clockTimer, &QTimer::timeout, this, &ConsoleWindow::showClock);
     clockTimer->start(1000);
     showClock();
+    messageTimer = new QTimer(this);
+    messageTimer->setSingleShot(true);
+    connect(messageTimer, &QTimer::timeout, message, &QLabel::hide);
+    message->hide();
 }
 
 void ConsoleWindow::makeTabs()
 {
-    const int height = windowSize.height() - stripHeight;
     rail = new QWidget(this);
-    rail->setGeometry(0, stripHeight, tabSide, height);
     rail->setAutoFillBackground(true);
     QPalette palette = rail->palette();
     palette.setColor(QPalette::Window, railColor);
@@ -182,7 +266,6 @@ void ConsoleWindow::makeTabs()
     stack = new RotateStackedWidget(this);
     stack->setObjectName(QStringLiteral("pages"));
     stack->setAccessibleName(tr("Pages"));
-    stack->setGeometry(tabSide, stripHeight, windowSize.width() - tabSide, height);
     setUp(stack, {{"endPositionAnimate", 0.6},
                   {"timePositionAnimate", shrinkTime},
                   {"timeRotationAnimate", turnTime}});
@@ -194,6 +277,10 @@ void ConsoleWindow::makeTabs()
     addTab(tr("Settings"), Pictogram::Settings, settings, noState);
     connect(settings, &SettingsPage::darkThemeChosen, this, &ConsoleWindow::setDarkTheme);
     connect(settings, &SettingsPage::pageAnimationChosen, this, &ConsoleWindow::setPageAnimation);
+    connect(settings, &SettingsPage::notifyChosen, this, [this](bool notify) {
+        keep("notify", notify);
+        Q_EMIT notifyChosen(notify);
+    });
 }
 
 void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
@@ -203,17 +290,21 @@ void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
     auto *button = new MetroTabicon(rail);
     button->setObjectName(name);
     button->setAccessibleName(name);
-    button->setGeometry(0, index * tabSide, tabSide, tabSide);
-    QIcon icon;
-    icon.addPixmap(tabFace(picture, name, false), QIcon::Normal, QIcon::Off);
-    icon.addPixmap(tabFace(picture, name, true), QIcon::Normal, QIcon::On);
-    button->setIconSize(QSize(tabIconSide, tabIconSide));
-    button->setIcon(icon);
-    connect(button, &MetroTabicon::clicked, this, [=] { stack->setCurrentIndex(index); });
+    button->setToolTip(tr("%1 (Alt+%2)").arg(name, QString::number(index + 1)));
+    connect(button, &MetroTabicon::clicked, this, [=] { showPage(index); });
     page->setObjectName(name.toLower());
     page->setAccessibleName(name);
-    stack->addWidget(page);
-    tabs.push_back({button, page, state});
+    // Whatever does not fit into a window is still in reach.
+    auto *room = new QScrollArea;
+    room->setAccessibleName(name);
+    room->setFrameShape(QFrame::NoFrame);
+    room->setFocusPolicy(Qt::NoFocus);
+    room->setWidgetResizable(true);
+    room->setWidget(page);
+    room->viewport()->setAutoFillBackground(false);
+    page->setAutoFillBackground(false);
+    stack->addWidget(room);
+    tabs.push_back({button, page, room, picture, name, state});
 }
 
 void ConsoleWindow::makeDrawer()
@@ -221,6 +312,8 @@ void ConsoleWindow::makeDrawer()
     drawer = new MetroNavdrawer(this);
     drawer->setObjectName(QStringLiteral("drawer"));
     drawer->setAccessibleName(tr("Quick commands"));
+    drawer->setToolTip(tr("Quick commands"));
+    drawerTab = drawer->getImageTab();
     setUp(drawer, {{"background", QColor(58, 65, 72)}});
 
     const struct
@@ -233,57 +326,169 @@ void ConsoleWindow::makeDrawer()
         {Pictogram::Link, tr("Relink"), Command::RestoreCommunication},
         {Pictogram::Restart, tr("Resume"), Command::FollowScenario},
     };
-    int x = closedDrawer.width();
     for (const auto &entry : entries) {
         auto *button = new TranspButton(drawer);
         button->setObjectName(entry.name);
-        button->setGeometry(x, (closedDrawer.height() - entrySide) / 2, entrySide, entrySide);
-        x += entrySide + entryGap;
-        button->setFont(Theme::font(Theme::Small));
         QPalette palette = button->palette();
         palette.setColor(QPalette::ButtonText, Qt::white);
         palette.setColor(QPalette::Disabled, QPalette::ButtonText, railText.darker());
         button->setPalette(palette);
-        QIcon icon(pictogram(entry.picture, entryIcon, Qt::white));
-        icon.addPixmap(pictogram(entry.picture, entryIcon, Theme::accent()), QIcon::Active);
-        button->setIconSize(QSize(entryIcon, entryIcon));
-        button->setIcon(icon);
         button->setText(entry.name);
-        setUp(button, {{"posLabel", QPoint(0, 25)}});
         const Command command = entry.command;
         connect(button, &TranspButton::clicked, this, [=] { ups->command(command); });
-        drawerEntries.push_back({button, command});
+        drawerEntries.push_back({button, entry.picture, command});
     }
     // Only now: an unchecked box disables its children while they are constructed, and a screen
     // reader would take them for plain widgets ever after.
     drawer->setCheckable(true);
     drawer->setChecked(false);
-    drawer->setGeometry(
-        QRect(QPoint(windowSize.width() - closedDrawer.width(), drawerTop), closedDrawer));
     drawer->setState(MetroNavdrawer::close);
-    connect(drawer, &MetroNavdrawer::clicked, this, [this](bool checked) {
-        drawer->setState(checked ? MetroNavdrawer::open : MetroNavdrawer::close);
+    connect(drawer, &MetroNavdrawer::clicked, this, &ConsoleWindow::openDrawer);
+}
+
+void ConsoleWindow::makeKeys()
+{
+    const auto onKey = [this](const QKeySequence &key, auto action) {
+        auto *shortcut = new QShortcut(key, this);
+        connect(shortcut, &QShortcut::activated, this, action);
+    };
+    for (int i = 0; i < int(tabs.size()); ++i)
+        onKey(QKeySequence(int(Qt::ALT) + int(Qt::Key_1) + i), [this, i] { showPage(i); });
+    onKey(QKeySequence(Qt::Key_F11), [this] { setFilled(!isFullScreen()); });
+    onKey(QKeySequence(Qt::Key_Escape), [this] { escape(); });
+    onKey(QKeySequence(Qt::Key_F1), [this] {
+        if (keyHelp->isVisible())
+            keyHelp->hide();
+        else
+            keyHelp->popUp();
     });
+    const QString last = QString::number(tabs.size());
+    keyHelp = new KeyHelp({{tr("Alt+1 … Alt+%1").arg(last), tr("Show a page")},
+                           {tr("Tab, Shift+Tab"), tr("Go to the next, the previous control")},
+                           {tr("Space"), tr("Use the control in the frame")},
+                           {tr("F11"), tr("Fill the screen, or not")},
+                           {tr("Esc"), tr("Close the drawer or this list")},
+                           {tr("F1"), tr("Show this list")}},
+                          this);
+}
+
+void ConsoleWindow::escape()
+{
+    if (keyHelp->isVisible()) {
+        keyHelp->hide();
+    } else if (drawer->isChecked()) {
+        drawer->setChecked(false);
+        openDrawer(false);
+    }
+}
+
+void ConsoleWindow::setFilled(bool fullScreen)
+{
+    if (fullScreen)
+        showFullScreen();
+    else
+        showNormal();
+    keep("fullScreen", fullScreen);
+}
+
+void ConsoleWindow::remember(const QString &file)
+{
+    memory.reset();
+    const QSettings kept(file, QSettings::IniFormat);
+    const QSize size = kept.value(QStringLiteral("size")).toSize();
+    // A file that was written by something else must not make the window unusable.
+    constexpr int largest = 16384;
+    if (size.isValid())
+        resize(size.expandedTo(leastSize).boundedTo(QSize(largest, largest)));
+    const int page = int(pageNames().indexOf(kept.value(QStringLiteral("page")).toString()));
+    if (page >= 0)
+        showPage(page);
+    if (kept.contains(QStringLiteral("darkTheme")))
+        chooseDarkTheme(kept.value(QStringLiteral("darkTheme")).toBool());
+    const bool animated = kept.value(QStringLiteral("pageAnimation")).toBool();
+    settings->showPageAnimation(animated);
+    setPageAnimation(animated);
+    chooseNotify(kept.value(QStringLiteral("notify"), true).toBool());
+    if (kept.value(QStringLiteral("fullScreen")).toBool())
+        setWindowState(windowState() | Qt::WindowFullScreen);
+    memory = std::make_unique<QSettings>(file, QSettings::IniFormat);
+}
+
+void ConsoleWindow::keep(const char *key, const QVariant &value)
+{
+    if (memory)
+        memory->setValue(QLatin1String(key), value);
+}
+
+void ConsoleWindow::closeEvent(QCloseEvent *event)
+{
+    if (!isFullScreen())
+        keep("size", size());
+    QWidget::closeEvent(event);
+}
+
+void ConsoleWindow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        showUps();
 }
 
 void ConsoleWindow::offerCommands()
 {
     // The open drawer enables its entries again, but for those that the host disabled.
+    bool any = false;
     for (const DrawerEntry &entry : drawerEntries) {
-        const bool supported = ups->supports(entry.command);
-        entry.button->setEnabled(supported && drawer->isChecked());
-        entry.button->setAttribute(Qt::WA_ForceDisabled, !supported);
+        const bool offered = ups->supports(entry.command);
+        any = any || offered;
+        entry.button->setEnabled(drawer->isChecked() && offered);
+    }
+    if (drawer->isVisibleTo(this) != any) {
+        drawer->setVisible(any);
+        arrangeHeader();
     }
 }
 
 void ConsoleWindow::showUps()
 {
     const Snapshot &snapshot = ups->snapshot();
-    upsName->setText(snapshot.name.isEmpty() ? tr("UPS") : snapshot.name);
+    const QString name = snapshot.name.isEmpty() ? tr("UPS") : snapshot.name;
+    upsName->setText(name);
     simulatedMark->setVisible(snapshot.simulated);
-    upsState->setText(ups->headline().text);
+    banner->showUps(*ups);
+    showTabStates();
+
+    const Severity severity = worseOf(ups->headline().severity, ups->severity());
+    // The mark in the title is for window lists that show no icon.
+    const QString mark = severity == Severity::Normal || severity == Severity::Information
+                             ? QString()
+                             : QStringLiteral("! ");
+    setWindowTitle(mark + ups->headline().text + QStringLiteral(" – ") + name.left(100));
+    if (severity != shownSeverity || windowIcon().isNull()) {
+        shownSeverity = severity;
+        const SeverityLook look = lookOf(severity, false);
+        QIcon icon;
+        for (const int side : {16, 24, 32, 48, 64})
+            icon.addPixmap(severity == Severity::Normal
+                               ? severitySign(severity, side, QColor(0xff4a7d4a), Qt::white)
+                               : severitySign(severity, side, look.plate, look.ink));
+        setWindowIcon(icon);
+    }
+}
+
+void ConsoleWindow::showTabStates()
+{
     for (const Tab &tab : tabs)
-        tab.button->setState(shownState(tab.state(snapshot)));
+        tab.button->setState(
+            shownState(tabsHaveLamps ? tab.state(ups->snapshot()) : noState(ups->snapshot())));
+}
+
+void ConsoleWindow::showResult(Command command, bool taken)
+{
+    message->setText(taken ? tr("%1: taken").arg(nameOf(command))
+                           : tr("%1: refused in this state").arg(nameOf(command)));
+    message->show();
+    messageTimer->start(messageMsecs);
 }
 
 QStringList ConsoleWindow::pageNames() const
@@ -296,8 +501,9 @@ QStringList ConsoleWindow::pageNames() const
 
 void ConsoleWindow::showPage(int index)
 {
-    tabs.at(index).button->setChecked(true);
+    tabs.at(std::size_t(index)).button->setChecked(true);
     stack->setCurrentIndex(index);
+    keep("page", pageNames().at(index));
 }
 
 void ConsoleWindow::chooseDarkTheme(bool dark)
@@ -309,14 +515,136 @@ void ConsoleWindow::chooseDarkTheme(bool dark)
 void ConsoleWindow::setDarkTheme(bool dark)
 {
     QApplication::setPalette(Theme::palette(dark));
+    keep("darkTheme", dark);
 }
 
 void ConsoleWindow::setPageAnimation(bool animated)
 {
     stack->setAnimationEnabled(animated);
+    keep("pageAnimation", animated);
+}
+
+void ConsoleWindow::chooseNotify(bool notify)
+{
+    settings->showNotify(notify);
+    keep("notify", notify);
+    Q_EMIT notifyChosen(notify);
 }
 
 void ConsoleWindow::showClock()
 {
     clock->setText(QTime::currentTime().toString(QStringLiteral("HH:mm")));
+}
+
+void ConsoleWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    const double scale = scaleFor(size(), logicalDpiY());
+    if (std::abs(scale - Theme::scale()) > 1e-6)
+        applyScale();
+    else
+        arrange();
+}
+
+void ConsoleWindow::applyScale()
+{
+    Theme::setScale(scaleFor(size(), logicalDpiY()), logicalDpiY());
+    Theme::applyScale(this);
+    banner->applyScale();
+    for (const Tab &tab : tabs)
+        tab.page->applyScale();
+    arrange();
+}
+
+void ConsoleWindow::arrange()
+{
+    if (drawer->isChecked()) {
+        // Its geometry follows from where it was opened.
+        drawer->setChecked(false);
+        drawer->setState(MetroNavdrawer::close);
+        offerCommands();
+    }
+    arrangeTabs();
+    arrangeHeader();
+    if (keyHelp->isVisible())
+        keyHelp->popUp();
+}
+
+void ConsoleWindow::arrangeTabs()
+{
+    const int count = int(tabs.size());
+    const int railWidth = std::max(leastRail, Theme::px(tabUnits));
+    const int tabHeight = std::max(std::min(Theme::px(tabUnits), height() / count), leastTab);
+    rail->setGeometry(0, 0, railWidth, height());
+    const int textHeight = QFontMetrics(Theme::font(Theme::Small, true)).height();
+    tabsHaveLamps = tabHeight >= lampEnd + textHeight + 4;
+    // The button is larger than its icon by two.
+    const QSize face(railWidth - 2, tabHeight - 2);
+    for (int i = 0; i < count; ++i) {
+        const Tab &tab = tabs[std::size_t(i)];
+        QIcon icon;
+        icon.addPixmap(tabFace(tab.picture, tab.name, false, face, tabsHaveLamps), QIcon::Normal,
+                       QIcon::Off);
+        icon.addPixmap(tabFace(tab.picture, tab.name, true, face, tabsHaveLamps), QIcon::Normal,
+                       QIcon::On);
+        tab.button->setMinimumSize(0, 0);
+        tab.button->setIconSize(face);
+        tab.button->setIcon(icon);
+        tab.button->setGeometry(0, i * tabHeight, railWidth, tabHeight);
+        // A new icon shows with the next drop.
+        tab.button->setEnabled(false);
+        tab.button->setEnabled(true);
+    }
+    showTabStates();
+}
+
+void ConsoleWindow::arrangeHeader()
+{
+    const int left = rail->width();
+    const int stripHeight = std::max(Theme::px(stripUnits), QFontMetrics(upsName->font()).height());
+    const int bannerHeight = banner->minimumSizeHint().height();
+    const int header = stripHeight + bannerHeight;
+    const bool drawn = drawer->isVisibleTo(this);
+    if (drawn && !drawer->isChecked()) {
+        const int tabHeight = header - drawerAround;
+        const int tabWidth = drawerTab.width() * tabHeight / std::max(drawerTab.height(), 1);
+        if (drawer->getImageTab().height() != tabHeight)
+            drawer->setImageTab(drawerTab.scaled(tabWidth, tabHeight, Qt::IgnoreAspectRatio,
+                                                 Qt::SmoothTransformation));
+        const int closedWidth = drawer->getImageTab().width() + drawerBeside;
+        drawer->setGeometry(QRect(width() - closedWidth, 0, closedWidth, header));
+        const int side = std::max(header - 6, leastTab);
+        const int iconSide = side * 2 / 5;
+        int x = closedWidth;
+        for (const DrawerEntry &entry : drawerEntries) {
+            entry.button->setMinimumSize(0, 0);
+            entry.button->setFont(Theme::font(Theme::Small));
+            QIcon icon(pictogram(entry.picture, iconSide, Qt::white));
+            icon.addPixmap(pictogram(entry.picture, iconSide, Theme::accent()), QIcon::Active);
+            entry.button->setIconSize(QSize(iconSide, iconSide));
+            entry.button->setIcon(icon);
+            entry.button->setGeometry(x, (header - side) / 2, side, side);
+            setUp(entry.button, {{"posLabel", QPoint(0, iconSide / 2 + Theme::px(10))}});
+            x += side + entryGap;
+        }
+    }
+    // The strip and the banner keep clear of the drawer, also of the open one.
+    const int right = drawn ? drawer->x() : width();
+    const int wide = std::max(right - left, 1);
+    const QSize stripSize(wide, stripHeight);
+    if (strip->getBackground().size() != stripSize)
+        strip->setBackground(
+            stripPicture.scaled(stripSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    strip->move(left, 0);
+    strip->resize(stripSize);
+    banner->setGeometry(left, stripHeight, wide, bannerHeight);
+    stack->setGeometry(left, header, width() - left, std::max(height() - header, 1));
+}
+
+void ConsoleWindow::openDrawer(bool open)
+{
+    drawer->setState(open ? MetroNavdrawer::open : MetroNavdrawer::close);
+    drawer->raise();
+    offerCommands();
+    arrangeHeader();
 }

@@ -4,26 +4,42 @@
 
 #include <QtWidgets/QWidget>
 
+#include <memory>
 #include <vector>
 
+class Banner;
+class ElidedLabel;
+class KeyHelp;
 class MetroNavdrawer;
+class MetroStatusbar;
 class MetroTabicon;
 class Page;
 class QLabel;
+class QScrollArea;
+class QSettings;
 class QTimer;
 class RotateStackedWidget;
 class SettingsPage;
 class TranspButton;
 enum class Pictogram;
 
-/// The console: a strip with the UPS's name and state, tabs at the left, the pages, a drawer.
+/// The console: tabs at the left, a strip with the UPS's name, the banner with its state, the
+/// pages, and a drawer beside the banner. Texts and lengths follow the size of the window.
 class ConsoleWindow : public QWidget
 {
     Q_OBJECT
 
 public:
+    static constexpr QSize usualSize = QSize(800, 480);
+    static constexpr QSize leastSize = QSize(480, 320);
+
     /// Shows @p site, which must live as long.
     explicit ConsoleWindow(SiteModel *site, QWidget *parent = nullptr);
+    ~ConsoleWindow() override;
+
+    /// Takes size, page, theme and settings from the INI file @p file, and keeps them there from
+    /// now on.
+    void remember(const QString &file);
 
     /// The pages' names as file names use them, in the order of the tabs.
     QStringList pageNames() const;
@@ -32,12 +48,29 @@ public:
     void chooseDarkTheme(bool dark);
     void setDarkTheme(bool dark);
     void setPageAnimation(bool animated);
+    /// Sets whether changes are announced on the desktop and shows it on the settings page.
+    void chooseNotify(bool notify);
+
+public Q_SLOTS:
+    void setFilled(bool fullScreen);
+
+Q_SIGNALS:
+    /// The user switched announcements on the desktop on or off.
+    void notifyChosen(bool notify);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     struct Tab
     {
         MetroTabicon *button;
         Page *page;
+        QScrollArea *room;
+        Pictogram picture;
+        QString name;
         /// The state that the tab's lamp shows.
         ElementState (*state)(const Snapshot &);
     };
@@ -45,6 +78,7 @@ private:
     struct DrawerEntry
     {
         TranspButton *button;
+        Pictogram picture;
         Command command;
     };
 
@@ -53,20 +87,40 @@ private:
     void makeStrip();
     void makeTabs();
     void makeDrawer();
+    void makeKeys();
     void addTab(const QString &name, Pictogram picture, Page *page,
                 ElementState (*state)(const Snapshot &));
     void showClock();
+    void showResult(Command command, bool taken);
+    void showTabStates();
+    void openDrawer(bool open);
+    void escape();
+
+    void applyScale();
+    void arrange();
+    void arrangeHeader();
+    void arrangeTabs();
+    void keep(const char *key, const QVariant &value);
 
     UpsModel *ups; // the one that is shown
-    QLabel *upsName;
-    QLabel *upsState;
+    MetroStatusbar *strip;
+    QPixmap stripPicture;
+    ElidedLabel *upsName;
+    ElidedLabel *message;
     QLabel *simulatedMark;
     QLabel *clock;
     QTimer *clockTimer;
+    QTimer *messageTimer;
+    Banner *banner;
     QWidget *rail;
     RotateStackedWidget *stack;
     SettingsPage *settings;
     MetroNavdrawer *drawer;
+    QPixmap drawerTab;
+    KeyHelp *keyHelp;
+    std::unique_ptr<QSettings> memory;
+    Severity shownSeverity = Severity::Normal;
+    bool tabsHaveLamps = true;
     std::vector<DrawerEntry> drawerEntries;
     std::vector<Tab> tabs;
 };

@@ -1,10 +1,13 @@
 #include "consolewindow.h"
 #include "feed/nutfeed.h"
 #include "feed/simulatorfeed.h"
+#include "notifier.h"
 #include "options.h"
 #include "program.h"
 #include "screenshots.h"
 
+#include <QtCore/QDir>
+#include <QtCore/QStandardPaths>
 #include <QtWidgets/QApplication>
 
 #include <memory>
@@ -12,6 +15,16 @@
 
 /// The status when screenshots are there but of a UPS that cannot be reached.
 static constexpr int notReached = 3;
+
+/// Where the window's size, page, theme and settings are kept; empty where the environment names no
+/// usable place.
+static QString memoryFile()
+{
+    const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
+    if (!QDir::isAbsolutePath(directory) || !QDir().mkpath(directory))
+        return {};
+    return directory + QStringLiteral("/console.ini");
+}
 
 int main(int argc, char **argv)
 {
@@ -38,8 +51,10 @@ int main(int argc, char **argv)
     SiteModel site;
     UpsModel *ups = site.add(address ? address->toString() : QStringLiteral("simulator"));
     ConsoleWindow window(&site);
-    window.chooseDarkTheme(options.dark);
     if (options.task == Options::Task::TakeScreenshots) {
+        window.chooseDarkTheme(options.dark);
+        if (options.size.isValid())
+            window.resize(options.size);
         QString error;
         if (!address)
             return takeScenarioScreenshots(window, *ups, options, &error)
@@ -56,8 +71,25 @@ int main(int argc, char **argv)
             return Program::refuse(error, Program::failed);
         }
     }
+    Notifier notifier(&site);
+    QObject::connect(&window, &ConsoleWindow::notifyChosen, &notifier, &Notifier::setEnabled);
+    if (const QString file = memoryFile(); !file.isEmpty()) {
+        if (options.fresh)
+            QFile::remove(file);
+        window.remember(file);
+    }
+    // What the command line says goes before what was remembered.
+    if (options.dark)
+        window.chooseDarkTheme(true);
+    if (options.size.isValid())
+        window.resize(options.size);
+    if (options.notify)
+        window.chooseNotify(*options.notify);
     ups->setFeed(feed.get());
-    window.show();
+    if (options.fullScreen)
+        window.setFilled(true);
+    else
+        window.show();
     feed->start();
     return QApplication::exec();
 }

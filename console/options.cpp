@@ -7,6 +7,8 @@ namespace {
 constexpr double highestSpeed = 1000.0;
 constexpr double latestInstant = 24 * 3600.0;
 constexpr int mostInstants = 100;
+constexpr QSize smallestWindow(480, 320);
+constexpr QSize largestWindow(8192, 8192);
 
 /// A number of the C locale within (or, with @p least 0, at) its bounds.
 bool readNumber(const QString &text, double least, double most, double *number)
@@ -37,7 +39,20 @@ Options parseOptions(const QStringList &arguments)
                                                "scenario, in seconds from 0 to 86400, "
                                                "separated by commas."),
                                 QStringLiteral("SECONDS"));
-    for (const QCommandLineOption &option : {ups, speed, at})
+    const QCommandLineOption size(QStringLiteral("size"),
+                                  QStringLiteral("Size of the window in pixels, from %1 to %2.")
+                                      .arg(sizeText(smallestWindow), sizeText(largestWindow)),
+                                  QStringLiteral("WIDTHxHEIGHT"));
+    const QCommandLineOption fullScreen(QStringLiteral("fullscreen"),
+                                        QStringLiteral("Fill the screen; F11 changes it, too."));
+    const QCommandLineOption fresh(
+        QStringLiteral("fresh"),
+        QStringLiteral("Forget the size, the page and the settings of earlier runs."));
+    const QCommandLineOption notify(QStringLiteral("notify"),
+                                    QStringLiteral("Whether changes of state are announced on the "
+                                                   "desktop: on or off."),
+                                    QStringLiteral("on|off"));
+    for (const QCommandLineOption &option : {ups, speed, at, size, fullScreen, fresh, notify})
         line.add(option);
 
     Options options;
@@ -58,6 +73,22 @@ Options parseOptions(const QStringList &arguments)
         !readNumber(line.value(speed), lowestSpeed, highestSpeed, &options.speed))
         return refused(QStringLiteral("--speed takes a number from 0.01 to 1000, not '%1'")
                            .arg(line.value(speed)));
+
+    if (line.isSet(size)) {
+        options.size = readSize(line.value(size), smallestWindow, largestWindow);
+        if (!options.size.isValid())
+            return refused(
+                QStringLiteral("--size takes %1 to %2, not '%3'")
+                    .arg(sizeText(smallestWindow), sizeText(largestWindow), line.value(size)));
+    }
+    options.fullScreen = line.isSet(fullScreen);
+    options.fresh = line.isSet(fresh);
+    if (line.isSet(notify)) {
+        const QString answer = line.value(notify);
+        if (answer != QLatin1String("on") && answer != QLatin1String("off"))
+            return refused(QStringLiteral("--notify takes on or off, not '%1'").arg(answer));
+        options.notify = answer == QLatin1String("on");
+    }
 
     const bool takesScreenshots = options.task == Options::Task::TakeScreenshots;
     if (line.isSet(at) && !takesScreenshots)

@@ -4,6 +4,8 @@
 
 #include <QtCore/QVector>
 
+#include <optional>
+
 class QStringList;
 
 /// What the command line asks for.
@@ -12,6 +14,10 @@ struct Options : CommonOptions
     QString ups;              ///< NAME@HOST[:PORT]; empty for the simulator
     double speed = 1.0;       ///< of the simulated scenario
     QVector<double> instants; ///< scenario instants of the screenshots, in seconds
+    QSize size;               ///< of the window; invalid when not given
+    bool fullScreen = false;
+    bool fresh = false;         ///< forget what earlier runs remembered
+    std::optional<bool> notify; ///< desktop notifications; absent: as remembered
 };
 
 /// Reads the command line @p arguments, the program's name first.

@@ -1,18 +1,16 @@
 #pragma once
 
-#include "dial.h"
+#include "diagram.h"
 #include "page.h"
 
-#include <array>
 #include <vector>
 
-class AeroButton;
+class Card;
+class GaugeRoom;
 class MetroBattIcon;
-class MetroShelter;
-class MetroSysIcon;
-class QLabel;
+class SingleLineDiagram;
 
-/// The UPS at a glance: the state of the whole and of each element, the main values, the actions.
+/// The UPS at a glance: where energy flows and what each element does, and the main values.
 class OverviewPage : public Page
 {
     Q_OBJECT
@@ -20,30 +18,21 @@ class OverviewPage : public Page
 public:
     explicit OverviewPage(QWidget *parent = nullptr);
 
+    void applyScale() override;
+    QSize minimumSizeHint() const override;
+
 protected:
     void showUps(const UpsModel &ups) override;
-    void offerCommands() override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
-    QWidget *makeSummary();
-    QWidget *makeTiles();
-    QWidget *makeDials();
-    QWidget *makeActions();
-    void addAction(const QString &text, Command command);
+    Card *makeDials();
+    void showBattery();
 
-    struct Action
-    {
-        AeroButton *button;
-        Command command;
-    };
-
-    MetroSysIcon *system;
+    SingleLineDiagram *diagram;
+    Card *diagramCard;
+    Card *dialCard;
     MetroBattIcon *battery;
-    QLabel *stateText;
-    QLabel *detailText;
-    QLabel *alarmText;
-    std::array<MetroShelter *, elementCount> tiles;
-    std::array<QLabel *, elementCount> tileTexts;
-    std::vector<Dial> dials;
-    std::vector<Action> actions;
+    std::vector<GaugeRoom *> dials;
+    Diagram latest;
 };

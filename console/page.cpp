@@ -27,5 +27,8 @@ void Page::give(Command command)
         showUps(*model);
 }
 
+void Page::applyScale()
+{}
+
 void Page::offerCommands()
 {}

@@ -16,6 +16,8 @@ public:
     /// Shows @p model from now on, and gives it the page's commands; null: nothing any more. What
     /// the UPS does not support is not offered.
     void setModel(UpsModel *model);
+    /// Takes the theme's new scale, after the fonts of its labels have followed. Here: nothing.
+    virtual void applyScale();
 
 protected:
     /// Brings everything on the page to the state of @p ups; nothing older is left standing.

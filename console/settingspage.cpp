@@ -93,6 +93,9 @@ QWidget *SettingsPage::makeSettings()
     beeper = addSetting(rows, tr("Beeper"), tr("The UPS sounds its alarms"));
     darkTheme = addSetting(rows, tr("Dark theme"), tr("Light on dark, for a dim room"));
     pageAnimation = addSetting(rows, tr("Page animation"), tr("Pages turn like cards"));
+    notify = addSetting(rows, tr("Notifications"), tr("Changes of state appear on the desktop"));
+    showNotify(true);
+    connect(notify, &SimpleSlideSwitch::toggled, this, &SettingsPage::notifyChosen);
     connect(beeper, &SimpleSlideSwitch::toggled, this,
             [this](bool on) { give(on ? Command::BeeperOn : Command::BeeperOff); });
     connect(darkTheme, &SimpleSlideSwitch::toggled, this, &SettingsPage::darkThemeChosen);
@@ -144,6 +147,18 @@ void SettingsPage::showDarkTheme(bool dark)
 {
     const QSignalBlocker silent(darkTheme);
     darkTheme->setChecked(dark);
+}
+
+void SettingsPage::showPageAnimation(bool animated)
+{
+    const QSignalBlocker silent(pageAnimation);
+    pageAnimation->setChecked(animated);
+}
+
+void SettingsPage::showNotify(bool announced)
+{
+    const QSignalBlocker silent(notify);
+    notify->setChecked(announced);
 }
 
 void SettingsPage::offerCommands()

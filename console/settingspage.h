@@ -17,10 +17,14 @@ public:
 
     /// Sets the switch of the dark theme without choosing it.
     void showDarkTheme(bool dark);
+    /// Likewise.
+    void showPageAnimation(bool animated);
+    void showNotify(bool notify);
 
 Q_SIGNALS:
     void darkThemeChosen(bool dark);
     void pageAnimationChosen(bool animated);
+    void notifyChosen(bool notify);
 
 protected:
     void showUps(const UpsModel &ups) override;
@@ -37,6 +41,7 @@ private:
     SimpleSlideSwitch *beeper;
     SimpleSlideSwitch *darkTheme;
     SimpleSlideSwitch *pageAnimation;
+    SimpleSlideSwitch *notify;
     bool linked = false;
     bool beeperKnown = false;
 };

@@ -3,6 +3,7 @@
 #include "feed/simulatorfeed.h"
 #include "options.h"
 #include "screenshots.h"
+#include "singlelinediagram.h"
 
 #include "mouse.h"
 #include "testmain.h"
@@ -25,8 +26,13 @@
 #include <transpbutton.h>
 
 #include <QtCore/QDir>
+#include <QtCore/QSet>
 #include <QtCore/QTemporaryDir>
+#include <QtTest/QSignalSpy>
 #include <QtWidgets/QLabel>
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -58,6 +64,11 @@ struct Console
                 return widget;
         }
         return nullptr;
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QTest::keyClick(window.windowHandle(), key, modifiers);
+        deliverAll();
     }
     QStringList visibleTexts()
     {
@@ -107,7 +118,13 @@ private Q_SLOTS:
     void tabsChangePages();
     void pagesTurnWhenAnimated();
     void darkTheme();
-    void drawerOpensOverThePage();
+    void drawerOpensBesideTheBanner();
+    void keysReachEverything();
+    void onlyControlsTakeTheFocus();
+    void bannerStandsOnEveryPage();
+    void diagramShowsTheFlow();
+    void gaugesTellWhatTheyShow();
+    void remembersWhatWasChosen();
     void textsFromTheUpsStayPlain();
     void screenshots();
     void screenshotsNeedADirectory();
@@ -222,8 +239,9 @@ void ConsoleTest::valuesFollow()
     QCOMPARE(console.find<AeroLinebar>("charge")->getValueF(), *now.value(Quantity::BatteryCharge));
     QCOMPARE(console.find<MetroLinerate>("loadBar")->getValue(),
              qRound(*now.value(Quantity::Load)));
-    const QSize dialSize = dial("Load")->size();
-    QCOMPARE(dialSize, dial("Load")->parentWidget()->size());
+    // The dial stands in its room whole.
+    QVERIFY(dial("Load")->width() > 60);
+    QVERIFY(dial("Load")->parentWidget()->rect().contains(dial("Load")->geometry()));
 }
 
 void ConsoleTest::noDataIsNotZero()
@@ -266,7 +284,7 @@ void ConsoleTest::lostCommunicationLeavesNothing()
     QVERIFY(console.find<MetroLinerate>("loadBar")->isHidden());
     QCOMPARE(console.find<AeroLinebar>("charge")->getValueF(), 0.0);
     QVERIFY(!console.find<SlideSwitch>("mainSwitch")->isEnabled());
-    QVERIFY(console.visibleTexts().contains(QStringLiteral("Communication lost")));
+    QVERIFY(console.visibleTexts().contains(QStringLiteral("No communication")));
     // A second snapshot of the same kind changes nothing.
     console.simulator.advance(1000);
     deliverAll();
@@ -297,14 +315,23 @@ void ConsoleTest::actionsReachTheUps()
 {
     Console console;
     console.seek(Scenario::Phase::Normal, 10);
-    auto *button = console.withText<AeroButton>(QStringLiteral("Run on battery"));
-    QVERIFY(button);
-    button->click();
+    auto *control = console.find<AeroSwitch>("Run on battery");
+    auto *message = console.find<QLabel>("message");
+    QVERIFY(message->isHidden());
+    control->click();
     console.simulator.advance(500);
     QCOMPARE(console.simulator.current().system.operating, OperatingState::OnBattery);
-    console.withText<AeroButton>(QStringLiteral("Return to mains"))->click();
+    // What became of it is said.
+    QVERIFY(!message->isHidden());
+    QVERIFY2(message->text().contains(QStringLiteral("Run on battery")),
+             qPrintable(message->text()));
+    control->click();
     console.simulator.advance(500);
     QCOMPARE(console.simulator.current().system.operating, OperatingState::On);
+    // So is a refusal.
+    console.seek(Scenario::Phase::StandBy);
+    console.ups->command(Command::GoToBypass);
+    QVERIFY2(message->text().contains(QStringLiteral("refused")), qPrintable(message->text()));
 }
 
 void ConsoleTest::switchesShowTheState()
@@ -456,24 +483,34 @@ void ConsoleTest::darkTheme()
     prepareTestApplication();
 }
 
-void ConsoleTest::drawerOpensOverThePage()
+void ConsoleTest::drawerOpensBesideTheBanner()
 {
     Console console;
     console.seek(Scenario::Phase::Normal, 10);
     auto *drawer = console.find<MetroNavdrawer>("drawer");
+    const auto coversNothing = [&] {
+        for (const char *name : {"strip", "banner", "pages"}) {
+            const QWidget *other = console.find<QWidget>(name);
+            QVERIFY2(!drawer->geometry().intersects(other->geometry()), name);
+            QVERIFY2(other->width() > 100, name);
+        }
+    };
+    const QSize closed = drawer->size();
     const int rightEdge = drawer->geometry().right();
-    QCOMPARE(drawer->size(), QSize(62, 76));
     QCOMPARE(rightEdge, console.window.width() - 1);
+    coversNothing();
     console.window.grab();
     QTest::mouseClick(drawer, Qt::LeftButton, Qt::NoModifier, QPoint(40, 40));
     QCOMPARE(drawer->getState(), MetroNavdrawer::open);
     QVERIFY(drawer->width() > 200);
     QCOMPARE(drawer->geometry().right(), rightEdge);
+    coversNothing();
     const auto entries = drawer->findChildren<TranspButton *>();
     QVERIFY(entries.size() >= 3);
     for (const TranspButton *entry : entries) {
         QVERIFY(drawer->rect().contains(entry->geometry()));
         QVERIFY(entry->isEnabled());
+        QVERIFY(entry->width() >= 44 && entry->height() >= 44);
     }
     // An entry acts on the UPS.
     console.simulator.command(Command::LoseCommunication);
@@ -481,14 +518,251 @@ void ConsoleTest::drawerOpensOverThePage()
     console.simulator.advance(100);
     QVERIFY(!console.simulator.current().isLost());
 
+    const auto isClosed = [&] {
+        QCOMPARE(drawer->getState(), MetroNavdrawer::close);
+        QCOMPARE(drawer->size(), closed);
+        QCOMPARE(drawer->geometry().right(), rightEdge);
+        coversNothing();
+        // Nothing of the entries is in reach of the closed drawer.
+        for (const TranspButton *entry : entries)
+            QVERIFY(!drawer->rect().intersects(entry->geometry()));
+    };
     deliverAll();
     QTest::mouseClick(drawer, Qt::LeftButton, Qt::NoModifier, QPoint(20, 40));
+    isClosed();
+    // The escape key closes it, and so does another size of the window.
+    console.window.grab();
+    QTest::mouseClick(drawer, Qt::LeftButton, Qt::NoModifier, QPoint(40, 40));
+    QCOMPARE(drawer->getState(), MetroNavdrawer::open);
+    console.key(Qt::Key_Escape);
+    isClosed();
+    console.window.grab();
+    QTest::mouseClick(drawer, Qt::LeftButton, Qt::NoModifier, QPoint(40, 40));
+    console.window.resize(1000, 600);
+    deliverAll();
     QCOMPARE(drawer->getState(), MetroNavdrawer::close);
-    QCOMPARE(drawer->size(), QSize(62, 76));
-    QCOMPARE(drawer->geometry().right(), rightEdge);
-    // Nothing of the entries is in reach of the closed drawer.
-    for (const TranspButton *entry : entries)
-        QVERIFY(!drawer->rect().intersects(entry->geometry()));
+    QCOMPARE(drawer->geometry().right(), 999);
+    coversNothing();
+}
+
+void ConsoleTest::keysReachEverything()
+{
+    Console console;
+    auto *stack = console.find<RotateStackedWidget>("pages");
+    const int pages = int(console.window.pageNames().size());
+    for (int page = pages - 1; page >= 0; --page) {
+        console.key(Qt::Key(int(Qt::Key_1) + page), Qt::AltModifier);
+        QCOMPARE(stack->currentIndex(), page);
+    }
+    auto *help = console.find<QWidget>("keyHelp");
+    QVERIFY(!help->isVisible());
+    console.key(Qt::Key_F1);
+    QVERIFY(help->isVisible());
+    QVERIFY(console.window.rect().contains(help->geometry()));
+    console.key(Qt::Key_Escape);
+    QVERIFY(!help->isVisible());
+    console.key(Qt::Key_F11);
+    QVERIFY(console.window.isFullScreen());
+    console.key(Qt::Key_F11);
+    QVERIFY(!console.window.isFullScreen());
+}
+
+void ConsoleTest::onlyControlsTakeTheFocus()
+{
+    Console console;
+    console.seek(Scenario::Phase::Normal, 10);
+    const auto *frame = console.find<QWidget>("focusFrame");
+    QApplication::setActiveWindow(&console.window);
+    for (int page = 0; page < console.window.pageNames().size(); ++page) {
+        console.window.showPage(page);
+        deliverAll();
+        QSet<const QWidget *> seen;
+        for (int i = 0; i < 60; ++i) {
+            console.key(Qt::Key_Tab);
+            const QWidget *focused = QApplication::focusWidget();
+            QVERIFY(focused);
+            if (seen.contains(focused))
+                break;
+            seen.insert(focused);
+            // An indicator does nothing, so it has no use for the focus.
+            for (const char *indicator : {"MetroShelter", "MetroBattIcon", "MetroSysIcon",
+                                          "MetroCirclerate", "QScrollArea"})
+                QVERIFY2(!focused->inherits(indicator), indicator);
+            QVERIFY(frame->isVisible());
+            const QRect framed(frame->mapTo(&console.window, QPoint()), frame->size());
+            const QRect control(focused->mapTo(&console.window, QPoint()), focused->size());
+            QVERIFY2(framed.contains(control), focused->metaObject()->className());
+        }
+        // At least the shown tab and the drawer.
+        QVERIFY(seen.size() >= 2);
+    }
+    // The first press of the space key after the start only shows a page.
+    Console fresh;
+    QApplication::setActiveWindow(&fresh.window);
+    fresh.seek(Scenario::Phase::Normal, 10);
+    const Snapshot before = fresh.simulator.current();
+    fresh.key(Qt::Key_Space);
+    QVERIFY(fresh.simulator.current() == before);
+    fresh.key(Qt::Key_Tab);
+    fresh.key(Qt::Key_Space);
+    QVERIFY(fresh.simulator.current() == before);
+}
+
+void ConsoleTest::bannerStandsOnEveryPage()
+{
+    Console console;
+    auto *banner = console.find<QWidget>("banner");
+    const auto *headline = console.find<QLabel>("headline");
+    const auto *time = console.find<QLabel>("timeLeft");
+    const auto plate = [&] { return banner->palette().color(QPalette::Window); };
+    console.seek(Scenario::Phase::Normal, 10);
+    const QColor calm = plate();
+    QCOMPARE(headline->text(), console.ups->headline().text);
+    QVERIFY(!console.window.windowTitle().startsWith(QLatin1Char('!')));
+    const QImage calmIcon = console.window.windowIcon().pixmap(32).toImage();
+
+    console.seek(Scenario::Phase::OnBattery, 10);
+    for (int page = 0; page < console.window.pageNames().size(); ++page) {
+        console.window.showPage(page);
+        QVERIFY(banner->isVisible());
+        QCOMPARE(headline->text(), console.ups->headline().text);
+    }
+    const QColor warning = plate();
+    QVERIFY(warning != calm);
+    QVERIFY(time->isVisible());
+    QCOMPARE(time->text(), console.ups->timeLeft());
+    QVERIFY(time->fontInfo().pixelSize() >= 32);
+    QVERIFY(console.window.windowTitle().contains(headline->text()));
+    QVERIFY(console.window.windowTitle().startsWith(QLatin1Char('!')));
+    QVERIFY(console.window.windowIcon().pixmap(32).toImage() != calmIcon);
+
+    console.seek(Scenario::Phase::Locked);
+    QVERIFY(plate() != warning);
+    QVERIFY(!time->isVisible());
+    console.seek(Scenario::Phase::CommunicationLost);
+    QVERIFY(plate() != warning && plate() != calm);
+    QVERIFY(!time->isVisible());
+}
+
+void ConsoleTest::diagramShowsTheFlow()
+{
+    Console console;
+    const auto tile = [&](const char *name) {
+        return console.find<MetroShelter>(name)->isVisibleTo(&console.window);
+    };
+    auto *diagram = console.find<SingleLineDiagram>("diagram");
+    const auto flows = [&] { return diagram->shown().flowText(); };
+    console.seek(Scenario::Phase::Normal, 10);
+    QVERIFY2(flows().contains(QStringLiteral("Mains to Rectifier, Rectifier to Inverter, "
+                                             "Inverter to Load")),
+             qPrintable(flows()));
+    QCOMPARE(diagram->accessibleDescription(), flows());
+    console.seek(Scenario::Phase::OnBattery, 10);
+    QCOMPARE(flows(), QStringLiteral("Inverter to Load, Battery to Inverter"));
+    QCOMPARE(diagram->shown().node(Node::Rectifier).caption, QStringLiteral("Off · mains failed"));
+    console.seek(Scenario::Phase::OnBypass, 10);
+    QVERIFY2(flows().contains(QStringLiteral("Mains to Bypass, Bypass to Load")),
+             qPrintable(flows()));
+    QVERIFY(!flows().contains(QStringLiteral("Inverter to Load")));
+    console.seek(Scenario::Phase::StandBy, 2);
+    QVERIFY(!flows().contains(QStringLiteral("to Load")));
+    QVERIFY(tile("Bypass"));
+    console.seek(Scenario::Phase::CommunicationLost);
+    QCOMPARE(flows(), QStringLiteral("No energy flows"));
+
+    // What a UPS does not have is not there, also while it is silent.
+    Snapshot snapshot = Scenario::snapshotAt(Scenario::startOf(Scenario::Phase::Normal) + 10);
+    snapshot.element(Element::Bypass) = {AlarmState::None, OperatingState::Unknown};
+    console.ups->take(snapshot);
+    QVERIFY(!tile("Bypass") && tile("Mains") && tile("Load"));
+    console.ups->take(Snapshot::lost(snapshot.name, QStringLiteral("no answer")));
+    QVERIFY(!tile("Bypass") && tile("Mains") && tile("Load"));
+}
+
+void ConsoleTest::gaugesTellWhatTheyShow()
+{
+    // Missing and 0 look different, and a fill stands out from its track.
+    const auto luminance = [](const QColor &color) {
+        const auto part = [](double value) {
+            return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) +
+               0.0722 * part(color.blueF());
+    };
+    const auto contrast = [&](const QColor &a, const QColor &b) {
+        const double first = luminance(a) + 0.05;
+        const double second = luminance(b) + 0.05;
+        return std::max(first, second) / std::min(first, second);
+    };
+    Console console;
+    auto *dial = console.withText<MetroCirclerate>(QStringLiteral("Input"));
+    for (const bool dark : {false, true}) {
+        console.window.chooseDarkTheme(dark);
+        deliverAll();
+        Snapshot snapshot = Scenario::snapshotAt(Scenario::startOf(Scenario::Phase::Normal) + 10);
+        console.ups->take(snapshot);
+        const QColor track = dial->getBackground();
+        QVERIFY(contrast(dial->getCursor(), track) >= 3.0);
+        snapshot.measure(Quantity::InputVoltage).value = 400.0;
+        snapshot.measure(Quantity::InputVoltage).high = 250.0;
+        console.ups->take(snapshot);
+        QVERIFY(contrast(dial->getCursor(), track) >= 3.0);
+        snapshot.measure(Quantity::InputVoltage).value = 0.0;
+        console.ups->take(snapshot);
+        QCOMPARE(dial->getFormatStr(), QStringLiteral("0 V"));
+        QCOMPARE(dial->getBackground(), track);
+        snapshot.measure(Quantity::InputVoltage).value.reset();
+        console.ups->take(snapshot);
+        QCOMPARE(dial->getFormatStr(), QStringLiteral("no data"));
+        QVERIFY(dial->getBackground() != track);
+    }
+    console.window.chooseDarkTheme(false);
+    // The highest and the lowest value are kept, until a double click.
+    console.seek(Scenario::Phase::Normal, 10);
+    QWidget *room = dial->parentWidget();
+    QVERIFY2(room->toolTip().contains(QStringLiteral("Highest seen: 400 V")),
+             qPrintable(room->toolTip()));
+    QTest::mouseDClick(room, Qt::LeftButton);
+    QVERIFY(!room->toolTip().contains(QStringLiteral("400 V")));
+}
+
+void ConsoleTest::remembersWhatWasChosen()
+{
+    QTemporaryDir directory;
+    const QString file = directory.filePath(QStringLiteral("console.ini"));
+    {
+        Console console;
+        QSignalSpy notify(&console.window, &ConsoleWindow::notifyChosen);
+        console.window.remember(file);
+        QCOMPARE(notify.takeLast().at(0).toBool(), true);
+        QCOMPARE(console.window.size(), ConsoleWindow::usualSize);
+        console.window.resize(1000, 640);
+        console.window.showPage(2);
+        console.window.chooseDarkTheme(true);
+        console.window.chooseNotify(false);
+        console.window.close();
+    }
+    Console console;
+    QSignalSpy notify(&console.window, &ConsoleWindow::notifyChosen);
+    console.window.remember(file);
+    QCOMPARE(console.window.size(), QSize(1000, 640));
+    QCOMPARE(console.find<RotateStackedWidget>("pages")->currentIndex(), 2);
+    QVERIFY(console.find<MetroTabicon>("Control")->isChecked());
+    QVERIFY(console.find<SimpleSlideSwitch>("Dark theme")->isChecked());
+    QVERIFY(!console.find<SimpleSlideSwitch>("Notifications")->isChecked());
+    QCOMPARE(notify.takeLast().at(0).toBool(), false);
+    console.window.chooseDarkTheme(false);
+
+    // What another program wrote does no harm.
+    QFile garbage(file);
+    QVERIFY(garbage.open(QIODevice::WriteOnly));
+    garbage.write("[General]\nsize=@Size(-5 999999999)\npage=nonsense\nnotify=17\n\xff\xfe");
+    garbage.close();
+    Console other;
+    other.window.remember(file);
+    QVERIFY(other.window.width() >= ConsoleWindow::leastSize.width());
+    QVERIFY(other.window.height() <= 16384);
+    prepareTestApplication();
 }
 
 void ConsoleTest::textsFromTheUpsStayPlain()

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void refusesQtOptions_data();
     void refusesQtOptions();
     void writesAFileForEachInstant();
+    void takesTheSizeAskedFor();
     void saysThatTheUpsIsNotReached();
 };
 
@@ -64,7 +65,7 @@ void ConsoleProgramTest::needsNoDisplay()
     const ProgramRun help = run({QStringLiteral("--help")}, variables);
     QVERIFY(help.ended);
     QCOMPARE(help.status, 0);
-    for (const char *option : {"--ups", "--at"})
+    for (const char *option : {"--ups", "--at", "--size", "--fullscreen", "--fresh", "--notify"})
         QVERIFY2(help.output.contains(QLatin1String(option)), option);
     QTemporaryDir directory;
     const ProgramRun shots = run({QStringLiteral("--screenshot"), directory.path(),
@@ -124,6 +125,17 @@ void ConsoleProgramTest::writesAFileForEachInstant()
     for (const char *name : {"overview-10.1s.png", "overview-10.2s.png", "overview-11s.png"})
         QVERIFY2(QFile::exists(directory.filePath(QLatin1String(name))), name);
     QCOMPARE(QDir(directory.path()).entryList(QDir::Files).size(), linesOf(shots.output));
+}
+
+void ConsoleProgramTest::takesTheSizeAskedFor()
+{
+    QTemporaryDir directory;
+    const ProgramRun shots =
+        run({QStringLiteral("--screenshot"), directory.path(), QStringLiteral("--at"),
+             QStringLiteral("60"), QStringLiteral("--size"), QStringLiteral("1280x720")});
+    QCOMPARE(shots.status, 0);
+    const QImage overview(directory.filePath(QStringLiteral("overview-60s.png")));
+    QCOMPARE(overview.size(), QSize(1280, 720));
 }
 
 void ConsoleProgramTest::saysThatTheUpsIsNotReached()

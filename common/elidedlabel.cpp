@@ -1,0 +1,88 @@
+#include "elidedlabel.h"
+
+#include <QtGui/QHelpEvent>
+#include <QtGui/QPainter>
+#include <QtGui/QTextLayout>
+#include <QtWidgets/QToolTip>
+
+#include <algorithm>
+
+ElidedLabel::ElidedLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+}
+
+void ElidedLabel::setLines(int lines)
+{
+    most = std::max(lines, 1);
+    updateGeometry();
+    update();
+}
+
+bool ElidedLabel::isElided() const
+{
+    const QStringList lines = fitted(contentsRect().width());
+    return !lines.isEmpty() && lines.constLast().endsWith(QChar(0x2026)) &&
+           !text().endsWith(QChar(0x2026));
+}
+
+QStringList ElidedLabel::fitted(int width) const
+{
+    // No screen shows more; a UPS may send any amount.
+    constexpr int longest = 4000;
+    QString whole = text().left(longest).simplified();
+    QStringList lines;
+    QTextLayout layout(whole, font());
+    layout.beginLayout();
+    while (lines.size() < most - 1) {
+        QTextLine line = layout.createLine();
+        if (!line.isValid())
+            break;
+        line.setLineWidth(width);
+        lines.append(whole.mid(line.textStart(), line.textLength()).trimmed());
+    }
+    const QTextLine rest = layout.createLine();
+    if (rest.isValid())
+        lines.append(fontMetrics().elidedText(whole.mid(rest.textStart()), Qt::ElideRight, width));
+    layout.endLayout();
+    return lines;
+}
+
+QSize ElidedLabel::sizeHint() const
+{
+    constexpr int widest = 4000;
+    const QMargins margins = contentsMargins();
+    const int width = std::min(fontMetrics().horizontalAdvance(text().left(widest)) + 1, widest);
+    return {width / most + margins.left() + margins.right(), minimumSizeHint().height()};
+}
+
+QSize ElidedLabel::minimumSizeHint() const
+{
+    const QMargins margins = contentsMargins();
+    // A few letters and the dots.
+    const int width = fontMetrics().horizontalAdvance(QStringLiteral("abcd")) +
+                      fontMetrics().horizontalAdvance(QChar(0x2026));
+    const int own = fontMetrics().horizontalAdvance(text().left(5)) + 1;
+    return {std::min(width, own) + margins.left() + margins.right(),
+            most * fontMetrics().lineSpacing() + margins.top() + margins.bottom()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setPen(
+        palette().color(isEnabled() ? QPalette::Normal : QPalette::Disabled, foregroundRole()));
+    painter.drawText(contentsRect(), int(alignment()) | Qt::TextDontClip,
+                     fitted(contentsRect().width()).join(QLatin1Char('\n')));
+}
+
+bool ElidedLabel::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty() && isElided()) {
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), text().toHtmlEscaped(),
+                           this);
+        return true;
+    }
+    return QLabel::event(event);
+}

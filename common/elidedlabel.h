@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QtWidgets/QLabel>
+
+/// A label for plain text that may be longer than its room: it wraps at words into as many lines as
+/// it may have, and elides the last. text() stays whole, and so does the tool tip of an elided one.
+class ElidedLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(QWidget *parent = nullptr);
+
+    /// 1 unless set.
+    void setLines(int lines);
+    /// Whether the present text does not fit.
+    bool isElided() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    bool event(QEvent *event) override;
+
+private:
+    /// The text in lines as they fit into @p width.
+    QStringList fitted(int width) const;
+
+    int most = 1;
+};

@@ -1,0 +1,347 @@
+#include "diagram.h"
+
+#include "theme.h"
+
+#include <QtCore/QCoreApplication>
+
+namespace {
+
+struct Ends
+{
+    Node from;
+    Node to;
+};
+
+// In the order of Flow.
+constexpr std::array<Ends, flowCount> ends = {{
+    {Node::Mains, Node::Rectifier},
+    {Node::Rectifier, Node::Inverter},
+    {Node::Inverter, Node::Load},
+    {Node::Rectifier, Node::Battery},
+    {Node::Battery, Node::Inverter},
+    {Node::Mains, Node::Bypass},
+    {Node::Bypass, Node::Load},
+}};
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("Diagram", text);
+}
+
+QString titleOf(Node node)
+{
+    switch (node) {
+    case Node::Mains:
+        return tr("Mains");
+    case Node::Bypass:
+        return nameOf(Element::Bypass);
+    case Node::Rectifier:
+        return nameOf(Element::Rectifier);
+    case Node::Battery:
+        return nameOf(Element::Battery);
+    case Node::Inverter:
+        return nameOf(Element::Inverter);
+    case Node::Load:
+        return nameOf(Element::Load);
+    }
+    return {};
+}
+
+/// How the mains are.
+enum class Supply { Unknown, Present, OutOfLimits, Failed };
+
+Supply supplyOf(const Snapshot &snapshot, const Reading &voltage)
+{
+    // A voltage this far below its scale's limits is none at all.
+    constexpr double deadShare = 0.3;
+    const Measure &measure = snapshot.measure(Quantity::InputVoltage);
+    const double usual = measure.nominal.value_or(measure.low.value_or(0.0));
+    if (voltage.state != Reading::State::Missing) {
+        if (voltage.value <= usual * deadShare)
+            return Supply::Failed;
+        return voltage.outsideLimits ? Supply::OutOfLimits : Supply::Present;
+    }
+    if (snapshot.tokens & StatusToken::OnLine)
+        return Supply::Present;
+    const bool onBattery = snapshot.tokens & StatusToken::OnBattery;
+    return onBattery && !(snapshot.tokens & StatusToken::Calibrating) ? Supply::Failed
+                                                                      : Supply::Unknown;
+}
+
+QString joined(QStringList parts)
+{
+    parts.removeAll(QString());
+    return parts.join(Theme::separator().simplified().prepend(QLatin1Char(' ')) + QLatin1Char(' '));
+}
+
+/// What an element does, without how it is.
+QString doingOf(Node node, const Snapshot &snapshot)
+{
+    const StatusTokens tokens = snapshot.tokens;
+    const OperatingState operating = snapshot.element(Element::Inverter).operating;
+    const auto stateOf = [&](Element element) { return snapshot.element(element).operating; };
+    switch (node) {
+    case Node::Rectifier:
+        switch (stateOf(Element::Rectifier)) {
+        case OperatingState::On:
+            return tokens & StatusToken::Charging ? tr("Charges and feeds") : tr("Feeds");
+        case OperatingState::Precharge:
+            return tr("Precharges");
+        case OperatingState::Calibration:
+            return tr("Calibrates");
+        case OperatingState::WaitBatteryVoltage:
+            return tr("Waits for the battery");
+        case OperatingState::Unknown:
+            return tr("State unknown");
+        default:
+            return tr("Off");
+        }
+    case Node::Inverter:
+        switch (operating) {
+        case OperatingState::On:
+            return tr("Feeds the load");
+        case OperatingState::OnBattery:
+            return tr("Feeds from the battery");
+        case OperatingState::Precharge:
+        case OperatingState::Calibration:
+        case OperatingState::WaitBatteryVoltage:
+            return tr("Starts");
+        case OperatingState::Unknown:
+            return tr("State unknown");
+        default:
+            return tr("Off");
+        }
+    case Node::Battery:
+        if (stateOf(Element::Battery) == OperatingState::OnBattery ||
+            tokens & StatusToken::Discharging)
+            return tr("Discharges");
+        if (tokens & StatusToken::Charging)
+            return tr("Charges");
+        return stateOf(Element::Battery) == OperatingState::Unknown ? tr("State unknown")
+                                                                    : tr("Ready");
+    case Node::Bypass:
+        if (snapshot.element(Element::Bypass).alarm != AlarmState::None &&
+            stateOf(Element::Bypass) == OperatingState::StandBy)
+            return tr("Not available");
+        return stateOf(Element::Bypass) == OperatingState::OnBypass ||
+                       stateOf(Element::Bypass) == OperatingState::On
+                   ? tr("Feeds the load")
+                   : tr("Ready");
+    case Node::Load:
+        switch (stateOf(Element::Load)) {
+        case OperatingState::On:
+            return tr("Fed");
+        case OperatingState::OnBattery:
+            return tr("Fed by the battery");
+        case OperatingState::OnBypass:
+            return tr("Fed, not protected");
+        case OperatingState::Unknown:
+            return tr("State unknown");
+        default:
+            return tr("Off");
+        }
+    case Node::Mains:
+        break;
+    }
+    return {};
+}
+
+/// Why an element is not in order.
+QString reasonOf(Node node, const Snapshot &snapshot, ElementState state, Supply supply)
+{
+    const StatusTokens tokens = snapshot.tokens;
+    if (node == Node::Rectifier && supply == Supply::Failed)
+        return tr("mains failed");
+    if (node == Node::Rectifier && supply == Supply::OutOfLimits)
+        return tr("mains out of limits");
+    if (state.alarm == AlarmState::None)
+        return {};
+    if (node == Node::Bypass && supply == Supply::Failed)
+        return tr("mains failed");
+    if (node == Node::Bypass && supply == Supply::OutOfLimits)
+        return tr("out of limits");
+    if (node == Node::Battery && tokens & StatusToken::ReplaceBattery)
+        return tr("replace it");
+    if (node == Node::Battery && tokens & StatusToken::LowBattery)
+        return tr("nearly empty");
+    if (node == Node::Battery && tokens & StatusToken::HighBattery)
+        return tr("voltage high");
+    if (node == Node::Load && tokens & StatusToken::Overload)
+        return tr("overload");
+    return nameOf(state.alarm).toLower();
+}
+
+DiagramNode mainsOf(const Snapshot &snapshot, Supply supply)
+{
+    DiagramNode mains;
+    switch (supply) {
+    case Supply::Present:
+        mains.state = {AlarmState::None, OperatingState::On};
+        mains.caption = tr("Present");
+        break;
+    case Supply::OutOfLimits:
+        mains.state = {AlarmState::Warning, OperatingState::On};
+        mains.caption = tr("Out of limits");
+        break;
+    case Supply::Failed:
+        mains.state = {AlarmState::Fault, OperatingState::StandBy};
+        mains.caption = tr("Failed");
+        break;
+    case Supply::Unknown:
+        mains.state = {AlarmState::None, OperatingState::Unknown};
+        mains.caption = tr("State unknown");
+        break;
+    }
+    if (snapshot.tokens & StatusToken::Boosting)
+        mains.caption = tr("Low, boosted");
+    else if (snapshot.tokens & StatusToken::Trimming)
+        mains.caption = tr("High, trimmed");
+    return mains;
+}
+
+std::optional<Element> elementOf(Node node)
+{
+    switch (node) {
+    case Node::Mains:
+        return {};
+    case Node::Bypass:
+        return Element::Bypass;
+    case Node::Rectifier:
+        return Element::Rectifier;
+    case Node::Battery:
+        return Element::Battery;
+    case Node::Inverter:
+        return Element::Inverter;
+    case Node::Load:
+        return Element::Load;
+    }
+    return {};
+}
+
+/// The readings at an element that there are.
+QString valueOf(const UpsModel &ups, Node node)
+{
+    static const QVector<Quantity> shown[nodeCount] = {
+        {Quantity::InputVoltage, Quantity::InputFrequency},
+        {Quantity::BypassVoltage, Quantity::BypassFrequency},
+        {},
+        {Quantity::BatteryCharge, Quantity::BatteryVoltage},
+        {Quantity::OutputVoltage, Quantity::OutputFrequency},
+        {Quantity::Load, Quantity::OutputPower, Quantity::OutputCurrent},
+    };
+    QStringList texts;
+    for (const Quantity quantity : shown[int(node)]) {
+        const Reading reading = ups.reading(quantity);
+        if (reading.state != Reading::State::Missing && texts.size() < 2)
+            texts.append(reading.text);
+    }
+    const bool expected = node == Node::Mains || node == Node::Load || node == Node::Battery;
+    if (texts.isEmpty() && expected)
+        return Values::noData();
+    return joined(texts);
+}
+
+} // namespace
+
+bool DiagramNode::operator==(const DiagramNode &other) const
+{
+    return present == other.present && state == other.state && title == other.title &&
+           caption == other.caption && value == other.value;
+}
+
+const DiagramNode &Diagram::node(Node which) const
+{
+    return nodes.at(std::size_t(which));
+}
+
+bool Diagram::isFlowing(Flow which) const
+{
+    return flows.at(std::size_t(which));
+}
+
+bool Diagram::operator==(const Diagram &other) const
+{
+    return nodes == other.nodes && flows == other.flows;
+}
+
+QString Diagram::flowText() const
+{
+    QStringList texts;
+    for (int i = 0; i < flowCount; ++i) {
+        if (flows[std::size_t(i)])
+            texts.append(
+                tr("%1 to %2")
+                    .arg(titleOf(ends[std::size_t(i)].from), titleOf(ends[std::size_t(i)].to)));
+    }
+    return texts.isEmpty() ? tr("No energy flows") : texts.join(QStringLiteral(", "));
+}
+
+Diagram diagramOf(const UpsModel &ups, const Diagram &before)
+{
+    const Snapshot &snapshot = ups.snapshot();
+    Diagram diagram;
+    for (int i = 0; i < nodeCount; ++i)
+        diagram.nodes[std::size_t(i)].title = titleOf(Node(i));
+    if (snapshot.isLost()) {
+        const bool known = before.node(Node::Load).present;
+        for (int i = 0; i < nodeCount; ++i) {
+            DiagramNode &node = diagram.nodes[std::size_t(i)];
+            node.present = known ? before.nodes[std::size_t(i)].present : Node(i) != Node::Bypass;
+            node.state = {AlarmState::CommunicationLost, OperatingState::Unknown};
+            node.caption = tr("No communication");
+        }
+        return diagram;
+    }
+
+    const Supply supply = supplyOf(snapshot, ups.reading(Quantity::InputVoltage));
+    for (int i = 0; i < nodeCount; ++i) {
+        const Node which = Node(i);
+        DiagramNode node;
+        if (const std::optional<Element> element = elementOf(which)) {
+            node.state = snapshot.element(*element);
+            node.caption =
+                joined({doingOf(which, snapshot), reasonOf(which, snapshot, node.state, supply)});
+        } else {
+            node = mainsOf(snapshot, supply);
+        }
+        // A bypass of which nothing is known is none.
+        node.present = which != Node::Bypass || node.state.operating != OperatingState::Unknown ||
+                       node.state.alarm != AlarmState::None;
+        node.title = titleOf(which);
+        node.value = valueOf(ups, which);
+        diagram.nodes[std::size_t(i)] = node;
+    }
+
+    const StatusTokens tokens = snapshot.tokens;
+    const auto on = [&](Flow flow) { diagram.flows[std::size_t(flow)] = true; };
+    const auto is = [&](Element element, OperatingState state) {
+        return snapshot.element(element).operating == state;
+    };
+    const bool bypassed = is(Element::Bypass, OperatingState::OnBypass) ||
+                          is(Element::Bypass, OperatingState::On) || tokens & StatusToken::Bypass;
+    const bool fromBattery = is(Element::Inverter, OperatingState::OnBattery) ||
+                             (tokens & StatusToken::Discharging && !bypassed);
+    const bool inverts = is(Element::Inverter, OperatingState::On) ||
+                         is(Element::Inverter, OperatingState::OnBattery);
+    const bool fed =
+        !is(Element::Load, OperatingState::StandBy) && !is(Element::Load, OperatingState::Unknown);
+    const bool rectifies = is(Element::Rectifier, OperatingState::On) && supply != Supply::Failed;
+    const bool charges = tokens & StatusToken::Charging && supply != Supply::Failed;
+    if (bypassed && diagram.node(Node::Bypass).present) {
+        on(Flow::MainsToBypass);
+        if (fed)
+            on(Flow::BypassToLoad);
+    }
+    if (!bypassed && inverts && fed) {
+        on(Flow::InverterToLoad);
+        if (fromBattery)
+            on(Flow::BatteryToInverter);
+        else if (rectifies)
+            on(Flow::RectifierToInverter);
+    }
+    if (charges)
+        on(Flow::RectifierToBattery);
+    if (charges || diagram.isFlowing(Flow::RectifierToInverter))
+        on(Flow::MainsToRectifier);
+    return diagram;
+}

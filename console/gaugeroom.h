@@ -1,0 +1,52 @@
+#pragma once
+
+#include "model/upsmodel.h"
+
+#include <QtWidgets/QWidget>
+
+#include <optional>
+
+class MetroCirclerate;
+
+/// A dial with what operators expect around it: the scale's end numbers, a mark for the nominal
+/// value, arcs where a value is too low or too high, and marks for the highest and the lowest value
+/// that were seen. The dial takes the largest radius that the room has.
+class GaugeRoom : public QWidget
+{
+    Q_OBJECT
+
+public:
+    GaugeRoom(Quantity quantity, const QString &label, QWidget *parent = nullptr);
+
+    void showUps(const UpsModel &ups);
+    /// Forgets the highest and the lowest value.
+    void forgetPeaks();
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+private:
+    void arrange();
+    void applyColors();
+    void applyScale(double minimum, double maximum);
+    void fitTexts();
+    double angleOf(double value) const;
+    void drawMark(QPainter *painter, double value, double from, double to) const;
+    void explain();
+
+    Quantity quantity;
+    MetroCirclerate *dial;
+    Scale scale;
+    Reading reading;
+    std::optional<double> highest;
+    std::optional<double> lowest;
+    QPointF center;
+    int radius = 0;
+    int ring = 0;
+};
