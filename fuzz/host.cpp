@@ -1,15 +1,18 @@
 #include "host.h"
 
+#include "pictures.h"
 #include "values.h"
 
 #include <metroStyle.h>
 #include <metrosysicon.h>
 #include <rotatestackedwidget.h>
+#include <simpleslideswitch.h>
 #include <transpbutton.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMetaProperty>
 #include <QtGui/QPainter>
+#include <QtGui/QWindow>
 #include <QtGui/QtEvents>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QAction>
@@ -162,8 +165,11 @@ void Host::run()
 
 bool Host::eventFilter(QObject *, QEvent *event)
 {
-    if (event->type() == QEvent::Paint)
+    if (event->type() == QEvent::Paint) {
         ++paints;
+        if (static_cast<QPaintEvent *>(event)->region().boundingRect().contains(widget->rect()))
+            paintedAside = false;
+    }
     return false;
 }
 
@@ -179,6 +185,7 @@ void Host::build()
     const bool inside = kind % 16 != 15;
     tell("build %s %s", inside ? "inside a window" : "on its own", shown ? "shown" : "hidden");
     widget = subject.make(inside ? window.data() : nullptr);
+    paintedAside = false;
     widget->installEventFilter(this);
     if (auto *stack = qobject_cast<QStackedWidget *>(widget)) {
         for (int page = 0; page < 3; ++page)
@@ -192,6 +199,9 @@ void Host::build()
         widget->show();
     else
         widget->setVisible(true);
+    // Half of the hosts let it be painted before they do anything else.
+    if (kind < 128)
+        QCoreApplication::processEvents();
 }
 
 void Host::connectSlots()
@@ -311,6 +321,7 @@ void Host::writeProperty()
 void Host::callMethod()
 {
     tell("call a method");
+    paintedAside = true;
     const Keeper awake(Vandal::awake);
     subject.call(widget, bytes);
 }
@@ -578,8 +589,9 @@ void Host::changeChildren()
         else
             child->setParent(widget);
         const QSize size = someWidgetSize(bytes);
+        // Some are much larger than any screen.
         if (child)
-            child->resize(size);
+            child->resize(size.width() > 250 && size.width() < 256 ? 100 * size : size);
         if (child)
             child->setVisible(bytes.flag());
         break;
@@ -766,27 +778,57 @@ void Host::addSibling()
 }
 
 /// An idle widget comes to rest, and shows the same picture as long as nothing happens to it.
-void Host::settle()
+bool Host::showsAllOnTheScreen() const
+{
+    // These store some things for the next paint, whenever that comes.
+    if (qobject_cast<SimpleSlideSwitch *>(widget) || qobject_cast<RotateStackedWidget *>(widget))
+        return false;
+    const QWidget *top = widget->window();
+    const QWindow *surface = top->windowHandle();
+    if (paintedAside || !widget->isVisible() || !surface || !surface->isExposed())
+        return false;
+    for (const QWidget *part = widget; part; part = part->parentWidget()) {
+        if (!part->updatesEnabled())
+            return false;
+    }
+    // A background that can be seen through lies over what was there before.
+    return top->palette().color(QPalette::Window).alpha() == 255 &&
+           top->width() <= windowSize.width() && top->height() <= windowSize.height();
+}
+
+int Host::busyRounds()
 {
     constexpr int rounds = 40;
     constexpr int roundsAtRest = 10;
-    if (!widget)
-        return;
-    if (auto *button = qobject_cast<QAbstractButton *>(widget)) {
-        button->setAutoRepeat(false);
-        button->setDown(false);
-    }
     int busy = 0;
     for (int round = 0; round < rounds && widget; ++round) {
         paints = 0;
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents();
         if (paints == 0)
-            break;
+            return 0;
         if (round >= rounds - roundsAtRest)
             ++busy;
     }
-    if (busy == roundsAtRest)
+    return busy == roundsAtRest ? busy : 0;
+}
+
+void Host::settle()
+{
+    // Before anything else repaints it.
+    if (widget && busyRounds() == 0 && widget && showsAllOnTheScreen()) {
+        QWidget *const top = widget->window();
+        const QImage screen = screenOf(top);
+        if (repaintedScreenOf(top) != screen)
+            complain(subject.name, "shows something else on the screen than painted anew");
+    }
+    if (!widget)
+        return;
+    if (auto *button = qobject_cast<QAbstractButton *>(widget)) {
+        button->setAutoRepeat(false);
+        button->setDown(false);
+    }
+    if (busyRounds() > 0)
         complain(subject.name, "repaints for ever");
     if (!widget || widget->width() > 600 || widget->height() > 600)
         return;

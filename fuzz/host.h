@@ -25,7 +25,8 @@ private:
 };
 
 /// A host that does to one widget what the bytes of an input say, and ends the process when the
-/// widget does not come to rest afterwards or shows two pictures without a reason.
+/// widget does not come to rest afterwards, shows two pictures without a reason, or shows something
+/// else on the screen than when it is painted anew.
 class Host : public QObject
 {
 public:
@@ -67,6 +68,10 @@ private:
 
     void send(QEvent *event);
     void settle();
+    /// Delivers all that is posted. @return 0, but more when the widget does not stop painting.
+    int busyRounds();
+    /// Whether the screen must show what painting the window anew gives.
+    bool showsAllOnTheScreen() const;
 
     const Subject &subject;
     Bytes bytes;
@@ -78,5 +83,7 @@ private:
     int keepers = 0;
     int reactions = 0;
     int paints = 0;
+    /// Whether a painting step was called that a host has no reason to call, since the last paint.
+    bool paintedAside = false;
     Qt::MouseButtons held = Qt::NoButton;
 };

@@ -98,7 +98,10 @@ int someInt(Bytes &bytes)
         return numbers[choice % std::size(numbers)];
     if (choice < 240)
         return bytes.byte();
-    return static_cast<int>(bytes.word());
+    // Large radii, borders and icons.
+    static const int large[] = {600, 2000, 4000, 8191, 10000, 20000, 40000};
+    const std::uint32_t word = bytes.word();
+    return choice < 248 ? large[word % std::size(large)] : static_cast<int>(word);
 }
 
 double someDouble(Bytes &bytes)
@@ -308,10 +311,13 @@ QFont someFont(Bytes &bytes)
         font.setStretch(1 + bytes.below(200));
         font.setUnderline(true);
         break;
-    default:
-        font.setPointSize(1 + bytes.below(40));
+    default: {
+        // Some are larger than any screen.
+        const int choice = bytes.byte();
+        font.setPointSize(choice < 240 ? 1 + choice % 40 : 250 * (choice - 239));
         font.setItalic(bytes.flag());
         break;
+    }
     }
     return font;
 }
