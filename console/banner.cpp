@@ -172,7 +172,8 @@ QSize Banner::minimumSizeHint() const
 {
     const int lines = headline->minimumSizeHint().height() + QFontMetrics(detail->font()).height();
     const int figure = QFontMetrics(time->font()).height();
-    return {iconSide * 6, std::max({Theme::px(heightUnits), lines + 4, figure + 2})};
+    const int icon = iconSide + 2 * iconBorder;
+    return {iconSide * 6, std::max({Theme::px(heightUnits), lines + 4, figure + 2, icon + 4})};
 }
 
 void Banner::changeEvent(QEvent *event)

@@ -95,6 +95,11 @@ void OverviewPage::applyScale()
     diagramCard->layout()->setContentsMargins(wide, narrow, wide, narrow);
     dialCard->layout()->setContentsMargins(narrow, narrow, narrow, 2);
     dialCard->layout()->setSpacing(narrow);
+    // What they need follows the scale, too.
+    diagram->updateGeometry();
+    for (GaugeRoom *dial : dials)
+        dial->updateGeometry();
+    updateGeometry();
     showBattery();
 }
 

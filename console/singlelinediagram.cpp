@@ -116,7 +116,7 @@ QSize SingleLineDiagram::minimumSizeHint() const
 {
     const QFontMetrics small(Theme::font(Theme::Small));
     const QFontMetrics value(Theme::font(Theme::Normal, true));
-    const int text = small.lineSpacing() + value.lineSpacing();
+    const int text = small.lineSpacing() + value.lineSpacing() + 2;
     const int tile = std::max(leastTile, Theme::px(usualTile));
     return {columns * Theme::px(leastBlock) + (columns - 1) * Theme::px(leastGap),
             rows * (tile + text) - text + (rows - 1) * Theme::px(4)};

@@ -1,0 +1,199 @@
+#include "feed/scenario.h"
+#include "notifier.h"
+
+#include "testmain.h"
+#include "widgetprobe.h"
+
+#include <QtCore/QProcess>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusPendingCall>
+
+namespace {
+
+/// A call of Notify as the service got it.
+struct Announcement
+{
+    QString program;
+    uint replaces;
+    QString icon;
+    QString summary;
+    QString body;
+    int urgency;
+};
+
+} // namespace
+
+/// What a desktop has for org.freedesktop.Notifications.
+class NotificationService : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    QVector<Announcement> heard;
+
+public Q_SLOTS:
+    uint Notify(const QString &program, uint replaces, const QString &icon, const QString &summary,
+                const QString &body, const QStringList &actions, const QVariantMap &hints,
+                int timeout)
+    {
+        Q_UNUSED(actions)
+        Q_UNUSED(timeout)
+        heard.append({program, replaces, icon, summary, body,
+                      hints.value(QStringLiteral("urgency"), -1).toInt()});
+        return replaces ? replaces : 40 + uint(heard.size());
+    }
+};
+
+class NotifierTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void announcesChangesOnly();
+    void replacesItsOwnAnnouncement();
+    void canBeSwitchedOff();
+    void textsArePlain();
+
+private:
+    /// Lets calls that are under way arrive.
+    void settle() const;
+
+    QProcess bus;
+    NotificationService service;
+};
+
+static Snapshot during(Scenario::Phase phase, double secondsIn = 2.0)
+{
+    return Scenario::snapshotAt(Scenario::startOf(phase) + secondsIn);
+}
+
+void NotifierTest::initTestCase()
+{
+    // A bus of its own, before anything asks for the session's.
+    bus.start(QStringLiteral("dbus-daemon"),
+              {QStringLiteral("--session"), QStringLiteral("--nofork"),
+               QStringLiteral("--print-address")});
+    QVERIFY2(bus.waitForStarted(), qPrintable(bus.errorString()));
+    QByteArray address;
+    while (!address.contains('\n') && bus.waitForReadyRead(30000))
+        address += bus.readAllStandardOutput();
+    QVERIFY(address.contains('\n'));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address.trimmed());
+    QDBusConnection connection = QDBusConnection::connectToBus(
+        QString::fromLatin1(address.trimmed()), QStringLiteral("service"));
+    QVERIFY(connection.isConnected());
+    QVERIFY(connection.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &service,
+                                      QDBusConnection::ExportAllSlots));
+    QVERIFY(connection.registerService(QStringLiteral("org.freedesktop.Notifications")));
+}
+
+void NotifierTest::cleanupTestCase()
+{
+    QDBusConnection::disconnectFromBus(QStringLiteral("service"));
+    bus.terminate();
+    QVERIFY(bus.waitForFinished());
+}
+
+void NotifierTest::settle() const
+{
+    // A call of one's own is answered after those before it.
+    const QDBusMessage marker = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.Notifications"),
+        QStringLiteral("/org/freedesktop/Notifications"),
+        QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
+    const QDBusPendingCall ping = QDBusConnection::sessionBus().asyncCall(marker);
+    QTRY_VERIFY_WITH_TIMEOUT(ping.isFinished(), 30000);
+    QCoreApplication::processEvents();
+}
+
+void NotifierTest::announcesChangesOnly()
+{
+    service.heard.clear();
+    SiteModel site;
+    const Notifier notifier(&site);
+    UpsModel *ups = site.add(QStringLiteral("demo"));
+    // In order from the start: no news.
+    ups->take(during(Scenario::Phase::Normal));
+    settle();
+    QCOMPARE(service.heard.size(), 0);
+    ups->take(during(Scenario::Phase::OnBattery));
+    settle();
+    QCOMPARE(service.heard.size(), 1);
+    const Announcement &first = service.heard.constFirst();
+    QVERIFY2(first.summary.contains(ups->headline().text), qPrintable(first.summary));
+    QVERIFY2(first.summary.startsWith(ups->snapshot().name), qPrintable(first.summary));
+    QVERIFY2(first.body.contains(ups->timeLeft()), qPrintable(first.body));
+    QCOMPARE(first.urgency, 1);
+    QCOMPARE(first.icon, QStringLiteral("dialog-warning"));
+    // The same state with other numbers is no change.
+    for (int i = 0; i < 5; ++i)
+        ups->take(during(Scenario::Phase::OnBattery, 3.0 + i));
+    settle();
+    QCOMPARE(service.heard.size(), 1);
+    ups->take(during(Scenario::Phase::Normal));
+    settle();
+    QCOMPARE(service.heard.size(), 2);
+    QCOMPARE(service.heard.constLast().urgency, 0);
+    ups->take(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("no answer")));
+    settle();
+    QCOMPARE(service.heard.size(), 3);
+    QCOMPARE(service.heard.constLast().urgency, 2);
+}
+
+void NotifierTest::replacesItsOwnAnnouncement()
+{
+    service.heard.clear();
+    SiteModel site;
+    const Notifier notifier(&site);
+    UpsModel *ups = site.add(QStringLiteral("demo"));
+    ups->take(during(Scenario::Phase::OnBattery));
+    settle();
+    ups->take(during(Scenario::Phase::Locked));
+    settle();
+    QCOMPARE(service.heard.size(), 2);
+    QCOMPARE(service.heard.at(0).replaces, 0U);
+    QCOMPARE(service.heard.at(1).replaces, 41U);
+}
+
+void NotifierTest::canBeSwitchedOff()
+{
+    service.heard.clear();
+    SiteModel site;
+    Notifier notifier(&site);
+    UpsModel *ups = site.add(QStringLiteral("demo"));
+    notifier.setEnabled(false);
+    ups->take(during(Scenario::Phase::OnBattery));
+    settle();
+    // What happened meanwhile is not announced later.
+    notifier.setEnabled(true);
+    ups->take(during(Scenario::Phase::OnBattery, 4.0));
+    settle();
+    QCOMPARE(service.heard.size(), 0);
+    ups->take(during(Scenario::Phase::Locked));
+    settle();
+    QCOMPARE(service.heard.size(), 1);
+}
+
+void NotifierTest::textsArePlain()
+{
+    service.heard.clear();
+    SiteModel site;
+    const Notifier notifier(&site);
+    UpsModel *ups = site.add(QStringLiteral("demo"));
+    Snapshot snapshot = during(Scenario::Phase::OnBattery);
+    snapshot.alarmTexts = QStringList(QStringLiteral("<b>fan</b> & filter"));
+    snapshot.alarms = snapshot.alarmTexts;
+    ups->take(snapshot);
+    settle();
+    QCOMPARE(service.heard.size(), 1);
+    QVERIFY2(!service.heard.constFirst().body.contains(QLatin1Char('<')),
+             qPrintable(service.heard.constFirst().body));
+}
+
+KIV_TEST_MAIN(NotifierTest)
+
+#include "tst_notifier.moc"
