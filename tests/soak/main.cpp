@@ -1,6 +1,7 @@
 #include "consolewindow.h"
 #include "errorlines.h"
 #include "feed/nutfeed.h"
+#include "feed/scenario.h"
 #include "feed/simulatorfeed.h"
 #include "nutserver.h"
 #include "program.h"
@@ -8,7 +9,10 @@
 #include <metronavdrawer.h>
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QEvent>
+#include <QtCore/QEventLoop>
 #include <QtCore/QFile>
+#include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 
 #include <malloc.h>
@@ -160,6 +164,81 @@ int soakOnSimulator(double seconds, double speed)
     return watch.judge(capture.takeLines());
 }
 
+/// Counts what is painted apart from the clock.
+class PaintCounter : public QObject
+{
+public:
+    explicit PaintCounter(const QWidget *console)
+        : window(console)
+        , clockStrip(console->findChild<QWidget *>(QStringLiteral("strip")))
+    {
+        qApp->installEventFilter(this);
+    }
+    int count() const
+    {
+        return painted;
+    }
+
+protected:
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        const auto *widget = qobject_cast<const QWidget *>(object);
+        // The strip has the clock on it, and lies on the window.
+        const bool clock = widget && (widget == window || widget == clockStrip ||
+                                      clockStrip->isAncestorOf(widget));
+        if (event->type() == QEvent::Paint && widget && !clock) {
+            ++painted;
+            if (painted <= 5)
+                std::printf("painted: %s %s\n", widget->metaObject()->className(),
+                            qPrintable(widget->objectName()));
+        }
+        return false;
+    }
+
+private:
+    const QWidget *window;
+    const QWidget *clockStrip;
+    int painted = 0;
+};
+
+/// The console while nothing changes: the same state is heard every second, on every page.
+int soakIdle(double seconds)
+{
+    ErrorCapture capture;
+    SiteModel site;
+    UpsModel *ups = site.add(QStringLiteral("still"));
+    ConsoleWindow window(&site);
+    const Snapshot snapshot =
+        Scenario::snapshotAt(Scenario::startOf(Scenario::Phase::OnBattery) + 5);
+    ups->take(snapshot);
+    window.show();
+    int painted = 0;
+    double processor = 0.0;
+    const int pages = int(window.pageNames().size());
+    for (int page = 0; page < pages; ++page) {
+        window.showPage(page);
+        runUntil(1.0, [] { return false; });
+        const PaintCounter counter(&window);
+        const double before = cpuSeconds();
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, ups, [&] { ups->take(snapshot); });
+        constexpr int asTheServerIsAsked = 1000;
+        timer.start(asTheServerIsAsked);
+        QEventLoop loop;
+        QTimer::singleShot(int(seconds / pages * 1000.0), &loop, &QEventLoop::quit);
+        loop.exec();
+        processor += cpuSeconds() - before;
+        painted += counter.count();
+    }
+    std::printf(
+        "idle: %.0f s on %d pages, %d paint events but for the clock, %.3f %% of a processor\n",
+        seconds, pages, painted, 100.0 * processor / seconds);
+    const QList<ErrorLine> lines = capture.takeLines();
+    std::printf("%s\n",
+                painted == 0 && lines.isEmpty() ? "still and silent" : "NOT still and silent");
+    return painted == 0 && lines.isEmpty() ? 0 : 1;
+}
+
 int soakOnServer(int rounds)
 {
     const auto failed = [](const QString &what) {
@@ -227,6 +306,8 @@ int main(int argc, char **argv)
         return soakOnSimulator(number(2), number(3));
     if (task == QLatin1String("server") && argc == 3 && number(2) >= 1.0 && number(2) <= 1e6)
         return soakOnServer(int(number(2)));
-    std::fprintf(stderr, "usage: kivsoak simulator SECONDS SPEED | server ROUNDS\n");
+    if (task == QLatin1String("idle") && argc == 3 && number(2) >= 1.0)
+        return soakIdle(number(2));
+    std::fprintf(stderr, "usage: kivsoak simulator SECONDS SPEED | server ROUNDS | idle SECONDS\n");
     return 2;
 }
