@@ -26,6 +26,7 @@
 #include <transpbutton.h>
 
 #include <QtCore/QDir>
+#include <QtCore/QHash>
 #include <QtCore/QSet>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QSignalSpy>
@@ -86,6 +87,42 @@ struct Console
     ConsoleWindow window{&site};
 };
 
+double luminance(const QColor &color)
+{
+    const auto part = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) +
+           0.0722 * part(color.blueF());
+}
+
+double contrast(const QColor &a, const QColor &b)
+{
+    const double first = luminance(a) + 0.05;
+    const double second = luminance(b) + 0.05;
+    return std::max(first, second) / std::min(first, second);
+}
+
+/// The contrast between what is written in @p area of @p picture and what it stands on: the colour
+/// that most pixels have against the one that differs most from it.
+double textContrast(const QImage &picture, const QRect &area)
+{
+    QHash<QRgb, int> counts;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x)
+            ++counts[picture.pixel(x, y)];
+    }
+    QRgb background = 0;
+    for (auto count = counts.cbegin(); count != counts.cend(); ++count) {
+        if (count.value() > counts.value(background))
+            background = count.key();
+    }
+    double best = 1.0;
+    for (auto count = counts.cbegin(); count != counts.cend(); ++count)
+        best = std::max(best, contrast(QColor(background), QColor(count.key())));
+    return best;
+}
+
 template <typename W>
 int colorIndexOf(W *widget)
 {
@@ -124,6 +161,8 @@ private Q_SLOTS:
     void bannerStandsOnEveryPage();
     void diagramShowsTheFlow();
     void gaugesTellWhatTheyShow();
+    void textsAreReadable_data();
+    void textsAreReadable();
     void remembersWhatWasChosen();
     void textsFromTheUpsStayPlain();
     void screenshots();
@@ -682,18 +721,6 @@ void ConsoleTest::diagramShowsTheFlow()
 void ConsoleTest::gaugesTellWhatTheyShow()
 {
     // Missing and 0 look different, and a fill stands out from its track.
-    const auto luminance = [](const QColor &color) {
-        const auto part = [](double value) {
-            return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) +
-               0.0722 * part(color.blueF());
-    };
-    const auto contrast = [&](const QColor &a, const QColor &b) {
-        const double first = luminance(a) + 0.05;
-        const double second = luminance(b) + 0.05;
-        return std::max(first, second) / std::min(first, second);
-    };
     Console console;
     auto *dial = console.withText<MetroCirclerate>(QStringLiteral("Input"));
     for (const bool dark : {false, true}) {
@@ -724,6 +751,71 @@ void ConsoleTest::gaugesTellWhatTheyShow()
              qPrintable(room->toolTip()));
     QTest::mouseDClick(room, Qt::LeftButton);
     QVERIFY(!room->toolTip().contains(QStringLiteral("400 V")));
+}
+
+void ConsoleTest::textsAreReadable_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::addColumn<int>("phase");
+    for (const bool dark : {false, true}) {
+        for (const Scenario::Phase phase :
+             {Scenario::Phase::Normal, Scenario::Phase::OnBattery, Scenario::Phase::LowBattery,
+              Scenario::Phase::Locked, Scenario::Phase::CommunicationLost})
+            QTest::addRow("%s, phase %d", dark ? "dark" : "light", int(phase))
+                << dark << int(phase);
+    }
+}
+
+void ConsoleTest::textsAreReadable()
+{
+    QFETCH(bool, dark);
+    QFETCH(int, phase);
+    Console console;
+    console.window.chooseDarkTheme(dark);
+    console.seek(Scenario::Phase(phase), 4);
+    for (int page = 0; page < console.window.pageNames().size(); ++page) {
+        console.window.showPage(page);
+        deliverAll();
+        const QImage picture = console.window.grab().toImage();
+        int texts = 0;
+        for (const QWidget *widget : console.window.findChildren<QWidget *>()) {
+            QString text = widget->property("text").toString();
+            QRect area = widget->rect();
+            if (const auto *tile = qobject_cast<const MetroShelter *>(widget))
+                area.setRight(tile->width() - 30);
+            else if (const auto *dial = qobject_cast<const MetroCirclerate *>(widget)) {
+                // The middle of the inner disc.
+                text = dial->getFormatStr();
+                const int half = (dial->getRadius() - dial->getTickness()) * 7 / 10;
+                area =
+                    QRect(dial->getRadius() - half, dial->getRadius() - half / 3, 2 * half, half);
+            }
+            const bool written = qobject_cast<const QLabel *>(widget) ||
+                                 qobject_cast<const MetroShelter *>(widget) ||
+                                 qobject_cast<const MetroCirclerate *>(widget);
+            // A disabled control may be faint.
+            if (!written || text.isEmpty() || !widget->isVisible() || !widget->isEnabled() ||
+                widget->visibleRegion().isEmpty())
+                continue;
+            area = area.intersected(widget->visibleRegion().boundingRect())
+                       .translated(widget->mapTo(&console.window, QPoint()));
+            constexpr double ofText = 4.5;
+            constexpr double ofLargeText = 3.0;
+            constexpr int large = 24;
+            constexpr int largeBold = 19;
+            const QFontInfo font(widget->font());
+            const bool isLarge = font.pixelSize() >= (widget->font().bold() ? largeBold : large);
+            const double measured = textContrast(picture, area);
+            QVERIFY2(measured >= (isLarge ? ofLargeText : ofText),
+                     qPrintable(QStringLiteral("%1: '%2' has %3")
+                                    .arg(console.window.pageNames().at(page), text.left(40),
+                                         QString::number(measured, 'f', 2))));
+            ++texts;
+        }
+        QVERIFY(texts > 4);
+    }
+    console.window.chooseDarkTheme(false);
+    prepareTestApplication();
 }
 
 void ConsoleTest::remembersWhatWasChosen()
