@@ -35,10 +35,15 @@ QString conditionText(const UpsModel &ups)
     QStringList parts;
     for (const Condition &condition : ups.conditions()) {
         // The headline says it already, but not since when.
-        if (!ups.headline().text.contains(condition.text, Qt::CaseInsensitive))
+        const QString headline = ups.headline().text;
+        QString text = condition.text;
+        // "No communication: reason" below "No communication" is the reason.
+        if (text.startsWith(headline + QStringLiteral(": ")))
+            text = sentence(text.mid(headline.size() + 2));
+        if (!headline.contains(text, Qt::CaseInsensitive))
             parts.append(condition.valueText.isEmpty()
-                             ? condition.text
-                             : condition.text + QLatin1Char(' ') + condition.valueText);
+                             ? text
+                             : text + QLatin1Char(' ') + condition.valueText);
         if (&condition == ups.conditions().constBegin() && condition.since.isValid())
             parts.append(Banner::tr("since %1").arg(since(condition.since)));
     }
@@ -96,7 +101,7 @@ void Banner::showUps(const UpsModel &ups)
     system->setState(shownState(ups.snapshot().system));
     headline->setText(ups.headline().text);
     QString below = conditionText(ups);
-    if (ups.snapshot().isLost() && !ups.snapshot().reason.isEmpty())
+    if (ups.snapshot().isLost() && !below.contains(ups.snapshot().reason, Qt::CaseInsensitive))
         below = sentence(ups.snapshot().reason) +
                 (below.isEmpty() ? QString() : Theme::separator() + below);
     detail->setText(below);

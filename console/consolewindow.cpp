@@ -25,6 +25,7 @@
 #include <QtGui/QIcon>
 #include <QtGui/QPainter>
 #include <QtGui/QScreen>
+#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
@@ -76,12 +77,15 @@ double scaleFor(QSize window, int dotsPerInch)
 
 /// A tab's face: the drawing with its name under it; the chosen one is lit, with a bar towards the
 /// pages.
-QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size, bool lamp)
+QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size, bool lamp,
+                bool hovered)
 {
     QPixmap face(size);
     face.fill(Qt::transparent);
     QPainter painter(&face);
-    const QColor color = chosen ? QColor(Qt::white) : railText;
+    const QColor color = chosen || hovered ? QColor(Qt::white) : railText;
+    if (hovered)
+        painter.fillRect(face.rect(), QColor(255, 255, 255, 22));
     if (chosen) {
         painter.fillRect(face.rect(), QColor(255, 255, 255, 26));
         painter.fillRect(size.width() - 4, 0, 4, size.height(), Theme::accent());
@@ -291,7 +295,14 @@ void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
     button->setObjectName(name);
     button->setAccessibleName(name);
     button->setToolTip(tr("%1 (Alt+%2)").arg(name, QString::number(index + 1)));
+    button->setCursor(Qt::PointingHandCursor);
+    button->installEventFilter(this);
     connect(button, &MetroTabicon::clicked, this, [=] { showPage(index); });
+    // The pointer tells what can be pressed.
+    for (QAbstractButton *control : page->findChildren<QAbstractButton *>()) {
+        if (control->focusPolicy() != Qt::NoFocus)
+            control->setCursor(Qt::PointingHandCursor);
+    }
     page->setObjectName(name.toLower());
     page->setAccessibleName(name);
     // Whatever does not fit into a window is still in reach.
@@ -313,6 +324,7 @@ void ConsoleWindow::makeDrawer()
     drawer->setObjectName(QStringLiteral("drawer"));
     drawer->setAccessibleName(tr("Quick commands"));
     drawer->setToolTip(tr("Quick commands"));
+    drawer->setCursor(Qt::PointingHandCursor);
     drawerTab = drawer->getImageTab();
     setUp(drawer, {{"background", QColor(58, 65, 72)}});
 
@@ -582,20 +594,35 @@ void ConsoleWindow::arrangeTabs()
     const QSize face(railWidth - 2, tabHeight - 2);
     for (int i = 0; i < count; ++i) {
         const Tab &tab = tabs[std::size_t(i)];
-        QIcon icon;
-        icon.addPixmap(tabFace(tab.picture, tab.name, false, face, tabsHaveLamps), QIcon::Normal,
-                       QIcon::Off);
-        icon.addPixmap(tabFace(tab.picture, tab.name, true, face, tabsHaveLamps), QIcon::Normal,
-                       QIcon::On);
         tab.button->setMinimumSize(0, 0);
         tab.button->setIconSize(face);
-        tab.button->setIcon(icon);
         tab.button->setGeometry(0, i * tabHeight, railWidth, tabHeight);
-        // A new icon shows with the next drop.
-        tab.button->setEnabled(false);
-        tab.button->setEnabled(true);
+        drawTab(tab, tab.button->underMouse());
     }
     showTabStates();
+}
+
+void ConsoleWindow::drawTab(const Tab &tab, bool hovered)
+{
+    QIcon icon;
+    for (const bool chosen : {false, true})
+        icon.addPixmap(
+            tabFace(tab.picture, tab.name, chosen, tab.button->iconSize(), tabsHaveLamps, hovered),
+            QIcon::Normal, chosen ? QIcon::On : QIcon::Off);
+    tab.button->setIcon(icon);
+    // A new icon shows when the tab drops its picture, as it does for a removed child.
+    delete new QWidget(tab.button);
+}
+
+bool ConsoleWindow::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
+        for (const Tab &tab : tabs) {
+            if (tab.button == object)
+                drawTab(tab, event->type() == QEvent::Enter);
+        }
+    }
+    return QWidget::eventFilter(object, event);
 }
 
 void ConsoleWindow::arrangeHeader()

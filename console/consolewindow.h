@@ -62,6 +62,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
     struct Tab
@@ -93,6 +94,7 @@ private:
     void showClock();
     void showResult(Command command, bool taken);
     void showTabStates();
+    void drawTab(const Tab &tab, bool hovered);
     void openDrawer(bool open);
     void escape();
 

@@ -84,7 +84,8 @@ QString doingOf(Node node, const Snapshot &snapshot)
     case Node::Rectifier:
         switch (stateOf(Element::Rectifier)) {
         case OperatingState::On:
-            return tokens & StatusToken::Charging ? tr("Charges and feeds") : tr("Feeds");
+            // What it does follows from the flows.
+            return tr("Runs");
         case OperatingState::Precharge:
             return tr("Precharges");
         case OperatingState::Calibration:
@@ -156,6 +157,8 @@ QString reasonOf(Node node, const Snapshot &snapshot, ElementState state, Supply
         return tr("mains out of limits");
     if (state.alarm == AlarmState::None)
         return {};
+    if (tokens & StatusToken::Locked)
+        return tr("locked");
     if (node == Node::Bypass && supply == Supply::Failed)
         return tr("mains failed");
     if (node == Node::Bypass && supply == Supply::OutOfLimits)
@@ -168,6 +171,11 @@ QString reasonOf(Node node, const Snapshot &snapshot, ElementState state, Supply
         return tr("voltage high");
     if (node == Node::Load && tokens & StatusToken::Overload)
         return tr("overload");
+    // A load without its usual feed is a warning that its caption says already.
+    if (node == Node::Load && state.alarm == AlarmState::Warning &&
+        (state.operating == OperatingState::OnBattery ||
+         state.operating == OperatingState::OnBypass))
+        return {};
     return nameOf(state.alarm).toLower();
 }
 
@@ -219,15 +227,19 @@ std::optional<Element> elementOf(Node node)
 }
 
 /// The readings at an element that there are.
-QString valueOf(const UpsModel &ups, Node node)
+QString valueOf(const UpsModel &ups, Node node, bool inverterFeeds)
 {
-    static const QVector<Quantity> shown[nodeCount] = {
+    // The output is measured at the inverter only while it feeds the load.
+    const QVector<Quantity> output = {Quantity::OutputVoltage, Quantity::OutputFrequency};
+    const QVector<Quantity> shown[nodeCount] = {
         {Quantity::InputVoltage, Quantity::InputFrequency},
         {Quantity::BypassVoltage, Quantity::BypassFrequency},
         {},
         {Quantity::BatteryCharge, Quantity::BatteryVoltage},
-        {Quantity::OutputVoltage, Quantity::OutputFrequency},
-        {Quantity::Load, Quantity::OutputPower, Quantity::OutputCurrent},
+        inverterFeeds ? output : QVector<Quantity>(),
+        inverterFeeds
+            ? QVector<Quantity>{Quantity::Load, Quantity::OutputPower, Quantity::OutputCurrent}
+            : QVector<Quantity>{Quantity::OutputVoltage, Quantity::Load},
     };
     QStringList texts;
     for (const Quantity quantity : shown[int(node)]) {
@@ -308,7 +320,6 @@ Diagram diagramOf(const UpsModel &ups, const Diagram &before)
         node.present = which != Node::Bypass || node.state.operating != OperatingState::Unknown ||
                        node.state.alarm != AlarmState::None;
         node.title = titleOf(which);
-        node.value = valueOf(ups, which);
         diagram.nodes[std::size_t(i)] = node;
     }
 
@@ -343,5 +354,17 @@ Diagram diagramOf(const UpsModel &ups, const Diagram &before)
         on(Flow::RectifierToBattery);
     if (charges || diagram.isFlowing(Flow::RectifierToInverter))
         on(Flow::MainsToRectifier);
+    const bool feeds = diagram.isFlowing(Flow::RectifierToInverter);
+    DiagramNode &rectifier = diagram.nodes[std::size_t(Node::Rectifier)];
+    if (rectifier.state.operating == OperatingState::On && (feeds || charges)) {
+        const QString doing = feeds && charges ? tr("Feeds and charges")
+                              : feeds          ? tr("Feeds")
+                                               : tr("Charges");
+        rectifier.caption =
+            joined({doing, reasonOf(Node::Rectifier, snapshot, rectifier.state, supply)});
+    }
+    for (int i = 0; i < nodeCount; ++i)
+        diagram.nodes[std::size_t(i)].value =
+            valueOf(ups, Node(i), diagram.isFlowing(Flow::InverterToLoad));
     return diagram;
 }

@@ -97,7 +97,7 @@ void GaugeRoom::showUps(const UpsModel &ups)
         fitTexts();
     if (marksMoved) {
         explain();
-        update();
+        redraw();
     }
 }
 
@@ -108,7 +108,7 @@ void GaugeRoom::forgetPeaks()
     if (reading.state != Reading::State::Missing)
         highest = lowest = reading.value;
     explain();
-    update();
+    redraw();
 }
 
 void GaugeRoom::explain()
@@ -176,7 +176,7 @@ void GaugeRoom::arrange()
     dial->resize(2 * radius + 2, int(std::ceil(radius * (1 + below))) + 2);
     dial->move(int(center.x()) - radius - 1, int(center.y()) - radius - 1);
     fitTexts();
-    update();
+    redraw();
 }
 
 void GaugeRoom::fitTexts()
@@ -225,7 +225,26 @@ void GaugeRoom::drawMark(QPainter *painter, double value, double from, double to
 
 void GaugeRoom::paintEvent(QPaintEvent *)
 {
-    QPainter painter(this);
+    // The dial repaints with every value, and what lies under it with it.
+    const double ratio = devicePixelRatioF();
+    if (surroundings.isNull() || surroundings.devicePixelRatio() != ratio) {
+        surroundings = QPixmap(int(std::ceil(width() * ratio)), int(std::ceil(height() * ratio)));
+        surroundings.setDevicePixelRatio(ratio);
+        surroundings.fill(Qt::transparent);
+        drawSurroundings();
+    }
+    QPainter(this).drawPixmap(0, 0, surroundings);
+}
+
+void GaugeRoom::redraw()
+{
+    surroundings = QPixmap();
+    update();
+}
+
+void GaugeRoom::drawSurroundings()
+{
+    QPainter painter(&surroundings);
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor text = palette().color(QPalette::WindowText);
     const QColor alarm = Theme::gaugeColors(Theme::isDark()).outOfLimits;
@@ -260,9 +279,9 @@ void GaugeRoom::paintEvent(QPaintEvent *)
     // The highest and the lowest value that were seen.
     const double reach = outside + Theme::px(5);
     painter.setPen(QPen(text, std::max(1.5, 1.5 * Theme::scale()), Qt::SolidLine, Qt::FlatCap));
-    if (highest && *highest != reading.value)
+    if (highest)
         drawMark(&painter, *highest, radius - ring * 0.3, reach);
-    if (lowest && *lowest != reading.value)
+    if (lowest && *lowest != *highest)
         drawMark(&painter, *lowest, radius - ring * 0.3, reach);
 
     // The ends of the scale, under the ends of the ring.

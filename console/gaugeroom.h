@@ -2,6 +2,7 @@
 
 #include "model/upsmodel.h"
 
+#include <QtGui/QPixmap>
 #include <QtWidgets/QWidget>
 
 #include <optional>
@@ -39,6 +40,8 @@ private:
     double angleOf(double value) const;
     void drawMark(QPainter *painter, double value, double from, double to) const;
     void explain();
+    void redraw();
+    void drawSurroundings();
 
     Quantity quantity;
     MetroCirclerate *dial;
@@ -46,6 +49,7 @@ private:
     Reading reading;
     std::optional<double> highest;
     std::optional<double> lowest;
+    QPixmap surroundings; // all but the dial, as drawn last
     QPointF center;
     int radius = 0;
     int ring = 0;

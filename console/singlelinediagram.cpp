@@ -108,7 +108,7 @@ void SingleLineDiagram::showDiagram(const Diagram &newDiagram)
         arrange();
     if (structureChanged || linesChanged) {
         setAccessibleDescription(diagram.flowText());
-        update();
+        redraw();
     }
 }
 
@@ -213,7 +213,7 @@ void SingleLineDiagram::arrange()
     for (const Block &placed : blocks)
         placed.tile->setFont(font);
     showFaces();
-    update();
+    redraw();
 }
 
 void SingleLineDiagram::showFaces()
@@ -225,8 +225,10 @@ void SingleLineDiagram::showFaces()
 
 void SingleLineDiagram::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::ApplicationPaletteChange)
+    if (event->type() == QEvent::ApplicationPaletteChange) {
         showFaces();
+        redraw();
+    }
     QWidget::changeEvent(event);
 }
 
@@ -266,7 +268,26 @@ void SingleLineDiagram::paintEvent(QPaintEvent *)
 {
     if (tileHeight == 0)
         return;
-    QPainter painter(this);
+    // The texts repaint with their values, and the lines under them with them.
+    const double ratio = devicePixelRatioF();
+    if (lines.isNull() || lines.devicePixelRatio() != ratio) {
+        lines = QPixmap(int(std::ceil(width() * ratio)), int(std::ceil(height() * ratio)));
+        lines.setDevicePixelRatio(ratio);
+        lines.fill(Qt::transparent);
+        drawLines();
+    }
+    QPainter(this).drawPixmap(0, 0, lines);
+}
+
+void SingleLineDiagram::redraw()
+{
+    lines = QPixmap();
+    update();
+}
+
+void SingleLineDiagram::drawLines()
+{
+    QPainter painter(&lines);
     painter.setRenderHint(QPainter::Antialiasing);
     const auto at = [&](Node node) { return QRectF(block(node).tile->geometry()); };
     const QRectF mains = at(Node::Mains);
@@ -286,7 +307,7 @@ void SingleLineDiagram::paintEvent(QPaintEvent *)
         bool unusual;
     };
     const auto flows = [&](Flow flow) { return diagram.isFlowing(flow); };
-    QVector<Line> lines = {
+    QVector<Line> pieces = {
         {Points({{mains.right(), y}, {rectifier.left(), y}}), flows(Flow::MainsToRectifier), false},
         {Points({{rectifier.right(), y}, joint}),
          flows(Flow::RectifierToInverter) || flows(Flow::RectifierToBattery), false},
@@ -298,23 +319,23 @@ void SingleLineDiagram::paintEvent(QPaintEvent *)
     };
     const QPointF top(joint.x(), battery.top());
     if (flows(Flow::BatteryToInverter))
-        lines.append({Points({top, joint}), true, true});
+        pieces.append({Points({top, joint}), true, true});
     else
-        lines.append({Points({joint, top}), flows(Flow::RectifierToBattery), false});
+        pieces.append({Points({joint, top}), flows(Flow::RectifierToBattery), false});
     if (diagram.node(Node::Bypass).present) {
         const double high = bypass.center().y();
-        lines.append({Points({{mains.center().x(), mains.top()},
-                              {mains.center().x(), high},
-                              {bypass.left(), high}}),
-                      flows(Flow::MainsToBypass), true});
-        lines.append({Points({{bypass.right(), high},
-                              {load.center().x(), high},
-                              {load.center().x(), load.top()}}),
-                      flows(Flow::BypassToLoad), true});
+        pieces.append({Points({{mains.center().x(), mains.top()},
+                               {mains.center().x(), high},
+                               {bypass.left(), high}}),
+                       flows(Flow::MainsToBypass), true});
+        pieces.append({Points({{bypass.right(), high},
+                               {load.center().x(), high},
+                               {load.center().x(), load.top()}}),
+                       flows(Flow::BypassToLoad), true});
     }
     // The lit ones above the others.
     for (const bool lit : {false, true}) {
-        for (const Line &line : lines) {
+        for (const Line &line : pieces) {
             if (line.lit == lit)
                 drawLine(&painter, QPolygonF(line.points), line.lit, line.unusual);
         }

@@ -2,6 +2,7 @@
 
 #include "diagram.h"
 
+#include <QtGui/QPixmap>
 #include <QtWidgets/QWidget>
 
 class ElidedLabel;
@@ -38,10 +39,13 @@ private:
     const Block &block(Node node) const;
     void arrange();
     void showFaces();
+    void redraw();
+    void drawLines();
     void place(Node node, const QRect &tile, bool beside);
     void drawLine(QPainter *painter, const QPolygonF &line, bool lit, bool unusual) const;
 
     std::array<Block, nodeCount> blocks;
     Diagram diagram;
+    QPixmap lines; // as drawn last
     int tileHeight = 0;
 };

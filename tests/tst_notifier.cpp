@@ -44,6 +44,9 @@ public Q_SLOTS:
                       hints.value(QStringLiteral("urgency"), -1).toInt()});
         return replaces ? replaces : 40 + uint(heard.size());
     }
+    /// Answered after the calls before it; the bus's own questions are not.
+    void Mark()
+    {}
 };
 
 class NotifierTest : public WidgetTest
@@ -100,13 +103,12 @@ void NotifierTest::cleanupTestCase()
 
 void NotifierTest::settle() const
 {
-    // A call of one's own is answered after those before it.
     const QDBusMessage marker = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.Notifications"),
         QStringLiteral("/org/freedesktop/Notifications"),
-        QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
-    const QDBusPendingCall ping = QDBusConnection::sessionBus().asyncCall(marker);
-    QTRY_VERIFY_WITH_TIMEOUT(ping.isFinished(), 30000);
+        QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Mark"));
+    const QDBusPendingCall mark = QDBusConnection::sessionBus().asyncCall(marker);
+    QTRY_VERIFY_WITH_TIMEOUT(mark.isFinished(), 30000);
     QCoreApplication::processEvents();
 }
 
