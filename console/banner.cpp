@@ -1,14 +1,15 @@
 #include "banner.h"
 
+#include "display.h"
 #include "elidedlabel.h"
 #include "pictograms.h"
-#include "setup.h"
 #include "severitylook.h"
 #include "theme.h"
 
 #include <metrosysicon.h>
 
 #include <QtCore/QEvent>
+#include <QtCore/QVariant>
 #include <QtGui/QIcon>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QVBoxLayout>
@@ -66,7 +67,8 @@ Banner::Banner(QWidget *parent)
     system->setAccessibleName(tr("UPS"));
     system->setFocusPolicy(Qt::NoFocus);
     system->setAttribute(Qt::WA_TransparentForMouseEvents);
-    setUp(system, {{"border", iconBorder}, {"roundness", 30}});
+    system->setBorder(iconBorder);
+    system->setRoundness(30);
     system->setIconSize(QSize(iconSide, iconSide));
     system->setIcon(QIcon(pictogram(Pictogram::Ups, iconSide, Qt::white)));
     system->setFixedSize(iconSide + 2 * iconBorder, iconSide + 2 * iconBorder);

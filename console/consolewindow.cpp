@@ -2,14 +2,15 @@
 
 #include "banner.h"
 #include "controlpage.h"
+#include "display.h"
 #include "elidedlabel.h"
 #include "focusframe.h"
+#include "informationpage.h"
 #include "keyhelp.h"
 #include "overviewpage.h"
 #include "pictograms.h"
 #include "powerpage.h"
 #include "settingspage.h"
-#include "setup.h"
 #include "severitylook.h"
 #include "theme.h"
 
@@ -24,6 +25,7 @@
 #include <QtCore/QTimer>
 #include <QtGui/QIcon>
 #include <QtGui/QPainter>
+#include <QtGui/QPixmapCache>
 #include <QtGui/QScreen>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
@@ -270,14 +272,15 @@ void ConsoleWindow::makeTabs()
     stack = new RotateStackedWidget(this);
     stack->setObjectName(QStringLiteral("pages"));
     stack->setAccessibleName(tr("Pages"));
-    setUp(stack, {{"endPositionAnimate", 0.6},
-                  {"timePositionAnimate", shrinkTime},
-                  {"timeRotationAnimate", turnTime}});
+    stack->changeEndPosition(0.6);
+    stack->changeTimePosition(shrinkTime);
+    stack->changeTimeRotation(turnTime);
 
     settings = new SettingsPage;
     addTab(tr("Overview"), Pictogram::Overview, new OverviewPage, systemState);
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
     addTab(tr("Control"), Pictogram::Control, new ControlPage, batteryState);
+    addTab(tr("Information"), Pictogram::Help, new InformationPage, noState);
     addTab(tr("Settings"), Pictogram::Settings, settings, noState);
     connect(settings, &SettingsPage::darkThemeChosen, this, &ConsoleWindow::setDarkTheme);
     connect(settings, &SettingsPage::pageAnimationChosen, this, &ConsoleWindow::setPageAnimation);
@@ -326,7 +329,7 @@ void ConsoleWindow::makeDrawer()
     drawer->setToolTip(tr("Quick commands"));
     drawer->setCursor(Qt::PointingHandCursor);
     drawerTab = drawer->getImageTab();
-    setUp(drawer, {{"background", QColor(58, 65, 72)}});
+    drawer->setBackground(QColor(58, 65, 72));
 
     const struct
     {
@@ -526,6 +529,8 @@ void ConsoleWindow::chooseDarkTheme(bool dark)
 
 void ConsoleWindow::setDarkTheme(bool dark)
 {
+    // What the style keeps for the other palette is never used again.
+    QPixmapCache::clear();
     QApplication::setPalette(Theme::palette(dark));
     keep("darkTheme", dark);
 }
@@ -651,7 +656,7 @@ void ConsoleWindow::arrangeHeader()
             entry.button->setIconSize(QSize(iconSide, iconSide));
             entry.button->setIcon(icon);
             entry.button->setGeometry(x, (header - side) / 2, side, side);
-            setUp(entry.button, {{"posLabel", QPoint(0, iconSide / 2 + Theme::px(10))}});
+            entry.button->setPosLabel(QPoint(0, iconSide / 2 + Theme::px(10)));
             x += side + entryGap;
         }
     }

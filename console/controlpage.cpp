@@ -1,7 +1,9 @@
 #include "controlpage.h"
 
+#include "display.h"
+#include "elidedlabel.h"
 #include "pictograms.h"
-#include "setup.h"
+#include "scrollroom.h"
 #include "theme.h"
 
 #include <aerogroupbox.h>
@@ -16,6 +18,8 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 const QColor glass(62, 78, 94);
@@ -25,29 +29,43 @@ const QColor lit(0, 150, 210);
 const QColor textColor(232, 238, 243);
 const QColor faintColor(150, 162, 173);
 
-constexpr int switchHeight = 46;
-constexpr int pushSide = 88;
-constexpr int pushIcon = 36;
-constexpr int barHeight = 58;
-constexpr int stripHeight = 42;
+constexpr int switchUnits = 46;
+constexpr int pushUnits = 88;
+constexpr int pushIconUnits = 36;
+constexpr int barUnits = 58;
+constexpr int leastBar = 36;
+constexpr int stripUnits = 40;
+constexpr int narrowUnits = 560;
 
-QLabel *glassLabel(QWidget *parent, Theme::TextSize size, const QColor &color)
+void setTextColor(QWidget *label, const QColor &color)
 {
-    QLabel *label = Theme::label(parent, size);
     QPalette palette = label->palette();
     palette.setColor(QPalette::WindowText, color);
     label->setPalette(palette);
+}
+
+ElidedLabel *glassText(QWidget *parent, const QColor &color)
+{
+    auto *label = new ElidedLabel(parent);
+    Theme::setText(label, Theme::Normal);
+    setTextColor(label, color);
     return label;
 }
 
 /// The look that all glass on this page shares.
-void makeGlass(QWidget *widget, int roundness)
+void makeGlass(AeroStyle *style, int roundness)
 {
-    setUp(widget, {{"color", glass},
-                   {"shadow", glassShadow},
-                   {"colorPen", outline},
-                   {"widthPen", 2},
-                   {"roundness", roundness}});
+    style->setColor(glass);
+    style->setShadow(glassShadow);
+    style->setColorPen(outline);
+    style->setWidthPen(2);
+    style->setRoundness(roundness);
+}
+
+/// A printf format that prints @p text.
+QString asFormat(QString text)
+{
+    return text.replace(QLatin1Char('%'), QLatin1String("%%"));
 }
 
 } // namespace
@@ -55,22 +73,28 @@ void makeGlass(QWidget *widget, int roundness)
 ControlPage::ControlPage(QWidget *parent)
     : Page(parent)
 {
-    QVBoxLayout *layout = Theme::pageLayout(this);
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    auto *room = new ScrollRoom(this);
+    outer->addWidget(room);
+    content = room->content();
+    QVBoxLayout *layout = Theme::pageLayout(content);
     layout->addWidget(makeBattery());
     layout->addWidget(makeSwitches(), 1);
     layout->addWidget(makeStrip());
+    applyScale();
 }
 
 AeroGroupbox *ControlPage::makeBox(const QString &title)
 {
-    auto *box = new AeroGroupbox(this);
-    box->setFont(Theme::font(Theme::Normal));
-    setUp(box, {{"color", QColor(84, 100, 116, 70)},
-                {"shadow", QColor(52, 64, 76, 70)},
-                {"colorPen", QColor(92, 108, 124)},
-                {"widthPen", 2},
-                {"roundness", 12},
-                {"colorTitle", textColor}});
+    auto *box = new AeroGroupbox(content);
+    Theme::setText(box, Theme::Normal);
+    box->setColor(QColor(84, 100, 116, 70));
+    box->setShadow(QColor(52, 64, 76, 70));
+    box->setColorPen(QColor(92, 108, 124));
+    box->setWidthPen(2);
+    box->setRoundness(12);
+    box->setColorTitle(textColor);
     box->setTitle(title);
     return box;
 }
@@ -81,24 +105,20 @@ QWidget *ControlPage::makeBattery()
     charge = new AeroLinebar(box);
     charge->setObjectName(QStringLiteral("charge"));
     charge->setAccessibleName(box->title());
-    charge->setFont(Theme::font(Theme::Large));
-    charge->setFixedHeight(barHeight);
-    setUp(charge, {{"color", QColor(0, 174, 240)},
-                   {"shadow", QColor(0, 108, 160)},
-                   {"colorPen", outline},
-                   {"roundness", 40},
-                   {"tickSize", 20},
-                   {"tickInterval", 10.0},
-                   {"colorText", QColor(20, 26, 32)},
-                   {"valuePosition", AeroLinebar::CenterVal},
-                   {"valueFormat", QStringLiteral("%.0f %%")}});
-    chargeText = glassLabel(box, Theme::Normal, faintColor);
+    Theme::setText(charge, Theme::Large);
+    charge->setColor(QColor(0, 174, 240));
+    charge->setShadow(QColor(0, 108, 160));
+    charge->setColorPen(outline);
+    charge->setRoundness(40);
+    charge->setTickHeight(20);
+    charge->setTickStep(10.0);
+    charge->setColorText(QColor(20, 26, 32));
+    charge->setValuePosition(AeroLinebar::CenterVal);
+    chargeText = glassText(box, faintColor);
     chargeText->setAlignment(Qt::AlignRight);
-    auto *layout = new QVBoxLayout(box);
-    layout->setContentsMargins(18, 30, 18, 10);
-    layout->setSpacing(4);
-    layout->addWidget(charge);
-    layout->addWidget(chargeText);
+    batteryLayout = new QVBoxLayout(box);
+    batteryLayout->addWidget(charge);
+    batteryLayout->addWidget(chargeText);
     return box;
 }
 
@@ -117,18 +137,75 @@ QWidget *ControlPage::makeSwitches()
     addPush(box, Pictogram::Check, tr("Clear alarm"), Command::ClearAlarm);
     addPush(box, Pictogram::Restart, tr("Resume"), Command::FollowScenario);
 
-    auto *layout = new QGridLayout(box);
-    layout->setContentsMargins(18, 30, 18, 14);
-    layout->setHorizontalSpacing(Theme::margin);
-    layout->setVerticalSpacing(Theme::spacing);
+    commandLayout = new QGridLayout(box);
+    arrangeCommands();
+    return box;
+}
+
+/// The buttons stand beside the switches, or below them where there is little room.
+void ControlPage::arrangeCommands()
+{
     constexpr int columns = 2;
     for (int i = 0; i < int(switches.size()); ++i)
-        layout->addWidget(switches[i].control, i / columns, i % columns);
-    for (int i = 0; i < int(pushes.size()); ++i)
-        layout->addWidget(pushes[i].control, 0, columns + i, 2, 1, Qt::AlignCenter);
-    layout->setColumnStretch(0, 1);
-    layout->setColumnStretch(1, 1);
-    return box;
+        commandLayout->addWidget(switches[std::size_t(i)].control, i / columns, i % columns);
+    for (int i = 0; i < int(pushes.size()); ++i) {
+        TranspButton *control = pushes[std::size_t(i)].control;
+        if (narrow)
+            commandLayout->addWidget(control, columns, i, Qt::AlignCenter);
+        else
+            commandLayout->addWidget(control, 0, columns + i, 2, 1, Qt::AlignCenter);
+    }
+    commandLayout->setColumnStretch(0, 1);
+    commandLayout->setColumnStretch(1, 1);
+}
+
+void ControlPage::applyScale()
+{
+    charge->setFixedHeight(std::max(leastBar, Theme::px(barUnits)));
+    const int title = QFontMetrics(Theme::font(Theme::Normal, true)).height() + Theme::px(8);
+    const int side = Theme::px(18);
+    batteryLayout->setContentsMargins(side, title, side, Theme::px(6));
+    batteryLayout->setSpacing(Theme::px(4));
+    commandLayout->setContentsMargins(side, title, side, Theme::px(10));
+    commandLayout->setHorizontalSpacing(Theme::px(Theme::margin));
+    commandLayout->setVerticalSpacing(Theme::px(Theme::spacing));
+    for (const StateSwitch &entry : switches) {
+        const QFontMetrics metrics(Theme::font(Theme::Normal, true));
+        entry.control->setFixedHeight(std::max(Theme::touchSize(), Theme::px(switchUnits)));
+        entry.control->setMinimumWidth(metrics.horizontalAdvance(entry.control->text()) +
+                                       Theme::px(28));
+    }
+    for (const PushControl &entry : pushes) {
+        const int icon = Theme::px(pushIconUnits);
+        const QFontMetrics metrics(Theme::font(Theme::Normal));
+        const int height =
+            std::max({Theme::px(pushUnits), icon + 2 * metrics.height(), Theme::touchSize()});
+        entry.control->setFixedSize(
+            std::max(metrics.horizontalAdvance(entry.control->text()) + Theme::px(12),
+                     Theme::px(pushUnits)),
+            height);
+        QIcon faces;
+        faces.addPixmap(pictogram(entry.picture, icon, textColor), QIcon::Normal);
+        faces.addPixmap(pictogram(entry.picture, icon, Theme::accent()), QIcon::Active);
+        faces.addPixmap(pictogram(entry.picture, icon, faintColor), QIcon::Disabled);
+        entry.control->setIconSize(QSize(icon, icon));
+        entry.control->setIcon(faces);
+        entry.control->setPosLabel(QPoint(0, (icon + metrics.height()) / 2 + Theme::px(4)));
+    }
+    strip->setFixedHeight(
+        std::max(Theme::px(stripUnits), QFontMetrics(Theme::font(Theme::Normal)).height() + 8));
+    strip->layout()->setContentsMargins(side, 0, side, 0);
+    strip->layout()->setSpacing(Theme::px(Theme::margin));
+}
+
+void ControlPage::resizeEvent(QResizeEvent *event)
+{
+    Page::resizeEvent(event);
+    const bool narrowNow = width() < Theme::px(narrowUnits);
+    if (narrowNow != narrow) {
+        narrow = narrowNow;
+        arrangeCommands();
+    }
 }
 
 void ControlPage::addSwitch(QWidget *box, const QString &text, Command enter, Command leave,
@@ -136,10 +213,9 @@ void ControlPage::addSwitch(QWidget *box, const QString &text, Command enter, Co
 {
     auto *control = new AeroSwitch(box);
     control->setObjectName(text);
-    control->setFont(Theme::font(Theme::Normal));
-    control->setFixedHeight(switchHeight);
+    Theme::setText(control, Theme::Normal);
     makeGlass(control, 40);
-    setUp(control, {{"highlight", lit}});
+    control->setHighlight(lit);
     control->setText(text);
     connect(control, &AeroSwitch::clicked, this,
             [=](bool checked) { give(checked ? enter : leave); });
@@ -150,49 +226,41 @@ void ControlPage::addPush(QWidget *box, Pictogram picture, const QString &text, 
 {
     auto *control = new TranspButton(box);
     control->setObjectName(text);
-    control->setFixedSize(pushSide + 20, pushSide);
-    control->setFont(Theme::font(Theme::Normal));
+    Theme::setText(control, Theme::Normal);
     QPalette palette = control->palette();
     palette.setColor(QPalette::ButtonText, textColor);
     palette.setColor(QPalette::Disabled, QPalette::ButtonText, faintColor);
     control->setPalette(palette);
-    QIcon icon;
-    icon.addPixmap(pictogram(picture, pushIcon, textColor), QIcon::Normal);
-    icon.addPixmap(pictogram(picture, pushIcon, Theme::accent()), QIcon::Active);
-    icon.addPixmap(pictogram(picture, pushIcon, faintColor), QIcon::Disabled);
-    control->setIconSize(QSize(pushIcon, pushIcon));
-    control->setIcon(icon);
     control->setText(text);
-    setUp(control, {{"posLabel", QPoint(0, 34)}});
     connect(control, &TranspButton::clicked, this, [=] { give(command); });
-    pushes.push_back({control, command});
+    pushes.push_back({control, picture, command});
 }
 
 QWidget *ControlPage::makeStrip()
 {
-    strip = new AeroStatusbar(this);
+    strip = new AeroStatusbar(content);
     strip->setAccessibleName(tr("Status"));
-    strip->setFixedHeight(stripHeight);
     makeGlass(strip, 40);
-    linkText = glassLabel(strip, Theme::Normal, textColor);
-    statusText = glassLabel(strip, Theme::Normal, textColor);
+    linkText = Theme::label(strip, Theme::Normal);
+    setTextColor(linkText, textColor);
+    statusText = glassText(strip, textColor);
+    statusText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto *layout = new QHBoxLayout(strip);
-    layout->setContentsMargins(18, 0, 18, 0);
     layout->addWidget(linkText);
-    layout->addStretch();
-    layout->addWidget(statusText);
+    layout->addWidget(statusText, 1);
     return strip;
 }
 
 void ControlPage::showUps(const UpsModel &ups)
 {
     const Snapshot &snapshot = ups.snapshot();
-    showCharge(snapshot.value(Quantity::BatteryCharge));
-    const std::optional<double> seconds = snapshot.value(Quantity::BatteryRuntime);
-    const QString timeLeft =
-        seconds ? tr("%1 min left").arg(*seconds / 60.0, 0, 'f', 0) : tr("time left unknown");
-    chargeText->setText(textOf(snapshot, Quantity::BatteryVoltage, 1) + Theme::separator() +
-                        timeLeft);
+    showCharge(ups.reading(Quantity::BatteryCharge));
+    QStringList battery{ups.reading(Quantity::BatteryVoltage).text};
+    if (!ups.timeLeft().isEmpty())
+        battery += tr("time left %1").arg(ups.timeLeft());
+    else if (ups.headline().showsTimeLeft)
+        battery += tr("time left unknown");
+    chargeText->setText(battery.join(Theme::separator()));
     for (const StateSwitch &entry : switches) {
         if (entry.holds(snapshot))
             entry.control->selectSwitch();
@@ -204,14 +272,16 @@ void ControlPage::showUps(const UpsModel &ups)
                                           : snapshot.status.join(Theme::separator()));
 }
 
-void ControlPage::showCharge(std::optional<double> percent)
+void ControlPage::showCharge(const Reading &reading)
 {
-    // The bar keeps a value whose text is the present one, so the number goes first.
-    if (percent || charge->property("valueFormat") != tr("no data"))
-        setUp(charge,
-              {{"valueFormat", QStringLiteral("%.0f %%")}, {"valueF", percent.value_or(0)}});
-    if (!percent)
-        setUp(charge, {{"valueFormat", tr("no data")}});
+    if (chargeShown && reading == shownCharge)
+        return;
+    chargeShown = true;
+    shownCharge = reading;
+    // The bar keeps a value whose text is the present one, so the number goes first, in full.
+    charge->setValueFormat(QStringLiteral("%.9g"));
+    charge->setValue(reading.value);
+    charge->setValueFormat(asFormat(reading.text));
 }
 
 void ControlPage::offerCommands()
@@ -225,8 +295,8 @@ void ControlPage::offerCommands()
 void ControlPage::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    QLinearGradient ground(0, 0, 0, height());
-    ground.setColorAt(0.0, QColor(36, 44, 52));
-    ground.setColorAt(1.0, QColor(17, 21, 26));
-    painter.fillRect(rect(), ground);
+    QLinearGradient background(0, 0, 0, height());
+    background.setColorAt(0.0, QColor(36, 44, 52));
+    background.setColorAt(1.0, QColor(17, 21, 26));
+    painter.fillRect(rect(), background);
 }

@@ -8,7 +8,10 @@ class AeroGroupbox;
 class AeroLinebar;
 class AeroStatusbar;
 class AeroSwitch;
+class ElidedLabel;
+class QGridLayout;
 class QLabel;
+class QVBoxLayout;
 class TranspButton;
 enum class Pictogram;
 
@@ -20,10 +23,13 @@ class ControlPage : public Page
 public:
     explicit ControlPage(QWidget *parent = nullptr);
 
+    void applyScale() override;
+
 protected:
     void showUps(const UpsModel &ups) override;
     void offerCommands() override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     /// A switch that shows whether the UPS is in a state, and asks it to enter or to leave it.
@@ -37,6 +43,7 @@ private:
     struct PushControl
     {
         TranspButton *control;
+        Pictogram picture;
         Command command;
     };
 
@@ -44,17 +51,24 @@ private:
     QWidget *makeBattery();
     QWidget *makeSwitches();
     QWidget *makeStrip();
+    void arrangeCommands();
     void addSwitch(QWidget *box, const QString &text, Command enter, Command leave,
                    bool (*holds)(const Snapshot &));
     void addPush(QWidget *box, Pictogram picture, const QString &text, Command command);
 
-    void showCharge(std::optional<double> percent);
+    void showCharge(const Reading &reading);
 
+    QWidget *content;
     AeroLinebar *charge;
-    QLabel *chargeText;
+    Reading shownCharge;
+    bool chargeShown = false;
+    ElidedLabel *chargeText;
+    QVBoxLayout *batteryLayout;
+    QGridLayout *commandLayout;
+    bool narrow = false;
     std::vector<StateSwitch> switches;
     std::vector<PushControl> pushes;
     AeroStatusbar *strip;
     QLabel *linkText;
-    QLabel *statusText;
+    ElidedLabel *statusText;
 };

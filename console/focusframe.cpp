@@ -3,8 +3,9 @@
 #include "theme.h"
 
 #include <QtGui/QPainter>
-#include <QtWidgets/QAbstractScrollArea>
+
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QScrollArea>
 
 FocusFrame::FocusFrame(QWidget *followed)
     : QFocusFrame(followed)
@@ -20,7 +21,7 @@ FocusFrame::FocusFrame(QWidget *followed)
 void FocusFrame::follow(QWidget *focused)
 {
     const bool here = focused && window->isAncestorOf(focused) && focused != window &&
-                      !qobject_cast<QAbstractScrollArea *>(focused);
+                      !qobject_cast<QScrollArea *>(focused);
     setWidget(here ? focused : nullptr);
 }
 

@@ -1,6 +1,6 @@
 #include "gaugeroom.h"
 
-#include "setup.h"
+#include "display.h"
 #include "theme.h"
 
 #include <metrocirclerate.h>
@@ -48,11 +48,11 @@ GaugeRoom::GaugeRoom(Quantity shown, const QString &label, QWidget *parent)
     setObjectName(label + QStringLiteral("Room"));
     dial->setObjectName(label);
     dial->setAttribute(Qt::WA_TransparentForMouseEvents);
-    setUp(dial, {{"minAngle", startAngle},
-                 {"arcSize", span},
-                 {"numTick", segments},
-                 {"label", label},
-                 {"formatStr", Values::noData()}});
+    dial->setMinAngle(startAngle);
+    dial->setArcSize(span);
+    dial->setNumTick(segments);
+    dial->setLabel(label);
+    dial->setFormat(Values::noData());
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setSizePolicy(policy);
     applyColors();
@@ -91,7 +91,8 @@ void GaugeRoom::showUps(const UpsModel &ups)
     applyScale(scale.minimum, scale.maximum);
     const QString text =
         reading.phase.isEmpty() ? reading.text : reading.phase + QLatin1Char(' ') + reading.text;
-    setUp(dial, {{"formatStr", asFormat(text)}, {"value", known ? reading.value : scale.minimum}});
+    dial->setFormat(asFormat(text));
+    dial->setValue(known ? reading.value : scale.minimum);
     applyColors();
     if (textChanged)
         fitTexts();
@@ -132,9 +133,9 @@ void GaugeRoom::applyScale(double minimum, double maximum)
     maximum = std::max(maximum, minimum + shortestScale);
     // The dial refuses a limit that crosses the other one, so the one that makes room goes first.
     if (minimum <= dial->getMaxValue() - shortestScale)
-        setUp(dial, {{"minValue", minimum}, {"maxValue", maximum}});
-    else
-        setUp(dial, {{"maxValue", maximum}, {"minValue", minimum}});
+        dial->setMinValue(minimum);
+    dial->setMaxValue(maximum);
+    dial->setMinValue(minimum);
 }
 
 void GaugeRoom::applyColors()
@@ -142,10 +143,8 @@ void GaugeRoom::applyColors()
     const Theme::GaugeColors colors = Theme::gaugeColors(Theme::isDark());
     const bool missing = reading.state == Reading::State::Missing;
     const QColor track = missing ? colors.noData : colors.track;
-    setUp(dial, {{"background", track},
-                 {"cursor", missing                 ? track
-                            : reading.outsideLimits ? colors.outOfLimits
-                                                    : colors.fill}});
+    dial->setBackground(track);
+    dial->setCursor(missing ? track : reading.outsideLimits ? colors.outOfLimits : colors.fill);
 }
 
 void GaugeRoom::resizeEvent(QResizeEvent *event)
@@ -171,7 +170,8 @@ void GaugeRoom::arrange()
     ring = std::clamp(radius / ringShare, 2, thickestRing);
     const int free = height() - int(radius * (1 + below)) - 2 * margin - numbers / 2;
     center = QPointF(width() / 2, margin + radius + std::max(free / 2, 0));
-    setUp(dial, {{"radius", radius}, {"tickness", ring}});
+    dial->setRadius(radius);
+    dial->setTickness(ring);
     // It takes the size of its arc with this.
     dial->resize(2 * radius + 2, int(std::ceil(radius * (1 + below))) + 2);
     dial->move(int(center.x()) - radius - 1, int(center.y()) - radius - 1);
@@ -207,8 +207,8 @@ void GaugeRoom::fitTexts()
     small.setPointSizeF(font.pointSizeF() * labelShare);
     const QFontMetrics smallMetrics(small);
     const int labelTop = radius - metrics.ascent() / 2 - smallMetrics.height();
-    setUp(dial, {{"posStr", QPoint(0, baseline - middle - metrics.ascent())},
-                 {"posLabel", QPoint(0, std::max(labelTop, ring) - ring)}});
+    dial->setPosStr(QPoint(0, baseline - middle - metrics.ascent()));
+    dial->setPosLabel(QPoint(0, std::max(labelTop, ring) - ring));
 }
 
 double GaugeRoom::angleOf(double value) const

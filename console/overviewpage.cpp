@@ -1,7 +1,7 @@
 #include "overviewpage.h"
 
+#include "display.h"
 #include "gaugeroom.h"
-#include "setup.h"
 #include "singlelinediagram.h"
 #include "theme.h"
 

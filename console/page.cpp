@@ -27,6 +27,12 @@ void Page::give(Command command)
         showUps(*model);
 }
 
+void Page::refresh()
+{
+    if (model)
+        showUps(*model);
+}
+
 void Page::applyScale()
 {}
 

@@ -25,6 +25,8 @@ protected:
     /// Enables and disables the page's controls after a change of what the UPS supports.
     virtual void offerCommands();
 
+    /// Shows the model's present state again.
+    void refresh();
     bool supports(Command command) const;
     void give(Command command);
 

@@ -4,10 +4,11 @@
 
 #include <vector>
 
-class MetroLinerate;
-class MetroXbar;
+class BarRoom;
+class ElidedLabel;
 class QGridLayout;
 class QLabel;
+class QVBoxLayout;
 
 /// The electrical values: bars for load and voltages, numbers for the rest.
 class PowerPage : public Page
@@ -17,30 +18,24 @@ class PowerPage : public Page
 public:
     explicit PowerPage(QWidget *parent = nullptr);
 
+    void applyScale() override;
+
 protected:
     void showUps(const UpsModel &ups) override;
 
 private:
-    struct VoltageRow
-    {
-        Quantity quantity;
-        MetroXbar *bar;
-        QLabel *noData;
-    };
     struct NumberCell
     {
         Quantity quantity;
-        int decimals;
+        ElidedLabel *name;
         QLabel *text;
     };
 
     QWidget *makeBars();
     QWidget *makeNumbers();
-    QLabel *addRow(QGridLayout *grid, int row, Quantity quantity, QWidget *bar);
-    void showVoltage(const VoltageRow &row, const Snapshot &snapshot);
 
-    MetroLinerate *load;
-    QLabel *noLoad;
-    std::vector<VoltageRow> voltages;
+    std::vector<BarRoom *> bars;
     std::vector<NumberCell> numbers;
+    QVBoxLayout *barLayout;
+    QGridLayout *numberLayout;
 };

@@ -1,6 +1,8 @@
 #include "settingspage.h"
 
-#include "setup.h"
+#include "display.h"
+#include "elidedlabel.h"
+#include "scrollroom.h"
 #include "theme.h"
 
 #include <simpleslideswitch.h>
@@ -39,15 +41,14 @@ bool isStarting(const Snapshot &snapshot)
     }
 }
 
-QString mainSwitchText(const Snapshot &snapshot)
+QString mainSwitchText(const UpsModel &ups)
 {
+    const Snapshot &snapshot = ups.snapshot();
     if (snapshot.isLost())
         return sentence(snapshot.reason);
-    if (snapshot.system.alarm == AlarmState::Locked)
-        return SettingsPage::tr("Locked");
     if (isStarting(snapshot))
         return SettingsPage::tr("Starting: %1").arg(nameOf(snapshot.system.operating));
-    return nameOf(snapshot.system.operating);
+    return ups.headline().text;
 }
 
 } // namespace
@@ -55,45 +56,50 @@ QString mainSwitchText(const Snapshot &snapshot)
 SettingsPage::SettingsPage(QWidget *parent)
     : Page(parent)
 {
-    QVBoxLayout *layout = Theme::pageLayout(this);
-    layout->addWidget(makeMainSwitch());
-    layout->addWidget(makeSettings(), 1);
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    auto *room = new ScrollRoom(this);
+    outer->addWidget(room);
+    QVBoxLayout *layout = Theme::pageLayout(room->content());
+    layout->addWidget(makeMainSwitch(room->content()));
+    layout->addWidget(makeSettings(room->content()), 1);
+    applyScale();
 }
 
-QWidget *SettingsPage::makeMainSwitch()
+QWidget *SettingsPage::makeMainSwitch(QWidget *parent)
 {
-    auto *card = new Card(this);
+    auto *card = new Card(parent);
     mainSwitch = new SlideSwitch(card);
     mainSwitch->setObjectName(QStringLiteral("mainSwitch"));
     mainSwitch->setAccessibleName(tr("UPS"));
     mainSwitch->setFixedSize(mainSwitch->size());
     connect(mainSwitch, &SlideSwitch::clicked, this,
             [this](bool on) { give(on ? Command::SwitchOn : Command::SwitchOff); });
-    mainText = Theme::label(card, Theme::Normal);
+    mainText = new ElidedLabel(card);
+    Theme::setText(mainText, Theme::Normal);
     mainText->setForegroundRole(QPalette::Mid);
+    mainText->setLines(2);
 
     auto *texts = new QVBoxLayout;
-    texts->setSpacing(4);
+    texts->setSpacing(0);
     texts->addStretch();
     texts->addWidget(Theme::label(card, Theme::Huge, true, tr("UPS")));
     texts->addWidget(mainText);
     texts->addStretch();
-    auto *layout = new QHBoxLayout(card);
-    layout->setContentsMargins(20, 20, 20, 20);
-    layout->addLayout(texts, 1);
-    layout->addWidget(mainSwitch);
+    mainRow = new QHBoxLayout(card);
+    mainRow->addLayout(texts, 1);
+    mainRow->addWidget(mainSwitch);
     return card;
 }
 
-QWidget *SettingsPage::makeSettings()
+QWidget *SettingsPage::makeSettings(QWidget *parent)
 {
-    auto *card = new Card(this);
-    auto *rows = new QVBoxLayout(card);
-    rows->setContentsMargins(20, Theme::margin, 20, Theme::margin);
-    beeper = addSetting(rows, tr("Beeper"), tr("The UPS sounds its alarms"));
-    darkTheme = addSetting(rows, tr("Dark theme"), tr("Light on dark, for a dim room"));
-    pageAnimation = addSetting(rows, tr("Page animation"), tr("Pages turn like cards"));
-    notify = addSetting(rows, tr("Notifications"), tr("Changes of state appear on the desktop"));
+    auto *card = new Card(parent);
+    rows = new QVBoxLayout(card);
+    beeper = addSetting(tr("Beeper"), tr("The UPS sounds its alarms"));
+    darkTheme = addSetting(tr("Dark theme"), tr("Light on dark, for a dim room"));
+    pageAnimation = addSetting(tr("Page animation"), tr("Pages turn like cards"));
+    notify = addSetting(tr("Notifications"), tr("Changes of state appear on the desktop"));
     showNotify(true);
     connect(notify, &SimpleSlideSwitch::toggled, this, &SettingsPage::notifyChosen);
     connect(beeper, &SimpleSlideSwitch::toggled, this,
@@ -103,27 +109,45 @@ QWidget *SettingsPage::makeSettings()
     return card;
 }
 
-SimpleSlideSwitch *SettingsPage::addSetting(QVBoxLayout *rows, const QString &name,
-                                            const QString &detail)
+SimpleSlideSwitch *SettingsPage::addSetting(const QString &name, const QString &detail)
 {
-    QWidget *card = rows->parentWidget();
-    auto *control = new SimpleSlideSwitch(card);
+    auto *room = new QWidget(rows->parentWidget());
+    auto *control = new SimpleSlideSwitch(room);
     control->setObjectName(name);
     control->setAccessibleName(name);
     control->setAccessibleDescription(detail);
-    QLabel *detailText = Theme::label(card, Theme::Normal, false, detail);
+    auto *nameText = new ElidedLabel(room);
+    Theme::setText(nameText, Theme::Large);
+    nameText->setText(name);
+    auto *detailText = new ElidedLabel(room);
+    Theme::setText(detailText, Theme::Normal);
+    detailText->setText(detail);
     detailText->setForegroundRole(QPalette::Mid);
     auto *texts = new QVBoxLayout;
-    texts->setSpacing(2);
+    texts->setSpacing(0);
     texts->addStretch();
-    texts->addWidget(Theme::label(card, Theme::Large, false, name));
+    texts->addWidget(nameText);
     texts->addWidget(detailText);
     texts->addStretch();
-    auto *row = new QHBoxLayout;
+    auto *row = new QHBoxLayout(room);
+    row->setContentsMargins(0, 0, 0, 0);
     row->addLayout(texts, 1);
     row->addWidget(control);
-    rows->addLayout(row, 1);
+    rows->addWidget(room, 1);
+    settingRooms.push_back(room);
     return control;
+}
+
+void SettingsPage::applyScale()
+{
+    const int margin = Theme::px(Theme::margin);
+    const int wide = Theme::px(20);
+    mainRow->setContentsMargins(wide, margin, wide, margin);
+    mainRow->setSpacing(margin);
+    rows->setContentsMargins(wide, margin, wide, margin);
+    rows->setSpacing(Theme::px(4));
+    for (QWidget *room : settingRooms)
+        room->setMinimumHeight(Theme::touchSize());
 }
 
 void SettingsPage::showUps(const UpsModel &ups)
@@ -131,11 +155,11 @@ void SettingsPage::showUps(const UpsModel &ups)
     const Snapshot &snapshot = ups.snapshot();
     linked = !snapshot.isLost();
     beeperKnown = snapshot.beeperEnabled.has_value();
-    mainText->setText(mainSwitchText(snapshot));
+    mainText->setText(mainSwitchText(ups));
     // A drag under way is the user's.
     if (QApplication::mouseButtons() == Qt::NoButton) {
-        setUp(mainSwitch, {{"locked", snapshot.system.alarm == AlarmState::Locked},
-                           {"partialON", isStarting(snapshot)}});
+        mainSwitch->setLocked(snapshot.tokens.testFlag(StatusToken::Locked));
+        mainSwitch->setPartialON(isStarting(snapshot));
         mainSwitch->setChecked(isOn(snapshot));
         const QSignalBlocker silent(beeper);
         beeper->setChecked(snapshot.beeperEnabled.value_or(false));

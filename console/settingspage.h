@@ -2,7 +2,10 @@
 
 #include "page.h"
 
-class QLabel;
+#include <vector>
+
+class ElidedLabel;
+class QHBoxLayout;
 class QVBoxLayout;
 class SimpleSlideSwitch;
 class SlideSwitch;
@@ -15,6 +18,7 @@ class SettingsPage : public Page
 public:
     explicit SettingsPage(QWidget *parent = nullptr);
 
+    void applyScale() override;
     /// Sets the switch of the dark theme without choosing it.
     void showDarkTheme(bool dark);
     /// Likewise.
@@ -31,13 +35,16 @@ protected:
     void offerCommands() override;
 
 private:
-    QWidget *makeMainSwitch();
-    QWidget *makeSettings();
-    SimpleSlideSwitch *addSetting(QVBoxLayout *rows, const QString &name, const QString &detail);
+    QWidget *makeMainSwitch(QWidget *parent);
+    QWidget *makeSettings(QWidget *parent);
+    SimpleSlideSwitch *addSetting(const QString &name, const QString &detail);
     void enableControls();
 
     SlideSwitch *mainSwitch;
-    QLabel *mainText;
+    ElidedLabel *mainText;
+    QHBoxLayout *mainRow;
+    QVBoxLayout *rows;
+    std::vector<QWidget *> settingRooms;
     SimpleSlideSwitch *beeper;
     SimpleSlideSwitch *darkTheme;
     SimpleSlideSwitch *pageAnimation;

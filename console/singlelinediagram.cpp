@@ -1,7 +1,7 @@
 #include "singlelinediagram.h"
 
+#include "display.h"
 #include "elidedlabel.h"
-#include "setup.h"
 #include "theme.h"
 
 #include <metroshelter.h>
@@ -55,7 +55,7 @@ SingleLineDiagram::SingleLineDiagram(QWidget *parent)
         block.tile = new MetroShelter(this);
         // An indicator, not a control.
         block.tile->setFocusPolicy(Qt::NoFocus);
-        setUp(block.tile, {{"xLabel", tileLabel}});
+        block.tile->setxLabel(tileLabel);
         block.caption = new ElidedLabel(this);
         block.caption->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
         Theme::setText(block.caption, Theme::Small);
@@ -220,7 +220,7 @@ void SingleLineDiagram::showFaces()
 {
     const QPixmap face = tileFace(tileHeight, Theme::isDark());
     for (const Block &placed : blocks)
-        setUp(placed.tile, {{"ImageBackground", face}});
+        placed.tile->setBackgroundImage(face);
 }
 
 void SingleLineDiagram::changeEvent(QEvent *event)

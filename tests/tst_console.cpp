@@ -338,15 +338,17 @@ void ConsoleTest::overRangeShowsTheTrueNumber()
     QVERIFY(load > 120);
     QCOMPARE(console.withText<MetroCirclerate>(QStringLiteral("Load"))->getValue(), load);
     QCOMPARE(console.find<MetroLinerate>("loadBar")->getValue(), qRound(load));
-    // Beyond what the bar can hold it stays at its end instead of starting anew.
+    // Beyond what the load's bar can hold another one takes its place.
     Snapshot snapshot = console.simulator.current();
     snapshot.measure(Quantity::Load).value = 300.0;
     snapshot.measure(Quantity::InputVoltage).value = 1e18;
     console.ups->take(snapshot);
-    QCOMPARE(console.find<MetroLinerate>("loadBar")->getValue(), 255);
+    QVERIFY(console.find<MetroLinerate>("loadBar")->isHidden());
+    QCOMPARE(console.find<MetroXbar>("Load")->getValue(), 300);
     snapshot.measure(Quantity::Load).value = -20.0;
     console.ups->take(snapshot);
-    QCOMPARE(console.find<MetroLinerate>("loadBar")->getValue(), 0);
+    QVERIFY(console.find<MetroLinerate>("loadBar")->isHidden());
+    QCOMPARE(console.find<MetroXbar>("Load")->getValue(), -20);
     deliverAll();
 }
 
@@ -450,7 +452,7 @@ void ConsoleTest::mainSwitchCommands()
 {
     Console console;
     console.seek(Scenario::Phase::Normal, 10);
-    console.window.showPage(3);
+    console.window.showPage(4);
     auto *control = console.find<SlideSwitch>("mainSwitch");
     Mouse::press(control, QPoint(150, 30));
     Mouse::drag(control, QPoint(60, 30));
@@ -478,11 +480,12 @@ void ConsoleTest::tabsChangePages()
 {
     Console console;
     auto *stack = console.find<RotateStackedWidget>("pages");
-    QCOMPARE(console.window.pageNames(),
-             QStringList({QStringLiteral("overview"), QStringLiteral("power"),
-                          QStringLiteral("control"), QStringLiteral("settings")}));
-    const char *const names[] = {"Overview", "Power", "Control", "Settings"};
-    for (const int index : {2, 1, 3, 0}) {
+    QCOMPARE(
+        console.window.pageNames(),
+        QStringList({QStringLiteral("overview"), QStringLiteral("power"), QStringLiteral("control"),
+                     QStringLiteral("information"), QStringLiteral("settings")}));
+    const char *const names[] = {"Overview", "Power", "Control", "Information", "Settings"};
+    for (const int index : {2, 1, 3, 4, 0}) {
         QTest::mouseClick(console.find<MetroTabicon>(names[index]), Qt::LeftButton);
         QCOMPARE(stack->currentIndex(), index);
         QVERIFY(console.find<MetroTabicon>(names[index])->isChecked());
@@ -885,7 +888,7 @@ void ConsoleTest::screenshots()
     QString error;
     QVERIFY2(takeScenarioScreenshots(window, *ups, options, &error), qPrintable(error));
     const QStringList files = QDir(options.directory).entryList(QDir::Files);
-    QCOMPARE(files.size(), 8);
+    QCOMPARE(files.size(), 10);
     for (const QString &file : files) {
         const QImage picture(QDir(options.directory).filePath(file));
         QCOMPARE(picture.size(), QSize(800, 480));

@@ -177,7 +177,7 @@ void ConsoleLiveTest::screenshotsOfARealUps()
     feed.start();
     QVERIFY2(takeLiveScreenshots(window, *ups, options, &error) == LiveScreenshots::Taken,
              qPrintable(error));
-    QCOMPARE(QDir(directory.path()).entryList({QStringLiteral("*.png")}).size(), 4);
+    QCOMPARE(QDir(directory.path()).entryList({QStringLiteral("*.png")}).size(), 5);
     QVERIFY(window.findChild<MetroSysIcon *>()->getElementState() == on);
 }
 

@@ -118,6 +118,12 @@ QString Values::timeLeft(std::optional<double> seconds)
     return QStringLiteral("%1 h %2 min").arg(whole / hour).arg(twoDigits(whole % hour / minute));
 }
 
+bool operator==(const Reading &a, const Reading &b)
+{
+    return a.state == b.state && a.value == b.value && a.text == b.text && a.phase == b.phase &&
+           a.outsideLimits == b.outsideLimits;
+}
+
 Reading readingOf(const Snapshot &snapshot, Quantity quantity)
 {
     const Measure &measure = snapshot.measure(quantity);

@@ -35,6 +35,7 @@ struct Reading
     QString phase;      ///< "L2" where it is that phase's, the worst; else empty
     bool outsideLimits = false;
 };
+bool operator==(const Reading &a, const Reading &b);
 /// The reading of @p quantity in @p snapshot.
 Reading readingOf(const Snapshot &snapshot, Quantity quantity);
 /// The readings of its phases, the worst first; empty where the UPS has none.
