@@ -1,8 +1,10 @@
 #include "aerobutton.h"
 
 #include "aeropanel_p.h"
+#include "assign_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "iconpainting_p.h"
 #include "text_p.h"
 
@@ -74,7 +76,7 @@ void AeroButton::setIcon(const QIcon &newIcon)
 
 bool AeroButton::event(QEvent *event)
 {
-    if (isOneOf(event, aeroDropEvents)) {
+    if (isOneOf(event, sizedDropEvents)) {
         repaintSchedule(&image);
         absorbUpdateRequests(this, event);
     }
@@ -103,8 +105,8 @@ void AeroButton::paintImage()
         return;
     }
     ImagePainter painter(image);
-    const PanelColors colors{color, shadow, colorPen};
-    paintPanel(&painter, this, colors.shownBy(this), geometry());
+    const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
+    paintBase(&painter, panel, band, outline, geometry());
     paintText(&painter);
 }
 

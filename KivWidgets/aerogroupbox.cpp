@@ -1,9 +1,11 @@
 #include "aerogroupbox.h"
 
 #include "aeropanel_p.h"
-#include "boxtoggle_p.h"
+#include "assign_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
+#include "stretching_p.h"
 #include "text_p.h"
 
 #include <QtGui/QFontMetrics>
@@ -15,12 +17,6 @@ namespace {
 
 /// Free pixels on each side of the title.
 constexpr int titleMargin = 4;
-
-/// The events that drop the pictures; a removed child is not among them.
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::Resize,        QEvent::EnabledChange, QEvent::ContentsRectChange,
-    QEvent::PolishRequest, QEvent::UpdateRequest,
-};
 
 QSize titleExtent(const QString &title, const QFont &font)
 {
@@ -112,7 +108,7 @@ void AeroGroupbox::setTitle(const QString &newTitle)
 
 bool AeroGroupbox::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents)) {
+    if (isOneOf(event, sizedBoxDropEvents)) {
         repaintSchedule(&image);
         if (backgroudType == AeroStyleBG)
             repaintSchedule(&imageTitle);
@@ -166,10 +162,11 @@ void AeroGroupbox::paintImage()
     }
     ImagePainter painter(image);
     switch (backgroudType) {
-    case AeroStyleBG:
-        paintPanel(&painter, this, PanelColors{color, shadow, colorPen}.shownBy(this),
-                   image->rect());
+    case AeroStyleBG: {
+        const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
+        paintBase(&painter, panel, band, outline, image->rect());
         break;
+    }
     case ImageBG:
         if (!backgroundGroup.isNull())
             drawStretched(&painter, QRectF(image->rect()), backgroundGroup);

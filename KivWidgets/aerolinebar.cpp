@@ -1,8 +1,10 @@
 #include "aerolinebar.h"
 
 #include "aeropanel_p.h"
+#include "assign_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "numbers_p.h"
 #include "text_p.h"
 #include "valueformat_p.h"
@@ -139,7 +141,7 @@ AeroLinebar::AeroLinebar(QWidget *parent)
 
 AeroLinebar::~AeroLinebar()
 {
-    for (QImage **cached : {&image, &imageShadow, &imageText, &imageTick})
+    for (QImage **cached : images())
         AeroStyle::repaintSchedule(cached);
 }
 
@@ -268,7 +270,7 @@ bool AeroLinebar::event(QEvent *event)
 {
     if (event->type() == QEvent::Resize)
         SplitArea();
-    if (isOneOf(event, aeroDropEvents)) {
+    if (isOneOf(event, sizedDropEvents)) {
         dropAll();
         absorbUpdateRequests(this, event);
     }
@@ -329,8 +331,8 @@ void AeroLinebar::paintImage()
         return;
     }
     ImagePainter painter(image);
-    const PanelColors colors{color, shadow, colorPen};
-    paintPanel(&painter, this, colors.shownBy(this), image->rect());
+    const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
+    paintBase(&painter, panel, band, outline, image->rect());
 }
 
 void AeroLinebar::paintImageShadow()
@@ -419,8 +421,13 @@ void AeroLinebar::repaintSchedule(QImage **cached)
     update();
 }
 
+std::array<QImage **, 4> AeroLinebar::images()
+{
+    return {&image, &imageShadow, &imageText, &imageTick};
+}
+
 void AeroLinebar::dropAll()
 {
-    for (QImage **cached : {&image, &imageShadow, &imageText, &imageTick})
+    for (QImage **cached : images())
         repaintSchedule(cached);
 }

@@ -6,6 +6,8 @@
 #include <QtCore/QString>
 #include <QtWidgets/QWidget>
 
+#include <array>
+
 /// A horizontal bar gauge: a glass panel revealed over a grey trough in proportion to the value,
 /// with an optional value text and an optional strip of ticks below.
 ///
@@ -124,5 +126,6 @@ protected:
     QImage *imageTick;
 
 private:
+    Q_DECL_HIDDEN std::array<QImage **, 4> images();
     Q_DECL_HIDDEN void dropAll();
 };

@@ -1,16 +1,93 @@
 #include "aeropanel_p.h"
 
-#include "aerostyle.h"
 #include "cachedimage_p.h"
-#include "iconpainting_p.h"
 
+#include <QtGui/QLinearGradient>
 #include <QtGui/QPainter>
+#include <QtGui/QPainterPath>
 #include <QtGui/QTransform>
 #include <QtWidgets/QWidget>
 
 #include <algorithm>
 
 namespace KivPrivate {
+
+namespace {
+
+/// Where the glass gradient changes from the panel's colour to the band's and back.
+constexpr double bandBegins = 0.4;
+constexpr double bandEnds = 0.6;
+/// Share of the panel colour's alpha at which the highlight is drawn.
+constexpr double highlightStrength = 0.3;
+
+/// The measures of a glass panel of a given size.
+struct PanelGeometry
+{
+    double pen;         ///< width of the outer outline
+    QRectF outline;     ///< the outer outline
+    double outerRadius; ///< corner radius of the outer outline
+    QRectF body;        ///< the glass body
+    double innerRadius; ///< corner radius of the body
+};
+
+PanelGeometry panelGeometry(QSize size, int widthPen, int roundness)
+{
+    const double wp = widthPen;
+    PanelGeometry panel{};
+    panel.pen = wp;
+    panel.outline = QRectF(wp * 0.5, wp * 0.5, size.width() - wp, size.height() - wp);
+    panel.outerRadius = double(cornerRadius(size, widthPen, roundness));
+    const double inset = wp * 5.0 * 0.25;
+    panel.body = QRectF(inset, inset, size.width() - 2 * inset, size.height() - 2 * inset);
+    panel.innerRadius = panel.outerRadius - wp * 3.0 * 0.25;
+    return panel;
+}
+
+QPainterPath roundedRect(const QRectF &rect, double radius)
+{
+    QPainterPath path;
+    path.addRoundedRect(rect, radius, radius, Qt::AbsoluteSize);
+    return path;
+}
+
+/// The upper half of the body, rounded at its two upper corners.
+QPainterPath highlightPath(const PanelGeometry &panel, QSize size)
+{
+    const double inset = panel.body.x();
+    const double diameter = 2 * panel.innerRadius;
+    const int middle = size.height() / 2;
+    const double rightArc = size.width() - panel.pen * 0.5 - panel.outerRadius - panel.innerRadius;
+    QPainterPath path;
+    path.moveTo(inset, middle);
+    path.arcTo(QRectF(inset, inset, diameter, diameter), -180, -90);
+    path.arcTo(QRectF(rightArc, inset, diameter, diameter), -270, -90);
+    path.lineTo(size.width() - inset, middle);
+    path.closeSubpath();
+    return path;
+}
+
+QLinearGradient glass(const QColor &edge, const QColor &band, QSize size, int widthPen)
+{
+    QLinearGradient gradient(widthPen, widthPen, widthPen, double(size.height()) - widthPen);
+    gradient.setSpread(QGradient::ReflectSpread);
+    gradient.setColorAt(0.0, edge);
+    gradient.setColorAt(bandBegins, band);
+    gradient.setColorAt(bandEnds, band);
+    gradient.setColorAt(1.0, edge);
+    return gradient;
+}
+
+} // namespace
+
+QColor washedOut(const QColor &color)
+{
+    int h = 0;
+    int s = 0;
+    int v = 0;
+    int a = 0;
+    color.getHsv(&h, &s, &v, &a);
+    return QColor::fromHsv(h, s / 2, v + (255 - v) / 2, a);
+}
 
 PanelColors PanelColors::shownBy(const QWidget *widget) const
 {
@@ -26,9 +103,23 @@ qint64 cornerRadius(QSize size, int widthPen, int roundness)
     return (std::min(a, b) / 2) * roundness / 100;
 }
 
-void paintPanel(QPainter *painter, AeroStyle *style, const PanelColors &colors, const QRect &rect)
+void drawGlassPanel(QPainter *painter, QSize size, const PanelShape &shape,
+                    const PanelColors &colors)
 {
-    style->paintBase(painter, colors.panel, colors.band, colors.outline, rect);
+    const PanelGeometry panel = panelGeometry(size, shape.widthPen, shape.roundness);
+
+    painter->setPen(QPen(QBrush(colors.outline), panel.pen));
+    painter->setOpacity(shape.opacity);
+    painter->drawPath(roundedRect(panel.outline, panel.outerRadius));
+
+    painter->setBrush(glass(colors.panel, colors.band, size, shape.widthPen));
+    painter->setPen(QPen(QBrush(colors.panel), panel.pen * 0.5));
+    painter->drawPath(roundedRect(panel.body, panel.innerRadius));
+
+    painter->setBrush(QBrush(Qt::white));
+    painter->setPen(QPen(QBrush(Qt::white), 0.01));
+    painter->setOpacity(colors.panel.alpha() * highlightStrength / 255.0);
+    painter->drawPath(highlightPath(panel, size));
 }
 
 void showAeroImage(QWidget *widget, const QImage &image, double opacity, double rotate)

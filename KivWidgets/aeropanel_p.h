@@ -1,25 +1,17 @@
 #pragma once
 
-#include <QtCore/QEvent>
 #include <QtGui/QColor>
 
-#include <initializer_list>
-
-class AeroStyle;
 class QImage;
 class QPainter;
-class QRect;
 class QSize;
 class QWidget;
 
 /// What the Aero widgets share around the glass panel.
 namespace KivPrivate {
 
-/// The events that drop the images of most Aero widgets; a widget with another list keeps its own.
-constexpr std::initializer_list<QEvent::Type> aeroDropEvents = {
-    QEvent::Resize,        QEvent::EnabledChange, QEvent::ChildRemoved,
-    QEvent::PolishRequest, QEvent::UpdateRequest,
-};
+/// A colour as a disabled Aero widget shows it: half the saturation, half way to full brightness.
+QColor washedOut(const QColor &color);
 
 /// The three colours of a glass panel.
 struct PanelColors
@@ -36,8 +28,17 @@ struct PanelColors
 /// shorter side that is left inside an outline of @p widthPen.
 qint64 cornerRadius(QSize size, int widthPen, int roundness);
 
-/// Paints the glass panel of @p style in @p colors.
-void paintPanel(QPainter *painter, AeroStyle *style, const PanelColors &colors, const QRect &rect);
+/// The settings that shape a glass panel.
+struct PanelShape
+{
+    int widthPen;
+    int roundness;
+    double opacity;
+};
+
+/// Paints a glass panel of @p size at the painter's origin. Pen, brush and opacity stay behind.
+void drawGlassPanel(QPainter *painter, QSize size, const PanelShape &shape,
+                    const PanelColors &colors);
 
 /// Shows a finished picture in the paint event of @p widget with @p opacity, turned by @p rotate
 /// degrees about the widget's vertical centre line.

@@ -1,8 +1,10 @@
 #include "aerostatusbar.h"
 
 #include "aeropanel_p.h"
+#include "assign_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 
 #include <QtGui/QImage>
 
@@ -46,7 +48,7 @@ void AeroStatusbar::setTextBold(bool newBold)
 
 bool AeroStatusbar::event(QEvent *event)
 {
-    if (isOneOf(event, aeroDropEvents)) {
+    if (isOneOf(event, sizedDropEvents)) {
         repaintSchedule(&image);
         absorbUpdateRequests(this, event);
     }
@@ -75,8 +77,8 @@ void AeroStatusbar::paintImage()
         return;
     }
     ImagePainter painter(image);
-    const PanelColors colors{color, shadow, colorPen};
-    paintPanel(&painter, this, colors.shownBy(this), geometry());
+    const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
+    paintBase(&painter, panel, band, outline, geometry());
 }
 
 void AeroStatusbar::repaintSchedule(QImage **cached)

@@ -1,8 +1,10 @@
 #include "aeroswitch.h"
 
 #include "aeropanel_p.h"
+#include "assign_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QImage>
@@ -62,7 +64,7 @@ void AeroSwitch::clickedSwitch()
 
 bool AeroSwitch::event(QEvent *event)
 {
-    if (isOneOf(event, aeroDropEvents))
+    if (isOneOf(event, sizedDropEvents))
         repaintSchedule(&imagePressed);
     return AeroButton::event(event);
 }
@@ -90,7 +92,7 @@ void AeroSwitch::paintImagePressed()
         return;
     }
     ImagePainter painter(imagePressed);
-    const PanelColors colors{highlight, shadow, colorPen};
-    paintPanel(&painter, this, colors.shownBy(this), geometry());
+    const auto [panel, band, outline] = PanelColors{highlight, shadow, colorPen}.shownBy(this);
+    paintBase(&painter, panel, band, outline, geometry());
     paintText(&painter);
 }

@@ -1,6 +1,7 @@
 #include "cachedimage_p.h"
 
-#include <QtCore/QCoreApplication>
+#include "stretching_p.h"
+
 #include <QtCore/QMutex>
 #include <QtGui/QImage>
 #include <QtWidgets/QWidget>
@@ -52,33 +53,10 @@ bool isMissing(const QImage *image)
     return !image || image->isNull();
 }
 
-void postUpdateRequest(QObject *receiver)
-{
-    QCoreApplication::postEvent(receiver, new QEvent(QEvent::UpdateRequest));
-}
-
-void absorbUpdateRequests(QWidget *widget, const QEvent *event)
-{
-    if (event->type() == QEvent::UpdateRequest && widget->isWindow())
-        QCoreApplication::removePostedEvents(widget, QEvent::UpdateRequest);
-}
-
 ImagePainter::ImagePainter(QImage *image, Edges edges)
     : QPainter(cleared(image))
 {
     setRenderHint(QPainter::Antialiasing, edges == Antialiased);
-}
-
-bool canStretch(QSizeF from, QSizeF to)
-{
-    constexpr double largestStep = 32767;
-    return from.width() <= largestStep * to.width() && from.height() <= largestStep * to.height();
-}
-
-void drawStretched(QPainter *painter, const QRectF &target, const QPixmap &picture)
-{
-    if (canStretch(picture.size(), target.size()))
-        painter->drawPixmap(target, picture, QRectF());
 }
 
 void drawWhole(QPainter *painter, const QWidget *widget, const QImage &image)

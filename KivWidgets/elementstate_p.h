@@ -2,34 +2,46 @@
 
 #include "metroStyle.h"
 
+#include <QtGui/QRgb>
+
+/// The states of an element and the colours that show them, each under one name.
 namespace KivPrivate {
 
-/// Values of elemDesc_t::alarmSt.
-enum AlarmState : quint8 {
-    AlarmCommLost = 0,
-    AlarmNone = 1,
-    AlarmWarning = 2,
-    AlarmAnomaly = 3,
-    AlarmFault = 4,
-    AlarmLocked = 5,
-};
+using AlarmState = MetroStyle::AlarmState;
+using OperatingState = MetroStyle::OperatingState;
 
-/// Values of elemDesc_t::elemSt.
-enum ElementState : quint8 {
-    ElementUnknown = 0,
-    ElementStandBy = 1,
-    ElementPrecharge = 2,
-    ElementCalibration = 3,
-    ElementWaitVbatReady = 4,
-    ElementOn = 5,
-    ElementBatteryWorking = 6,
-    ElementOnBypass = 7,
+constexpr std::size_t alarmStateCount = std::size_t(AlarmState::Locked) + 1;
+constexpr std::size_t operatingStateCount = std::size_t(OperatingState::OnBypass) + 1;
+
+/// Indices into MetroStyle::COLORTAB. The two oranges are entries of their own.
+enum ColorIndex : int {
+    DarkGreyIndex = 0,
+    LightBlueIndex = 1,
+    OnBatteryIndex = 2,
+    DarkBlueIndex = 3,
+    LightGreyIndex = 4,
+    WarningIndex = 5,
+    RedIndex = 6,
 };
+constexpr std::size_t colorCount = std::size_t(RedIndex) + 1;
+
+/// The values behind them.
+constexpr QRgb darkGrey = qRgb(89, 89, 91);
+constexpr QRgb lightBlue = qRgb(0, 174, 240);
+constexpr QRgb orange = qRgb(247, 148, 50);
+constexpr QRgb darkBlue = qRgb(0, 56, 117);
+constexpr QRgb lightGrey = qRgb(167, 167, 167);
+constexpr QRgb red = qRgb(238, 28, 37);
 
 /// The state as error lines print it: one number with the alarm state in the low byte.
 constexpr unsigned asWord(elemDesc_t state)
 {
     return state.alarmSt + 256U * state.elemSt;
+}
+
+constexpr bool isState(quint8 number, OperatingState state)
+{
+    return number == quint8(state);
 }
 
 } // namespace KivPrivate

@@ -1,19 +1,23 @@
 #include "iconpainting_p.h"
 
+#include "ownsize_p.h"
+
 #include <QtGui/QPainter>
 #include <QtWidgets/QAbstractButton>
 
+#include <algorithm>
+
 namespace KivPrivate {
 
-QColor washedOut(const QColor &color)
+namespace {
+
+/// What the icon needs, held within what a widget can have so that growing comes to an end.
+int wanted(int iconExtent)
 {
-    int h = 0;
-    int s = 0;
-    int v = 0;
-    int a = 0;
-    color.getHsv(&h, &s, &v, &a);
-    return QColor::fromHsv(h, s / 2, v + (255 - v) / 2, a);
+    return int(std::min<qint64>(qint64(iconExtent) + 2, QWIDGETSIZE_MAX));
 }
+
+} // namespace
 
 QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode)
 {
@@ -30,6 +34,27 @@ bool followIconSize(QAbstractButton *button)
         return false;
     button->setIconSize(sizes.first());
     return true;
+}
+
+bool growToIcon(QAbstractButton *button)
+{
+    if (isSizeEnforced(button))
+        return false;
+    const int width = wanted(button->iconSize().width());
+    if (button->width() < width) {
+        button->setMinimumWidth(std::max(width, button->minimumWidth()));
+        button->setMaximumWidth(std::max(width, button->maximumWidth()));
+        button->resize(width, button->height());
+        return true;
+    }
+    const int height = wanted(button->iconSize().height());
+    if (button->height() < height) {
+        button->setMinimumHeight(std::max(height, button->minimumHeight()));
+        button->setMaximumHeight(std::max(height, button->maximumHeight()));
+        button->resize(button->width(), height);
+        return true;
+    }
+    return false;
 }
 
 void drawAtNaturalSize(QPainter *painter, int x, int y, const QPixmap &pixmap)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QtGui/QColor>
 #include <QtGui/QIcon>
 #include <QtGui/QPixmap>
 
@@ -8,11 +7,8 @@ class QAbstractButton;
 class QPainter;
 class QWidget;
 
-/// Pieces of drawing that several widgets share: the icon of a button, disabled looks.
+/// The icon of a button, and the disabled look of the Metro icons.
 namespace KivPrivate {
-
-/// A colour as a disabled Aero widget shows it: half the saturation, half way to full brightness.
-QColor washedOut(const QColor &color);
 
 /// The pixmap of the button's icon at its icon size: in disabled mode while the button is disabled,
 /// else in @p enabledMode; in the state On while it is checked, else Off.
@@ -21,6 +17,11 @@ QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode = QIco
 /// Takes the first size that the button's icon has for Normal and Off as the icon size.
 /// @return whether that is another size than before; an icon that tells no sizes changes nothing.
 bool followIconSize(QAbstractButton *button);
+
+/// Makes a button that is smaller than its icon plus one pixel on every side large enough, with its
+/// size limits: the width if that is too small, else the height. One dimension per call.
+/// @return whether the button has grown.
+bool growToIcon(QAbstractButton *button);
 
 /// Draws @p pixmap unscaled with its corner at (@p x, @p y), as long as both are above zero; with a
 /// zero or negative offset nothing shows.

@@ -1,8 +1,10 @@
 #include "metroStyle.h"
 
+#include "assign_p.h"
 #include "cachedimage_p.h"
 #include "elementstate_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 
 #include <iterator>
 
@@ -11,19 +13,18 @@ using namespace KivPrivate;
 static_assert(sizeof(elemDesc_t) == 2, "the element state is a record of two bytes");
 
 const QColor MetroStyle::COLORTAB[7] = {
-    QColor(89, 89, 91),    // dark grey
-    QColor(0, 174, 240),   // light blue
-    QColor(247, 148, 50),  // orange, on battery
-    QColor(0, 56, 117),    // dark blue
-    QColor(167, 167, 167), // light grey
-    QColor(247, 148, 50),  // orange, warning: an entry of its own
-    QColor(238, 28, 37),   // red
+    QColor(darkGrey),  QColor(lightBlue), QColor(orange), QColor(darkBlue),
+    QColor(lightGrey), QColor(orange),    QColor(red),
 };
 
 namespace {
 
-/// Index into COLORTAB by operating state, for an element without an alarm.
-constexpr int colorWithoutAlarm[] = {4, 1, 1, 1, 1, 1, 2, 3};
+/// By operating state, for an element without an alarm.
+constexpr ColorIndex colorWithoutAlarm[] = {
+    LightGreyIndex, LightBlueIndex, LightBlueIndex, LightBlueIndex,
+    LightBlueIndex, LightBlueIndex, OnBatteryIndex, DarkBlueIndex,
+};
+static_assert(std::size(colorWithoutAlarm) == operatingStateCount, "one colour for each state");
 
 } // namespace
 
@@ -38,7 +39,7 @@ bool operator!=(elemDesc_t a, elemDesc_t b)
 }
 
 MetroStyle::MetroStyle(QObject *ownerWidget)
-    : state{AlarmNone, ElementUnknown}
+    : state{quint8(AlarmState::None), quint8(OperatingState::Unknown)}
     , dirty(true)
     , owner(ownerWidget)
 {}
@@ -58,24 +59,23 @@ elemDesc_t MetroStyle::getElementState() const
 
 int MetroStyle::getColorIdx()
 {
-    switch (state.alarmSt) {
-    case AlarmCommLost:
-        return 4;
-    case AlarmNone:
+    switch (AlarmState(state.alarmSt)) {
+    case AlarmState::CommunicationLost:
+        return LightGreyIndex;
+    case AlarmState::None:
         if (state.elemSt < std::size(colorWithoutAlarm))
             return colorWithoutAlarm[state.elemSt];
         writeErrorLine(KIV_HERE, "Caso elemSt non previsto:0x%02X\n", unsigned(state.elemSt));
-        return 0;
-    case AlarmWarning:
-    case AlarmAnomaly:
-        return 5;
-    case AlarmFault:
-    case AlarmLocked:
-        return 6;
-    default:
-        writeErrorLine(KIV_HERE, "Caso alarmSt non previsto:0x%02X\n", asWord(state));
-        return 0;
+        return DarkGreyIndex;
+    case AlarmState::Warning:
+    case AlarmState::Anomaly:
+        return WarningIndex;
+    case AlarmState::Fault:
+    case AlarmState::Locked:
+        return RedIndex;
     }
+    writeErrorLine(KIV_HERE, "Caso alarmSt non previsto:0x%02X\n", asWord(state));
+    return DarkGreyIndex;
 }
 
 void MetroStyle::repaintSchedule(QImage **image)

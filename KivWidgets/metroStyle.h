@@ -43,6 +43,27 @@ public:
     /// grey (communication lost), 5 orange (warning), 6 red (fault, locked).
     static const QColor COLORTAB[7];
 
+    /// Values of elemDesc_t::alarmSt: how an element is doing.
+    enum class AlarmState : quint8 {
+        CommunicationLost = 0,
+        None = 1,
+        Warning = 2,
+        Anomaly = 3, ///< shows as a warning
+        Fault = 4,
+        Locked = 5,
+    };
+    /// Values of elemDesc_t::elemSt: what an element is doing.
+    enum class OperatingState : quint8 {
+        Unknown = 0,
+        StandBy = 1,
+        Precharge = 2,
+        Calibration = 3,
+        WaitBatteryVoltage = 4,
+        On = 5,
+        OnBattery = 6,
+        OnBypass = 7,
+    };
+
     /// @p owner is the widget that derives from this class; it gets the update requests.
     explicit MetroStyle(QObject *owner);
     virtual ~MetroStyle();

@@ -2,6 +2,7 @@
 
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "iconpainting_p.h"
 #include "ownsize_p.h"
 
@@ -9,18 +10,6 @@
 #include <QtGui/QImage>
 
 using namespace KivPrivate;
-
-namespace {
-
-/// A resize is not among them: the size is the picture's.
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::ChildRemoved,
-    QEvent::EnabledChange,
-    QEvent::PolishRequest,
-    QEvent::UpdateRequest,
-};
-
-} // namespace
 
 MetroBattIcon::MetroBattIcon(QWidget *parent)
     : QAbstractButton(parent)
@@ -87,7 +76,7 @@ bool MetroBattIcon::event(QEvent *event)
         resizeToOwn(this, getBackGroundSize());
         return true;
     }
-    if (isOneOf(event, dropEvents)) {
+    if (isOneOf(event, unsizedDropEvents)) {
         repaintSchedule(&image);
         absorbUpdateRequests(this, event);
     } else if (event->type() == QEvent::Paint && followIconSize(this)) {

@@ -1,5 +1,6 @@
 #include "metrobatttemplate.h"
 
+#include "elementstate_p.h"
 #include "errorline_p.h"
 
 #include <QtGui/QPainter>
@@ -24,7 +25,7 @@ constexpr const char *pictureNames[] = {
 QPixmap *MetroBattTemplate::background[7] = {};
 bool MetroBattTemplate::initialized = false;
 
-static_assert(std::size(pictureNames) == 7, "one picture for each colour");
+static_assert(std::size(pictureNames) == colorCount, "one picture for each colour");
 
 MetroBattTemplate::MetroBattTemplate(QWidget *ownerWidget)
     : MetroStyle(ownerWidget)

@@ -1,6 +1,9 @@
 #include "metrocirclerate.h"
 
+#include "assign_p.h"
+#include "elementstate_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "gaugelayers_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
@@ -20,14 +23,6 @@ using namespace KivPrivate;
 
 namespace {
 
-/// The geometry answers a resize, which is therefore not among them.
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::ChildRemoved,
-    QEvent::PolishRequest,
-    QEvent::UpdateRequest,
-    QEvent::EnabledChange,
-};
-
 constexpr int fullTurn = 360;
 /// QPainter counts angles in these parts of a degree.
 constexpr int angleParts = 16;
@@ -37,9 +32,6 @@ constexpr double shortestRange = 1.0;
 constexpr int longestArc = 359;
 /// The label's font, in percent of the widget's.
 constexpr int labelPercent = 70;
-
-constexpr QRgb orange = qRgb(247, 148, 50);
-constexpr QRgb red = qRgb(238, 28, 37);
 
 /// The bounding box of an arc on the unit circle, y upward.
 struct ArcBox
@@ -114,8 +106,8 @@ MetroCirclerate::MetroCirclerate(QWidget *parent)
     , minAngle(200)
     , label(QStringLiteral("L?"))
     , posLabel(0, 0)
-    , cursor(0, 174, 240, 255)
-    , background(167, 167, 167, 255)
+    , cursor(lightBlue)
+    , background(lightGrey)
     , Image(nullptr)
     , ImageBG(nullptr)
     , ImageFG(nullptr)
@@ -125,7 +117,7 @@ MetroCirclerate::MetroCirclerate(QWidget *parent)
 
 MetroCirclerate::~MetroCirclerate()
 {
-    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+    for (QImage **layer : layers())
         MetroStyle::repaintSchedule(layer);
 }
 
@@ -309,7 +301,7 @@ int MetroCirclerate::val2angle(double v)
 
 bool MetroCirclerate::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents)) {
+    if (isOneOf(event, unsizedDropEvents)) {
         dropAll();
         absorbUpdateRequests(this, event);
     }
@@ -429,9 +421,14 @@ void MetroCirclerate::buildGraph(QImage &img)
                      text);
 }
 
+std::array<QImage **, 3> MetroCirclerate::layers()
+{
+    return {&Image, &ImageBG, &ImageFG};
+}
+
 void MetroCirclerate::dropAll()
 {
-    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+    for (QImage **layer : layers())
         repaintSchedule(layer);
 }
 

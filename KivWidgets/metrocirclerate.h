@@ -8,6 +8,8 @@
 #include <QtCore/QString>
 #include <QtWidgets/QWidget>
 
+#include <array>
+
 /// A dial gauge: a ring cut into segments, coloured from its start up to the value, with a label
 /// and the formatted value written over it.
 ///
@@ -148,6 +150,7 @@ protected:
     QImage *ImageFG;
 
 private:
+    Q_DECL_HIDDEN std::array<QImage **, 3> layers();
     Q_DECL_HIDDEN void dropAll();
     Q_DECL_HIDDEN int spanBetween(double from, double to);
 };

@@ -1,6 +1,9 @@
 #include "metrolinerate.h"
 
+#include "assign_p.h"
+#include "elementstate_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "gaugelayers_p.h"
 
 #include <QtGui/QImage>
@@ -11,11 +14,6 @@ using namespace KivPrivate;
 
 namespace {
 
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::Resize,        QEvent::ChildRemoved,  QEvent::PolishRequest,
-    QEvent::UpdateRequest, QEvent::EnabledChange,
-};
-
 constexpr int full = 100;
 /// Values up to here are orange, beyond red.
 constexpr int highestWarning = 125;
@@ -23,10 +21,6 @@ constexpr int highestWarning = 125;
 constexpr int fullExcess = 50;
 /// Room is kept for the text of this value.
 constexpr int widestValue = 138;
-
-constexpr QRgb lightBlue = qRgb(0, 174, 240);
-constexpr QRgb orange = qRgb(247, 148, 50);
-constexpr QRgb red = qRgb(238, 28, 37);
 
 QString textOf(int value)
 {
@@ -43,8 +37,8 @@ QColor excessColor(int value)
 MetroLinerate::MetroLinerate(QWidget *parent)
     : QWidget(parent)
     , MetroStyle(this)
-    , foregroundcolor(0, 174, 240, 255)
-    , backgroundcolor(167, 167, 167, 255)
+    , foregroundcolor(lightBlue)
+    , backgroundcolor(lightGrey)
     , value(35)
     , barWidth(0)
     , Image(nullptr)
@@ -57,7 +51,7 @@ MetroLinerate::MetroLinerate(QWidget *parent)
 
 MetroLinerate::~MetroLinerate()
 {
-    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+    for (QImage **layer : layers())
         MetroStyle::repaintSchedule(layer);
 }
 
@@ -96,7 +90,7 @@ void MetroLinerate::setValue(int percent)
 
 bool MetroLinerate::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents)) {
+    if (isOneOf(event, sizedDropEvents)) {
         measureBar();
         dropAll();
         absorbUpdateRequests(this, event);
@@ -194,8 +188,13 @@ void MetroLinerate::measureBar()
     barWidth = barWidthBeside(width(), font(), textOf(widestValue));
 }
 
+std::array<QImage **, 3> MetroLinerate::layers()
+{
+    return {&Image, &ImageBG, &ImageFG};
+}
+
 void MetroLinerate::dropAll()
 {
-    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+    for (QImage **layer : layers())
         repaintSchedule(layer);
 }

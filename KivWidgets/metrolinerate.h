@@ -5,6 +5,8 @@
 
 #include <QtWidgets/QWidget>
 
+#include <array>
+
 /// A horizontal percentage bar with a scale of ten divisions, filled from the left in light blue,
 /// with the percentage written beside it.
 ///
@@ -61,5 +63,6 @@ protected:
 
 private:
     Q_DECL_HIDDEN void measureBar();
+    Q_DECL_HIDDEN std::array<QImage **, 3> layers();
     Q_DECL_HIDDEN void dropAll();
 };

@@ -1,8 +1,9 @@
 #include "metronavdrawer.h"
 
-#include "boxtoggle_p.h"
 #include "cachedimage_p.h"
+#include "elementstate_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "ownsize_p.h"
 
 #include <QtCore/QPointer>
@@ -16,13 +17,6 @@
 using namespace KivPrivate;
 
 namespace {
-
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::EnabledChange,
-    QEvent::ContentsRectChange,
-    QEvent::PolishRequest,
-    QEvent::UpdateRequest,
-};
 
 /// Free pixels beside the tab and above it.
 constexpr int tabMargin = 12;
@@ -61,7 +55,7 @@ MetroNavdrawer::MetroNavdrawer(QWidget *parent)
 {
     setState(open);
     ImageTab = QPixmap(QStringLiteral(":/Images/linguetta-navdrawer.png"));
-    background = QColor(167, 167, 167, 255);
+    background = QColor(lightGrey);
     repaintSchedule(&image);
 }
 
@@ -152,12 +146,11 @@ void MetroNavdrawer::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.drawImage(QRectF(image->rect()), *image, QRectF(image->rect()));
-    painter.end();
 }
 
 bool MetroNavdrawer::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents)) {
+    if (isOneOf(event, unsizedBoxDropEvents)) {
         repaintSchedule(&image);
         absorbUpdateRequests(this, event);
     }

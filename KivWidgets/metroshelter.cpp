@@ -1,9 +1,12 @@
 #include "metroshelter.h"
 
+#include "assign_p.h"
 #include "cachedimage_p.h"
 #include "elementstate_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "iconpainting_p.h"
+#include "stretching_p.h"
 #include "text_p.h"
 
 #include <QtGui/QFontMetrics>
@@ -16,19 +19,15 @@ using namespace KivPrivate;
 
 namespace {
 
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::Resize,        QEvent::EnabledChange, QEvent::ChildRemoved,
-    QEvent::PolishRequest, QEvent::UpdateRequest,
-};
-
 /// Width at the right edge that is kept for the LED.
 constexpr int ledColumn = 29;
 
-/// The middles of the LED pictures' names, by element state; none for the unknown state.
+/// The ends of the LED pictures' names, by operating state; none for the unknown state.
 constexpr const char *elementNames[] = {
     nullptr,         "Stand-by", "Precharge",      "Calibration",
     "WaitVbatReady", "ON",       "BatteryWorking", "OnBypass",
 };
+static_assert(std::size(elementNames) == operatingStateCount, "one name for each state");
 
 /// What an alarm state shows.
 struct AlarmLook
@@ -39,6 +38,7 @@ struct AlarmLook
     const char *elementMessage; ///< for an unforeseen element state
 };
 
+/// By alarm state.
 constexpr AlarmLook alarmLooks[] = {
     {"COMMLOST", false, true, nullptr},
     {"OK", true, true, "Caso elemSt di noneAlarm non previsto:0x%02X\n"},
@@ -47,6 +47,7 @@ constexpr AlarmLook alarmLooks[] = {
     {"FAULT", true, false, "Caso elemSt di faultAlarm non previsto:0x%02X\n"},
     {"LOCK", false, true, nullptr},
 };
+static_assert(std::size(alarmLooks) == alarmStateCount, "one look for each state");
 
 QPixmap led(const QString &name)
 {
@@ -65,9 +66,10 @@ QPixmap ledOf(elemDesc_t state, SourcePlace place)
     const QString name = QLatin1String(look.led);
     if (!look.byElement)
         return led(name);
-    if (state.elemSt == ElementUnknown && look.knowsUnknownElement)
+    const bool unknown = isState(state.elemSt, OperatingState::Unknown);
+    if (unknown && look.knowsUnknownElement)
         return led(lost);
-    if (state.elemSt == ElementUnknown || state.elemSt >= std::size(elementNames)) {
+    if (unknown || state.elemSt >= std::size(elementNames)) {
         QT_WARNING_PUSH
         QT_WARNING_DISABLE_GCC("-Wformat-nonliteral")
         QT_WARNING_DISABLE_CLANG("-Wformat-nonliteral")
@@ -183,7 +185,7 @@ void MetroShelter::repaintSchedule(QImage **cached)
 
 bool MetroShelter::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents)) {
+    if (isOneOf(event, sizedDropEvents)) {
         repaintSchedule(&image);
         absorbUpdateRequests(this, event);
     }

@@ -2,23 +2,12 @@
 
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "ownsize_p.h"
 
 #include <QtGui/QImage>
 
 using namespace KivPrivate;
-
-namespace {
-
-/// A resize is not among them: the size is the picture's.
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::ChildRemoved,
-    QEvent::EnabledChange,
-    QEvent::PolishRequest,
-    QEvent::UpdateRequest,
-};
-
-} // namespace
 
 MetroStatusbar::MetroStatusbar(QWidget *parent)
     : QFrame(parent)
@@ -72,7 +61,7 @@ bool MetroStatusbar::event(QEvent *event)
         resizeToOwn(this, background.size());
         return true;
     }
-    if (isOneOf(event, dropEvents)) {
+    if (isOneOf(event, unsizedDropEvents)) {
         repaintSchedule(&image);
         absorbUpdateRequests(this, event);
     }

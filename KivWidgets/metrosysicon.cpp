@@ -1,7 +1,9 @@
 #include "metrosysicon.h"
 
+#include "assign_p.h"
 #include "cachedimage_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "iconpainting_p.h"
 #include "ownsize_p.h"
 
@@ -15,11 +17,6 @@
 using namespace KivPrivate;
 
 namespace {
-
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::EnabledChange, QEvent::Resize,        QEvent::ChildRemoved,
-    QEvent::PolishRequest, QEvent::UpdateRequest,
-};
 
 /// An icon's extent with the border on both sides, held within what a widget can have.
 int framedExtent(int iconExtent, int border)
@@ -130,7 +127,7 @@ void MetroSysIcon::paintEvent(QPaintEvent *)
 
 bool MetroSysIcon::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents)) {
+    if (isOneOf(event, sizedDropEvents)) {
         fitToIcon();
         repaintSchedule(&image);
         absorbUpdateRequests(this, event);
@@ -139,7 +136,7 @@ bool MetroSysIcon::event(QEvent *event)
             fitToIcon();
             repaintSchedule(&image);
         }
-    } else if (isOneOf(event, {QEvent::Enter, QEvent::Leave})) {
+    } else if (isOneOf(event, hoverEvents)) {
         hover = event->type() == QEvent::Enter;
         repaintSchedule(&image);
         // A slot on the signals may delete the button.

@@ -3,7 +3,7 @@
 #include "cachedimage_p.h"
 #include "elementstate_p.h"
 #include "errorline_p.h"
-#include "icongrowth_p.h"
+#include "events_p.h"
 #include "iconpainting_p.h"
 
 #include <QtGui/QIcon>
@@ -15,14 +15,6 @@ using namespace KivPrivate;
 
 namespace {
 
-/// A plain resize is not among them.
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::ChildRemoved,
-    QEvent::EnabledChange,
-    QEvent::PolishRequest,
-    QEvent::UpdateRequest,
-};
-
 /// Where the LED goes, whatever the tab's size.
 constexpr QRect ledRect(4, 39, 21, 21);
 
@@ -30,6 +22,7 @@ constexpr QRect ledRect(4, 39, 21, 21);
 constexpr const char *ledNames[] = {
     "COMMLOST", nullptr, "WARNING-ON", "WARNING-ON", "FAULT-ON", "LOCK",
 };
+static_assert(std::size(ledNames) == alarmStateCount, "one name for each state");
 
 QPixmap ledOf(elemDesc_t state)
 {
@@ -103,8 +96,8 @@ void MetroTabicon::repaintSchedule(QImage **cached)
 
 bool MetroTabicon::event(QEvent *event)
 {
-    const bool mayGrow = isOneOf(event, {QEvent::Paint, QEvent::Resize});
-    if ((mayGrow && growToIcon(this)) || isOneOf(event, dropEvents)) {
+    const bool mayGrow = isOneOf(event, growEvents);
+    if ((mayGrow && growToIcon(this)) || isOneOf(event, unsizedDropEvents)) {
         dropBoth();
         absorbUpdateRequests(this, event);
     }

@@ -1,6 +1,9 @@
 #include "metroxbar.h"
 
+#include "assign_p.h"
+#include "elementstate_p.h"
 #include "errorline_p.h"
+#include "events_p.h"
 #include "gaugelayers_p.h"
 
 #include <QtGui/QImage>
@@ -12,15 +15,8 @@ using namespace KivPrivate;
 
 namespace {
 
-constexpr std::initializer_list<QEvent::Type> dropEvents = {
-    QEvent::Paint,         QEvent::Resize,        QEvent::ChildRemoved,
-    QEvent::PolishRequest, QEvent::UpdateRequest, QEvent::EnabledChange,
-};
-
 /// Room is kept for the text of this value.
 constexpr int widestValue = 138;
-
-constexpr QRgb lightBlue = qRgb(0, 174, 240);
 
 QString textOf(int value, const QString &unit)
 {
@@ -32,8 +28,8 @@ QString textOf(int value, const QString &unit)
 MetroXbar::MetroXbar(QWidget *parent)
     : QWidget(parent)
     , MetroStyle(this)
-    , foregroundcolor(0, 174, 240, 255)
-    , backgroundcolor(167, 167, 167, 255)
+    , foregroundcolor(lightBlue)
+    , backgroundcolor(lightGrey)
     , value(35)
     , maxValue(300)
     , minValue(0)
@@ -49,7 +45,7 @@ MetroXbar::MetroXbar(QWidget *parent)
 
 MetroXbar::~MetroXbar()
 {
-    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+    for (QImage **layer : layers())
         MetroStyle::repaintSchedule(layer);
 }
 
@@ -121,11 +117,11 @@ void MetroXbar::setMeasure(const QString &unit)
 
 bool MetroXbar::event(QEvent *event)
 {
-    if (isOneOf(event, dropEvents)) {
+    if (isOneOf(event, paintedDropEvents)) {
         measureBar(measure);
         if (event->type() == QEvent::Paint) {
             // Scheduling from a paint would repaint for ever, so the layers are only dropped.
-            for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+            for (QImage **layer : layers())
                 MetroStyle::repaintSchedule(layer);
         } else {
             dropAll();
@@ -217,8 +213,13 @@ void MetroXbar::measureBar(const QString &unit)
     barWidth = barWidthBeside(width(), font(), textOf(widestValue, unit));
 }
 
+std::array<QImage **, 3> MetroXbar::layers()
+{
+    return {&Image, &ImageBG, &ImageFG};
+}
+
 void MetroXbar::dropAll()
 {
-    for (QImage **layer : {&Image, &ImageBG, &ImageFG})
+    for (QImage **layer : layers())
         repaintSchedule(layer);
 }

@@ -6,6 +6,8 @@
 #include <QtCore/QString>
 #include <QtWidgets/QWidget>
 
+#include <array>
+
 /// A horizontal bar gauge for a whole number with a unit: a bar with ten divisions, filled from the
 /// left in light blue between a minimum and a maximum, with number and unit written beside it.
 ///
@@ -80,5 +82,6 @@ protected:
 
 private:
     Q_DECL_HIDDEN void measureBar(const QString &unit);
+    Q_DECL_HIDDEN std::array<QImage **, 3> layers();
     Q_DECL_HIDDEN void dropAll();
 };

@@ -1,8 +1,8 @@
 #include "simpleslideswitch.h"
 
-#include "cachedimage_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
+#include "stretching_p.h"
 #include "text_p.h"
 
 #include <QtCore/QPointer>

@@ -1,13 +1,15 @@
 #include "slideswitch.h"
 
-#include "cachedimage_p.h"
+#include "assign_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
+#include "stretching_p.h"
 #include "text_p.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
 
 using namespace KivPrivate;
 

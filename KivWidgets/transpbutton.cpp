@@ -1,12 +1,13 @@
 #include "transpbutton.h"
 
-#include "cachedimage_p.h"
-#include "icongrowth_p.h"
+#include "assign_p.h"
+#include "events_p.h"
 #include "iconpainting_p.h"
 #include "text_p.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QFontMetrics>
+#include <QtGui/QPainter>
 
 using namespace KivPrivate;
 
@@ -31,10 +32,10 @@ void TranspButton::setPosLabel(const QPoint &newPosLabel)
 
 bool TranspButton::event(QEvent *event)
 {
-    if (isOneOf(event, {QEvent::Paint, QEvent::Resize}) && growToIcon(this))
+    if (isOneOf(event, growEvents) && growToIcon(this))
         return false;
 
-    if (isOneOf(event, {QEvent::Enter, QEvent::Leave})) {
+    if (isOneOf(event, hoverEvents)) {
         // A slot on the signals may delete the button.
         const QPointer<TranspButton> self(this);
         hover = event->type() == QEvent::Enter;

@@ -1,13 +1,12 @@
 #include "changewatcher.h"
 
-#include "widgetinterface.h"
-
 #include <QtCore/QEvent>
 #include <QtCore/QMetaObject>
 #include <QtCore/QPointer>
 #include <QtWidgets/QStackedWidget>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -20,13 +19,14 @@ bool differ(std::optional<double> before, std::optional<double> now)
 
 } // namespace
 
-ChangeWatcher::ChangeWatcher(WidgetInterface *watched)
-    : interface(watched)
-    , last(watched->announcement())
+ChangeWatcher::ChangeWatcher(QObject *watched, Source source)
+    : widget(watched)
+    , announcement(std::move(source))
+    , last(announcement().value_or(Announcement()))
 {
-    interface->object()->installEventFilter(this);
+    widget->installEventFilter(this);
     // A stack whose page covers it is not painted for another page.
-    if (auto *stack = qobject_cast<QStackedWidget *>(interface->object()))
+    if (auto *stack = qobject_cast<QStackedWidget *>(widget))
         connect(stack, &QStackedWidget::currentChanged, this, &ChangeWatcher::compareLater);
 }
 
@@ -49,11 +49,13 @@ bool ChangeWatcher::eventFilter(QObject *, QEvent *event)
 void ChangeWatcher::compare()
 {
     waiting = false;
-    if (!interface->isValid())
+    const std::optional<Announcement> current = announcement();
+    if (!current)
         return;
-    QObject *widget = interface->object();
+    // This watcher may not live to the end.
+    QObject *const changedWidget = widget;
     const Announcement before = last;
-    const Announcement now = interface->announcement();
+    const Announcement now = *current;
     last = now;
 
     QAccessible::State changed;
@@ -63,22 +65,22 @@ void ChangeWatcher::compare()
     changed.collapsed = now.state.collapsed != before.state.collapsed;
 
     // Who is told may delete the widget, and this watcher with it.
-    const QPointer<QObject> alive(widget);
+    const QPointer<QObject> alive(changedWidget);
     const auto announce = [&alive](QAccessibleEvent &&event) {
         QAccessible::updateAccessibility(&event);
         return !alive.isNull();
     };
-    if (now.label != before.label && !announce({widget, QAccessible::NameChanged}))
+    if (now.label != before.label && !announce({changedWidget, QAccessible::NameChanged}))
         return;
-    if (now.status != before.status && !announce({widget, QAccessible::DescriptionChanged}))
+    if (now.status != before.status && !announce({changedWidget, QAccessible::DescriptionChanged}))
         return;
     if (differ(before.value, now.value) &&
-        !announce(QAccessibleValueChangeEvent(widget, now.value.value_or(0.0))))
+        !announce(QAccessibleValueChangeEvent(changedWidget, now.value.value_or(0.0))))
         return;
     const bool anyState =
         changed.selected || changed.checkStateMixed || changed.expanded || changed.collapsed;
-    if (anyState && !announce(QAccessibleStateChangeEvent(widget, changed)))
+    if (anyState && !announce(QAccessibleStateChangeEvent(changedWidget, changed)))
         return;
     if (changed.selected && now.state.selected)
-        announce({widget, QAccessible::Selection});
+        announce({changedWidget, QAccessible::Selection});
 }

@@ -1,29 +1,20 @@
 #pragma once
 
+#include "announcement.h"
+
 #include <QtCore/QObject>
-#include <QtCore/QString>
-#include <QtGui/QAccessible>
 
-#include <optional>
-
-class WidgetInterface;
-
-/// What a widget says that can change without a word from Qt.
-struct Announcement
-{
-    QString label;               ///< a name that the widget itself shows
-    QString status;              ///< what it shows in words
-    std::optional<double> value; ///< of a gauge
-    QAccessible::State state;    ///< only the bits that Qt does not announce
-};
+#include <functional>
 
 /// Announces changes of what a widget says. The widgets send no such notes, but whatever they show
 /// anew they paint, so what they say is compared after each paint.
 class ChangeWatcher : public QObject
 {
 public:
-    /// Belongs to @p watched, which must be complete.
-    explicit ChangeWatcher(WidgetInterface *watched);
+    /// Watches @p widget, about which @p announcement is asked from now on: what it says, or
+    /// nothing while it is being deleted.
+    using Source = std::function<std::optional<Announcement>()>;
+    ChangeWatcher(QObject *widget, Source announcement);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -33,7 +24,8 @@ private:
     void compareLater();
     void compare();
 
-    WidgetInterface *interface;
+    QObject *widget;
+    Source announcement;
     Announcement last;
     bool waiting = false;
 };

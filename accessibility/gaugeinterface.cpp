@@ -1,11 +1,10 @@
 #include "gaugeinterface.h"
 
-#include "../KivWidgets/valueformat_p.h"
-
 #include <aerolinebar.h>
 #include <metrocirclerate.h>
 #include <metrolinerate.h>
 #include <metroxbar.h>
+#include <valueformat_p.h>
 
 using KivPrivate::formatValue;
 

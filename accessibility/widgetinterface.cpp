@@ -1,5 +1,7 @@
 #include "widgetinterface.h"
 
+#include "changewatcher.h"
+
 #include <QtGui/QTextDocument>
 #include <QtGui/QTextDocumentFragment>
 #include <QtWidgets/QWidget>
@@ -25,7 +27,8 @@ WidgetInterface::~WidgetInterface() = default;
 
 void WidgetInterface::watch()
 {
-    watcher = std::make_unique<ChangeWatcher>(this);
+    watcher = std::make_unique<ChangeWatcher>(
+        object(), [this] { return isValid() ? std::make_optional(announcement()) : std::nullopt; });
 }
 
 Announcement WidgetInterface::announcement() const

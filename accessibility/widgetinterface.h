@@ -1,10 +1,12 @@
 #pragma once
 
-#include "changewatcher.h"
+#include "announcement.h"
 
 #include <QtWidgets/QAccessibleWidget>
 
 #include <memory>
+
+class ChangeWatcher;
 
 /// What the interfaces of all widgets share: name, description, and the notes on changes.
 ///

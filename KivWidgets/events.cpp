@@ -1,5 +1,6 @@
-#include "boxtoggle_p.h"
+#include "events_p.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
 #include <QtWidgets/QGroupBox>
 
@@ -10,6 +11,17 @@ namespace {
 constexpr QPointF outside(-QWIDGETSIZE_MAX, -QWIDGETSIZE_MAX);
 
 } // namespace
+
+void postUpdateRequest(QObject *receiver)
+{
+    QCoreApplication::postEvent(receiver, new QEvent(QEvent::UpdateRequest));
+}
+
+void absorbUpdateRequests(QWidget *widget, const QEvent *event)
+{
+    if (event->type() == QEvent::UpdateRequest && widget->isWindow())
+        QCoreApplication::removePostedEvents(widget, QEvent::UpdateRequest);
+}
 
 void toggleOnLeftPress(QGroupBox *box, QMouseEvent *event)
 {
