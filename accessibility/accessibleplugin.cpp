@@ -3,47 +3,13 @@
 #include "boxinterfaces.h"
 #include "buttoninterfaces.h"
 #include "gaugeinterface.h"
+#include "widgetcatalogue.h"
 
-#include <aerobutton.h>
-#include <aerogroupbox.h>
-#include <aerolinebar.h>
-#include <aerostatusbar.h>
-#include <aeroswitch.h>
-#include <metrobatticon.h>
-#include <metrocirclerate.h>
-#include <metrolinerate.h>
 #include <metronavdrawer.h>
-#include <metroshelter.h>
-#include <metrostatusbar.h>
-#include <metrosysicon.h>
-#include <metrotabicon.h>
-#include <metroxbar.h>
-#include <rotatestackedwidget.h>
 #include <simpleslideswitch.h>
 #include <slideswitch.h>
-#include <transpbutton.h>
 
 namespace {
-
-WidgetInterface *pushButton(QWidget *widget)
-{
-    return new ButtonInterface(widget, QAccessible::Button);
-}
-
-WidgetInterface *checkBox(QWidget *widget)
-{
-    return new ButtonInterface(widget, QAccessible::CheckBox);
-}
-
-WidgetInterface *bar(QWidget *widget)
-{
-    return new GaugeInterface(widget, QAccessible::ProgressBar);
-}
-
-WidgetInterface *dial(QWidget *widget)
-{
-    return new GaugeInterface(widget, QAccessible::Dial);
-}
 
 template <typename Interface>
 WidgetInterface *create(QWidget *widget)
@@ -51,46 +17,56 @@ WidgetInterface *create(QWidget *widget)
     return new Interface(widget);
 }
 
-struct Maker
+/// The classes with an interface of their own; the others' follows from their role.
+const struct
 {
     const QMetaObject &widgetClass;
     WidgetInterface *(*create)(QWidget *widget);
-};
-
-const Maker makers[] = {
-    {AeroButton::staticMetaObject, pushButton},
-    {AeroSwitch::staticMetaObject, checkBox},
-    {TranspButton::staticMetaObject, pushButton},
-    {AeroStatusbar::staticMetaObject, create<StripInterface>},
-    {AeroGroupbox::staticMetaObject, create<GroupInterface>},
-    {AeroLinebar::staticMetaObject, bar},
-    {MetroSysIcon::staticMetaObject, create<StateButtonInterface>},
-    {MetroBattIcon::staticMetaObject, create<StateButtonInterface>},
-    {MetroShelter::staticMetaObject, create<StateButtonInterface>},
-    {MetroTabicon::staticMetaObject, create<TabInterface>},
-    {MetroStatusbar::staticMetaObject, create<StripInterface>},
+} ownInterfaces[] = {
     {MetroNavdrawer::staticMetaObject, create<DrawerInterface>},
-    {MetroLinerate::staticMetaObject, bar},
-    {MetroCirclerate::staticMetaObject, dial},
-    {MetroXbar::staticMetaObject, bar},
     {SlideSwitch::staticMetaObject, create<SlideSwitchInterface>},
     {SimpleSlideSwitch::staticMetaObject, create<SimpleSlideSwitchInterface>},
-    {RotateStackedWidget::staticMetaObject, create<StackInterface>},
 };
+
+WidgetInterface *createFor(const WidgetDescription &description, QWidget *widget)
+{
+    for (const auto &[widgetClass, create] : ownInterfaces) {
+        if (description.metaObject == &widgetClass)
+            return create(widget);
+    }
+    switch (description.role) {
+    case QAccessible::Button:
+        if (description.setState)
+            return new StateButtonInterface(widget);
+        return new ButtonInterface(widget, description.role);
+    case QAccessible::CheckBox:
+        return new ButtonInterface(widget, description.role);
+    case QAccessible::PageTab:
+        return new TabInterface(widget);
+    case QAccessible::ProgressBar:
+    case QAccessible::Dial:
+        return new GaugeInterface(widget, description.role);
+    case QAccessible::StatusBar:
+        return new StripInterface(widget);
+    case QAccessible::Grouping:
+        return new GroupInterface(widget);
+    case QAccessible::LayeredPane:
+        return new StackInterface(widget);
+    default:
+        return nullptr;
+    }
+}
 
 } // namespace
 
 QAccessibleInterface *AccessiblePlugin::create(const QString &key, QObject *object)
 {
-    for (const Maker &maker : makers) {
-        if (key != QLatin1String(maker.widgetClass.className()))
-            continue;
-        QObject *widget = maker.widgetClass.cast(object);
-        if (!widget)
-            return nullptr;
-        WidgetInterface *made = maker.create(static_cast<QWidget *>(widget));
+    const WidgetDescription *description = findWidget(key);
+    QObject *widget = description ? description->metaObject->cast(object) : nullptr;
+    if (!widget)
+        return nullptr;
+    WidgetInterface *made = createFor(*description, static_cast<QWidget *>(widget));
+    if (made)
         made->watch();
-        return made;
-    }
-    return nullptr;
+    return made;
 }

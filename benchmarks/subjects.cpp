@@ -1,5 +1,6 @@
 #include "minimal.h"
 #include "subject.h"
+#include "widgetcatalogue.h"
 
 #include <aerobutton.h>
 #include <aerogroupbox.h>
@@ -210,45 +211,85 @@ QWidget *qwtThermo(QWidget *parent)
 }
 #endif
 
+constexpr auto library = Subject::Library;
+constexpr auto peer = Subject::Peer;
+constexpr auto minimal = Subject::Minimal;
+
+// clang-format off
+/// What the widgets are measured with where a plain one of the catalogue is not what a console shows.
+const Subject ownSubjects[] = {
+    {"AeroButton", library, {100, 32}, button<AeroButton, 0>, changeText<AeroButton>},
+    {"AeroSwitch", library, {100, 32}, lightSwitch, toggle<AeroSwitch>},
+    {"TranspButton", library, {80, 60}, button<TranspButton, 24>, changeText<TranspButton>},
+    {"AeroStatusbar", library, {300, 40}, plain<AeroStatusbar>, changeStripColor},
+    {"AeroGroupbox", library, {200, 120}, glassBox, changeTitle<AeroGroupbox>},
+    {"MetroSysIcon", library, {52, 52}, icon<MetroSysIcon, 32>, changeState<MetroSysIcon>},
+    {"MetroBattIcon", library, {72, 72}, plain<MetroBattIcon>, changeState<MetroBattIcon>},
+    {"MetroShelter", library, {140, 44}, button<MetroShelter, 0>, changeState<MetroShelter>},
+    {"MetroTabicon", library, {64, 64}, icon<MetroTabicon, 32>, changeState<MetroTabicon>},
+    {"MetroStatusbar", library, {800, 42}, plain<MetroStatusbar>, changeState<MetroStatusbar>},
+    {"MetroNavdrawer", library, {200, 90}, plain<MetroNavdrawer>, changeState<MetroNavdrawer>},
+    {"SlideSwitch", library, {190, 60}, plain<SlideSwitch>, toggle<SlideSwitch>},
+    {"SimpleSlideSwitch", library, {78, 27}, plain<SimpleSlideSwitch>, toggle<SimpleSlideSwitch>},
+    {"RotateStackedWidget", library, {200, 120}, stack, changePage},
+    {"AeroLinebar", library, {200, 40}, lineBar, changeValue<AeroLinebar>},
+    {"MetroCirclerate", library, {76, 51}, plain<MetroCirclerate>, changeValue<MetroCirclerate>},
+    {"MetroLinerate", library, {200, 40}, plain<MetroLinerate>, changeValue<MetroLinerate>},
+    {"MetroXbar", library, {200, 40}, plain<MetroXbar>, changeValue<MetroXbar>},
+};
+
+const Subject others[] = {
+    {"MinimalGauge", minimal, {76, 51}, plain<MinimalGauge>, changeValue<MinimalGauge>},
+    {"QPushButton", peer, {100, 32}, pushButton, changeText<QPushButton>},
+    {"QToolButton", peer, {52, 52}, toolButton, changeIcon},
+    {"QGroupBox", peer, {200, 120}, groupBox, changeTitle<QGroupBox>},
+    {"QSlider", peer, {200, 40}, slider, changeValue<QSlider>},
+    {"QDial", peer, {76, 51}, range<QDial>, changeValue<QDial>},
+    {"QProgressBar", peer, {200, 40}, range<QProgressBar>, changeValue<QProgressBar>},
+#ifdef KIV_HAS_QWT
+    {"QwtDial", peer, {76, 51}, qwtDial, changeValue<QwtDial>},
+    {"QwtThermo", peer, {200, 40}, qwtThermo, changeValue<QwtThermo>},
+#endif
+};
+// clang-format on
+
+/// Changes what a console changes most, for a widget without a subject of its own.
+void changeAnything(QWidget *widget, int step)
+{
+    const WidgetDescription *description =
+        findWidget(QString::fromLatin1(widget->metaObject()->className()));
+    if (description && description->setState) {
+        description->setState(widget, states[step % 2]);
+        return;
+    }
+    if (widget->property("value").isValid())
+        widget->setProperty("value", percentOf(step));
+    else if (description && description->label.property)
+        widget->setProperty(description->label.property, labelOf(step));
+    else
+        widget->setEnabled(step % 2 == 0);
+}
+
+Subject subjectOf(const WidgetDescription &description)
+{
+    for (const Subject &subject : ownSubjects) {
+        if (qstrcmp(subject.name, description.className) == 0)
+            return subject;
+    }
+    return {description.className, library, description.size, description.create, changeAnything};
+}
+
 } // namespace
 
 const QVector<Subject> &subjects()
 {
-    constexpr auto library = Subject::Library;
-    constexpr auto peer = Subject::Peer;
-    constexpr auto minimal = Subject::Minimal;
-    // clang-format off
-    static const QVector<Subject> all = {
-        {"AeroButton", library, {100, 32}, button<AeroButton, 0>, changeText<AeroButton>},
-        {"AeroSwitch", library, {100, 32}, lightSwitch, toggle<AeroSwitch>},
-        {"TranspButton", library, {80, 60}, button<TranspButton, 24>, changeText<TranspButton>},
-        {"AeroStatusbar", library, {300, 40}, plain<AeroStatusbar>, changeStripColor},
-        {"AeroGroupbox", library, {200, 120}, glassBox, changeTitle<AeroGroupbox>},
-        {"MetroSysIcon", library, {52, 52}, icon<MetroSysIcon, 32>, changeState<MetroSysIcon>},
-        {"MetroBattIcon", library, {72, 72}, plain<MetroBattIcon>, changeState<MetroBattIcon>},
-        {"MetroShelter", library, {140, 44}, button<MetroShelter, 0>, changeState<MetroShelter>},
-        {"MetroTabicon", library, {64, 64}, icon<MetroTabicon, 32>, changeState<MetroTabicon>},
-        {"MetroStatusbar", library, {800, 42}, plain<MetroStatusbar>, changeState<MetroStatusbar>},
-        {"MetroNavdrawer", library, {200, 90}, plain<MetroNavdrawer>, changeState<MetroNavdrawer>},
-        {"SlideSwitch", library, {190, 60}, plain<SlideSwitch>, toggle<SlideSwitch>},
-        {"SimpleSlideSwitch", library, {78, 27}, plain<SimpleSlideSwitch>, toggle<SimpleSlideSwitch>},
-        {"RotateStackedWidget", library, {200, 120}, stack, changePage},
-        {"AeroLinebar", library, {200, 40}, lineBar, changeValue<AeroLinebar>},
-        {"MetroCirclerate", library, {76, 51}, plain<MetroCirclerate>, changeValue<MetroCirclerate>},
-        {"MetroLinerate", library, {200, 40}, plain<MetroLinerate>, changeValue<MetroLinerate>},
-        {"MetroXbar", library, {200, 40}, plain<MetroXbar>, changeValue<MetroXbar>},
-        {"MinimalGauge", minimal, {76, 51}, plain<MinimalGauge>, changeValue<MinimalGauge>},
-        {"QPushButton", peer, {100, 32}, pushButton, changeText<QPushButton>},
-        {"QToolButton", peer, {52, 52}, toolButton, changeIcon},
-        {"QGroupBox", peer, {200, 120}, groupBox, changeTitle<QGroupBox>},
-        {"QSlider", peer, {200, 40}, slider, changeValue<QSlider>},
-        {"QDial", peer, {76, 51}, range<QDial>, changeValue<QDial>},
-        {"QProgressBar", peer, {200, 40}, range<QProgressBar>, changeValue<QProgressBar>},
-#ifdef KIV_HAS_QWT
-        {"QwtDial", peer, {76, 51}, qwtDial, changeValue<QwtDial>},
-        {"QwtThermo", peer, {200, 40}, qwtThermo, changeValue<QwtThermo>},
-#endif
-    };
-    // clang-format on
+    static const QVector<Subject> all = [] {
+        QVector<Subject> each;
+        for (const WidgetDescription &description : widgetCatalogue())
+            each.append(subjectOf(description));
+        for (const Subject &other : others)
+            each.append(other);
+        return each;
+    }();
     return all;
 }

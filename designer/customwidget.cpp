@@ -1,10 +1,6 @@
 #include "customwidget.h"
 
-#include "formtraits.h"
-
 #include <QtWidgets/QWidget>
-
-#include <memory>
 
 CustomWidget::CustomWidget(const WidgetDescription &shown, QObject *parent)
     : QObject(parent)
@@ -37,7 +33,7 @@ QString CustomWidget::toolTip() const
 QString CustomWidget::whatsThis() const
 {
     return QStringLiteral("<b>%1</b><p>%2.</p><p>%3</p>")
-        .arg(name(), toolTip(), QLatin1String(formTraits(name()).use));
+        .arg(name(), toolTip(), QLatin1String(description.use));
 }
 
 QString CustomWidget::includeFile() const
@@ -70,23 +66,26 @@ QString CustomWidget::domXml() const
                          .arg(QLatin1String(description.label.property),
                               QLatin1String(description.label.text));
     }
-    const FormTraits &traits = formTraits(name());
     // Without its base class a form would take each widget for a plain QWidget, and compiled forms
     // would leave the pages of a stack out.
-    const std::unique_ptr<const QWidget> widget(description.create(nullptr));
     const QString objectName = name().at(0).toLower() + name().mid(1);
     return QStringLiteral("<ui language=\"c++\">"
                           "<widget class=\"%1\" name=\"%2\">"
                           "<property name=\"geometry\">"
                           "<rect><x>0</x><y>0</y><width>%3</width><height>%4</height></rect>"
-                          "</property>%5%6</widget>"
+                          "</property>"
+                          "<property name=\"minimumSize\">"
+                          "<size><width>%5</width><height>%6</height></size>"
+                          "</property>%7%8</widget>"
                           "<customwidgets><customwidget>"
-                          "<class>%1</class><extends>%7</extends>%8"
+                          "<class>%1</class><extends>%9</extends>%10"
                           "</customwidget></customwidgets></ui>")
         .arg(name(), objectName)
         .arg(description.size.width())
         .arg(description.size.height())
-        .arg(properties, QLatin1String(traits.contents),
-             QLatin1String(widget->metaObject()->superClass()->className()),
-             QLatin1String(traits.hints));
+        .arg(description.minimumSize.width())
+        .arg(description.minimumSize.height())
+        .arg(properties, QLatin1String(description.formContents),
+             QLatin1String(description.metaObject->superClass()->className()),
+             QLatin1String(description.formHints));
 }

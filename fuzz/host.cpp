@@ -58,7 +58,7 @@ private:
 
 /// A child that answers to a new size by deleting one of its siblings, as long as the library gives
 /// it. Qt itself, showing or laying out children, needs them all.
-class Vandal : public QWidget
+class DeletingChild : public QWidget
 {
 public:
     using QWidget::QWidget;
@@ -78,11 +78,11 @@ protected:
     }
 };
 
-int Vandal::awake = 0;
+int DeletingChild::awake = 0;
 
-[[gnu::format(printf, 1, 2)]] void tell(const char *format, ...)
+[[gnu::format(printf, 1, 2)]] void trace(const char *format, ...)
 {
-    if (!Host::tells)
+    if (!Host::traces)
         return;
     va_list arguments;
     va_start(arguments, format);
@@ -137,7 +137,7 @@ void StepDriver::step(int msecs)
     advanceAnimation();
 }
 
-bool Host::tells = false;
+bool Host::traces = false;
 
 Host::Host(const Subject &subjectClass, Bytes input)
     : subject(subjectClass)
@@ -183,7 +183,7 @@ void Host::build()
     // Most inputs begin as most hosts do: with a shown widget inside a window.
     const bool shown = kind < 224;
     const bool inside = kind % 16 != 15;
-    tell("build %s %s", inside ? "inside a window" : "on its own", shown ? "shown" : "hidden");
+    trace("build %s %s", inside ? "inside a window" : "on its own", shown ? "shown" : "hidden");
     widget = subject.make(inside ? window.data() : nullptr);
     paintedAside = false;
     widget->installEventFilter(this);
@@ -238,7 +238,7 @@ void Host::react(Slot slot)
     if (reactions == 0 || depth > 3)
         return;
     --reactions;
-    tell("in a slot:");
+    trace("in a slot:");
     ++depth;
     const bool mustKeep = slot == Slot::MustKeep;
     keepers += mustKeep;
@@ -246,7 +246,7 @@ void Host::react(Slot slot)
         act();
     keepers -= mustKeep;
     --depth;
-    tell("end of the slot");
+    trace("end of the slot");
 }
 
 void Host::act()
@@ -308,10 +308,10 @@ void Host::writeProperty()
     const QVariant value = someValue(property, bytes);
     if (!value.isValid())
         return;
-    tell("write %s = %s", property.name(), qPrintable(value.toString()));
+    trace("write %s = %s", property.name(), qPrintable(value.toString()));
     {
         int others = 0;
-        const Keeper awake(index >= meta->propertyOffset() ? Vandal::awake : others);
+        const Keeper awake(index >= meta->propertyOffset() ? DeletingChild::awake : others);
         property.write(widget, value);
     }
     if (widget && !value.isNull())
@@ -320,16 +320,16 @@ void Host::writeProperty()
 
 void Host::callMethod()
 {
-    tell("call a method");
+    trace("call a method");
     paintedAside = true;
-    const Keeper awake(Vandal::awake);
+    const Keeper awake(DeletingChild::awake);
     subject.call(widget, bytes);
 }
 
 void Host::resizeWidget()
 {
     const QSize size = someWidgetSize(bytes);
-    tell("resize to %dx%d", size.width(), size.height());
+    trace("resize to %dx%d", size.width(), size.height());
     switch (bytes.below(4)) {
     case 0:
         widget->setFixedSize(size);
@@ -345,7 +345,7 @@ void Host::resizeWidget()
 
 void Host::send(QEvent *event)
 {
-    tell("send event %d", int(event->type()));
+    trace("send event %d", int(event->type()));
     QCoreApplication::sendEvent(widget, event);
 }
 
@@ -395,7 +395,7 @@ void Host::sendPlainEvent()
     };
     QEvent event(bytes.oneOf(types));
     if (bytes.flag()) {
-        tell("post event %d", int(event.type()));
+        trace("post event %d", int(event.type()));
         QCoreApplication::postEvent(widget, new QEvent(event));
         return;
     }
@@ -451,7 +451,7 @@ void Host::sendDataEvent()
         break;
     }
     case 9:
-        tell("dynamic property");
+        trace("dynamic property");
         widget->setProperty("fuzzed", bytes.byte());
         break;
     case 10: {
@@ -531,7 +531,7 @@ void Host::useMouse()
             held |= button;
         else if (type == QEvent::MouseButtonRelease)
             held &= ~Qt::MouseButtons(button);
-        tell("mouse %d at %g,%g button %d", int(type), place.x(), place.y(), int(button));
+        trace("mouse %d at %g,%g button %d", int(type), place.x(), place.y(), int(button));
         QMouseEvent event(type, place, place, place,
                           type == QEvent::MouseMove ? Qt::NoButton : button, held, Qt::NoModifier);
         QCoreApplication::sendEvent(widget, &event);
@@ -555,7 +555,7 @@ void Host::useKeys()
     const std::uint8_t kind = bytes.byte();
     // Moving the focus in an exclusive group, the base class goes on with the button.
     const Keeper keeper(keepers);
-    tell("key %x", unsigned(key));
+    trace("key %x", unsigned(key));
     if (kind & 1) {
         QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QString(), kind & 4);
         QCoreApplication::sendEvent(widget, &press);
@@ -572,18 +572,18 @@ void Host::changeChildren()
     const Keeper keeper(keepers);
     auto *stack = qobject_cast<QStackedWidget *>(widget);
     const int kind = bytes.below(8);
-    tell("children %d", kind);
+    trace("children %d", kind);
     switch (kind) {
     case 0:
     case 1:
     case 2:
     case 3: {
-        // A vandal may delete it right away.
+        // A DeletingChild may delete it right away.
         QPointer<QWidget> child;
         if (kind == 0)
             child = new QLabel(someString(bytes));
         else
-            child = kind == 1 ? new Vandal : new QWidget;
+            child = kind == 1 ? new DeletingChild : new QWidget;
         if (stack)
             stack->insertWidget(bytes.below(6) - 1, child);
         else
@@ -623,7 +623,7 @@ void Host::changeChildren()
 void Host::paint()
 {
     const int kind = bytes.below(4);
-    tell("paint %d", kind);
+    trace("paint %d", kind);
     switch (kind) {
     case 0:
         widget->repaint();
@@ -643,7 +643,7 @@ void Host::deliver()
     if (keepers > 0)
         return;
     const int kind = bytes.below(3);
-    tell("deliver %d", kind);
+    trace("deliver %d", kind);
     switch (kind) {
     case 0:
         QCoreApplication::sendPostedEvents();
@@ -662,7 +662,7 @@ void Host::changeSurroundings()
     static const char *const styleSheets[] = {"", "* { border: 3px solid red }",
                                               "* { padding: 10px; font-size: 30px }", "* {"};
     const int kind = bytes.below(10);
-    tell("surroundings %d", kind);
+    trace("surroundings %d", kind);
     const Keeper keeper(keepers);
     QWidget *target = bytes.flag() && window ? window.data() : widget.data();
     switch (kind) {
@@ -712,7 +712,7 @@ void Host::changeParent()
 {
     const Keeper keeper(keepers);
     const bool inside = bytes.flag();
-    tell("parent %d", inside);
+    trace("parent %d", inside);
     widget->setParent(inside ? window.data() : nullptr);
     if (bytes.flag())
         widget->show();
@@ -725,7 +725,7 @@ void Host::passTime()
     // A started animation takes part from the next round of the event loop.
     if (keepers == 0)
         QCoreApplication::processEvents();
-    tell("%d ms pass", msecs);
+    trace("%d ms pass", msecs);
     driver.step(msecs);
 }
 
@@ -737,7 +737,7 @@ void Host::changeState()
     const elemDesc_t state{alarm < 192 ? std::uint8_t(alarm % 7) : alarm,
                            element < 192 ? std::uint8_t(element % 9) : element};
     if (auto *metro = dynamic_cast<MetroStyle *>(widget.data())) {
-        tell("state %d %d", int(state.alarmSt), int(state.elemSt));
+        trace("state %d %d", int(state.alarmSt), int(state.elemSt));
         metro->setState(state);
     }
 }
@@ -747,7 +747,7 @@ void Host::destroy()
     if (keepers > 0)
         return;
     const int kind = bytes.below(4);
-    tell("destroy %d", kind);
+    trace("destroy %d", kind);
     switch (kind) {
     case 0:
         delete widget;
@@ -769,7 +769,7 @@ void Host::destroy()
 
 void Host::addSibling()
 {
-    tell("sibling");
+    trace("sibling");
     if (!window || window->children().size() > 4)
         return;
     QWidget *sibling = subject.make(window);
@@ -820,7 +820,8 @@ void Host::settle()
         QWidget *const top = widget->window();
         const QImage screen = screenOf(top);
         if (repaintedScreenOf(top) != screen)
-            complain(subject.name, "shows something else on the screen than painted anew");
+            complain(subject.name.constData(),
+                     "shows something else on the screen than painted anew");
     }
     if (!widget)
         return;
@@ -829,7 +830,7 @@ void Host::settle()
         button->setDown(false);
     }
     if (busyRounds() > 0)
-        complain(subject.name, "repaints for ever");
+        complain(subject.name.constData(), "repaints for ever");
     if (!widget || widget->width() > 600 || widget->height() > 600)
         return;
     rendered(widget);
@@ -837,5 +838,5 @@ void Host::settle()
         return;
     const QImage first = rendered(widget);
     if (widget && rendered(widget) != first)
-        complain(subject.name, "shows two pictures of one state");
+        complain(subject.name.constData(), "shows two pictures of one state");
 }

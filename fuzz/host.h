@@ -30,8 +30,8 @@ private:
 class Host : public QObject
 {
 public:
-    /// Whether the actions are told on the standard output.
-    static bool tells;
+    /// Whether the actions are traced on the standard output.
+    static bool traces;
 
     Host(const Subject &subject, Bytes bytes);
     ~Host() override;

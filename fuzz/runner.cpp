@@ -24,8 +24,8 @@ bool prepareRun(int argc, char **argv)
     for (int i = 1; i < argc; ++i) {
         if (std::strncmp(argv[i], widgetOption, sizeof widgetOption - 1) == 0)
             name = argv[i] + sizeof widgetOption - 1;
-        else if (std::strcmp(argv[i], "--tell") == 0)
-            Host::tells = true;
+        else if (std::strcmp(argv[i], "--trace") == 0)
+            Host::traces = true;
     }
     chosen = subjectNamed(name);
     if (!chosen) {
@@ -40,7 +40,7 @@ bool prepareRun(int argc, char **argv)
     static auto *application = new QApplication(count, arguments);
     application->setQuitOnLastWindowClosed(false);
     prepareTestApplication();
-    if (!Host::tells) {
+    if (!Host::traces) {
         // Error lines are the widgets' normal answer to what comes. The sanitizers do not use the
         // stream itself, so their reports are still seen.
         if (std::FILE *nowhere = std::fopen("/dev/null", "w"))

@@ -1,6 +1,7 @@
 #include "subjects.h"
 
 #include "values.h"
+#include "widgetcatalogue.h"
 
 #include <aerobutton.h>
 #include <aerogroupbox.h>
@@ -9,13 +10,11 @@
 #include <aeroswitch.h>
 #include <metrobatticon.h>
 #include <metrocirclerate.h>
-#include <metrolinerate.h>
 #include <metronavdrawer.h>
 #include <metroshelter.h>
 #include <metrostatusbar.h>
 #include <metrosysicon.h>
 #include <metrotabicon.h>
-#include <metroxbar.h>
 #include <rotatestackedwidget.h>
 #include <simpleslideswitch.h>
 #include <slideswitch.h>
@@ -23,9 +22,6 @@
 
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
-
-#include <cstring>
-#include <type_traits>
 
 using namespace Values;
 
@@ -37,11 +33,11 @@ elemDesc_t someState(Bytes &bytes)
     return {alarm, bytes.byte()};
 }
 
-/// A painter on a picture of its own, for the public painting steps.
+/// A painter on an image of its own, for the public painting steps.
 struct Canvas
 {
-    QImage picture{60, 40, QImage::Format_ARGB32_Premultiplied};
-    QPainter painter{&picture};
+    QImage image{60, 40, QImage::Format_ARGB32_Premultiplied};
+    QPainter painter{&image};
 };
 
 void callOwn(AeroButton *button, Bytes &bytes)
@@ -209,16 +205,10 @@ void callOwn(MetroNavdrawer *drawer, Bytes &bytes)
     }
 }
 
-void callOwn(MetroLinerate *, Bytes &)
-{}
-
 void callOwn(MetroCirclerate *dial, Bytes &bytes)
 {
     dial->val2angle(someDouble(bytes));
 }
-
-void callOwn(MetroXbar *, Bytes &)
-{}
 
 void callOwn(SlideSwitch *button, Bytes &bytes)
 {
@@ -253,73 +243,84 @@ void callOwn(RotateStackedWidget *stack, Bytes &bytes)
 }
 
 template <typename Widget>
-QWidget *make(QWidget *parent)
+void callOwnOf(QWidget *widget, Bytes &bytes)
 {
-    return new Widget(parent);
+    callOwn(static_cast<Widget *>(widget), bytes);
 }
 
-template <typename Widget>
+/// The classes with public methods that neither a property nor a style base reaches.
+const struct
+{
+    const QMetaObject &widgetClass;
+    void (*callOwn)(QWidget *widget, Bytes &bytes);
+} withMethods[] = {
+    {AeroButton::staticMetaObject, callOwnOf<AeroButton>},
+    {AeroGroupbox::staticMetaObject, callOwnOf<AeroGroupbox>},
+    {AeroLinebar::staticMetaObject, callOwnOf<AeroLinebar>},
+    {AeroStatusbar::staticMetaObject, callOwnOf<AeroStatusbar>},
+    {AeroSwitch::staticMetaObject, callOwnOf<AeroSwitch>},
+    {MetroBattIcon::staticMetaObject, callOwnOf<MetroBattIcon>},
+    {MetroCirclerate::staticMetaObject, callOwnOf<MetroCirclerate>},
+    {MetroNavdrawer::staticMetaObject, callOwnOf<MetroNavdrawer>},
+    {MetroShelter::staticMetaObject, callOwnOf<MetroShelter>},
+    {MetroStatusbar::staticMetaObject, callOwnOf<MetroStatusbar>},
+    {MetroSysIcon::staticMetaObject, callOwnOf<MetroSysIcon>},
+    {MetroTabicon::staticMetaObject, callOwnOf<MetroTabicon>},
+    {RotateStackedWidget::staticMetaObject, callOwnOf<RotateStackedWidget>},
+    {SimpleSlideSwitch::staticMetaObject, callOwnOf<SimpleSlideSwitch>},
+    {SlideSwitch::staticMetaObject, callOwnOf<SlideSwitch>},
+    {TranspButton::staticMetaObject, callOwnOf<TranspButton>},
+};
+
+void callAero(AeroStyle *style, Bytes &bytes)
+{
+    QColor color = someColor(bytes);
+    QColor shadow = someColor(bytes);
+    const int kind = bytes.below(8);
+    if (kind < 4) {
+        style->setAeroProperty(kind & 1 ? &color : nullptr, kind & 2 ? &shadow : nullptr);
+    } else {
+        Canvas canvas;
+        style->paintBase(&canvas.painter, color, shadow, color, someRect(bytes));
+    }
+}
+
+void callMetro(MetroStyle *style, Bytes &bytes)
+{
+    style->setState(someState(bytes));
+    style->getColorIdx();
+}
+
 void call(QWidget *widget, Bytes &bytes)
 {
-    auto *own = static_cast<Widget *>(widget);
     if (bytes.flag()) {
-        callOwn(own, bytes);
+        for (const auto &[widgetClass, callOwn] : withMethods) {
+            if (widget->metaObject() == &widgetClass)
+                callOwn(widget, bytes);
+        }
         return;
     }
-    if constexpr (std::is_base_of_v<AeroStyle, Widget>) {
-        QColor color = someColor(bytes);
-        QColor shadow = someColor(bytes);
-        const int kind = bytes.below(8);
-        if (kind < 4) {
-            own->setAeroProperty(kind & 1 ? &color : nullptr, kind & 2 ? &shadow : nullptr);
-        } else {
-            Canvas canvas;
-            own->paintBase(&canvas.painter, color, shadow, color, someRect(bytes));
-        }
-    }
-    if constexpr (std::is_base_of_v<MetroStyle, Widget>) {
-        own->MetroStyle::setState(someState(bytes));
-        own->getColorIdx();
-    }
-}
-
-template <typename Widget>
-constexpr Subject subject(const char *name)
-{
-    return {name, make<Widget>, call<Widget>};
+    if (auto *style = dynamic_cast<AeroStyle *>(widget))
+        callAero(style, bytes);
+    if (auto *style = dynamic_cast<MetroStyle *>(widget))
+        callMetro(style, bytes);
 }
 
 } // namespace
 
-const std::vector<Subject> &subjects()
+std::vector<Subject> subjects()
 {
-    static const std::vector<Subject> all = {
-        subject<AeroButton>("aerobutton"),
-        subject<AeroGroupbox>("aerogroupbox"),
-        subject<AeroLinebar>("aerolinebar"),
-        subject<AeroStatusbar>("aerostatusbar"),
-        subject<AeroSwitch>("aeroswitch"),
-        subject<MetroBattIcon>("metrobatticon"),
-        subject<MetroCirclerate>("metrocirclerate"),
-        subject<MetroLinerate>("metrolinerate"),
-        subject<MetroNavdrawer>("metronavdrawer"),
-        subject<MetroShelter>("metroshelter"),
-        subject<MetroStatusbar>("metrostatusbar"),
-        subject<MetroSysIcon>("metrosysicon"),
-        subject<MetroTabicon>("metrotabicon"),
-        subject<MetroXbar>("metroxbar"),
-        subject<RotateStackedWidget>("rotatestackedwidget"),
-        subject<SimpleSlideSwitch>("simpleslideswitch"),
-        subject<SlideSwitch>("slideswitch"),
-        subject<TranspButton>("transpbutton"),
-    };
+    std::vector<Subject> all;
+    for (const WidgetDescription &description : widgetCatalogue())
+        all.push_back({QByteArray(description.className).toLower(), description.create, call});
     return all;
 }
 
 const Subject *subjectNamed(const char *name)
 {
-    for (const Subject &known : subjects()) {
-        if (std::strcmp(known.name, name) == 0)
+    static const std::vector<Subject> all = subjects();
+    for (const Subject &known : all) {
+        if (known.name == name)
             return &known;
     }
     return nullptr;

@@ -2,6 +2,8 @@
 
 #include "bytes.h"
 
+#include <QtCore/QByteArray>
+
 #include <vector>
 
 class QWidget;
@@ -10,12 +12,13 @@ class QWidget;
 struct Subject
 {
     /// The class's name in lower case.
-    const char *name;
+    QByteArray name;
     QWidget *(*make)(QWidget *parent);
     /// Calls one of the public methods that no property reaches.
     void (*call)(QWidget *widget, Bytes &bytes);
 };
 
-const std::vector<Subject> &subjects();
+/// One for each widget of the catalogue.
+std::vector<Subject> subjects();
 /// The class of that name; null if there is none.
 const Subject *subjectNamed(const char *name);

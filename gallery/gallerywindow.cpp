@@ -30,15 +30,6 @@ constexpr int propertiesWidth = 280;
 /// Signals named at the foot of the window, the latest first.
 constexpr int signalsKept = 4;
 
-const WidgetDescription *descriptionOf(const QString &name)
-{
-    for (const WidgetDescription &description : widgetCatalogue()) {
-        if (name == QLatin1String(description.className))
-            return &description;
-    }
-    return nullptr;
-}
-
 template <typename State>
 QStringList namesOf(int count)
 {
@@ -139,7 +130,7 @@ QStringList GalleryWindow::widgetNames()
 
 void GalleryWindow::showWidget(const QString &name)
 {
-    const WidgetDescription *description = descriptionOf(name);
+    const WidgetDescription *description = findWidget(name);
     if (!description)
         return;
     shown = description;

@@ -7,17 +7,6 @@ namespace {
 
 constexpr QSize largestWindow(8192, 8192);
 
-/// The class name that @p name means, in any case; empty if there is none.
-QString classNamed(const QString &name)
-{
-    for (const WidgetDescription &description : widgetCatalogue()) {
-        const QLatin1String className(description.className);
-        if (name.compare(className, Qt::CaseInsensitive) == 0)
-            return className;
-    }
-    return {};
-}
-
 } // namespace
 
 GalleryOptions parseGalleryOptions(const QStringList &arguments)
@@ -40,8 +29,9 @@ GalleryOptions parseGalleryOptions(const QStringList &arguments)
     if (!line.read(arguments, &options))
         return options;
     if (line.isSet(widget)) {
-        options.widget = classNamed(line.value(widget));
-        if (options.widget.isEmpty())
+        if (const WidgetDescription *found = findWidget(line.value(widget)))
+            options.widget = QString::fromLatin1(found->className);
+        else
             options.refuse(QStringLiteral("there is no widget '%1'").arg(line.value(widget)));
     }
     if (line.isSet(size)) {

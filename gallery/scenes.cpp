@@ -44,7 +44,7 @@ QLabel *whiteLabel(const QString &text, bool bold = false)
 }
 
 template <typename W>
-void dressAsGlass(W *widget)
+void makeGlass(W *widget)
 {
     widget->setColor(slate);
     widget->setShadow(slateShadow);
@@ -52,13 +52,13 @@ void dressAsGlass(W *widget)
 
 void arrangeButton(QWidget *widget)
 {
-    dressAsGlass(static_cast<AeroButton *>(widget));
+    makeGlass(static_cast<AeroButton *>(widget));
 }
 
 void arrangeSwitch(QWidget *widget)
 {
     auto *control = static_cast<AeroSwitch *>(widget);
-    dressAsGlass(control);
+    makeGlass(control);
     control->setHighlight(Theme::accent());
     control->setChecked(true);
 }
@@ -74,7 +74,7 @@ void arrangeTransparentButton(QWidget *widget)
 void arrangeStrip(QWidget *widget)
 {
     auto *strip = static_cast<AeroStatusbar *>(widget);
-    dressAsGlass(strip);
+    makeGlass(strip);
     auto *layout = new QHBoxLayout(strip);
     layout->addWidget(whiteLabel(QStringLiteral("Rack 3"), true));
     layout->addStretch();
@@ -84,7 +84,7 @@ void arrangeStrip(QWidget *widget)
 void arrangeGroup(QWidget *widget)
 {
     auto *group = static_cast<AeroGroupbox *>(widget);
-    dressAsGlass(group);
+    makeGlass(group);
     auto *layout = new QVBoxLayout(group);
     auto *row = new QHBoxLayout;
     layout->addStretch();
@@ -161,7 +161,6 @@ void arrangeDial(QWidget *widget)
 void arrangeXbar(QWidget *widget)
 {
     auto *bar = static_cast<MetroXbar *>(widget);
-    bar->setMeasure(QStringLiteral(" V"));
     bar->setValue(230);
 }
 
@@ -184,7 +183,7 @@ void arrangeStack(QWidget *widget)
         auto *next = new AeroButton;
         next->setText(QStringLiteral("Next page"));
         next->setFixedSize(110, 36);
-        dressAsGlass(next);
+        makeGlass(next);
         layout->addWidget(next, 0, Qt::AlignCenter);
         QObject::connect(next, &AeroButton::clicked, stack, [stack] {
             stack->setCurrentIndex((stack->currentIndex() + 1) % stack->count());
@@ -193,7 +192,7 @@ void arrangeStack(QWidget *widget)
     }
 }
 
-/// What a class is set up with here; the others are dressed as everywhere.
+/// What a class is set up with here; the others are populated as everywhere.
 const struct
 {
     const char *className;

@@ -1,6 +1,7 @@
 #include "ui_allwidgets.h"
 
 #include "testmain.h"
+#include "widgetclasses.h"
 #include "widgetprobe.h"
 
 #include <QtCore/QBuffer>
@@ -20,23 +21,7 @@ QString pluginFile()
     return qEnvironmentVariable("KIV_DESIGNER_PLUGIN", QStringLiteral(KIV_DESIGNER_PLUGIN));
 }
 
-const QStringList allClasses = {
-    QStringLiteral("AeroButton"),        QStringLiteral("AeroSwitch"),
-    QStringLiteral("TranspButton"),      QStringLiteral("AeroStatusbar"),
-    QStringLiteral("AeroGroupbox"),      QStringLiteral("AeroLinebar"),
-    QStringLiteral("MetroSysIcon"),      QStringLiteral("MetroBattIcon"),
-    QStringLiteral("MetroShelter"),      QStringLiteral("MetroTabicon"),
-    QStringLiteral("MetroStatusbar"),    QStringLiteral("MetroNavdrawer"),
-    QStringLiteral("MetroLinerate"),     QStringLiteral("MetroCirclerate"),
-    QStringLiteral("MetroXbar"),         QStringLiteral("SlideSwitch"),
-    QStringLiteral("SimpleSlideSwitch"), QStringLiteral("RotateStackedWidget"),
-};
-
-const QStringList containers = {
-    QStringLiteral("AeroStatusbar"),       QStringLiteral("AeroGroupbox"),
-    QStringLiteral("MetroStatusbar"),      QStringLiteral("MetroNavdrawer"),
-    QStringLiteral("RotateStackedWidget"),
-};
+const QStringList allClasses = widgetClasses();
 
 /// Another value for a property, and how a form writes it; an invalid one for types without a text.
 struct FormValue
@@ -136,7 +121,7 @@ void DesignerTest::descriptions()
     QCOMPARE(QLatin1String(created->metaObject()->className()), description->name());
     QCOMPARE(description->includeFile(),
              QStringLiteral("KivWidgets/%1.h").arg(description->name().toLower()));
-    QCOMPARE(description->isContainer(), containers.contains(description->name()));
+    QCOMPARE(description->isContainer(), findWidget(description->name())->isContainer);
 
     // The icon is the widget's own picture: it has ink, and none looks like another.
     const QImage icon = description->icon().pixmap(24, 24).toImage();

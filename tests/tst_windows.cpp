@@ -1,46 +1,24 @@
 #include "testmain.h"
+#include "widgetcatalogue.h"
 #include "widgetprobe.h"
 
 #include <aerobutton.h>
-#include <aerogroupbox.h>
-#include <aerolinebar.h>
-#include <aerostatusbar.h>
-#include <aeroswitch.h>
-#include <metrobatticon.h>
-#include <metrocirclerate.h>
-#include <metrolinerate.h>
-#include <metronavdrawer.h>
-#include <metroshelter.h>
-#include <metrostatusbar.h>
-#include <metrosysicon.h>
-#include <metrotabicon.h>
-#include <metroxbar.h>
+#include <metroStyle.h>
 
 #include <memory>
-#include <type_traits>
-
-using Maker = QWidget *(*)();
-using Restyler = void (*)(QWidget *);
-Q_DECLARE_METATYPE(Maker)
-Q_DECLARE_METATYPE(Restyler)
 
 namespace {
 
-template <typename Widget>
-QWidget *make()
+/// Changes what the style base holds, which posts an update request; false without a style base.
+bool restyle(QWidget *widget)
 {
-    return new Widget;
-}
-
-/// Changes what the style base holds, which posts an update request.
-template <typename Widget>
-void restyle(QWidget *widget)
-{
-    auto *own = static_cast<Widget *>(widget);
-    if constexpr (std::is_base_of_v<AeroStyle, Widget>)
-        own->setRoundness(own->getRoundness() + 1);
+    if (auto *aero = dynamic_cast<AeroStyle *>(widget))
+        aero->setRoundness(aero->getRoundness() + 1);
+    else if (auto *metro = dynamic_cast<MetroStyle *>(widget))
+        metro->setState({4, 5});
     else
-        own->MetroStyle::setState({4, 5});
+        return false;
+    return true;
 }
 
 } // namespace
@@ -58,38 +36,24 @@ private Q_SLOTS:
 
 void WindowsTest::restsAfterAnUpdateRequest_data()
 {
-    QTest::addColumn<Maker>("maker");
-    QTest::addColumn<Restyler>("restyler");
-    const auto row = [](const char *name, Maker maker, Restyler restyler) {
-        QTest::newRow(name) << maker << restyler;
-    };
-    row("AeroButton", make<AeroButton>, restyle<AeroButton>);
-    row("AeroGroupbox", make<AeroGroupbox>, restyle<AeroGroupbox>);
-    row("AeroLinebar", make<AeroLinebar>, restyle<AeroLinebar>);
-    row("AeroStatusbar", make<AeroStatusbar>, restyle<AeroStatusbar>);
-    row("AeroSwitch", make<AeroSwitch>, restyle<AeroSwitch>);
-    row("MetroBattIcon", make<MetroBattIcon>, restyle<MetroBattIcon>);
-    row("MetroCirclerate", make<MetroCirclerate>, restyle<MetroCirclerate>);
-    row("MetroLinerate", make<MetroLinerate>, restyle<MetroLinerate>);
-    row("MetroNavdrawer", make<MetroNavdrawer>, restyle<MetroNavdrawer>);
-    row("MetroShelter", make<MetroShelter>, restyle<MetroShelter>);
-    row("MetroStatusbar", make<MetroStatusbar>, restyle<MetroStatusbar>);
-    row("MetroSysIcon", make<MetroSysIcon>, restyle<MetroSysIcon>);
-    row("MetroTabicon", make<MetroTabicon>, restyle<MetroTabicon>);
-    row("MetroXbar", make<MetroXbar>, restyle<MetroXbar>);
+    QTest::addColumn<QString>("name");
+    for (const WidgetDescription &description : widgetCatalogue()) {
+        const std::unique_ptr<QWidget> widget(description.create(nullptr));
+        if (restyle(widget.get()))
+            QTest::newRow(description.className) << QString::fromLatin1(description.className);
+    }
 }
 
 void WindowsTest::restsAfterAnUpdateRequest()
 {
-    QFETCH(Maker, maker);
-    QFETCH(Restyler, restyler);
-    const std::unique_ptr<QWidget> window(maker());
+    QFETCH(QString, name);
+    const std::unique_ptr<QWidget> window(findWidget(name)->create(nullptr));
     window->show();
     deliverAll();
     deliverAll();
 
     EventCounter events(window.get());
-    restyler(window.get());
+    QVERIFY(restyle(window.get()));
     deliverAll();
     QVERIFY(events.count(QEvent::Paint) >= 1);
     events.reset();

@@ -1,0 +1,208 @@
+#include "statesheet.h"
+#include "testmain.h"
+#include "widgetclasses.h"
+#include "widgetprobe.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QSet>
+
+#include <memory>
+
+// Whether everything that should know a widget knows it: each failure says what to add where.
+
+namespace {
+
+const QString root = QStringLiteral(KIV_SOURCE_DIRECTORY);
+
+QString contentsOf(const QString &path)
+{
+    QFile file(root + QLatin1Char('/') + path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// Whether @p text has @p name as a word.
+bool mentions(const QString &text, const QString &name)
+{
+    return text.contains(QRegularExpression(QStringLiteral("\\b%1\\b").arg(name)));
+}
+
+void everyWidget()
+{
+    QTest::addColumn<QString>("name");
+    for (const QString &name : widgetClasses())
+        QTest::newRow(qPrintable(name)) << name;
+}
+
+} // namespace
+
+class CatalogueTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void namesEveryHeader();
+    void description_data();
+    void description();
+    void states_data();
+    void states();
+    void sheet_data();
+    void sheet();
+    void pages_data();
+    void pages();
+    void namesInAnyCase();
+};
+
+void CatalogueTest::namesEveryHeader()
+{
+    const QStringList inHeaders = QStringLiteral(KIV_WIDGET_CLASSES).split(QLatin1Char(' '));
+    QVERIFY(inHeaders.size() > 10);
+    QStringList inCatalogue = widgetClasses();
+    for (const QString &name : inHeaders) {
+        const QString message =
+            QStringLiteral(
+                "%1 has a header in KivWidgets/ but no row in "
+                "common/widgetcatalogue.cpp: add Row<%1>(…), see docs/adding-a-widget.md")
+                .arg(name);
+        QVERIFY2(inCatalogue.removeAll(name) == 1, qPrintable(message));
+    }
+    const QString message =
+        QStringLiteral("%1: add the header and the source to KivWidgets/CMakeLists.txt")
+            .arg(inCatalogue.join(QLatin1Char(' ')));
+    QVERIFY2(inCatalogue.isEmpty(), qPrintable(message));
+}
+
+void CatalogueTest::description_data()
+{
+    everyWidget();
+}
+
+void CatalogueTest::description()
+{
+    QFETCH(QString, name);
+    const WidgetDescription &row = *findWidget(name);
+    const auto message = [&](const char *lack) {
+        return QStringLiteral("the row of %1 in common/widgetcatalogue.cpp %2")
+            .arg(name, QLatin1String(lack))
+            .toUtf8();
+    };
+    const std::unique_ptr<QWidget> widget(row.create(nullptr));
+    QCOMPARE(widget->metaObject(), row.metaObject);
+    QVERIFY2(row.role != QAccessible::NoRole,
+             message("has no role: add .role(QAccessible::…)").constData());
+    QVERIFY2(qstrlen(row.use) > 20,
+             message("does not say how it is used: add .use(\"…\")").constData());
+    QVERIFY2(qstrlen(row.toolTip) > 10, message("has no tool tip").constData());
+    QVERIFY2(row.size.isValid() && row.minimumSize.isValid(), message("has no size").constData());
+    QVERIFY2(row.size == row.size.expandedTo(row.minimumSize),
+             message("has a minimum size beyond its size").constData());
+    QVERIFY2(!row.label.property || row.metaObject->indexOfProperty(row.label.property) >= 0,
+             message("names a label that is no property").constData());
+    widget->resize(row.size);
+    row.populate(widget.get());
+    QCOMPARE(findWidget(name), &row);
+}
+
+void CatalogueTest::states_data()
+{
+    everyWidget();
+}
+
+void CatalogueTest::states()
+{
+    QFETCH(QString, name);
+    const QString file = QStringLiteral("common/widgetstates.cpp");
+    const std::vector<WidgetState> states = widgetStates(name);
+    QVERIFY2(!states.empty(),
+             qPrintable(QStringLiteral("%1 has no states in %2: add a function and a row to the "
+                                       "table at its end")
+                            .arg(name, file)));
+    QSet<QString> captions;
+    QWidget window;
+    for (const WidgetState &state : states) {
+        QVERIFY2(
+            !captions.contains(state.caption),
+            qPrintable(
+                QStringLiteral("%1 has two states '%2' in %3").arg(name, state.caption, file)));
+        captions.insert(state.caption);
+        const QWidget *widget = state.create(&window);
+        QVERIFY(findWidget(name)->metaObject->cast(const_cast<QWidget *>(widget)));
+        QCOMPARE(widget->parentWidget(), &window);
+    }
+}
+
+void CatalogueTest::sheet_data()
+{
+    everyWidget();
+}
+
+/// Whatever a person does to a widget is on its sheet, as a cell or in the remark at its foot.
+void CatalogueTest::sheet()
+{
+    QFETCH(QString, name);
+    StateSheet sheet(*findWidget(name));
+    const QString all = (sheet.captions() + QStringList(sheet.remark())).join(QLatin1Char('\n'));
+    for (const char *way : {"disabled", "pressed", "focused"})
+        QVERIFY2(all.contains(QLatin1String(way), Qt::CaseInsensitive), qPrintable(all));
+    for (const WidgetState &state : widgetStates(name))
+        QVERIFY2(sheet.captions().contains(state.caption), qPrintable(state.caption));
+
+    constexpr int width = 860;
+    sheet.resize(width, 2000);
+    sheet.show();
+    deliverAll();
+    sheet.resize(width, sheet.heightForWidth(width));
+    deliverAll();
+    const QObjectList children = sheet.children();
+    for (const QObject *one : children) {
+        const QRect place = static_cast<const QWidget *>(one)->geometry();
+        QVERIFY(sheet.rect().contains(place));
+        for (const QObject *other : children) {
+            if (other != one)
+                QVERIFY(!static_cast<const QWidget *>(other)->geometry().intersects(place));
+        }
+    }
+}
+
+void CatalogueTest::pages_data()
+{
+    everyWidget();
+}
+
+void CatalogueTest::pages()
+{
+    QFETCH(QString, name);
+    const QString image = QStringLiteral("docs/pictures/widgets/%1.png").arg(name.toLower());
+    QVERIFY2(QFileInfo::exists(root + QLatin1Char('/') + image),
+             qPrintable(QStringLiteral("no %1: build the target widget-sheets").arg(image)));
+    const auto isOn = [&](const QStringList &pages) {
+        for (const QString &page : pages) {
+            if (mentions(contentsOf(page), name))
+                return true;
+        }
+        return false;
+    };
+    for (const char *page : {"README.md", "docs/accessibility.md"})
+        QVERIFY2(isOn({QLatin1String(page)}),
+                 qPrintable(QStringLiteral("%1 is not on %2: add it to the table of the widgets")
+                                .arg(name, QLatin1String(page))));
+    QVERIFY2(isOn({QStringLiteral("docs/aero.md"), QStringLiteral("docs/metro.md"),
+                   QStringLiteral("docs/gauges.md"), QStringLiteral("docs/switches.md")}),
+             qPrintable(QStringLiteral("%1 is on no page of a family: add it to docs/aero.md, "
+                                       "metro.md, gauges.md or switches.md")
+                            .arg(name)));
+}
+
+void CatalogueTest::namesInAnyCase()
+{
+    QCOMPARE(findWidget(QStringLiteral("metroXBAR")), findWidget(QStringLiteral("MetroXbar")));
+    QVERIFY(findWidget(QStringLiteral("MetroXbar")));
+    QVERIFY(!findWidget(QStringLiteral("MetroXba")));
+    QVERIFY(!findWidget(QString()));
+    QVERIFY(widgetStates(QStringLiteral("QLabel")).empty());
+}
+
+KIV_TEST_MAIN(CatalogueTest)
+
+#include "tst_catalogue.moc"
