@@ -62,6 +62,7 @@ constexpr int entryGap = 5;
 // A unit of the theme is a pixel on the smallest usual panel. A window has at least so many, and
 // a large one does not use more than it needs.
 constexpr QSizeF leastUnits(640, 400);
+constexpr QSizeF panelUnits(790, 474);
 constexpr QSizeF enoughUnits(1280, 768);
 constexpr double usualDotsPerInch = 96.0;
 
@@ -70,8 +71,12 @@ const QColor railText(200, 207, 213);
 
 double scaleFor(QSize window, int dotsPerInch)
 {
-    const double room =
+    double room =
         std::min(window.width() / leastUnits.width(), window.height() / leastUnits.height());
+    // Larger texts than usual only where all pages keep the room that they have on a usual panel.
+    if (room > 1.0)
+        room = std::max(1.0, std::min(window.width() / panelUnits.width(),
+                                      window.height() / panelUnits.height()));
     const double growth =
         std::min(window.width() / enoughUnits.width(), window.height() / enoughUnits.height());
     return std::min(std::max(dotsPerInch / usualDotsPerInch, growth), room);

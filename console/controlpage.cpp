@@ -198,6 +198,14 @@ void ControlPage::applyScale()
     strip->layout()->setSpacing(Theme::px(Theme::margin));
 }
 
+QSize ControlPage::minimumSizeHint() const
+{
+    // The buttons make room below this width, so what they need beside the switches does not count.
+    const QSize least = Page::minimumSizeHint();
+    constexpr int leastUnits = 500;
+    return {std::min(least.width(), Theme::px(leastUnits)), least.height()};
+}
+
 void ControlPage::resizeEvent(QResizeEvent *event)
 {
     Page::resizeEvent(event);

@@ -24,6 +24,7 @@ public:
     explicit ControlPage(QWidget *parent = nullptr);
 
     void applyScale() override;
+    QSize minimumSizeHint() const override;
 
 protected:
     void showUps(const UpsModel &ups) override;

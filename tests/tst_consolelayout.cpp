@@ -1,0 +1,249 @@
+#include "consolewindow.h"
+#include "elidedlabel.h"
+#include "feed/scenario.h"
+
+#include "testmain.h"
+#include "widgetprobe.h"
+
+#include <aerobutton.h>
+#include <aeroswitch.h>
+#include <metrobatticon.h>
+#include <metrocirclerate.h>
+#include <metronavdrawer.h>
+#include <metroshelter.h>
+#include <metrosysicon.h>
+#include <metrotabicon.h>
+#include <rotatestackedwidget.h>
+#include <transpbutton.h>
+
+#include <QtGui/QFontMetrics>
+#include <QtWidgets/QFocusFrame>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QScrollBar>
+
+namespace {
+
+const QSize sizes[] = {{480, 320},  {480, 800},   {640, 360},   {800, 480},
+                       {1024, 600}, {1280, 1024}, {1920, 1080}, {3840, 2160}};
+
+/// Every phase of the scenario, and what a careless UPS may send.
+QVector<QPair<QString, Snapshot>> states()
+{
+    QVector<QPair<QString, Snapshot>> all;
+    for (int phase = 0; phase < Scenario::phaseCount; ++phase)
+        all.append({QStringLiteral("phase %1").arg(phase),
+                    Scenario::snapshotAt(Scenario::startOf(Scenario::Phase(phase)) + 2.0)});
+    Snapshot wordy = Scenario::snapshotAt(Scenario::startOf(Scenario::Phase::LowBattery) + 5.0);
+    wordy.name = QString(300, QLatin1Char('W'));
+    for (QStringList *texts : {&wordy.status, &wordy.alarms, &wordy.alarmTexts}) {
+        for (int i = 0; i < 12; ++i)
+            texts->append(QStringLiteral("Condition %1 that takes many words to tell").arg(i));
+    }
+    all.append({QStringLiteral("wordy"), wordy});
+    Snapshot huge = wordy;
+    for (Measure &measure : huge.measures)
+        measure.value = 99999999999.0;
+    all.append({QStringLiteral("huge numbers"), huge});
+    for (Measure &measure : huge.measures)
+        measure.value = -99999999999.0;
+    all.append({QStringLiteral("negative numbers"), huge});
+    Snapshot empty = Scenario::snapshotAt(60);
+    empty.measures = {};
+    all.append({QStringLiteral("no data"), empty});
+    all.append(
+        {QStringLiteral("lost"), Snapshot::lost(wordy.name, QString(400, QLatin1Char('r')))});
+    return all;
+}
+
+QString nameOf(const QWidget *widget)
+{
+    QStringList names;
+    for (; widget && !widget->isWindow(); widget = widget->parentWidget()) {
+        const QString name = widget->objectName();
+        names.prepend(QLatin1String(widget->metaObject()->className()) +
+                      (name.isEmpty() ? QString() : QLatin1Char('#') + name.left(20)));
+    }
+    return names.mid(std::max(0, int(names.size()) - 3)).join(QLatin1Char('/'));
+}
+
+QString textOf(const QRect &rect)
+{
+    return QStringLiteral("(%1 %2 %3x%4)")
+        .arg(rect.x())
+        .arg(rect.y())
+        .arg(rect.width())
+        .arg(rect.height());
+}
+
+/// The inner widgets of which only the whole counts.
+bool isOpaque(const QWidget *widget)
+{
+    return qobject_cast<const QScrollBar *>(widget) || qobject_cast<const MetroNavdrawer *>(widget);
+}
+
+/// Which text of @p widget does not fit, if one does not.
+QString cutText(const QWidget *widget)
+{
+    const auto tooNarrow = [&](const QString &text, const QFont &font, double room) {
+        const double wanted = QFontMetricsF(font).horizontalAdvance(text);
+        return wanted <= room + 1.0 ? QString()
+                                    : QStringLiteral("'%1' needs %2, has %3")
+                                          .arg(text.left(40))
+                                          .arg(wanted, 0, 'f', 0)
+                                          .arg(room, 0, 'f', 0);
+    };
+    if (const auto *label = qobject_cast<const QLabel *>(widget)) {
+        if (label->text().isEmpty())
+            return {};
+        // An elided one may lack width, since its whole text is in reach, but not height.
+        const bool elides = qobject_cast<const ElidedLabel *>(label);
+        const QSize wanted = elides              ? QSize(0, label->minimumSizeHint().height())
+                             : label->wordWrap() ? QSize(0, label->heightForWidth(label->width()))
+                                                 : label->sizeHint();
+        if (wanted.width() > label->width() + 1 || wanted.height() > label->height() + 1)
+            return QStringLiteral("'%1' needs %2x%3, has %4x%5")
+                .arg(label->text().left(40))
+                .arg(wanted.width())
+                .arg(wanted.height())
+                .arg(label->width())
+                .arg(label->height());
+        constexpr int readable = 30;
+        if (elides && label->width() < readable)
+            return QStringLiteral("'%1' has no room").arg(label->text().left(40));
+        return {};
+    }
+    if (const auto *tile = qobject_cast<const MetroShelter *>(widget)) {
+        const int led = tile->height() >= 26 ? 21 : 10;
+        return tooNarrow(tile->text(), tile->font(), tile->width() - tile->getXLabel() - led);
+    }
+    if (const auto *dial = qobject_cast<const MetroCirclerate *>(widget)) {
+        QString text = dial->getFormatStr();
+        text.replace(QStringLiteral("%%"), QStringLiteral("%"));
+        const double room = 2.0 * (dial->getRadius() - dial->getTickness());
+        QFont small = dial->font();
+        small.setPointSizeF(small.pointSizeF() * 0.7);
+        const QString value = tooNarrow(text, dial->font(), room);
+        return value.isEmpty() ? tooNarrow(dial->getLabel(), small, room) : value;
+    }
+    const auto *button = qobject_cast<const QAbstractButton *>(widget);
+    if (button && !qobject_cast<const MetroTabicon *>(widget) && !button->text().isEmpty())
+        return tooNarrow(button->text(), button->font(), button->width() - 4);
+    return {};
+}
+
+/// A control that a finger cannot hit.
+QString smallTarget(const QWidget *widget)
+{
+    constexpr int least = 44;
+    const auto *button = qobject_cast<const QAbstractButton *>(widget);
+    if (!button || button->focusPolicy() == Qt::NoFocus)
+        return {};
+    // A switch made of pictures has their size; its row takes touches for it.
+    if (widget->inherits("SimpleSlideSwitch"))
+        return {};
+    return widget->width() >= least && widget->height() >= least
+               ? QString()
+               : QStringLiteral("is only %1x%2").arg(widget->width()).arg(widget->height());
+}
+
+/// All that is wrong below @p parent.
+void check(const QWidget *parent, QStringList *problems)
+{
+    QVector<const QWidget *> children;
+    for (QObject *object : parent->children()) {
+        const auto *child = qobject_cast<const QWidget *>(object);
+        if (child && child->isVisible() && !qobject_cast<const QFocusFrame *>(child))
+            children.append(child);
+    }
+    // What a scroll area shows may be larger than its room.
+    const bool scrolls = qobject_cast<const QAbstractScrollArea *>(parent->parentWidget());
+    for (int i = 0; i < children.size(); ++i) {
+        const QWidget *child = children.at(i);
+        // These write a number that they clamp; the console covers it and writes the true one.
+        const bool covered = child->inherits("MetroLinerate") || child->inherits("MetroXbar");
+        if (!scrolls && !covered && !parent->rect().contains(child->geometry()))
+            problems->append(nameOf(child) + textOf(child->geometry()) +
+                             QStringLiteral(" outside ") + textOf(parent->rect()));
+        for (int j = 0; j < i; ++j) {
+            if (child->geometry().intersects(children.at(j)->geometry()))
+                problems->append(nameOf(child) + textOf(child->geometry()) +
+                                 QStringLiteral(" overlaps ") + nameOf(children.at(j)) +
+                                 textOf(children.at(j)->geometry()));
+        }
+        for (const QString &problem : {cutText(child), smallTarget(child)}) {
+            if (!problem.isEmpty())
+                problems->append(nameOf(child) + QStringLiteral(": ") + problem);
+        }
+        if (!isOpaque(child))
+            check(child, problems);
+    }
+}
+
+} // namespace
+
+/// All pages in all states and sizes, at the font resolution and the scale factor that the
+/// environment names: nothing is cut, nothing overlaps.
+class ConsoleLayoutTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everythingHasItsRoom_data();
+    void everythingHasItsRoom();
+};
+
+void ConsoleLayoutTest::everythingHasItsRoom_data()
+{
+    QTest::addColumn<QSize>("size");
+    for (const QSize size : sizes)
+        QTest::addRow("%dx%d", size.width(), size.height()) << size;
+}
+
+void ConsoleLayoutTest::everythingHasItsRoom()
+{
+    QFETCH(QSize, size);
+    SiteModel site;
+    UpsModel *ups = site.add(QStringLiteral("ups"));
+    ConsoleWindow window(&site);
+    // Only the geometry counts; painting 8 million pixels takes its time.
+    window.setUpdatesEnabled(false);
+    window.resize(size);
+    window.show();
+    deliverAll();
+    QCOMPARE(window.size(), size);
+    auto *stack = window.findChild<RotateStackedWidget *>(QStringLiteral("pages"));
+    QStringList problems;
+    for (const auto &[name, snapshot] : states()) {
+        ups->take(snapshot);
+        for (int page = 0; page < stack->count(); ++page) {
+            window.showPage(page);
+            deliverAll();
+            QStringList found;
+            check(&window, &found);
+            const auto *room = qobject_cast<const QScrollArea *>(stack->currentWidget());
+            QVERIFY(room);
+            // The overview is to be seen at a glance, and a usual panel has room for all pages.
+            const bool fits = !room->verticalScrollBar()->isVisible() &&
+                              !room->horizontalScrollBar()->isVisible();
+            const bool panel = size.width() >= 800 && size.height() >= 480;
+            if (!fits && (page == 0 || panel))
+                found.append(
+                    QStringLiteral("the page scrolls: it needs %1, has %2")
+                        .arg(textOf(room->widget()->rect()), textOf(room->viewport()->rect())));
+            if (!fits && room->horizontalScrollBar()->isVisible())
+                found.append(QStringLiteral("the page is too wide"));
+            for (const QString &problem : found) {
+                const QString line = window.pageNames().at(page) + QStringLiteral(": ") + problem;
+                if (!problems.contains(line) && problems.size() < 40)
+                    problems.append(line + QStringLiteral(" [") + name + QLatin1Char(']'));
+            }
+            if (problems.size() >= 40)
+                break;
+        }
+    }
+    QVERIFY2(problems.isEmpty(), qPrintable(QLatin1Char('\n') + problems.join(QLatin1Char('\n'))));
+}
+
+KIV_TEST_MAIN(ConsoleLayoutTest)
+
+#include "tst_consolelayout.moc"
