@@ -26,10 +26,10 @@ class KIVWIDGETS_EXPORT AeroGroupbox : public QGroupBox, public AeroStyle
 {
     Q_OBJECT
     Q_PROPERTY(typeBG backgroudType READ getBackgroudType WRITE setBackgroundType)
-    Q_PROPERTY(QPixmap backgroundGroup READ getBackgroundGroup WRITE setBackgroundGroup DESIGNABLE
-                   showsPicture)
-    Q_PROPERTY(QColor color READ getColor WRITE setColor DESIGNABLE showsPanel)
-    Q_PROPERTY(QColor shadow READ getShadow WRITE setShadow DESIGNABLE showsPanel)
+    Q_PROPERTY(QPixmap backgroundGroup READ getBackgroundGroup WRITE setBackgroundGroup
+                   KIVWIDGETS_DESIGNABLE(showsPicture))
+    Q_PROPERTY(QColor color READ getColor WRITE setColor KIVWIDGETS_DESIGNABLE(showsPanel))
+    Q_PROPERTY(QColor shadow READ getShadow WRITE setShadow KIVWIDGETS_DESIGNABLE(showsPanel))
     Q_PROPERTY(QColor colorPen READ getColorPen WRITE setColorPen)
     Q_PROPERTY(int widthPen READ getWidthPen WRITE setWidthPen)
     Q_PROPERTY(double opacity READ getOpacity WRITE setOpacity)

@@ -28,7 +28,7 @@ void writeErrorLine(SourcePlace place, const char *format, ...)
     const int length = std::vsnprintf(nullptr, 0, format, measured);
     va_end(measured);
     if (length > 0) {
-        const int head = line.size();
+        const auto head = line.size();
         // One byte more for the terminator, which is not written.
         line.resize(head + length + 1);
         std::vsnprintf(line.data() + head, static_cast<std::size_t>(length) + 1, format, arguments);

@@ -12,3 +12,10 @@
 #else
 #define KIVWIDGETS_EXPORT Q_DECL_IMPORT
 #endif
+
+// A property that Qt Designer shows while a function of the widget says so; moc of Qt 6 knows no such functions.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#define KIVWIDGETS_DESIGNABLE(condition)
+#else
+#define KIVWIDGETS_DESIGNABLE(condition) DESIGNABLE condition
+#endif

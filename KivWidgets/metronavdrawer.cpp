@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 using namespace KivPrivate;
 
@@ -35,7 +36,7 @@ int sizeVisibleChildren(QObject *drawer, const std::function<QSize(int)> &wanted
     for (QObject *child : drawer->children())
         children.append(child);
     qint64 sum = 0;
-    for (const QPointer<QObject> &child : qAsConst(children)) {
+    for (const QPointer<QObject> &child : std::as_const(children)) {
         if (!child || !child->property("visible").toBool())
             continue;
         const int width = child->property("width").toInt();

@@ -2,6 +2,7 @@
 
 #include "numbers_p.h"
 #include "ownsize_p.h"
+#include "qtversion_p.h"
 #include "stretching_p.h"
 #include "text_p.h"
 
@@ -171,7 +172,7 @@ bool SimpleSlideSwitch::event(QEvent *event)
 
 void SimpleSlideSwitch::mousePressEvent(QMouseEvent *event)
 {
-    pointerPos = roundedPosition(event->localPos());
+    pointerPos = roundedPosition(pointerPosition(event));
     const int x = pointerPos.x();
     if (isChecked() && rightLimit < x && x < travelEnd())
         dragFromOn = true;
@@ -185,7 +186,7 @@ void SimpleSlideSwitch::mousePressEvent(QMouseEvent *event)
 void SimpleSlideSwitch::mouseMoveEvent(QMouseEvent *event)
 {
     if (dragFromOn || dragFromOff) {
-        pointerPos = roundedPosition(event->localPos());
+        pointerPos = roundedPosition(pointerPosition(event));
         update();
     }
     moved = true;
@@ -195,7 +196,7 @@ void SimpleSlideSwitch::mouseReleaseEvent(QMouseEvent *event)
 {
     // A slot on toggled(), clicked() or released() may delete the switch.
     const QPointer<SimpleSlideSwitch> self(this);
-    pointerPos = roundedPosition(event->localPos());
+    pointerPos = roundedPosition(pointerPosition(event));
     const int x = pointerPos.x();
     const bool switchedOn = dragFromOff && rightLimit < x && x < travelEnd();
     const bool switchedOff = !switchedOn && dragFromOn && marginLeft < x && x < leftLimit;

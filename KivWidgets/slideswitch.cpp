@@ -3,6 +3,7 @@
 #include "assign_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
+#include "qtversion_p.h"
 #include "stretching_p.h"
 #include "text_p.h"
 
@@ -104,7 +105,7 @@ bool SlideSwitch::event(QEvent *event)
 
 void SlideSwitch::mousePressEvent(QMouseEvent *event)
 {
-    pointerPos = roundedPosition(event->localPos());
+    pointerPos = roundedPosition(pointerPosition(event));
     const int x = pointerPos.x();
     if (restsInMiddle()) {
         const int centre = width() / 2;
@@ -127,13 +128,13 @@ void SlideSwitch::mouseMoveEvent(QMouseEvent *event)
 {
     if (!dragging())
         return;
-    pointerPos = roundedPosition(event->localPos());
+    pointerPos = roundedPosition(pointerPosition(event));
     repaint();
 }
 
 void SlideSwitch::mouseReleaseEvent(QMouseEvent *event)
 {
-    pointerPos = roundedPosition(event->localPos());
+    pointerPos = roundedPosition(pointerPosition(event));
     const int x = pointerPos.x();
     const int y = pointerPos.y();
     // The base class ignores the release, which ends the drag all the same.

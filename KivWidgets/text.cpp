@@ -1,5 +1,7 @@
 #include "text_p.h"
 
+#include "qtversion_p.h"
+
 #include <QtCore/QString>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QGuiApplication>
@@ -96,7 +98,7 @@ QFont derivedFont(const QFont &base, int change, Derive derive)
         // A held copy keeps the base's data alive, so that no other font can take its place. What
         // of it is set decides what a painter takes from its device instead.
         if (derived.known && derived.change == change && derived.base.isCopyOf(base) &&
-            derived.base.resolve() == base.resolve()) {
+            resolveMask(derived.base) == resolveMask(base)) {
             return derived.font;
         }
     }

@@ -13,6 +13,10 @@ if(KIVWIDGETS_WERROR)
     target_compile_options(kivoptions INTERFACE -Werror)
 endif()
 
+# Functions that these versions of Qt deprecate are not declared at all.
+set(kiv_deprecated_before_qt5 0x050F00)
+set(kiv_deprecated_before_qt6 0x060400)
 target_compile_definitions(kivoptions INTERFACE
+    QT_DISABLE_DEPRECATED_BEFORE=${kiv_deprecated_before_qt${KIVWIDGETS_QT}}
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
     QT_DEPRECATED_WARNINGS QT_STRICT_ITERATORS)

@@ -38,6 +38,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -144,7 +145,7 @@ public:
     {
         deliverAll();
         QStringList taken;
-        for (const auto &[source, words] : qAsConst(entries)) {
+        for (const auto &[source, words] : std::as_const(entries)) {
             if (source == object)
                 taken.append(words);
         }

@@ -12,6 +12,7 @@
 #include <QtUiTools/QUiLoader>
 
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -94,7 +95,7 @@ void DesignerTest::offersEveryWidget()
     QStringList names;
     QSet<QString> groups;
     QSet<QString> tips;
-    for (const QDesignerCustomWidgetInterface *widget : qAsConst(widgets)) {
+    for (const QDesignerCustomWidgetInterface *widget : std::as_const(widgets)) {
         names.append(widget->name());
         groups.insert(widget->group());
         tips.insert(widget->toolTip());

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 // Qt Designer itself, started with the plugin of the build tree: its widget box shows every widget.
 
@@ -147,7 +148,7 @@ void DesignerWindowTest::widgetBoxShowsTheGroups()
     int pitch = 0;
     Place previous;
     QString group;
-    for (const QDesignerCustomWidgetInterface *widget : qAsConst(widgets)) {
+    for (const QDesignerCustomWidgetInterface *widget : std::as_const(widgets)) {
         const Place place = find(screen, shownIcon(widget->icon()), previous.y + 1);
         QVERIFY2(place.y >= 0, qPrintable(widget->name()));
         if (previous.y >= 0) {
@@ -173,7 +174,7 @@ void DesignerWindowTest::widgetBoxShowsTheGroups()
 /// The search tells a picture without the plugin's icons from one with them.
 void DesignerWindowTest::absentIconsAreNotFound()
 {
-    for (const QDesignerCustomWidgetInterface *widget : qAsConst(widgets)) {
+    for (const QDesignerCustomWidgetInterface *widget : std::as_const(widgets)) {
         const QImage icon = shownIcon(widget->icon());
         QImage blank = screen;
         blank.fill(Qt::white);

@@ -957,14 +957,14 @@ void GalleryTest::screenshots()
     expected.sort();
     QCOMPARE(QDir(options.directory).entryList(QDir::Files, QDir::Name), expected);
     QList<QImage> pictures;
-    for (const QString &file : qAsConst(expected)) {
+    for (const QString &file : std::as_const(expected)) {
         const QImage picture(QDir(options.directory).filePath(file));
         QCOMPARE(picture.size(), QSize(900, 600));
         QVERIFY2(colorsIn(picture) > 100, qPrintable(file));
         // The stage shows this widget and no other.
         const QRect middle(300, 100, 250, 400);
         QVERIFY2(colorsIn(picture.copy(middle)) > 2, qPrintable(file));
-        for (const QImage &other : qAsConst(pictures))
+        for (const QImage &other : std::as_const(pictures))
             QVERIFY2(other.copy(middle) != picture.copy(middle), qPrintable(file));
         pictures.append(picture);
     }
@@ -1076,3 +1076,5 @@ void GalleryTest::program()
 KIV_TEST_MAIN(GalleryTest)
 
 #include "tst_gallery.moc"
+
+#include <utility>

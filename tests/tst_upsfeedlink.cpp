@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include <unistd.h>
 
@@ -225,7 +226,7 @@ void TestUpsFeedLink::neverLogsIn()
     SnapshotLog log(&feed);
     feed.start();
     QTRY_VERIFY(server.asked.count() >= 4);
-    for (const QByteArray &line : qAsConst(server.asked))
+    for (const QByteArray &line : std::as_const(server.asked))
         QCOMPARE(line, QByteArray("LIST VAR demo"));
     verifyLost(log.last(), QStringLiteral("USERNAME-REQUIRED"));
 }
@@ -265,7 +266,7 @@ void TestUpsFeedLink::readsOnly()
     }
     const int before = server.asked.count();
     QTRY_VERIFY(server.asked.count() >= before + 3);
-    for (const QByteArray &line : qAsConst(server.asked))
+    for (const QByteArray &line : std::as_const(server.asked))
         QCOMPARE(line, QByteArray("LIST VAR demo"));
 }
 

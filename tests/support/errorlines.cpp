@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+#include <utility>
+
 char *toString(const ErrorLine &line)
 {
     return QTest::toString(
@@ -56,7 +58,7 @@ QList<ErrorLine> ErrorCapture::takeLines()
     QStringList texts = QString::fromLatin1(takeText()).split(QLatin1Char('\n'));
     if (texts.last().isEmpty())
         texts.removeLast();
-    for (const QString &text : qAsConst(texts)) {
+    for (const QString &text : std::as_const(texts)) {
         const QRegularExpressionMatch match = form.match(text);
         if (match.hasMatch())
             lines.append({match.captured(1), match.captured(2), match.captured(3)});
