@@ -4,7 +4,15 @@
 #include <QtGui/QFont>
 #include <QtGui/QMouseEvent>
 
-// What Qt 5 and Qt 6 name differently. No other source of the library asks which Qt it is built with.
+// What Qt 5 and Qt 6 name differently. No other source of the library asks which Qt it is built with; tests
+// and plugins use this one, too.
+
+/// QIconEngine::availableSizes() is const in Qt 5 alone.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#define KIV_CONST_IN_QT5
+#else
+#define KIV_CONST_IN_QT5 const
+#endif
 
 namespace KivPrivate {
 

@@ -19,7 +19,8 @@ void pressOn(QWidget *box)
 {
     if (!box)
         return;
-    QMouseEvent press(QEvent::MouseButtonPress, QRectF(box->rect()).center(), Qt::LeftButton,
+    const QPoint place = box->rect().center();
+    QMouseEvent press(QEvent::MouseButtonPress, place, box->mapToGlobal(place), Qt::LeftButton,
                       Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(box, &press);
 }

@@ -9,7 +9,7 @@ namespace {
 QString qtOption(const QStringList &arguments)
 {
     static const QRegularExpression form(QStringLiteral("^-[A-Za-z]{2,40}$"));
-    const int index = arguments.indexOf(form);
+    const auto index = arguments.indexOf(form);
     return index < 0 ? QString() : arguments.at(index);
 }
 

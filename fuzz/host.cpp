@@ -9,13 +9,13 @@
 #include <simpleslideswitch.h>
 #include <transpbutton.h>
 
+#include <QAction>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMetaProperty>
 #include <QtGui/QPainter>
 #include <QtGui/QWindow>
 #include <QtGui/QtEvents>
 #include <QtWidgets/QAbstractButton>
-#include <QtWidgets/QAction>
 #include <QtWidgets/QGroupBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QStackedWidget>

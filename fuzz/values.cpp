@@ -1,5 +1,7 @@
 #include "values.h"
 
+#include "qtversion_p.h"
+
 #include <QtCore/QLocale>
 #include <QtGui/QBitmap>
 #include <QtGui/QCursor>
@@ -41,7 +43,7 @@ public:
         picture.fill(Qt::green);
         return picture;
     }
-    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) const override
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) KIV_CONST_IN_QT5 override
     {
         return {offered, QSize(16, 16)};
     }
@@ -246,7 +248,7 @@ QColor someColor(Bytes &bytes)
     case 4:
         return QColor(Qt::white);
     case 5:
-        return QColor::fromRgbF(0.1, 1.0, 0.5, 0.5);
+        return QColor::fromRgbF(0.125, 1.0, 0.5, 0.5);
     case 6:
         return QColor(300, -1, 0);
     default:
@@ -385,7 +387,7 @@ QVariant someValue(const QMetaProperty &property, Bytes &bytes)
 {
     if (isWidgetSize(property.name())) {
         const QSize size = someWidgetSize(bytes);
-        if (property.type() == QVariant::Size)
+        if (property.userType() == QMetaType::QSize)
             return size;
         const int x = someInt(bytes) % 1000;
         return QRect(QPoint(x, someInt(bytes) % 1000), size);

@@ -2,6 +2,7 @@
 #include "widgetclasses.h"
 #include "widgetprobe.h"
 
+#include <QAction>
 #include <QtCore/QFile>
 #include <QtCore/QMetaProperty>
 #include <QtCore/QProcess>
@@ -18,7 +19,6 @@
 #include <QtDesigner/QDesignerWidgetBoxInterface>
 #include <QtDesigner/QDesignerWidgetDataBaseInterface>
 #include <QtDesigner/QExtensionManager>
-#include <QtWidgets/QAction>
 #include <QtWidgets/QStackedWidget>
 
 #include <memory>

@@ -70,8 +70,8 @@ NutListReader::State NutListReader::take(const QByteArray &bytes)
             finish(State::Broken, QStringLiteral("more than was asked for"));
             break;
         }
-        const int lineEnd = bytes.indexOf('\n', position);
-        const int end = lineEnd < 0 ? bytes.size() : lineEnd;
+        const int lineEnd = int(bytes.indexOf('\n', position));
+        const int end = lineEnd < 0 ? int(bytes.size()) : lineEnd;
         const int length = end - position;
         taken += length;
         if (taken > maxAnswer) {
@@ -108,7 +108,7 @@ const QString &NutListReader::problem() const
 
 int NutListReader::heldBytes() const
 {
-    return partialLine.size();
+    return int(partialLine.size());
 }
 
 void NutListReader::takeLine(QByteArray line)

@@ -235,7 +235,7 @@ void takePhases(Measure *measure, Quantity quantity, const NutVariables &variabl
     measure->phases = phasesOf(variables, names);
     if (measure->phases.isEmpty())
         return;
-    const double mean = sumOf(measure->phases) / measure->phases.size();
+    const double mean = sumOf(measure->phases) / double(measure->phases.size());
     const bool voltage = isVoltage(quantity);
     if (voltage && !measure->value)
         fitToPhases(measure, mean);
@@ -277,11 +277,11 @@ QStringList alarmTextsOf(const QString &text)
 {
     constexpr int most = 16;
     QStringList texts;
-    int begin = 0;
+    decltype(text.size()) begin = 0;
     while (begin < text.size()) {
-        const int mark = text.indexOf(QLatin1String("! "), begin);
+        const auto mark = text.indexOf(QLatin1String("! "), begin);
         const bool last = mark < 0 || texts.size() == most - 1;
-        const int end = last ? text.size() : mark + 1;
+        const auto end = last ? text.size() : mark + 1;
         const QString one = text.mid(begin, end - begin).trimmed();
         if (!one.isEmpty())
             texts.append(one);

@@ -1,5 +1,7 @@
 #include "icons.h"
 
+#include "qtversion_p.h"
+
 #include <QtGui/QIconEngine>
 #include <QtGui/QPainter>
 
@@ -20,7 +22,7 @@ public:
     {
         return new SizelessEngine(*this);
     }
-    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) const override
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) KIV_CONST_IN_QT5 override
     {
         return {QSize()};
     }
