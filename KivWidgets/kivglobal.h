@@ -13,7 +13,8 @@
 #define KIVWIDGETS_EXPORT Q_DECL_IMPORT
 #endif
 
-// A property that Qt Designer shows while a function of the widget says so; moc of Qt 6 knows no such functions.
+// A property that Qt Designer shows while a function of the widget says so; moc of Qt 6 knows no
+// such functions.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #define KIVWIDGETS_DESIGNABLE(condition)
 #else

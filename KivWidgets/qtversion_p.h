@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QtCore/QMetaProperty>
+#include <QtCore/QVariant>
 #include <QtCore/QtGlobal>
 #include <QtGui/QFont>
 #include <QtGui/QMouseEvent>
 
-// What Qt 5 and Qt 6 name differently. No other source of the library asks which Qt it is built with; tests
-// and plugins use this one, too.
+// What Qt 5 and Qt 6 name differently. No other source of the library asks which Qt it is built
+// with; tests and plugins use this one, too.
 
 /// QIconEngine::availableSizes() is const in Qt 5 alone.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -23,6 +25,47 @@ inline QPointF pointerPosition(const QMouseEvent *event)
     return event->position();
 #else
     return event->localPos();
+#endif
+}
+
+/// The same on the screen, in whole pixels.
+inline QPoint globalPointerPosition(const QMouseEvent *event)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return event->globalPosition().toPoint();
+#else
+    return event->globalPos();
+#endif
+}
+
+/// A hover event at @p place of a widget, which came from its upper left corner.
+inline QHoverEvent hoverEvent(QEvent::Type type, const QPointF &place)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return {type, place, place, QPointF()};
+#else
+    return {type, place, QPointF()};
+#endif
+}
+
+/// A copy of the value of type @p type that lies at @p data.
+inline QVariant variantOf(int type, const void *data)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return QVariant(QMetaType(type), data);
+#else
+    return QVariant(type, data);
+#endif
+}
+
+/// Whether @p property of @p object is for an editor: in its present state, where the class can say
+/// so.
+inline bool isDesignable(const QMetaProperty &property, [[maybe_unused]] const QObject *object)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return property.isDesignable();
+#else
+    return property.isDesignable(object);
 #endif
 }
 

@@ -45,7 +45,7 @@ QString conditionText(const UpsModel &ups)
             parts.append(condition.valueText.isEmpty()
                              ? text
                              : text + QLatin1Char(' ') + condition.valueText);
-        if (&condition == ups.conditions().constBegin() && condition.since.isValid())
+        if (&condition == &ups.conditions().constFirst() && condition.since.isValid())
             parts.append(Banner::tr("since %1").arg(since(condition.since)));
     }
     return parts.join(Theme::separator());

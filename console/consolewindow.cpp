@@ -20,6 +20,7 @@
 #include <rotatestackedwidget.h>
 #include <transpbutton.h>
 
+#include <QShortcut>
 #include <QtCore/QSettings>
 #include <QtCore/QTime>
 #include <QtCore/QTimer>
@@ -32,7 +33,6 @@
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QScrollArea>
-#include <QtWidgets/QShortcut>
 
 #include <algorithm>
 #include <cmath>

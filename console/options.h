@@ -2,11 +2,10 @@
 
 #include "commandline.h"
 
+#include <QtCore/QStringList>
 #include <QtCore/QVector>
 
 #include <optional>
-
-class QStringList;
 
 /// What the command line asks for.
 struct Options : CommonOptions

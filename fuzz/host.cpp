@@ -1,6 +1,7 @@
 #include "host.h"
 
 #include "pictures.h"
+#include "qtversion_p.h"
 #include "values.h"
 
 #include <metroStyle.h>
@@ -396,7 +397,7 @@ void Host::sendPlainEvent()
     QEvent event(bytes.oneOf(types));
     if (bytes.flag()) {
         trace("post event %d", int(event.type()));
-        QCoreApplication::postEvent(widget, new QEvent(event));
+        QCoreApplication::postEvent(widget, new QEvent(event.type()));
         return;
     }
     send(&event);
@@ -467,13 +468,14 @@ void Host::sendDataEvent()
         break;
     }
     case 12: {
-        QHoverEvent event(bytes.flag() ? QEvent::HoverEnter : QEvent::HoverLeave,
-                          somePlace(bytes, widget->size()), QPointF());
+        const QEvent::Type type = bytes.flag() ? QEvent::HoverEnter : QEvent::HoverLeave;
+        QHoverEvent event = KivPrivate::hoverEvent(type, somePlace(bytes, widget->size()));
         send(&event);
         break;
     }
     case 13: {
-        QHoverEvent event(QEvent::HoverMove, somePlace(bytes, widget->size()), QPointF());
+        QHoverEvent event =
+            KivPrivate::hoverEvent(QEvent::HoverMove, somePlace(bytes, widget->size()));
         send(&event);
         break;
     }
@@ -504,7 +506,8 @@ void Host::sendDataEvent()
         break;
     }
     default: {
-        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(bytes.byte(), bytes.byte()));
+        const QPoint place(bytes.byte(), bytes.byte());
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, place, widget->mapToGlobal(place));
         send(&event);
         break;
     }

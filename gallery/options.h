@@ -3,8 +3,7 @@
 #include "commandline.h"
 
 #include <QtCore/QSize>
-
-class QStringList;
+#include <QtCore/QStringList>
 
 /// What the gallery's command line asks for.
 struct GalleryOptions : CommonOptions

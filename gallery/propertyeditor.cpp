@@ -1,5 +1,6 @@
 #include "propertyeditor.h"
 
+#include "designable.h"
 #include "hostsetters.h"
 #include "propertybounds.h"
 #include "slimscrollbars.h"
@@ -177,7 +178,7 @@ void PropertyEditor::addProperty(const QMetaProperty &property)
         row.field->setEnabled(false);
     }
     row.read = [this, property] { return property.read(presented); };
-    row.applies = [this, property] { return property.isDesignable(presented); };
+    row.applies = [this, property] { return presented && isDesignable(*presented, property); };
     if (row.editor) {
         connect(row.editor, &ValueEditor::edited, this, [this, property](const QVariant &value) {
             if (!presented)

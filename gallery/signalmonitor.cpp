@@ -1,5 +1,7 @@
 #include "signalmonitor.h"
 
+#include "qtversion_p.h"
+
 #include <QtCore/QMetaMethod>
 #include <QtCore/QSize>
 #include <QtCore/QVariant>
@@ -8,10 +10,10 @@ namespace {
 
 QString textOf(const QVariant &value)
 {
-    switch (value.type()) {
-    case QVariant::Size:
+    switch (value.userType()) {
+    case QMetaType::QSize:
         return QStringLiteral("%1 x %2").arg(value.toSize().width()).arg(value.toSize().height());
-    case QVariant::String:
+    case QMetaType::QString:
         return QStringLiteral("\"%1\"").arg(value.toString());
     default:
         return value.canConvert<QString>() ? value.toString() : QString();
@@ -24,8 +26,9 @@ QString describe(const QMetaMethod &signal, void **arguments)
     const QList<QByteArray> names = signal.parameterNames();
     for (int i = 0; i < signal.parameterCount(); ++i) {
         const int type = signal.parameterType(i);
-        const QString text =
-            type == QMetaType::UnknownType ? QString() : textOf(QVariant(type, arguments[i + 1]));
+        const QString text = type == QMetaType::UnknownType
+                                 ? QString()
+                                 : textOf(KivPrivate::variantOf(type, arguments[i + 1]));
         const QString name = QString::fromLatin1(names.at(i));
         if (text.isEmpty())
             texts.append(name);

@@ -1,5 +1,7 @@
 #include "sizehandle.h"
 
+#include "qtversion_p.h"
+
 #include "theme.h"
 
 #include <QtGui/QMouseEvent>
@@ -52,14 +54,14 @@ void SizeHandle::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return;
     dragging = true;
-    pressedAt = event->globalPos();
+    pressedAt = KivPrivate::globalPointerPosition(event);
     Q_EMIT pressed();
 }
 
 void SizeHandle::mouseMoveEvent(QMouseEvent *event)
 {
     if (dragging)
-        Q_EMIT dragged(event->globalPos() - pressedAt);
+        Q_EMIT dragged(KivPrivate::globalPointerPosition(event) - pressedAt);
 }
 
 void SizeHandle::mouseReleaseEvent(QMouseEvent *event)

@@ -627,7 +627,7 @@ int ValueEditor::numberOf(const QVariant &value)
     if (value.canConvert<int>())
         return value.toInt();
     // Flags are stored as one int, but have no conversion.
-    return QMetaType::sizeOf(value.userType()) == int(sizeof(int))
+    return QMetaType(value.userType()).sizeOf() == int(sizeof(int))
                ? *static_cast<const int *>(value.constData())
                : 0;
 }

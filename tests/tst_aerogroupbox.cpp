@@ -6,6 +6,7 @@
 #include "icons.h"
 #include "mouse.h"
 #include "pictures.h"
+#include "qtversion_p.h"
 #include "testmain.h"
 
 #include <QtCore/QMetaProperty>
@@ -160,11 +161,15 @@ void AeroGroupboxTest::designableConditions()
         for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
             const QByteArray name = meta.property(i).name();
             bool expected = true;
-            if (name == "backgroundGroup")
+            // moc of Qt 6 takes no functions that decide.
+            if (QT_VERSION >= QT_VERSION_CHECK(6, 0, 0))
+                expected = true;
+            else if (name == "backgroundGroup")
                 expected = type == AeroGroupbox::ImageBG;
             else if (name == "color" || name == "shadow")
                 expected = type == AeroGroupbox::AeroStyleBG;
-            QVERIFY2(meta.property(i).isDesignable(&box) == expected, name.constData());
+            QVERIFY2(KivPrivate::isDesignable(meta.property(i), &box) == expected,
+                     name.constData());
         }
     }
 }
@@ -481,8 +486,9 @@ void AeroGroupboxTest::doubleClickToggles()
     const QSignalSpy clicked(box.widget, &QGroupBox::clicked);
     Mouse::press(box.widget, QPoint(100, 50));
     Mouse::release(box.widget, QPoint(100, 50));
-    QMouseEvent second(QEvent::MouseButtonDblClick, QPoint(100, 50), Qt::LeftButton, Qt::LeftButton,
-                       Qt::NoModifier);
+    const QPoint place(100, 50);
+    QMouseEvent second(QEvent::MouseButtonDblClick, place, box->mapToGlobal(place), Qt::LeftButton,
+                       Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(box.widget, &second);
     QCOMPARE(clicked.count(), 2);
     QVERIFY(box->isChecked());

@@ -5,7 +5,6 @@
 #include <aerogroupbox.h>
 #include <metronavdrawer.h>
 
-#include <QtGui/QTouchDevice>
 #include <QtTest/QSignalSpy>
 #include <QtTest/qtesttouch.h>
 #include <QtWidgets/QProxyStyle>
@@ -140,7 +139,7 @@ void BoxToggleTest::oneToggleForEachPress()
             for (const QPoint &jitter : jitters) {
                 const QPoint from(x, y);
                 const QPoint to = from + jitter;
-                const int before = clicked.count();
+                const auto before = clicked.count();
                 const bool checked = box->isChecked();
                 if (box->hasMouseTracking())
                     Mouse::hover(box, from);
@@ -165,7 +164,7 @@ void BoxToggleTest::oneToggleForEachTouch()
 {
     const std::unique_ptr<BoxStage> stage = fetchedStage();
     QGroupBox *const box = stage->box;
-    static QTouchDevice *const panel = QTest::createTouchDevice();
+    static auto *const panel = QTest::createTouchDevice();
     const QSignalSpy clicked(box, &QGroupBox::clicked);
     int presses = 0;
     for (int y = 1; y < boxSize.height(); y += gridStep) {

@@ -40,22 +40,22 @@ FormValue otherValue(const QMetaProperty &property, const QVariant &present)
                 QStringLiteral("<enum>%1::%2</enum>")
                     .arg(QLatin1String(type.scope()), QLatin1String(type.key(index)))};
     }
-    switch (property.type()) {
-    case QVariant::Int:
+    switch (property.userType()) {
+    case QMetaType::Int:
         return {7, QStringLiteral("<number>7</number>")};
-    case QVariant::Double:
+    case QMetaType::Double:
         // The limits of a scale keep their order.
         if (QByteArray(property.name()).startsWith("max"))
             return {121.5, QStringLiteral("<double>121.5</double>")};
         return {21.5, QStringLiteral("<double>21.5</double>")};
-    case QVariant::Bool:
+    case QMetaType::Bool:
         return {!present.toBool(), present.toBool() ? QStringLiteral("<bool>false</bool>")
                                                     : QStringLiteral("<bool>true</bool>")};
-    case QVariant::String:
+    case QMetaType::QString:
         return {QStringLiteral("%.0f x"), QStringLiteral("<string>%.0f x</string>")};
-    case QVariant::Point:
+    case QMetaType::QPoint:
         return {QPoint(3, 4), QStringLiteral("<point><x>3</x><y>4</y></point>")};
-    case QVariant::Color:
+    case QMetaType::QColor:
         return {QColor(1, 2, 3), QStringLiteral("<color><red>1</red><green>2</green>"
                                                 "<blue>3</blue></color>")};
     default:
@@ -187,8 +187,9 @@ void DesignerTest::formsSetEveryProperty()
     for (auto it = expected.begin(); it != expected.end(); ++it) {
         const QVariant is = loaded->property(it.key());
         // An enum's value and its number are not equal as variants.
-        const bool equal = it.value().type() == QVariant::Int ? is.toInt() == it.value().toInt()
-                                                              : is == it.value();
+        const bool equal = it.value().userType() == QMetaType::Int
+                               ? is.toInt() == it.value().toInt()
+                               : is == it.value();
         QVERIFY2(equal, it.key().constData());
     }
 }

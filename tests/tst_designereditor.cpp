@@ -235,7 +235,7 @@ void DesignerEditorTest::newWidgets()
                                    .arg(QLatin1String(property.name())))
                 .match(contents);
         // Empty pixmaps have nothing to save.
-        if (property.type() == QVariant::Pixmap && !element.hasMatch())
+        if (property.userType() == QMetaType::QPixmap && !element.hasMatch())
             continue;
         QVERIFY2(element.hasMatch(), property.name());
         QCOMPARE(element.captured(1).isEmpty(), property.hasStdCppSet());

@@ -264,7 +264,7 @@ void TestUpsFeedLink::readsOnly()
         QVERIFY(!feed.supports(Command(i)));
         QVERIFY(!feed.command(Command(i)));
     }
-    const int before = server.asked.count();
+    const auto before = server.asked.count();
     QTRY_VERIFY(server.asked.count() >= before + 3);
     for (const QByteArray &line : std::as_const(server.asked))
         QCOMPARE(line, QByteArray("LIST VAR demo"));

@@ -341,7 +341,7 @@ void TestUpsFeedProtocol::unfinishedAnswers()
 
 void TestUpsFeedProtocol::longestLine()
 {
-    const int overhead = QByteArray("VAR demo a \"\"").size();
+    const int overhead = int(std::strlen("VAR demo a \"\""));
     const QByteArray value(NutListReader::maxLine - overhead, 'x');
     NutListReader reader(QStringLiteral("demo"));
     QCOMPARE(reader.take(begin + "VAR demo a \"" + value + "\"\n" + end), State::Complete);
@@ -350,7 +350,7 @@ void TestUpsFeedProtocol::longestLine()
 
 void TestUpsFeedProtocol::tooLongLine()
 {
-    const int overhead = QByteArray("VAR demo a \"\"").size();
+    const int overhead = int(std::strlen("VAR demo a \"\""));
     const QByteArray value(NutListReader::maxLine - overhead + 1, 'x');
     NutListReader reader(QStringLiteral("demo"));
     QCOMPARE(reader.take(begin + "VAR demo a \"" + value + "\"\n" + end), State::Broken);
@@ -409,3 +409,5 @@ void TestUpsFeedProtocol::staysBroken()
 
 KIV_TEST_MAIN(TestUpsFeedProtocol)
 #include "tst_upsfeedprotocol.moc"
+
+#include <cstring>

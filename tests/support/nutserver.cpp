@@ -12,22 +12,11 @@
 #include <functional>
 
 #include <csignal>
-#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace {
 
 constexpr int patience = 10000; // milliseconds
-
-/// A process that ends with the one that started it, however that ends.
-class BoundProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override
-    {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-    }
-};
 
 bool waitUntil(const std::function<bool()> &reached)
 {
@@ -154,12 +143,15 @@ bool NutServer::launch(std::unique_ptr<QProcess> *process, const QString &progra
     environment.insert(QStringLiteral("NUT_CONFPATH"), directory.filePath(QStringLiteral("conf")));
     for (const char *name : {"NUT_STATEPATH", "NUT_ALTPIDPATH"})
         environment.insert(QString::fromLatin1(name), directory.filePath(QStringLiteral("state")));
-    *process = std::make_unique<BoundProcess>();
+    *process = std::make_unique<QProcess>();
     (*process)->setProcessEnvironment(environment);
     (*process)->setWorkingDirectory(directory.path());
     (*process)->setProcessChannelMode(QProcess::MergedChannels);
     (*process)->setStandardOutputFile(directory.filePath(QStringLiteral("log")), QIODevice::Append);
-    (*process)->start(program, arguments);
+    // Bound to this program: it ends with it, however that ends.
+    (*process)->start(QStringLiteral("setpriv"),
+                      QStringList{QStringLiteral("--pdeathsig"), QStringLiteral("KILL"), program} +
+                          arguments);
     return (*process)->waitForStarted(patience) || fail(QStringLiteral("cannot start ") + program);
 }
 

@@ -59,7 +59,7 @@ bool SnapshotLog::isEmpty() const
 
 int SnapshotLog::count() const
 {
-    return snapshots.count();
+    return int(snapshots.count());
 }
 
 void SnapshotLog::clear()
