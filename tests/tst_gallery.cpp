@@ -236,7 +236,7 @@ int colorsIn(const QImage &picture)
         for (int x = 0; x < picture.width(); ++x)
             colors.insert(picture.pixel(x, y));
     }
-    return colors.size();
+    return int(colors.size());
 }
 
 void everyClass()
