@@ -42,6 +42,8 @@
 #include <QtWidgets/QSpinBox>
 #include <QtWidgets/QToolButton>
 
+#include <utility>
+
 namespace {
 
 const QStringList allClasses = widgetClasses();
@@ -1076,5 +1078,3 @@ void GalleryTest::program()
 KIV_TEST_MAIN(GalleryTest)
 
 #include "tst_gallery.moc"
-
-#include <utility>

@@ -4,6 +4,8 @@
 #include "testmain.h"
 #include "widgetprobe.h"
 
+#include <cstring>
+
 using State = NutListReader::State;
 
 Q_DECLARE_METATYPE(NutListReader::State)
@@ -409,5 +411,3 @@ void TestUpsFeedProtocol::staysBroken()
 
 KIV_TEST_MAIN(TestUpsFeedProtocol)
 #include "tst_upsfeedprotocol.moc"
-
-#include <cstring>
