@@ -4,6 +4,7 @@
 #include "theme.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QStandardPaths>
 #include <QtGui/QIcon>
 #include <QtGui/QPixmap>
 #include <QtWidgets/QApplication>
@@ -84,6 +85,14 @@ void Program::styleApplication()
     QGuiApplication::setDesktopFileName(name);
     QApplication::setWindowIcon(QIcon::fromTheme(name));
     QApplication::setFont(Theme::font(Theme::Normal));
+}
+
+QString Program::settingsFile(const QString &name)
+{
+    const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
+    if (!QDir::isAbsolutePath(directory) || !QDir().mkpath(directory))
+        return {};
+    return QDir(directory).filePath(name);
 }
 
 bool Program::makeDirectory(const QString &directory, QString *error)

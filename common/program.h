@@ -43,6 +43,10 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv);
 /// Sets the style and the font of the application.
 void styleApplication();
 
+/// The file @p name among the program's settings; empty where the environment names no usable
+/// place.
+QString settingsFile(const QString &name);
+
 bool makeDirectory(const QString &directory, QString *error);
 /// Writes what @p window shows to @p name.png in @p directory and prints the file's path.
 bool takeScreenshot(QWidget &window, const QString &directory, const QString &name, QString *error);

@@ -11,14 +11,6 @@
 
 namespace {
 
-void deliver()
-{
-    for (int i = 0; i < 4; ++i) {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    }
-}
-
 void disable(QWidget *widget)
 {
     widget->setEnabled(false);
@@ -47,6 +39,16 @@ void focus(QWidget *widget)
 bool canFocus()
 {
     return QGuiApplication::platformName() == QLatin1String("offscreen");
+}
+
+void deliver()
+{
+    for (int i = 0; i < 4; ++i) {
+        QCoreApplication::sendPostedEvents();
+        // The focus comes this way.
+        if (canFocus())
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
 }
 
 /// What @p state looks like after @p change; null if it does not take the focus that it was given.
@@ -144,6 +146,7 @@ StateSheet::StateSheet(const WidgetDescription &description, QWidget *parent)
         widget->installEventFilter(this);
         cells.push_back({state.caption, widget, state.beginsRow});
     }
+    setMinimumWidth(widest());
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -179,6 +182,7 @@ bool StateSheet::eventFilter(QObject *watched, QEvent *event)
         QMetaObject::invokeMethod(
             this,
             [this] {
+                setMinimumWidth(widest());
                 layOut(width(), true);
                 updateGeometry();
                 update();
@@ -213,6 +217,15 @@ void StateSheet::resizeEvent(QResizeEvent *)
 int StateSheet::captionHeight() const
 {
     return fontMetrics().height() + 4;
+}
+
+/// The width that the widest cell needs.
+int StateSheet::widest() const
+{
+    int width = 0;
+    for (const Cell &cell : cells)
+        width = qMax(width, cell.widget->width());
+    return width + 2 * gap;
 }
 
 /// Fills rows of @p width with the cells; returns the height that they take.

@@ -39,6 +39,7 @@ private:
     };
 
     int captionHeight() const;
+    int widest() const;
     int layOut(int width, bool move) const;
 
     std::vector<Cell> cells;

@@ -6,8 +6,6 @@
 #include "program.h"
 #include "screenshots.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QStandardPaths>
 #include <QtWidgets/QApplication>
 
 #include <memory>
@@ -15,16 +13,6 @@
 
 /// The status when screenshots are there but of a UPS that cannot be reached.
 static constexpr int notReached = 3;
-
-/// Where the window's size, page, theme and settings are kept; empty where the environment names no
-/// usable place.
-static QString memoryFile()
-{
-    const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
-    if (!QDir::isAbsolutePath(directory) || !QDir().mkpath(directory))
-        return {};
-    return directory + QStringLiteral("/console.ini");
-}
 
 int main(int argc, char **argv)
 {
@@ -73,7 +61,8 @@ int main(int argc, char **argv)
     }
     Notifier notifier(&site);
     QObject::connect(&window, &ConsoleWindow::notifyChosen, &notifier, &Notifier::setEnabled);
-    if (const QString file = memoryFile(); !file.isEmpty()) {
+    if (const QString file = Program::settingsFile(QStringLiteral("console.ini"));
+        !file.isEmpty()) {
         if (options.fresh)
             QFile::remove(file);
         window.remember(file);

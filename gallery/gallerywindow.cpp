@@ -1,10 +1,13 @@
 #include "gallerywindow.h"
 
+#include "codewriter.h"
 #include "elementstate.h"
 #include "pictograms.h"
 #include "propertybounds.h"
 #include "propertyeditor.h"
 #include "scenes.h"
+#include "slimscrollbars.h"
+#include "statesheet.h"
 #include "theme.h"
 #include "valueeditor.h"
 #include "widgetcatalogue.h"
@@ -13,14 +16,19 @@
 
 #include <rotatestackedwidget.h>
 
+#include <QtCore/QSettings>
 #include <QtCore/QSignalBlocker>
 #include <QtCore/QTimer>
+#include <QtGui/QClipboard>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
 #include <QtWidgets/QSpinBox>
 #include <QtWidgets/QSplitter>
+#include <QtWidgets/QStackedWidget>
 
 namespace {
 
@@ -69,7 +77,7 @@ QSpinBox *sizeBox(const QString &toolTip)
 GalleryWindow::GalleryWindow(QWidget *parent)
     : QWidget(parent)
     , list(new WidgetList)
-    , darkBox(new QCheckBox(tr("Dark ground")))
+    , darkBox(new QCheckBox(tr("Dark background")))
     , darkThemeBox(new QCheckBox(tr("Dark theme")))
     , properties(new PropertyEditor)
     , followTimer(new QTimer(this))
@@ -105,8 +113,15 @@ GalleryWindow::GalleryWindow(QWidget *parent)
     layout->addWidget(splitter);
 
     connect(list, &WidgetList::chosen, this, &GalleryWindow::showWidget);
-    connect(darkBox, &QCheckBox::toggled, stage, &WidgetStage::setDark);
-    connect(darkThemeBox, &QCheckBox::toggled, this, &GalleryWindow::setDarkTheme);
+    connect(darkBox, &QCheckBox::toggled, this, [this](bool dark) {
+        stage->setDark(dark);
+        statesArea->viewport()->setPalette(stage->canvasPalette());
+        keep("darkBackground", dark);
+    });
+    connect(darkThemeBox, &QCheckBox::toggled, this, [this](bool dark) {
+        setDarkTheme(dark);
+        keep("darkTheme", dark);
+    });
     connect(stage, &WidgetStage::placed, this, &GalleryWindow::follow);
     connect(followTimer, &QTimer::timeout, this, &GalleryWindow::follow);
     followTimer->start(followInterval);
@@ -139,7 +154,8 @@ void GalleryWindow::showWidget(const QString &name)
     subtitle->setText(QString::fromLatin1(description->toolTip));
     properties->present(nullptr);
     monitor.watch(nullptr);
-    stage->present(createOnStage(*description, stage->ground()), !description->sizesItself);
+    stage->setAlwaysLight(description->needsLightBackground);
+    stage->present(createOnStage(*description, stage->canvas()), !description->sizesItself);
     for (QWidget *input : {static_cast<QWidget *>(widthBox), static_cast<QWidget *>(heightBox),
                            static_cast<QWidget *>(naturalButton)})
         input->setEnabled(!description->sizesItself);
@@ -149,6 +165,48 @@ void GalleryWindow::showWidget(const QString &name)
     signalLine->setText(tr("No signals yet"));
     presentProperties();
     follow();
+    showStates();
+}
+
+void GalleryWindow::remember(const QString &file)
+{
+    memory.reset();
+    const QSettings kept(file, QSettings::IniFormat);
+    setDarkTheme(kept.value(QStringLiteral("darkTheme")).toBool());
+    const QVariant background = kept.value(QStringLiteral("darkBackground"));
+    if (background.isValid())
+        darkBox->setChecked(background.toBool());
+    memory = std::make_unique<QSettings>(file, QSettings::IniFormat);
+}
+
+void GalleryWindow::keep(const char *key, bool value)
+{
+    if (memory)
+        memory->setValue(QLatin1String(key), value);
+}
+
+QString GalleryWindow::cppCode() const
+{
+    QWidget *widget = stage->staged();
+    if (!widget)
+        return {};
+    return toCpp(settingsOf(widget, *shown,
+                            shown->setState ? std::optional<elemDesc_t>(state) : std::nullopt));
+}
+
+void GalleryWindow::showAllStates(bool all)
+{
+    statesButton->setChecked(all);
+}
+
+/// Fills the view of all states where it shows.
+void GalleryWindow::showStates()
+{
+    const bool all = statesButton->isChecked();
+    statesArea->setWidget(all ? new StateSheet(*shown) : new QWidget);
+    statesArea->viewport()->setPalette(stage->canvasPalette());
+    centre->setCurrentIndex(all ? 1 : 0);
+    zoomBox->setEnabled(!all);
 }
 
 void GalleryWindow::setDarkTheme(bool dark)
@@ -183,8 +241,17 @@ QWidget *GalleryWindow::makeCentre()
     connect(anew, &QPushButton::clicked, this,
             [this] { showWidget(QString::fromLatin1(shown->className)); });
 
-    auto *centre = new QWidget;
-    auto *layout = new QVBoxLayout(centre);
+    statesArea = new QScrollArea;
+    statesArea->setWidgetResizable(true);
+    statesArea->setFrameShape(QFrame::NoFrame);
+    statesArea->viewport()->setAutoFillBackground(true);
+    useSlimScrollBars(statesArea);
+    centre = new QStackedWidget;
+    centre->addWidget(stage);
+    centre->addWidget(statesArea);
+
+    auto *whole = new QWidget;
+    auto *layout = new QVBoxLayout(whole);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::spacing);
     auto *head = new QGridLayout;
@@ -194,10 +261,44 @@ QWidget *GalleryWindow::makeCentre()
     head->addWidget(subtitle, 1, 0, 1, 2);
     head->setColumnStretch(0, 1);
     layout->addLayout(head);
-    layout->addWidget(stage, 1);
+    layout->addWidget(makeToolBar());
+    layout->addWidget(centre, 1);
     layout->addWidget(makeSizeBar());
     layout->addWidget(signalLine);
-    return centre;
+    return whole;
+}
+
+/// How the widget is shown, and the code for it.
+QWidget *GalleryWindow::makeToolBar()
+{
+    statesButton = new QPushButton(tr("All states"));
+    statesButton->setCheckable(true);
+    statesButton->setToolTip(tr("Shows the widget in all its states at once"));
+    zoomBox = new QSpinBox;
+    zoomBox->setRange(1, WidgetStage::largestZoom);
+    zoomBox->setPrefix(tr("Zoom "));
+    zoomBox->setSuffix(QStringLiteral(" ×"));
+    zoomBox->setToolTip(tr("Shows each pixel as a square of so many"));
+    auto *copy = new QPushButton(tr("Copy C++"));
+    copy->setToolTip(tr("Copies the statements that make the widget as it is now"));
+
+    auto *bar = new QWidget;
+    bar->setFont(Theme::font(Theme::Small));
+    auto *layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Theme::spacing / 2);
+    layout->addWidget(statesButton);
+    layout->addWidget(zoomBox);
+    layout->addStretch();
+    layout->addWidget(copy);
+
+    connect(statesButton, &QPushButton::toggled, this, [this] { showStates(); });
+    connect(zoomBox, qOverload<int>(&QSpinBox::valueChanged), stage, &WidgetStage::setZoom);
+    connect(copy, &QPushButton::clicked, this, [this] {
+        QApplication::clipboard()->setText(cppCode());
+        signalLine->setText(tr("Copied"));
+    });
+    return bar;
 }
 
 QWidget *GalleryWindow::makeSizeBar()

@@ -7,11 +7,16 @@
 #include <QtCore/QStringList>
 #include <QtWidgets/QWidget>
 
+#include <memory>
+
 class PropertyEditor;
 class QCheckBox;
 class QLabel;
 class QPushButton;
 class QSpinBox;
+class QScrollArea;
+class QSettings;
+class QStackedWidget;
 class QTimer;
 class WidgetStage;
 class WidgetList;
@@ -34,12 +39,22 @@ public:
     void showWidget(const QString &name);
     /// Light on dark, for the window and the stage.
     void setDarkTheme(bool dark);
+    /// Takes the theme and the background that @p file keeps, and keeps in it what is chosen from
+    /// here on.
+    void remember(const QString &file);
+    /// The statements in C++ that make the widget as it is now.
+    QString cppCode() const;
+    /// Shows the widget in all its states at once, or live on the stage.
+    void showAllStates(bool all);
     /// Brings the controls to what the widget is now; done by itself every moment.
     void follow();
 
 private:
     QWidget *makeCentre();
     QWidget *makeSizeBar();
+    QWidget *makeToolBar();
+    void keep(const char *key, bool value);
+    void showStates();
     void presentProperties();
     void report(const QString &text);
 
@@ -52,7 +67,12 @@ private:
     QSpinBox *widthBox;
     QSpinBox *heightBox;
     QPushButton *naturalButton;
+    QStackedWidget *centre;
     WidgetStage *stage;
+    QScrollArea *statesArea;
+    QPushButton *statesButton;
+    QSpinBox *zoomBox;
+    std::unique_ptr<QSettings> memory;
     PropertyEditor *properties;
     QLabel *signalLine;
     QTimer *followTimer;

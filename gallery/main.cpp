@@ -16,13 +16,19 @@ int main(int argc, char **argv)
 
     GalleryWindow window;
     window.resize(options.size);
-    window.setDarkTheme(options.dark);
     if (options.task == GalleryOptions::Task::TakeScreenshots) {
+        window.setDarkTheme(options.dark);
         QString error;
         return takeGalleryScreenshots(window, options, &error)
                    ? 0
                    : Program::refuse(error, Program::failed);
     }
+    const QString file = Program::settingsFile(QStringLiteral("gallery.ini"));
+    if (!file.isEmpty())
+        window.remember(file);
+    // What the command line says goes before what was remembered.
+    if (options.dark)
+        window.setDarkTheme(true);
     if (!options.widget.isEmpty())
         window.showWidget(options.widget);
     window.show();

@@ -11,6 +11,8 @@
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int nameColumnWidth = 112;
@@ -54,20 +56,39 @@ void PropertyEditor::present(QWidget *widget, const QString &title,
         addHeading(title);
     for (const Setting &setting : settings)
         addSetting(setting);
-    for (const QMetaObject *meta = widget->metaObject(); meta != &QWidget::staticMetaObject;
-         meta = meta->superClass()) {
-        if (meta->propertyOffset() < meta->propertyCount())
-            addHeading(QString::fromLatin1(meta->className()));
-        for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i)
-            addProperty(meta->property(i));
+    const QMetaObject *group = nullptr;
+    for (const QMetaProperty &property : propertiesOf(widget)) {
+        if (property.enclosingMetaObject() != group) {
+            group = property.enclosingMetaObject();
+            addHeading(QString::fromLatin1(group->className()));
+        }
+        addProperty(property);
     }
-    addHeading(QStringLiteral("QWidget"));
-    const QMetaObject &common = QWidget::staticMetaObject;
-    for (const char *name : commonProperties)
-        addProperty(common.property(common.indexOfProperty(name)));
     // All spare height goes below the last row.
     grid->setRowStretch(grid->rowCount(), 1);
     refresh();
+}
+
+std::vector<QMetaProperty> PropertyEditor::propertiesOf(const QWidget *widget)
+{
+    std::vector<QMetaProperty> all;
+    const auto add = [&](const QMetaProperty &property) {
+        // A derived class's property hides one of the same name.
+        const bool isHidden = std::any_of(all.begin(), all.end(), [&](const QMetaProperty &other) {
+            return qstrcmp(other.name(), property.name()) == 0;
+        });
+        if (!isHidden && property.isReadable())
+            all.push_back(property);
+    };
+    for (const QMetaObject *meta = widget->metaObject(); meta != &QWidget::staticMetaObject;
+         meta = meta->superClass()) {
+        for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i)
+            add(meta->property(i));
+    }
+    const QMetaObject &common = QWidget::staticMetaObject;
+    for (const char *name : commonProperties)
+        add(common.property(common.indexOfProperty(name)));
+    return all;
 }
 
 void PropertyEditor::refresh()
@@ -160,9 +181,6 @@ void PropertyEditor::addSetting(const Setting &setting)
 void PropertyEditor::addProperty(const QMetaProperty &property)
 {
     const QString name = QString::fromLatin1(property.name());
-    // A derived class's property hides one of the same name.
-    if (names().contains(name) || !property.isReadable())
-        return;
     Row row;
     row.name = name;
     row.editor = nullptr;

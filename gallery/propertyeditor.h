@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QMetaProperty>
 #include <QtCore/QPointer>
 #include <QtCore/QVariant>
 #include <QtWidgets/QScrollArea>
@@ -9,7 +10,6 @@
 
 class QGridLayout;
 class QLabel;
-class QMetaProperty;
 class ValueEditor;
 
 /// The properties of a widget in a list, each with an editor of its type; a property that cannot be
@@ -35,6 +35,9 @@ public:
     /// widget, which may be deleted at any time; null for none.
     void present(QWidget *widget, const QString &title = QString(),
                  const std::vector<Setting> &settings = {});
+
+    /// The properties of @p widget in the order of the list, whether they apply now or not.
+    static std::vector<QMetaProperty> propertiesOf(const QWidget *widget);
 
     /// Brings the editors to the present values, and shows those that apply now.
     void refresh();

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int iconSide = 32;
 
-/// A drawing that is seen on a light and on a dark ground, and lit under the pointer.
+/// A drawing that is seen on a light and on a dark background, and lit under the pointer.
 QIcon drawnIcon(Pictogram which)
 {
     QIcon icon(pictogram(which, iconSide, QColor(110, 122, 133)));
@@ -20,7 +20,7 @@ QIcon drawnIcon(Pictogram which)
     return icon;
 }
 
-QPixmap gradientGround(const QColor &top, const QColor &bottom)
+QPixmap gradientBackground(const QColor &top, const QColor &bottom)
 {
     QPixmap pixmap(240, 140);
     QPainter painter(&pixmap);
@@ -31,14 +31,14 @@ QPixmap gradientGround(const QColor &top, const QColor &bottom)
     return pixmap;
 }
 
-std::vector<Sample<QPixmap>> libraryPictures()
+std::vector<Sample<QPixmap>> libraryImages()
 {
-    std::vector<Sample<QPixmap>> pictures;
+    std::vector<Sample<QPixmap>> images;
     const QDir directory(QStringLiteral(":/Images"));
     const QStringList files = directory.entryList(QDir::Files, QDir::Name);
     for (const QString &file : files)
-        pictures.push_back({QFileInfo(file).baseName(), QPixmap(directory.filePath(file))});
-    return pictures;
+        images.push_back({QFileInfo(file).baseName(), QPixmap(directory.filePath(file))});
+    return images;
 }
 
 } // namespace
@@ -57,7 +57,7 @@ const std::vector<Sample<QIcon>> &sampleIcons()
             {QStringLiteral("Restart"), drawnIcon(Pictogram::Restart)},
             {QStringLiteral("UPS, white"), QIcon(pictogram(Pictogram::Ups, iconSide, Qt::white))},
         };
-        for (const Sample<QPixmap> &picture : libraryPictures())
+        for (const Sample<QPixmap> &picture : libraryImages())
             icons.push_back({picture.name, QIcon(picture.picture)});
         return icons;
     }();
@@ -68,13 +68,13 @@ const std::vector<Sample<QPixmap>> &samplePixmaps()
 {
     static const std::vector<Sample<QPixmap>> samples = [] {
         std::vector<Sample<QPixmap>> pixmaps = {
-            {QStringLiteral("Blue ground"),
-             gradientGround(QColor(0, 56, 117), QColor(0, 174, 240))},
-            {QStringLiteral("Slate ground"),
-             gradientGround(QColor(84, 98, 112), QColor(36, 44, 52))},
+            {QStringLiteral("Blue background"),
+             gradientBackground(QColor(0, 56, 117), QColor(0, 174, 240))},
+            {QStringLiteral("Slate background"),
+             gradientBackground(QColor(84, 98, 112), QColor(36, 44, 52))},
         };
-        const std::vector<Sample<QPixmap>> pictures = libraryPictures();
-        pixmaps.insert(pixmaps.end(), pictures.begin(), pictures.end());
+        const std::vector<Sample<QPixmap>> images = libraryImages();
+        pixmaps.insert(pixmaps.end(), images.begin(), images.end());
         return pixmaps;
     }();
     return samples;

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-/// A picture that can be chosen for a property.
+/// An image that can be chosen for a property.
 template <typename Picture>
 struct Sample
 {
@@ -14,7 +14,7 @@ struct Sample
     Picture picture;
 };
 
-/// Line drawings, and the library's own pictures.
+/// Line drawings, and the library's own images.
 const std::vector<Sample<QIcon>> &sampleIcons();
-/// The library's own pictures, and grounds for a panel.
+/// The library's own images, and backgrounds for a panel.
 const std::vector<Sample<QPixmap>> &samplePixmaps();

@@ -1,5 +1,6 @@
 #include "widgetstage.h"
 
+#include "magnifier.h"
 #include "sizehandle.h"
 #include "slimscrollbars.h"
 #include "theme.h"
@@ -10,24 +11,20 @@
 
 namespace {
 
-/// Free ground around a widget that is larger than the stage.
+/// Free space around a widget that is larger than the stage.
 constexpr int margin = 24;
 
-QPalette groundPalette(bool dark)
-{
-    QPalette palette = Theme::palette(dark);
-    palette.setColor(QPalette::Window, dark ? QColor(21, 24, 27) : QColor(Qt::white));
-    return palette;
-}
+/// Light enough for black text beside a dark window.
+const QColor softLight(0xd6, 0xdc, 0xe1);
 
 } // namespace
 
 WidgetStage::WidgetStage(QWidget *parent)
     : QScrollArea(parent)
 {
-    auto *canvas = new QWidget;
-    canvas->setAutoFillBackground(true);
-    setWidget(canvas);
+    auto *plain = new QWidget;
+    plain->setAutoFillBackground(true);
+    setWidget(plain);
     setFrameShape(QFrame::NoFrame);
     viewport()->setAutoFillBackground(true);
     useSlimScrollBars(this);
@@ -36,7 +33,7 @@ WidgetStage::WidgetStage(QWidget *parent)
             const QPoint role(x, y);
             if (role.isNull())
                 continue;
-            auto *handle = new SizeHandle(role, canvas);
+            auto *handle = new SizeHandle(role, plain);
             handle->hide();
             connect(handle, &SizeHandle::pressed, this, [this] {
                 dragging = true;
@@ -51,10 +48,12 @@ WidgetStage::WidgetStage(QWidget *parent)
             handles.push_back(handle);
         }
     }
+    magnifier = new Magnifier(viewport());
+    magnifier->hide();
     setDark(false);
 }
 
-QWidget *WidgetStage::ground() const
+QWidget *WidgetStage::canvas() const
 {
     return widget();
 }
@@ -71,8 +70,9 @@ void WidgetStage::present(QWidget *newWidget, bool resizable)
     movedItself = false;
     showHandles(resizable);
     place();
-    horizontalScrollBar()->setValue((ground()->width() - viewport()->width()) / 2);
-    verticalScrollBar()->setValue((ground()->height() - viewport()->height()) / 2);
+    horizontalScrollBar()->setValue((canvas()->width() - viewport()->width()) / 2);
+    verticalScrollBar()->setValue((canvas()->height() - viewport()->height()) / 2);
+    applyZoom();
 }
 
 QWidget *WidgetStage::staged() const
@@ -94,16 +94,32 @@ void WidgetStage::takeNaturalSize()
     resizeStaged(naturalSize);
 }
 
-bool WidgetStage::isDark() const
-{
-    return dark;
-}
-
 void WidgetStage::setDark(bool newDark)
 {
     dark = newDark;
-    ground()->setPalette(groundPalette(dark));
-    viewport()->setPalette(groundPalette(dark));
+    applyColors();
+}
+
+void WidgetStage::setAlwaysLight(bool always)
+{
+    alwaysLight = always;
+    applyColors();
+}
+
+QPalette WidgetStage::canvasPalette() const
+{
+    QPalette palette = Theme::palette(dark && !alwaysLight);
+    QColor background(Qt::white);
+    if (dark)
+        background = alwaysLight ? softLight : QColor(21, 24, 27);
+    palette.setColor(QPalette::Window, background);
+    return palette;
+}
+
+void WidgetStage::setZoom(int factor)
+{
+    zoom = qBound(1, factor, largestZoom);
+    applyZoom();
 }
 
 bool WidgetStage::eventFilter(QObject *watched, QEvent *event)
@@ -126,6 +142,7 @@ void WidgetStage::resizeEvent(QResizeEvent *event)
     QScrollArea::resizeEvent(event);
     movedItself = false;
     place();
+    applyZoom();
 }
 
 void WidgetStage::dragHandle(QPoint role, QPoint offset)
@@ -149,19 +166,19 @@ void WidgetStage::placeSoon()
         this, [this] { place(); }, Qt::QueuedConnection);
 }
 
-/// Fits the ground to its widget and puts the widget in the middle, but for one that moved by
-/// itself to a place on the ground.
+/// Fits the canvas to its widget and puts the widget in the middle, but for one that moved by
+/// itself to a place on the canvas.
 void WidgetStage::place()
 {
     placeIsDue = false;
     if (!widgetShown || dragging)
         return;
     const QSize wanted = widgetShown->size() + 2 * QSize(margin, margin);
-    ground()->resize(wanted.expandedTo(viewport()->size()));
-    if (!movedItself || !ground()->rect().contains(widgetShown->geometry())) {
+    canvas()->resize(wanted.expandedTo(viewport()->size()));
+    if (!movedItself || !canvas()->rect().contains(widgetShown->geometry())) {
         placing = true;
-        widgetShown->move((ground()->width() - widgetShown->width()) / 2,
-                          (ground()->height() - widgetShown->height()) / 2);
+        widgetShown->move((canvas()->width() - widgetShown->width()) / 2,
+                          (canvas()->height() - widgetShown->height()) / 2);
         placing = false;
         movedItself = false;
     }
@@ -175,6 +192,20 @@ void WidgetStage::showHandles(bool shown)
         handle->setVisible(shown);
         handle->raise();
     }
+}
+
+void WidgetStage::applyColors()
+{
+    canvas()->setPalette(canvasPalette());
+    viewport()->setPalette(canvasPalette());
+}
+
+void WidgetStage::applyZoom()
+{
+    magnifier->setGeometry(viewport()->rect());
+    magnifier->raise();
+    magnifier->setVisible(zoom > 1);
+    magnifier->magnify(widgetShown, zoom);
 }
 
 void WidgetStage::attachHandles()

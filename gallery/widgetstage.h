@@ -5,9 +5,10 @@
 
 #include <vector>
 
+class Magnifier;
 class SizeHandle;
 
-/// Shows one live widget in the middle of a plain ground, with handles around it to resize it.
+/// Shows one live widget in the middle of a plain background, with handles around it to resize it.
 class WidgetStage : public QScrollArea
 {
     Q_OBJECT
@@ -15,12 +16,13 @@ class WidgetStage : public QScrollArea
 public:
     static constexpr int smallestSide = 1;
     static constexpr int largestSide = 2000;
+    static constexpr int largestZoom = 8;
 
     explicit WidgetStage(QWidget *parent = nullptr);
 
     /// The parent of a widget for this stage.
-    QWidget *ground() const;
-    /// Shows @p newWidget, a child of the ground, in place of the one before, which is deleted. The
+    QWidget *canvas() const;
+    /// Shows @p newWidget, a child of the canvas, in place of the one before, which is deleted. The
     /// size that it has or takes now is its natural size; there are handles if it is @p resizable.
     void present(QWidget *newWidget, bool resizable);
     /// The widget shown; it may delete itself.
@@ -29,8 +31,14 @@ public:
     void resizeStaged(QSize size);
     void takeNaturalSize();
 
-    bool isDark() const;
     void setDark(bool dark);
+    /// Keeps the background light even so, for a widget that writes in black.
+    void setAlwaysLight(bool always);
+    /// The colours that the canvas has now.
+    QPalette canvasPalette() const;
+
+    /// Shows each pixel of the widget as a square of so many; 1 to largestZoom.
+    void setZoom(int factor);
 
 Q_SIGNALS:
     /// The widget came to a place and a size.
@@ -46,6 +54,8 @@ private:
     void place();
     void showHandles(bool shown);
     void attachHandles();
+    void applyColors();
+    void applyZoom();
 
     QPointer<QWidget> widgetShown;
     QSize naturalSize;
@@ -56,4 +66,7 @@ private:
     bool placeIsDue = false;
     bool movedItself = false;
     bool dark = false;
+    bool alwaysLight = false;
+    int zoom = 1;
+    Magnifier *magnifier;
 };

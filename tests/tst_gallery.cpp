@@ -1,8 +1,11 @@
+#include "codewriter.h"
 #include "gallerywindow.h"
+#include "magnifier.h"
 #include "options.h"
 #include "propertyeditor.h"
 #include "screenshots.h"
 #include "sizehandle.h"
+#include "statesheet.h"
 #include "valueeditor.h"
 #include "widgetcatalogue.h"
 #include "widgetlist.h"
@@ -29,7 +32,9 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QMetaProperty>
+#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QClipboard>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QColorDialog>
 #include <QtWidgets/QComboBox>
@@ -128,6 +133,12 @@ struct Gallery
                 return true;
         }
         return false;
+    }
+    /// As well as whole pixels allow.
+    bool isCentred() const
+    {
+        const QPoint off = staged()->geometry().center() - stage->canvas()->rect().center();
+        return qAbs(off.x()) <= 1 && qAbs(off.y()) <= 1;
     }
     SizeHandle *handle(QPoint role) const
     {
@@ -280,7 +291,7 @@ private Q_SLOTS:
     void stateSelectors();
     void onlyStatesThatShowAreOffered();
     void enabledBox();
-    void ground();
+    void background();
     void sizeFields();
     void handlesResize_data();
     void handlesResize();
@@ -290,6 +301,14 @@ private Q_SLOTS:
     void widgetsAreLive();
     void drawerKeepsItsRightEdge();
     void pagesTurn();
+    void zoomEnlargesWholePixels();
+    void zoomPassesTheMouseOn();
+    void allStatesAtOnce_data();
+    void allStatesAtOnce();
+    void copiesCpp();
+    void codeCompiles();
+    void codeMakesTheSameWidget();
+    void rememberedTheme();
     void startAnew();
     void widgetDeletedByItsHost();
     void smallestWindowShowsEverything();
@@ -699,10 +718,10 @@ void GalleryTest::enabledBox()
     QTRY_VERIFY(box->isChecked());
 }
 
-void GalleryTest::ground()
+void GalleryTest::background()
 {
     Gallery gallery(QStringLiteral("TranspButton"));
-    const auto groundColor = [&] {
+    const auto backgroundColor = [&] {
         return gallery.window
             .grab(QRect(gallery.stage->mapTo(&gallery.window, QPoint(3, 3)), QSize(1, 1)))
             .toImage()
@@ -712,19 +731,19 @@ void GalleryTest::ground()
     const auto windowColor = [&] {
         return gallery.window.grab(QRect(2, 2, 1, 1)).toImage().pixelColor(0, 0).lightness();
     };
-    QVERIFY(groundColor() > 200);
-    auto *dark = gallery.withText<QCheckBox>("Dark ground");
+    QVERIFY(backgroundColor() > 200);
+    auto *dark = gallery.withText<QCheckBox>("Dark background");
     dark->click();
-    QVERIFY(groundColor() < 60);
+    QVERIFY(backgroundColor() < 60);
     QVERIFY(windowColor() > 200);
     // A widget without a background of its own writes so that it can be read.
     QVERIFY(gallery.staged()->palette().color(QPalette::ButtonText).lightness() > 200);
     dark->click();
-    QVERIFY(groundColor() > 200);
+    QVERIFY(backgroundColor() > 200);
     QVERIFY(gallery.staged()->palette().color(QPalette::ButtonText).lightness() < 80);
     gallery.withText<QCheckBox>("Dark theme")->click();
     QVERIFY(windowColor() < 60);
-    QVERIFY(groundColor() < 60);
+    QVERIFY(backgroundColor() < 60);
     QVERIFY(dark->isChecked());
 }
 
@@ -738,7 +757,7 @@ void GalleryTest::sizeFields()
     type(height, QStringLiteral("90"));
     deliverAll();
     QCOMPARE(gallery.staged()->size(), QSize(200, 90));
-    QCOMPARE(gallery.staged()->geometry().center(), gallery.stage->ground()->rect().center());
+    QVERIFY(gallery.isCentred());
     gallery.withText<QPushButton>("Natural size")->click();
     QCOMPARE(gallery.staged()->size(), QSize(120, 40));
     QCOMPARE(width->value(), 120);
@@ -791,7 +810,7 @@ void GalleryTest::handlesResize()
     Mouse::release(handle, handle->mapFromGlobal(begin + by));
     deliverAll();
     QCOMPARE(gallery.staged()->size(), size);
-    QCOMPARE(gallery.staged()->geometry().center(), gallery.stage->ground()->rect().center());
+    QVERIFY(gallery.isCentred());
     // Without a press nothing moves.
     Mouse::drag(handle, QPointF(40, 40));
     QCOMPARE(gallery.staged()->size(), size);
@@ -824,13 +843,13 @@ void GalleryTest::largeWidgetsScroll()
     Gallery gallery(QStringLiteral("MetroStatusbar"));
     QCOMPARE(gallery.staged()->width(), 800);
     QVERIFY(gallery.stage->viewport()->width() < 800);
-    QVERIFY(gallery.stage->ground()->rect().contains(gallery.staged()->geometry()));
+    QVERIFY(gallery.stage->canvas()->rect().contains(gallery.staged()->geometry()));
     // The middle shows first.
     const int middle = gallery.staged()->mapTo(gallery.stage->viewport(), QPoint(400, 0)).x();
     QVERIFY(qAbs(middle - gallery.stage->viewport()->width() / 2) <= 1);
     gallery.window.resize(1500, 700);
     deliverAll();
-    QCOMPARE(gallery.stage->ground()->size(), gallery.stage->viewport()->size());
+    QCOMPARE(gallery.stage->canvas()->size(), gallery.stage->viewport()->size());
 }
 
 void GalleryTest::widgetsAreLive()
@@ -874,7 +893,7 @@ void GalleryTest::drawerKeepsItsRightEdge()
     for (int i = 0; i < 5; ++i) {
         drawer->setState(MetroNavdrawer::open);
         deliverAll();
-        QVERIFY(gallery.stage->ground()->rect().contains(drawer->geometry()));
+        QVERIFY(gallery.stage->canvas()->rect().contains(drawer->geometry()));
     }
 }
 
@@ -897,6 +916,219 @@ void GalleryTest::pagesTurn()
     QVERIFY(gallery.says(QStringLiteral("currentChanged(1)")));
     QTest::mouseClick(stack->currentWidget()->findChild<AeroButton *>(), Qt::LeftButton);
     QCOMPARE(stack->currentIndex(), 2);
+}
+
+void GalleryTest::zoomEnlargesWholePixels()
+{
+    Gallery gallery(QStringLiteral("SlideSwitch"));
+    auto *zoom = gallery.sizeBox("Shows each pixel as a square of so many");
+    QVERIFY(zoom);
+    auto *magnifier = gallery.window.findChild<Magnifier *>();
+    QVERIFY(!magnifier->isVisible());
+    for (const int factor : {2, 3, 8}) {
+        zoom->setValue(factor);
+        deliverAll();
+        QVERIFY(magnifier->isVisible());
+        QCOMPARE(magnifier->widget()->size(), gallery.staged()->size() * factor);
+        const auto expected = [&] {
+            QImage small(gallery.staged()->size(), QImage::Format_ARGB32_Premultiplied);
+            small.fill(Qt::white);
+            gallery.staged()->render(&small, QPoint(), QRegion(), QWidget::DrawChildren);
+            QImage large(small.size() * factor, QImage::Format_RGB32);
+            for (int y = 0; y < large.height(); ++y) {
+                for (int x = 0; x < large.width(); ++x)
+                    large.setPixel(x, y, small.pixel(x / factor, y / factor));
+            }
+            return large;
+        };
+        const auto shown = [&] {
+            return magnifier->widget()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        };
+        COMPARE_PICTURES(shown(), expected());
+        // A change of the widget is followed.
+        auto *control = gallery.staged<SlideSwitch>();
+        control->setLocked(!control->isChecked() || factor != 3);
+        QTRY_COMPARE(shown(), expected());
+    }
+    zoom->setValue(1);
+    QVERIFY(!magnifier->isVisible());
+    // A deleted widget leaves its last image.
+    zoom->setValue(4);
+    delete gallery.staged();
+    deliverAll();
+    QTest::mouseClick(magnifier->widget(), Qt::LeftButton, {}, QPoint(10, 10));
+    gallery.show(QStringLiteral("AeroButton"));
+    QCOMPARE(magnifier->widget()->size(), gallery.staged()->size() * 4);
+}
+
+void GalleryTest::zoomPassesTheMouseOn()
+{
+    Gallery gallery(QStringLiteral("AeroGroupbox"));
+    gallery.stage->setZoom(3);
+    deliverAll();
+    QWidget *canvas = gallery.window.findChild<Magnifier *>()->widget();
+    auto *inner = gallery.staged()->findChild<SimpleSlideSwitch *>();
+    QVERIFY(inner);
+    const bool before = inner->isChecked();
+    const QPoint place = inner->mapTo(gallery.staged(), inner->rect().center()) * 3;
+    QTest::mouseClick(canvas, Qt::LeftButton, {}, place);
+    QCOMPARE(inner->isChecked(), !before);
+    // Outside of the switch nothing toggles.
+    QTest::mouseClick(canvas, Qt::LeftButton, {}, QPoint(4, canvas->height() - 5));
+    QCOMPARE(inner->isChecked(), !before);
+
+    gallery.show(QStringLiteral("TranspButton"));
+    deliverAll();
+    const QImage idle = pictureOf(gallery.staged());
+    QTest::mouseMove(canvas, canvas->rect().center());
+    QTRY_VERIFY(pictureOf(gallery.staged()) != idle);
+    QVERIFY(gallery.says(QStringLiteral("mouseEnter")));
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(canvas, &leave);
+    COMPARE_PICTURES(pictureOf(gallery.staged()), idle);
+}
+
+void GalleryTest::allStatesAtOnce_data()
+{
+    everyClass();
+}
+
+void GalleryTest::allStatesAtOnce()
+{
+    QFETCH(QString, name);
+    Gallery gallery(name);
+    gallery.withText<QPushButton>("All states")->click();
+    deliverAll();
+    auto *sheet = gallery.window.findChild<StateSheet *>();
+    QVERIFY(sheet && sheet->isVisible());
+    QVERIFY(!gallery.stage->isVisible());
+    QVERIFY(sheet->captions().size() >= int(widgetStates(name).size()));
+    for (const QObject *child : sheet->children())
+        QVERIFY(sheet->rect().contains(static_cast<const QWidget *>(child)->geometry()));
+    const QString other = name == allClasses.first() ? allClasses.last() : allClasses.first();
+    gallery.show(other);
+    sheet = gallery.window.findChild<StateSheet *>();
+    QCOMPARE(sheet->captions().first(), widgetStates(other).front().caption);
+    gallery.withText<QPushButton>("All states")->click();
+    deliverAll();
+    QVERIFY(!gallery.window.findChild<StateSheet *>());
+    QVERIFY(gallery.stage->isVisible());
+}
+
+void GalleryTest::copiesCpp()
+{
+    Gallery gallery(QStringLiteral("MetroShelter"));
+    edit(gallery.editor("alarm"));
+    type(gallery.editor("text")->findChild<QLineEdit *>(), QStringLiteral("a \"b\" \\ °"));
+    type(gallery.editor("colorText")->findChild<QLineEdit *>(), QStringLiteral("#80ff0000"));
+    type(gallery.editor("xLabel")->findChild<QSpinBox *>(), QStringLiteral("12"));
+    gallery.withText<QCheckBox>("Enabled")->click();
+    gallery.stage->resizeStaged(QSize(150, 50));
+    gallery.withText<QPushButton>("Copy C++")->click();
+    QCOMPARE(QApplication::clipboard()->text(),
+             QStringLiteral("auto *metroShelter = new MetroShelter(parent);\n"
+                            "metroShelter->resize(150, 50);\n"
+                            "metroShelter->setColorText(QColor(255, 0, 0, 128));\n"
+                            "metroShelter->setProperty(\"xLabel\", 12);\n"
+                            "metroShelter->setText(QStringLiteral(\"a \\\"b\\\" \\\\ °\"));\n"
+                            "metroShelter->setEnabled(false);\n"
+                            "metroShelter->setState({2, 5});\n"));
+    gallery.show(QStringLiteral("AeroLinebar"));
+    const QString code = gallery.window.cppCode();
+    QVERIFY2(code.contains(QStringLiteral("aeroLinebar->setProperty(\"valueF\", 65.0);\n")),
+             qPrintable(code));
+    QVERIFY2(code.contains(QStringLiteral("->setValuePosition(AeroLinebar::leftVal);\n")),
+             qPrintable(code));
+    delete gallery.staged();
+    QCOMPARE(gallery.window.cppCode(), QString());
+}
+
+/// Edits every property of every widget, and hands the code for it to the compiler.
+void GalleryTest::codeCompiles()
+{
+    QString code;
+    for (const QString &name : allClasses) {
+        Gallery gallery(name);
+        for (const QString &property : gallery.properties->names()) {
+            ValueEditor *editor = gallery.properties->editor(property);
+            if (editor && editor->isVisibleTo(&gallery.window))
+                edit(editor);
+        }
+        code += QStringLiteral("#include <%1.h>\nvoid make%2(QWidget *parent)\n{\n%3}\n")
+                    .arg(name.toLower(), name, gallery.window.cppCode());
+        takeErrorLines();
+    }
+    QTemporaryDir directory;
+    QFile file(directory.filePath(QStringLiteral("code.cpp")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("#include <QtGui/QtGui>\n#include <QtWidgets/QtWidgets>\n" + code.toUtf8());
+    file.close();
+    QProcess compiler;
+    compiler.start(QStringLiteral(KIV_COMPILER),
+                   QStringLiteral(KIV_COMPILER_OPTIONS).split(QLatin1Char(' ')) +
+                       QStringList({QStringLiteral("-fsyntax-only"), file.fileName()}));
+    QVERIFY(compiler.waitForFinished(120000));
+    QVERIFY2(compiler.exitCode() == 0,
+             (compiler.readAllStandardError() + code.toUtf8()).constData());
+}
+
+/// The settings alone, applied to a new widget, show the same.
+void GalleryTest::codeMakesTheSameWidget()
+{
+    for (const char *name : {"MetroXbar", "MetroCirclerate", "AeroButton", "AeroLinebar"}) {
+        Gallery gallery(QString::fromLatin1(name));
+        const WidgetDescription &description = *findWidget(QString::fromLatin1(name));
+        const WidgetSettings settings = settingsOf(gallery.staged(), description, std::nullopt);
+        QVERIFY(!settings.settings.empty());
+        QWidget window;
+        window.resize(600, 300);
+        window.setPalette(gallery.stage->canvasPalette());
+        QWidget *made = description.create(&window);
+        if (settings.size.isValid())
+            made->resize(settings.size);
+        for (const WidgetSettings::Setting &setting : settings.settings)
+            QVERIFY(made->setProperty(qPrintable(setting.property), setting.value));
+        window.show();
+        deliverAll();
+        COMPARE_PICTURES(pictureOf(made), pictureOf(gallery.staged()));
+        // Of those, nothing differs any more.
+        QCOMPARE(settingsOf(made, description, std::nullopt).settings.size(),
+                 settings.settings.size());
+    }
+}
+
+void GalleryTest::rememberedTheme()
+{
+    QTemporaryDir directory;
+    const QString file = directory.filePath(QStringLiteral("gallery.ini"));
+    const auto isDark = [](const Gallery &gallery) {
+        return gallery.window.palette().color(QPalette::Window).lightness() < 128;
+    };
+    {
+        Gallery gallery;
+        gallery.window.remember(file);
+        QVERIFY(!isDark(gallery));
+        gallery.withText<QCheckBox>("Dark theme")->click();
+        gallery.withText<QCheckBox>("Dark background")->click();
+    }
+    {
+        Gallery gallery;
+        QVERIFY(!isDark(gallery));
+        gallery.window.remember(file);
+        QVERIFY(isDark(gallery));
+        QVERIFY(!gallery.withText<QCheckBox>("Dark background")->isChecked());
+        gallery.withText<QCheckBox>("Dark theme")->click();
+        QVERIFY(!isDark(gallery));
+    }
+    // What is no file of ours is no obstacle.
+    QFile garbage(file);
+    QVERIFY(garbage.open(QIODevice::WriteOnly));
+    garbage.write("\xff[=\n[General\ndarkTheme=@Variant(garbage)\n");
+    garbage.close();
+    Gallery gallery;
+    gallery.window.remember(file);
+    takeWarnings();
+    gallery.withText<QCheckBox>("Dark theme")->click();
 }
 
 void GalleryTest::startAnew()
