@@ -146,7 +146,6 @@ StateSheet::StateSheet(const WidgetDescription &description, QWidget *parent)
         widget->installEventFilter(this);
         cells.push_back({state.caption, widget, state.beginsRow});
     }
-    setMinimumWidth(widest());
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -182,7 +181,6 @@ bool StateSheet::eventFilter(QObject *watched, QEvent *event)
         QMetaObject::invokeMethod(
             this,
             [this] {
-                setMinimumWidth(widest());
                 layOut(width(), true);
                 updateGeometry();
                 update();
@@ -219,13 +217,12 @@ int StateSheet::captionHeight() const
     return fontMetrics().height() + 4;
 }
 
-/// The width that the widest cell needs.
-int StateSheet::widest() const
+QSize StateSheet::minimumSizeHint() const
 {
     int width = 0;
     for (const Cell &cell : cells)
         width = qMax(width, cell.widget->width());
-    return width + 2 * gap;
+    return {width + 2 * gap, 0};
 }
 
 /// Fills rows of @p width with the cells; returns the height that they take.

@@ -23,6 +23,8 @@ public:
     /// What is written at the foot; empty where there is nothing to say.
     QString remark() const;
     bool hasHeightForWidth() const override;
+    /// As wide as the widest cell.
+    QSize minimumSizeHint() const override;
     int heightForWidth(int width) const override;
 
 protected:
@@ -39,7 +41,6 @@ private:
     };
 
     int captionHeight() const;
-    int widest() const;
     int layOut(int width, bool move) const;
 
     std::vector<Cell> cells;

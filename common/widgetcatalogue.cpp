@@ -208,6 +208,8 @@ private:
 };
 
 #define KIV_PROPERTY(name, value) "<property name=\"" name "\">" value "</property>"
+/// The setter has another name than the form's compiler would make up.
+#define KIV_NO_SETTER(name, value) "<property name=\"" name "\" stdset=\"0\">" value "</property>"
 #define KIV_BOOL(name, value) KIV_PROPERTY(name, "<bool>" value "</bool>")
 #define KIV_NUMBER(name, value) KIV_PROPERTY(name, "<number>" value "</number>")
 #define KIV_DOUBLE(name, value) KIV_PROPERTY(name, "<double>" value "</double>")
@@ -288,7 +290,7 @@ const std::vector<WidgetDescription> &widgetCatalogue()
             .needsLightBackground()
             .use("minValueF and maxValueF are the ends of the scale, valueF is what is shown, "
                  "valuePosition where the text of the value stands.")
-            .form(KIV_DOUBLE("valueF", "60.0") KIV_ENUM("valuePosition", "AeroLinebar::rightVal"), KIV_FORMAT("valueFormat")),
+            .form(KIV_NO_SETTER("valueF", "<double>60.0</double>") KIV_ENUM("valuePosition", "AeroLinebar::rightVal"), KIV_FORMAT("valueFormat")),
         Row<MetroSysIcon>(WidgetFamily::Metro, "Icon on a plate in the colour of a state", {36, 36})
             .role(QAccessible::Button)
             .sizesItself()

@@ -6,6 +6,7 @@
 #include "program.h"
 #include "screenshots.h"
 
+#include <QtCore/QFile>
 #include <QtWidgets/QApplication>
 
 #include <memory>

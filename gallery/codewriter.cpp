@@ -14,8 +14,6 @@
 #include <QtGui/QPixmap>
 #include <QtWidgets/QWidget>
 
-#include <memory>
-
 namespace {
 
 constexpr int comparedSide = 48;
@@ -175,16 +173,14 @@ WidgetSettings settingsOf(QWidget *widget, const WidgetDescription &description,
     result.state = state;
     if (!description.sizesItself)
         result.size = widget->size();
-    const std::unique_ptr<QWidget> plain(description.create(nullptr));
-    // Some images are made at the first paint.
-    plain->resize(widget->size());
-    plain->grab();
-    widget->grab();
+    // A widget without a parent begins with another size, which images may have taken.
+    QWidget window;
+    const QWidget *plain = description.create(&window);
     for (const QMetaProperty &property : PropertyEditor::propertiesOf(widget)) {
         if (!property.isWritable())
             continue;
         const QVariant value = property.read(widget);
-        if (equal(value, property.read(plain.get()), property.isEnumType()))
+        if (equal(value, property.read(plain), property.isEnumType()))
             continue;
         WidgetSettings::Setting setting;
         setting.property = QString::fromLatin1(property.name());

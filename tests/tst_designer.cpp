@@ -1,10 +1,13 @@
+#include "newwidgetsform.h"
 #include "ui_allwidgets.h"
 
+#include "pictures.h"
 #include "testmain.h"
 #include "widgetclasses.h"
 #include "widgetprobe.h"
 
 #include <QtCore/QBuffer>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QMetaProperty>
 #include <QtCore/QPluginLoader>
@@ -77,6 +80,8 @@ private Q_SLOTS:
     void formsSetEveryProperty_data();
     void formsSetEveryProperty();
     void compiledForm();
+    void newWidgetsAlike_data();
+    void newWidgetsAlike();
 
 private:
     QList<QDesignerCustomWidgetInterface *> widgets;
@@ -206,10 +211,68 @@ void DesignerTest::compiledForm()
     QCOMPARE(form.metroCirclerate->getValue(), 42.5);
     QCOMPARE(form.aeroLinebar->getValuePosition(), AeroLinebar::CenterVal);
     QCOMPARE(form.metroNavdrawer->getState(), MetroNavdrawer::close);
-    for (const QString &name : allClasses) {
-        const QString objectName = name.at(0).toLower() + name.mid(1);
-        QVERIFY2(window.findChild<QWidget *>(objectName), qPrintable(objectName));
+}
+
+void DesignerTest::newWidgetsAlike_data()
+{
+    descriptions_data();
+}
+
+/// A new widget is the same in a compiled form and in one that is loaded at run time: as large as
+/// recommended, and in a state that shows what it is.
+void DesignerTest::newWidgetsAlike()
+{
+    QFETCH(int, index);
+    const WidgetDescription &description = widgetCatalogue().at(std::size_t(index));
+    const QString name = allClasses.at(index);
+    const QString objectName = name.at(0).toLower() + name.mid(1);
+
+    QWidget compiledWindow;
+    Ui::NewWidgets compiledForm;
+    compiledForm.setupUi(&compiledWindow);
+    QUiLoader loader;
+    loader.addPluginPath(QFileInfo(pluginFile()).path());
+    QFile form(QStringLiteral(KIV_NEW_WIDGETS));
+    QVERIFY(form.open(QIODevice::ReadOnly));
+    const std::unique_ptr<QWidget> loadedWindow(loader.load(&form));
+    QVERIFY2(loadedWindow.get(), qPrintable(loader.errorString()));
+    auto *compiled = compiledWindow.findChild<QWidget *>(objectName);
+    auto *loaded = loadedWindow->findChild<QWidget *>(objectName);
+    QVERIFY(compiled && loaded);
+    // The others would cover it.
+    for (QWidget *window : {&compiledWindow, loadedWindow.get()}) {
+        for (QObject *child : window->children()) {
+            if (child->isWidgetType() && child != compiled && child != loaded)
+                static_cast<QWidget *>(child)->hide();
+        }
+        window->resize(900, 300);
+        window->show();
     }
+    deliverAll();
+    QCOMPARE(QLatin1String(loaded->metaObject()->className()), name);
+    QCOMPARE(compiled->minimumSize(), description.minimumSize);
+    QCOMPARE(loaded->minimumSize(), description.minimumSize);
+    QCOMPARE(loaded->size(), compiled->size());
+    const QMetaObject *meta = compiled->metaObject();
+    for (int i = QWidget::staticMetaObject.propertyCount(); i < meta->propertyCount(); ++i) {
+        const QMetaProperty property = meta->property(i);
+        const QVariant value = property.read(compiled);
+        if (value.userType() == QMetaType::QIcon || value.userType() == QMetaType::QPixmap)
+            continue; // compared by the image below
+        QVERIFY2(value == property.read(loaded), property.name());
+    }
+    COMPARE_PICTURES(pictureOf(loaded), pictureOf(compiled));
+
+    // It shows something, and not the least that the class can show.
+    const QImage shown = pictureOf(compiled);
+    QVERIFY(!shown.isNull());
+    QSet<QRgb> colors;
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x)
+            colors.insert(shown.pixel(x, y));
+    }
+    if (!description.isContainer)
+        QVERIFY2(colors.size() > 2, qPrintable(QString::number(colors.size())));
 }
 
 KIV_TEST_MAIN(DesignerTest)
