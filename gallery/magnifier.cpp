@@ -2,6 +2,8 @@
 
 #include "slimscrollbars.h"
 
+#include "../KivWidgets/qtversion_p.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTimer>
 #include <QtGui/QMouseEvent>
@@ -10,15 +12,6 @@
 namespace {
 
 constexpr int refreshInterval = 40;
-
-QPointF placeOf(const QMouseEvent *event)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    return event->position();
-#else
-    return event->localPos();
-#endif
-}
 
 } // namespace
 
@@ -104,7 +97,7 @@ void Magnifier::passOn(const QMouseEvent *event)
 {
     if (!source)
         return;
-    const QPointF place = placeOf(event) / factor;
+    const QPointF place = KivPrivate::pointerPosition(event) / factor;
     QWidget *target = pressed;
     if (!target) {
         target = source->childAt(place.toPoint());
