@@ -28,7 +28,7 @@ public:
     void add(const QCommandLineOption &option);
 
     /// Reads @p arguments, the program's name first.
-    /// @return false when @p options tell all already: a text to print, or a refusal.
+    /// @return false when @p options say all already: a text to print, or a refusal.
     bool read(const QStringList &arguments, CommonOptions *options);
 
     bool isSet(const QCommandLineOption &option) const;

@@ -70,7 +70,7 @@ class Card : public QFrame
 
 public:
     explicit Card(QWidget *parent = nullptr);
-    /// Keeps a light ground in both looks, for gauges that write in black.
+    /// Keeps a light background in both themes, for gauges that write in black.
     void setAlwaysLight(bool always);
 
 protected:

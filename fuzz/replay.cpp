@@ -19,7 +19,7 @@ int main(int argc, char **argv)
             std::printf("replay: cannot read %s\n", argv[i]);
             return 2;
         }
-        // Told first, so that the last line names the input that ended the program.
+        // Printed first, so that the last line names the input that ended the program.
         std::printf("%s\n", argv[i]);
         std::fflush(stdout);
         const QByteArray input = file.readAll();

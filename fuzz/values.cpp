@@ -420,7 +420,7 @@ QVariant someValue(const QMetaProperty &property, Bytes &bytes)
     case QMetaType::QSize:
         return std::strcmp(property.name(), "size") == 0 ? someRect(bytes).size() : someSize(bytes);
     case QMetaType::QPoint:
-        // Qt's own widgets cannot stand further off than a rectangle can tell.
+        // Qt's own widgets cannot stand further off than a rectangle can represent.
         return std::strcmp(property.name(), "pos") == 0 ? someRect(bytes).bottomRight()
                                                         : somePoint(bytes);
     case QMetaType::QLocale:

@@ -28,7 +28,7 @@ QPalette somePalette(Bytes &bytes);
 /// Any two numbers.
 QSize someSize(Bytes &bytes);
 QPoint somePoint(Bytes &bytes);
-/// Any rectangle whose edges Qt can tell.
+/// Any rectangle whose edges Qt can represent.
 QRect someRect(Bytes &bytes);
 /// A size that a widget can have: up to 4096 pixels on each axis, but of a bounded area, so that an
 /// input stays quick.

@@ -13,7 +13,7 @@ public:
     FirstConsole();
 
 private:
-    void update(double seconds);
+    void showMoment(double seconds);
 
     MetroCirclerate *load;
     AeroLinebar *battery;
@@ -47,14 +47,14 @@ FirstConsole::FirstConsole()
     auto *clock = new QTimer(this);
     QObject::connect(clock, &QTimer::timeout, this, [this] {
         elapsed += 0.1;
-        update(elapsed);
+        showMoment(elapsed);
     });
     clock->start(100);
-    update(elapsed);
+    showMoment(elapsed);
 }
 
 // A real console asks its UPS here.
-void FirstConsole::update(double seconds)
+void FirstConsole::showMoment(double seconds)
 {
     load->setValue(60.0 + 50.0 * std::sin(seconds / 5.0));
     const bool onBattery = std::fmod(seconds, 60.0) > 30.0;
