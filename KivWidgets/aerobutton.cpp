@@ -6,10 +6,13 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "iconpainting_p.h"
+#include "pixmaps_p.h"
 #include "text_p.h"
 
 #include <QtGui/QFontMetrics>
 #include <QtGui/QImage>
+
+#include <array>
 
 using namespace KivPrivate;
 
@@ -85,6 +88,7 @@ bool AeroButton::event(QEvent *event)
 
 void AeroButton::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image});
     if (dirty) {
         createImages();
         dirty = false;
@@ -94,7 +98,7 @@ void AeroButton::paintEvent(QPaintEvent *)
 
 void AeroButton::createImages()
 {
-    if (createIfMissing(&image, size()))
+    if (createIfMissing(&image, this))
         paintImage();
 }
 
@@ -130,10 +134,11 @@ void AeroButton::paintText(QPainter *painter)
     const QPixmap pixmap = hasIcon ? iconPixmap(this) : QPixmap();
 
     painter->setOpacity(1.0);
-    int x = (width() - (textWidth + pixmap.width())) / 2;
+    const QSize iconExtent = logicalSize(pixmap);
+    int x = (width() - (textWidth + iconExtent.width())) / 2;
     if (hasIcon) {
-        drawAtNaturalSize(painter, x, (height() - pixmap.height()) / 2, pixmap);
-        x += pixmap.width();
+        drawAtNaturalSize(painter, x, (height() - iconExtent.height()) / 2, pixmap);
+        x += iconExtent.width();
     } else {
         // Text that stands alone looks centred one pixel to the left.
         x -= 1;

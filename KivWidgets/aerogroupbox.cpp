@@ -5,11 +5,13 @@
 #include "cachedimage_p.h"
 #include "errorline_p.h"
 #include "events_p.h"
-#include "stretching_p.h"
+#include "pixmaps_p.h"
 #include "text_p.h"
 
 #include <QtGui/QFontMetrics>
 #include <QtGui/QImage>
+
+#include <array>
 
 using namespace KivPrivate;
 
@@ -23,12 +25,6 @@ QSize titleExtent(const QString &title, const QFont &font)
     if (title.isNull())
         return {0, 0};
     return singleLineSize(font, title) + QSize(2 * titleMargin, 0);
-}
-
-/// Copies a piece of the body to the widget: @p target and @p source are of one size.
-void drawPiece(QPainter *painter, const QImage &body, QPointF target, const QRectF &source)
-{
-    painter->drawImage(QRectF(target, source.size()), body, source);
 }
 
 } // namespace
@@ -128,6 +124,7 @@ void AeroGroupbox::mousePressEvent(QMouseEvent *event)
 
 void AeroGroupbox::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image, &imageTitle});
     if (dirty) {
         createImages();
         dirty = false;
@@ -135,23 +132,23 @@ void AeroGroupbox::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (title().isNull()) {
-        painter.drawImage(QRectF(image->rect()), *image, QRectF(image->rect()));
+        drawInto(&painter, QRectF(QPointF(), logicalSize(*image)), *image);
         return;
     }
 
     // A title set through the base class has no picture yet.
-    const double titleWidth = imageTitle ? imageTitle->width() : 0;
+    const double titleWidth = imageTitle ? logicalSize(*imageTitle).width() : 0;
     const auto left = double(cornerRadius(size(), widthPen, roundness));
     const double right = left + titleWidth;
-    const double bodyHeight = image->height();
-    const double top = height() - image->height();
+    const double bodyHeight = logicalSize(*image).height();
+    const double top = height() - bodyHeight;
     const double pen = widthPen;
     painter.setOpacity(opacity);
-    drawPiece(&painter, *image, {0, top}, {0, 0, left, bodyHeight});
-    drawPiece(&painter, *image, {left, top + pen}, {left, pen, titleWidth, bodyHeight - pen});
-    drawPiece(&painter, *image, {right, top}, {right, 0, width() - right, bodyHeight});
+    drawPart(&painter, {0, top}, *image, {0, 0, left, bodyHeight});
+    drawPart(&painter, {left, top + pen}, *image, {left, pen, titleWidth, bodyHeight - pen});
+    drawPart(&painter, {right, top}, *image, {right, 0, width() - right, bodyHeight});
     if (imageTitle)
-        painter.drawImage(QPointF(left, 0), *imageTitle);
+        drawAt(&painter, QPointF(left, 0), *imageTitle);
 }
 
 void AeroGroupbox::paintImage()
@@ -164,12 +161,12 @@ void AeroGroupbox::paintImage()
     switch (backgroudType) {
     case AeroStyleBG: {
         const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
-        paintBase(&painter, panel, band, outline, image->rect());
+        paintBase(&painter, panel, band, outline, QRect(QPoint(), logicalSize(*image)));
         break;
     }
     case ImageBG:
         if (!backgroundGroup.isNull())
-            drawStretched(&painter, QRectF(image->rect()), backgroundGroup);
+            drawStretched(&painter, QRectF(QPointF(), logicalSize(*image)), backgroundGroup);
         break;
     }
 }
@@ -199,11 +196,11 @@ void AeroGroupbox::paintTitle(QPainter *painter)
 void AeroGroupbox::createImages()
 {
     titleSize = titleExtent(title(), withWeight(font(), bold));
-    if (createIfMissing(&image, size()))
+    if (createIfMissing(&image, this))
         paintImage();
     if (imageTitle || title().isNull())
         return;
-    createIfMissing(&imageTitle, titleSize);
+    createIfMissing(&imageTitle, this, titleSize);
     if (!imageTitle->isNull())
         paintImageTitle();
 }

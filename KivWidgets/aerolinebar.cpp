@@ -6,6 +6,7 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "numbers_p.h"
+#include "pixmaps_p.h"
 #include "text_p.h"
 #include "valueformat_p.h"
 
@@ -105,7 +106,7 @@ qint64 textColumn(AeroLinebar::ValPos position, const Fill &fill, int textWidth,
 void drawSlice(QPainter *painter, const QImage &panel, int from, int to, int length, int height)
 {
     if (length != 0)
-        painter->drawImage(QRectF(to, 0, length, height), panel, QRectF(from, 0, length, height));
+        drawPart(painter, {double(to), 0}, panel, QRectF(from, 0, length, height));
 }
 
 void drawFill(QPainter *painter, const QImage &panel, const Fill &fill, int width, int height)
@@ -279,6 +280,7 @@ bool AeroLinebar::event(QEvent *event)
 
 void AeroLinebar::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, images());
     if (dirty) {
         createImages();
         dirty = false;
@@ -290,28 +292,29 @@ void AeroLinebar::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(opacity);
-    painter.drawImage(QRectF(0, 0, width(), barHeight), *imageShadow, QRectF(imageShadow->rect()));
+    drawInto(&painter, QRectF(0, 0, width(), barHeight), *imageShadow);
     drawFill(&painter, *image, fill, width(), barHeight);
     if (imageText && valuePosition != NoVal) {
-        const qint64 x = textColumn(valuePosition, fill, imageText->width(), width(), widthPen);
-        const int y = (barHeight - imageText->height()) / 2;
-        painter.drawImage(QPointF(double(x), y), *imageText);
+        const QSize text = logicalSize(*imageText);
+        const qint64 x = textColumn(valuePosition, fill, text.width(), width(), widthPen);
+        const int y = (barHeight - text.height()) / 2;
+        drawAt(&painter, QPointF(double(x), y), *imageText);
     }
     if (tickHeight > 1 && imageTick) {
-        painter.drawImage(QRectF(0, height() - tickHeight, width(), tickHeight), *imageTick,
-                          QRectF(imageTick->rect()));
+        drawInto(&painter, QRectF(0, height() - tickHeight, width(), tickHeight), *imageTick);
     }
 }
 
 void AeroLinebar::createImages()
 {
     const QSize barSize(width(), barHeight);
-    if (createIfMissing(&image, barSize) && !image->isNull())
+    if (createIfMissing(&image, this, barSize) && !image->isNull())
         paintImage();
-    if (createIfMissing(&imageShadow, barSize) && !imageShadow->isNull())
+    if (createIfMissing(&imageShadow, this, barSize) && !imageShadow->isNull())
         paintImageShadow();
     if (!valueText.isNull()) {
-        if (createIfMissing(&imageText, singleLineSize(withWeight(font(), bold), valueText))) {
+        if (createIfMissing(&imageText, this,
+                            singleLineSize(withWeight(font(), bold), valueText))) {
             if (imageText->isNull()) {
                 reportNullImage(KIV_HERE, this, "ImageText");
                 return;
@@ -320,7 +323,7 @@ void AeroLinebar::createImages()
             paintText(&painter);
         }
     }
-    if (createIfMissing(&imageTick, QSize(width(), tickHeight)))
+    if (createIfMissing(&imageTick, this, QSize(width(), tickHeight)))
         paintTick();
 }
 
@@ -332,7 +335,7 @@ void AeroLinebar::paintImage()
     }
     ImagePainter painter(image);
     const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
-    paintBase(&painter, panel, band, outline, image->rect());
+    paintBase(&painter, panel, band, outline, QRect(QPoint(), logicalSize(*image)));
 }
 
 void AeroLinebar::paintImageShadow()
@@ -343,9 +346,10 @@ void AeroLinebar::paintImageShadow()
     }
     ImagePainter painter(imageShadow);
     const auto [light, dark, edge] = troughColors(colorPen).shownBy(this);
-    const double iw = double(imageShadow->width()) - widthPen;
-    const double ih = double(imageShadow->height()) - widthPen;
-    const auto radius = double(cornerRadius(imageShadow->size(), widthPen, roundness));
+    const QSize trough = logicalSize(*imageShadow);
+    const double iw = double(trough.width()) - widthPen;
+    const double ih = double(trough.height()) - widthPen;
+    const auto radius = double(cornerRadius(trough, widthPen, roundness));
     const int halfPen = widthPen / 2;
 
     QPainterPath outline;
@@ -375,8 +379,9 @@ void AeroLinebar::paintText(QPainter *painter)
     painter->setFont(textFont);
     painter->setPen(colorText);
     painter->setOpacity(1.0);
-    painter->drawText(QPointF(0, centredBaseline(QFontMetrics(textFont), imageText->height())),
-                      valueText);
+    painter->drawText(
+        QPointF(0, centredBaseline(QFontMetrics(textFont), logicalSize(*imageText).height())),
+        valueText);
 }
 
 void AeroLinebar::paintTick()

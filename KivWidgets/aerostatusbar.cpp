@@ -8,6 +8,8 @@
 
 #include <QtGui/QImage>
 
+#include <array>
+
 using namespace KivPrivate;
 
 AeroStatusbar::AeroStatusbar(QWidget *parent)
@@ -57,6 +59,7 @@ bool AeroStatusbar::event(QEvent *event)
 
 void AeroStatusbar::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image});
     if (dirty) {
         createImages();
         dirty = false;
@@ -66,7 +69,7 @@ void AeroStatusbar::paintEvent(QPaintEvent *)
 
 void AeroStatusbar::createImages()
 {
-    if (createIfMissing(&image, size()))
+    if (createIfMissing(&image, this))
         paintImage();
 }
 

@@ -9,6 +9,8 @@
 #include <QtCore/QPointer>
 #include <QtGui/QImage>
 
+#include <array>
+
 using namespace KivPrivate;
 
 AeroSwitch::AeroSwitch(QWidget *parent)
@@ -71,6 +73,7 @@ bool AeroSwitch::event(QEvent *event)
 
 void AeroSwitch::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image, &imagePressed});
     if (dirty) {
         createImages();
         dirty = false;
@@ -81,7 +84,7 @@ void AeroSwitch::paintEvent(QPaintEvent *)
 void AeroSwitch::createImages()
 {
     AeroButton::createImages();
-    if (createIfMissing(&imagePressed, size()))
+    if (createIfMissing(&imagePressed, this))
         paintImagePressed();
 }
 

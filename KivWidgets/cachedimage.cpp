@@ -1,17 +1,18 @@
 #include "cachedimage_p.h"
 
-#include "stretching_p.h"
+#include "pixmaps_p.h"
 
-#include <QtCore/QMutex>
 #include <QtGui/QImage>
 #include <QtWidgets/QWidget>
+
+#include <cmath>
 
 namespace KivPrivate {
 
 namespace {
 
 /// 64 Mi pixels take 256 MiB; what asks for more is a mistake.
-constexpr qint64 mostPixels = qint64(1) << 26;
+constexpr double mostPixels = 1 << 26;
 
 /// By the image itself, since a painter leaves out what lies beyond its columns and rows.
 QImage *cleared(QImage *image)
@@ -30,22 +31,42 @@ void dropImage(QMutex &lock, bool &dirty, QImage **image)
     dirty = true;
 }
 
-bool createIfMissing(QImage **image, QSize size)
+bool isAllocatable(QSize size, double ratio)
+{
+    const QSize pixels = pixelSize(size, ratio);
+    return double(pixels.width()) * pixels.height() <= mostPixels;
+}
+
+QImage newImage(QSize size, double ratio)
+{
+    if (!isAllocatable(size, ratio))
+        return QImage();
+    QImage image(pixelSize(size, ratio), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    return image;
+}
+
+QSize logicalSize(const QImage &image)
+{
+    return logicalSize(image.size(), image.devicePixelRatio());
+}
+
+bool createIfMissing(QImage **image, const QWidget *widget, QSize size)
 {
     if (*image)
         return false;
-    *image = new QImage(newImage(size));
+    *image = new QImage(newImage(size, widget->devicePixelRatioF()));
     return true;
 }
 
-bool isAllocatable(QSize size)
+bool createIfMissing(QImage **image, const QWidget *widget)
 {
-    return qint64(size.width()) * size.height() <= mostPixels;
+    return createIfMissing(image, widget, widget->size());
 }
 
-QImage newImage(QSize size)
+bool isOutdated(const QImage *image, const QWidget *widget)
 {
-    return isAllocatable(size) ? QImage(size, QImage::Format_ARGB32_Premultiplied) : QImage();
+    return !isMissing(image) && image->devicePixelRatio() != widget->devicePixelRatioF();
 }
 
 bool isMissing(const QImage *image)
@@ -59,12 +80,49 @@ ImagePainter::ImagePainter(QImage *image, Edges edges)
     setRenderHint(QPainter::Antialiasing, edges == Antialiased);
 }
 
+void drawInto(QPainter *painter, const QRectF &target, const QImage &image)
+{
+    if (!canStretch(image.size(), target.size()))
+        return;
+    const double ratio = image.devicePixelRatio();
+    if (ratio == 1.0) {
+        painter->drawImage(target, image, QRectF(image.rect()));
+        return;
+    }
+    // The last row and column may lie beyond the target in part.
+    if (logicalSize(image) == target.size()) {
+        drawAt(painter, target.topLeft(), image);
+        return;
+    }
+    useSmoothness(painter, ratio);
+    painter->drawImage(target, image, QRectF(image.rect()));
+}
+
+void drawAt(QPainter *painter, QPointF place, const QImage &image)
+{
+    useSmoothness(painter, image.devicePixelRatio());
+    painter->drawImage(place, image);
+}
+
+void drawPart(QPainter *painter, QPointF target, const QImage &image, const QRectF &source)
+{
+    const double ratio = image.devicePixelRatio();
+    if (ratio == 1.0) {
+        painter->drawImage(QRectF(target, source.size()), image, source);
+        return;
+    }
+    useSmoothness(painter, ratio);
+    // Parts end between pixels of the image, so that neighbours meet without a seam.
+    const auto onPixel = [ratio](double place) { return std::round(place * ratio); };
+    const QPointF corner(onPixel(source.left()), onPixel(source.top()));
+    const QRectF part(corner, QPointF(onPixel(source.right()), onPixel(source.bottom())));
+    const QPointF place(onPixel(target.x()) / ratio, onPixel(target.y()) / ratio);
+    painter->drawImage(QRectF(place, part.size() / ratio), image, part);
+}
+
 void drawWhole(QPainter *painter, const QWidget *widget, const QImage &image)
 {
-    if (canStretch(image.size(), widget->size())) {
-        painter->drawImage(QRectF(0, 0, widget->width(), widget->height()), image,
-                           QRectF(image.rect()));
-    }
+    drawInto(painter, QRectF(0, 0, widget->width(), widget->height()), image);
 }
 
 void showImage(QWidget *widget, const QImage &image)

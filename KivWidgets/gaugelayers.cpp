@@ -52,14 +52,30 @@ void scaleFour(QRgb *out, const QRgb *ink)
 }
 #endif
 
-/// Whether @p image is like those that the gauges make; a class derived from one may bring others.
-bool isPlain(const QImage &image)
+/// Whether @p layer is like those that the gauges make for @p image; a class derived from one may
+/// bring others.
+bool fits(const QImage &layer, const QImage &image)
 {
-    return image.format() == QImage::Format_ARGB32_Premultiplied && image.devicePixelRatio() == 1.0;
+    return layer.format() == QImage::Format_ARGB32_Premultiplied &&
+           layer.devicePixelRatio() == image.devicePixelRatio();
+}
+
+/// The pixels of @p image without their ratio, for as long as it lives.
+QImage pixelsOf(const QImage &image)
+{
+    return QImage(image.constBits(), image.width(), image.height(), image.bytesPerLine(),
+                  image.format());
+}
+
+/// The same to paint on.
+QImage pixelsOf(QImage &image)
+{
+    return QImage(image.bits(), image.width(), image.height(), image.bytesPerLine(),
+                  image.format());
 }
 
 /// Takes the ink of @p mask out of @p image: DestinationOut, for which the paint engine has no fast
-/// way. Both are plain.
+/// way. Both are in the format of cached images.
 void cutOut(QImage &image, const QImage &mask)
 {
     const QSize common = image.size().boundedTo(mask.size());
@@ -78,21 +94,24 @@ void cutOut(QImage &image, const QImage &mask)
 
 } // namespace
 
-void composeLayers(QPainter *painter, QImage &image, const QImage &background, const QImage &value,
-                   const QImage &mask)
+void composeLayers(QImage &image, const QImage &background, const QImage &value, const QImage &mask)
 {
-    painter->setCompositionMode(QPainter::CompositionMode_Source);
-    painter->fillRect(image.rect(), Qt::transparent);
-    painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter->drawImage(0, 0, background);
-    painter->drawImage(0, 0, value);
-    if (isPlain(image) && isPlain(mask)) {
+    image.fill(Qt::transparent);
+    if (fits(image, image) && fits(background, image) && fits(value, image) && fits(mask, image)) {
+        // Pixel by pixel, which is fast at every ratio.
+        QImage pixels = pixelsOf(image);
+        QPainter painter(&pixels);
+        painter.drawImage(0, 0, pixelsOf(background));
+        painter.drawImage(0, 0, pixelsOf(value));
+        painter.end();
         cutOut(image, mask);
         return;
     }
-    painter->setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter->drawImage(0, 0, mask);
-    painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
+    QPainter painter(&image);
+    painter.drawImage(0, 0, background);
+    painter.drawImage(0, 0, value);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.drawImage(0, 0, mask);
 }
 
 int barWidthBeside(int width, const QFont &font, const QString &widestText)

@@ -14,9 +14,8 @@ class QRect;
 /// paint.
 namespace KivPrivate {
 
-/// Paints the three layers over each other into @p image, cleared before, on which @p painter is
-/// open.
-void composeLayers(QPainter *painter, QImage &image, const QImage &background, const QImage &value,
+/// Paints the three layers over each other into @p image, cleared before. No painter is open on it.
+void composeLayers(QImage &image, const QImage &background, const QImage &value,
                    const QImage &mask);
 
 /// Shows on @p widget what @p build draws into a temporary image of the widget's size.
@@ -48,11 +47,11 @@ template <typename Build>
 void showComposed(QWidget *widget, Build build)
 {
     QPainter painter(widget);
-    QImage composed = newImage(widget->size());
+    QImage composed = newImage(widget->size(), widget->devicePixelRatioF());
     if (composed.isNull())
         return;
     build(composed);
-    painter.drawImage(0, 0, composed);
+    drawAt(&painter, QPointF(0, 0), composed);
 }
 
 } // namespace KivPrivate

@@ -1,6 +1,8 @@
 #include "iconpainting_p.h"
 
 #include "ownsize_p.h"
+#include "pixmaps_p.h"
+#include "qtversion_p.h"
 
 #include <QtGui/QPainter>
 #include <QtWidgets/QAbstractButton>
@@ -11,6 +13,14 @@ namespace KivPrivate {
 
 namespace {
 
+/// The pixmap of @p icon for @p size logical pixels at @p ratio, with no ratio set. Qt 5 takes its
+/// own ratio into account when the application asks for that, so the pixels are asked for plainly.
+QPixmap iconAtRatio(const QIcon &icon, QSize size, double ratio, QIcon::Mode mode,
+                    QIcon::State state)
+{
+    return unscaledPixmap(icon, pixelSize(size, ratio), mode, state);
+}
+
 /// What the icon needs, held within what a widget can have so that growing comes to an end.
 int wanted(int iconExtent)
 {
@@ -19,11 +29,24 @@ int wanted(int iconExtent)
 
 } // namespace
 
+QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode, QIcon::State state)
+{
+    const QIcon icon = button->icon();
+    const QIcon::Mode mode = button->isEnabled() ? enabledMode : QIcon::Disabled;
+    const double ratio = button->devicePixelRatioF();
+    QPixmap plain = iconAtRatio(icon, button->iconSize(), 1.0, mode, state);
+    if (ratio <= 1.0)
+        return plain;
+    QPixmap sharp = iconAtRatio(icon, button->iconSize(), ratio, mode, state);
+    if (plain.isNull() || sharp.width() <= plain.width())
+        return plain;
+    sharp.setDevicePixelRatio(double(sharp.width()) / plain.width());
+    return sharp;
+}
+
 QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode)
 {
-    return button->icon().pixmap(button->iconSize(),
-                                 button->isEnabled() ? enabledMode : QIcon::Disabled,
-                                 button->isChecked() ? QIcon::On : QIcon::Off);
+    return iconPixmap(button, enabledMode, button->isChecked() ? QIcon::On : QIcon::Off);
 }
 
 bool followIconSize(QAbstractButton *button)
@@ -59,8 +82,12 @@ bool growToIcon(QAbstractButton *button)
 
 void drawAtNaturalSize(QPainter *painter, int x, int y, const QPixmap &pixmap)
 {
+    const double ratio = painter->device()->devicePixelRatioF();
+    const QPixmap sharp = atRatio(pixmap, ratio);
+    if (ratio != 1.0)
+        useSmoothness(painter, sharp.devicePixelRatio());
     // A negative extent stands for the pixmap's own, an empty source for the whole pixmap.
-    painter->drawPixmap(QRectF(x, y, -x, -y), pixmap, QRectF());
+    painter->drawPixmap(QRectF(x, y, -x, -y), sharp, QRectF());
 }
 
 void drawCentredIcon(QPainter *painter, const QAbstractButton *button, QIcon::Mode enabledMode)

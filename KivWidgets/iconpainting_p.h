@@ -11,7 +11,10 @@ class QWidget;
 namespace KivPrivate {
 
 /// The pixmap of the button's icon at its icon size: in disabled mode while the button is disabled,
-/// else in @p enabledMode; in the state On while it is checked, else Off.
+/// else in @p enabledMode. It has the logical size that the icon has at a ratio of 1, and the
+/// pixels for the screen of the button, if the icon has them.
+QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode, QIcon::State state);
+/// The same in the state On while the button is checked, else Off.
 QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode = QIcon::Normal);
 
 /// Takes the first size that the button's icon has for Normal and Off as the icon size.

@@ -9,6 +9,8 @@
 #include <QtGui/QIcon>
 #include <QtGui/QImage>
 
+#include <array>
+
 using namespace KivPrivate;
 
 MetroBattIcon::MetroBattIcon(QWidget *parent)
@@ -39,7 +41,7 @@ void MetroBattIcon::repaintSchedule(QImage **cached)
 
 void MetroBattIcon::createImages()
 {
-    if (createIfMissing(&image, size()))
+    if (createIfMissing(&image, this))
         paintImage();
 }
 
@@ -63,6 +65,7 @@ void MetroBattIcon::paintIcon(QPainter *painter)
 
 void MetroBattIcon::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image});
     if (dirty) {
         createImages();
         dirty = false;

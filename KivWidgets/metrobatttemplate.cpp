@@ -2,6 +2,7 @@
 
 #include "elementstate_p.h"
 #include "errorline_p.h"
+#include "pixmaps_p.h"
 
 #include <QtGui/QPainter>
 #include <QtGui/QPixmap>
@@ -34,7 +35,7 @@ MetroBattTemplate::MetroBattTemplate(QWidget *ownerWidget)
         return;
     for (std::size_t i = 0; i < std::size(pictureNames); ++i) {
         const QLatin1String name(pictureNames[i]);
-        background[i] = new QPixmap(QStringLiteral(":/Images/batt_%1.png").arg(name));
+        background[i] = new QPixmap(picture(QStringLiteral("batt_%1").arg(name)));
     }
     initialized = true;
 }
@@ -43,12 +44,12 @@ MetroBattTemplate::~MetroBattTemplate() = default;
 
 void MetroBattTemplate::paintBase(QPainter *painter)
 {
-    const QPixmap *picture = background[getColorIdx()];
-    if (!picture) {
+    const QPixmap *symbol = background[getColorIdx()];
+    if (!symbol) {
         writeErrorLine(KIV_HERE, "pixmap non inizializzata\n");
         return;
     }
-    painter->drawPixmap(QPointF(0, 0), *picture);
+    drawAt(painter, QPointF(0, 0), *symbol);
 }
 
 QSize MetroBattTemplate::getBackGroundSize()

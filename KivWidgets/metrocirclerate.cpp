@@ -310,6 +310,7 @@ bool MetroCirclerate::event(QEvent *event)
 
 void MetroCirclerate::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, layers());
     if (dirty) {
         createImages();
         dirty = false;
@@ -388,19 +389,19 @@ void MetroCirclerate::repaintSchedule(QImage **layer)
 
 void MetroCirclerate::createImages()
 {
-    if (createIfMissing(&ImageFG, size()))
+    if (createIfMissing(&ImageFG, this))
         paintImageFG();
-    if (createIfMissing(&ImageBG, size()))
+    if (createIfMissing(&ImageBG, this))
         paintImageBG();
-    if (createIfMissing(&Image, size()))
+    if (createIfMissing(&Image, this))
         paintImage();
 }
 
 void MetroCirclerate::buildGraph(QImage &img)
 {
+    composeLayers(img, *ImageBG, *Image, *ImageFG);
     QPainter painter(&img);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    composeLayers(&painter, img, *ImageBG, *Image, *ImageFG);
     painter.setPen(palette().color(QPalette::WindowText));
     const int longer = std::max(width(), height());
 

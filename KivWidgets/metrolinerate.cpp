@@ -100,6 +100,7 @@ bool MetroLinerate::event(QEvent *event)
 
 void MetroLinerate::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, layers());
     if (dirty) {
         createImages();
         dirty = false;
@@ -162,11 +163,11 @@ void MetroLinerate::repaintSchedule(QImage **layer)
 
 void MetroLinerate::createImages()
 {
-    if (createIfMissing(&ImageFG, size()))
+    if (createIfMissing(&ImageFG, this))
         paintImageFG();
-    if (createIfMissing(&ImageBG, size()))
+    if (createIfMissing(&ImageBG, this))
         paintImageBG();
-    if (createIfMissing(&Image, size()))
+    if (createIfMissing(&Image, this))
         paintImage();
 }
 
@@ -174,8 +175,8 @@ void MetroLinerate::buildGraph(QImage &img)
 {
     if (!ImageBG || !Image || !ImageFG)
         createImages();
+    composeLayers(img, *ImageBG, *Image, *ImageFG);
     QPainter painter(&img);
-    composeLayers(&painter, img, *ImageBG, *Image, *ImageFG);
     if (value > full) {
         painter.setBrush(QBrush(excessColor(value)));
         painter.setPen(excessColor(value));

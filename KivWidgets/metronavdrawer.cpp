@@ -5,6 +5,7 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "ownsize_p.h"
+#include "pixmaps_p.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QImage>
@@ -12,6 +13,7 @@
 #include <QtGui/QPainterPath>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <utility>
 
@@ -55,7 +57,7 @@ MetroNavdrawer::MetroNavdrawer(QWidget *parent)
     , image(nullptr)
 {
     setState(open);
-    ImageTab = QPixmap(QStringLiteral(":/Images/linguetta-navdrawer.png"));
+    ImageTab = picture(QStringLiteral("linguetta-navdrawer"));
     background = QColor(lightGrey);
     repaintSchedule(&image);
 }
@@ -88,9 +90,9 @@ QPixmap MetroNavdrawer::getImageTab() const
     return ImageTab;
 }
 
-void MetroNavdrawer::setImageTab(const QPixmap &picture)
+void MetroNavdrawer::setImageTab(const QPixmap &newTab)
 {
-    ImageTab = picture;
+    ImageTab = newTab;
     repaintSchedule(&image);
 }
 
@@ -134,19 +136,20 @@ void MetroNavdrawer::repaintSchedule(QImage **cached)
 
 void MetroNavdrawer::createImages()
 {
-    if (createIfMissing(&image, size()))
+    if (createIfMissing(&image, this))
         paintImage();
 }
 
 void MetroNavdrawer::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image});
     if (dirty) {
         createImages();
         dirty = false;
     }
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.drawImage(QRectF(image->rect()), *image, QRectF(image->rect()));
+    drawInto(&painter, QRectF(QPointF(), logicalSize(*image)), *image);
 }
 
 bool MetroNavdrawer::event(QEvent *event)
@@ -181,8 +184,9 @@ void MetroNavdrawer::paintImage()
         return;
     }
     ImagePainter painter(image);
-    const int tabWidth = ImageTab.width();
-    const int tabHeight = ImageTab.height();
+    const QSize tab = logicalSize(ImageTab);
+    const int tabWidth = tab.width();
+    const int tabHeight = tab.height();
     if (state == open) {
         QPainterPath panel;
         panel.moveTo(width(), 0);
@@ -195,10 +199,10 @@ void MetroNavdrawer::paintImage()
         painter.setPen(QPen(background));
         painter.setOpacity(1.0);
         painter.drawPath(panel);
-        painter.drawPixmap(QRectF(0, tabMargin, tabWidth, tabHeight), ImageTab, QRectF());
+        drawStretched(&painter, QRectF(0, tabMargin, tabWidth, tabHeight), ImageTab);
     } else if (state == close) {
-        painter.drawPixmap(QRectF(width() - tabWidth, tabMargin, tabWidth, tabHeight), ImageTab,
-                           QRectF());
+        drawStretched(&painter, QRectF(width() - tabWidth, tabMargin, tabWidth, tabHeight),
+                      ImageTab);
     }
 }
 
@@ -209,7 +213,8 @@ void MetroNavdrawer::openUp()
         const int room = sizeVisibleChildren(this, [](int width) { return QSize(width, width); });
         if (!self)
             return;
-        const QRect opened(x() - room, y(), room + ImageTab.width() + tabMargin, height());
+        const QRect opened(x() - room, y(), room + logicalSize(ImageTab).width() + tabMargin,
+                           height());
         openGeometry = opened;
         setGeometry(opened);
     }
@@ -220,7 +225,7 @@ void MetroNavdrawer::openUp()
 void MetroNavdrawer::closeDown()
 {
     const QPointer<MetroNavdrawer> self(this);
-    const int closedWidth = ImageTab.width() + tabMargin;
+    const int closedWidth = logicalSize(ImageTab).width() + tabMargin;
     setGeometry(
         QRect(geometry().right() + 1 - closedWidth, geometry().top(), closedWidth, height()));
     if (self)
@@ -232,7 +237,7 @@ void MetroNavdrawer::closeDown()
 /// Keeps the drawer at its closed size, or while open at least at that.
 void MetroNavdrawer::keepSize()
 {
-    const QSize closedSize(ImageTab.width() + tabMargin, ImageTab.height() + 2 * tabMargin);
+    const QSize closedSize = logicalSize(ImageTab) + QSize(tabMargin, 2 * tabMargin);
     const ResizeAnswer answer(this);
     if (state == close) {
         if (answer.isAllowed())

@@ -6,13 +6,14 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "iconpainting_p.h"
-#include "stretching_p.h"
+#include "pixmaps_p.h"
 #include "text_p.h"
 
 #include <QtGui/QFontMetrics>
 #include <QtGui/QIcon>
 #include <QtGui/QImage>
 
+#include <array>
 #include <iterator>
 
 using namespace KivPrivate;
@@ -51,7 +52,7 @@ static_assert(std::size(alarmLooks) == alarmStateCount, "one look for each state
 
 QPixmap led(const QString &name)
 {
-    return QPixmap(QStringLiteral(":/Images/stato-LED-%1.png").arg(name));
+    return picture(QStringLiteral("stato-LED-%1").arg(name));
 }
 
 /// The LED of @p state; error lines name @p place.
@@ -160,16 +161,17 @@ void MetroShelter::createImages()
 {
     if (image)
         return;
-    if (!ImageBackground && isAllocatable(size())) {
+    if (!ImageBackground && isAllocatable(size(), devicePixelRatioF())) {
         ImageBackground = new QPixmap(size());
         ImageBackground->fill(Qt::black);
     }
-    createIfMissing(&image, size());
+    createIfMissing(&image, this);
     paintImage();
 }
 
 void MetroShelter::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image});
     if (dirty) {
         createImages();
         dirty = false;
@@ -210,7 +212,7 @@ void MetroShelter::paintText(QPainter *painter)
     painter->setFont(font());
     const int right = width() - 1;
     const int bottom = height() - 1;
-    painter->drawPixmap(ledRect(right, bottom), ledOf(state, KIV_HERE), QRectF());
+    drawStretched(painter, ledRect(right, bottom), ledOf(state, KIV_HERE));
 
     const QString label = text();
     const bool hasText = !label.isNull();

@@ -4,15 +4,18 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "ownsize_p.h"
+#include "pixmaps_p.h"
 
 #include <QtGui/QImage>
+
+#include <array>
 
 using namespace KivPrivate;
 
 MetroStatusbar::MetroStatusbar(QWidget *parent)
     : QFrame(parent)
     , MetroStyle(this)
-    , background(QStringLiteral(":/Images/fasciasuperiore.png"))
+    , background(picture(QStringLiteral("fasciasuperiore")))
     , image(nullptr)
 {
     repaintSchedule(&image);
@@ -28,9 +31,9 @@ QPixmap MetroStatusbar::getBackground() const
     return background;
 }
 
-void MetroStatusbar::setBackground(const QPixmap &picture)
+void MetroStatusbar::setBackground(const QPixmap &newBackground)
 {
-    background = picture;
+    background = newBackground;
     repaintSchedule(&image);
 }
 
@@ -42,12 +45,13 @@ void MetroStatusbar::repaintSchedule(QImage **cached)
 
 void MetroStatusbar::createImages()
 {
-    if (createIfMissing(&image, size()))
+    if (createIfMissing(&image, this))
         paintImage();
 }
 
 void MetroStatusbar::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image});
     if (dirty) {
         createImages();
         dirty = false;
@@ -58,7 +62,7 @@ void MetroStatusbar::paintEvent(QPaintEvent *)
 bool MetroStatusbar::event(QEvent *event)
 {
     if (event->type() == QEvent::Resize) {
-        resizeToOwn(this, background.size());
+        resizeToOwn(this, logicalSize(background));
         return true;
     }
     if (isOneOf(event, unsizedDropEvents)) {
@@ -76,5 +80,5 @@ void MetroStatusbar::paintImage()
     }
     ImagePainter painter(image);
     if (!background.isNull())
-        painter.drawPixmap(QPointF(0, 0), background);
+        drawAt(&painter, QPointF(0, 0), background);
 }

@@ -13,6 +13,7 @@
 #include <QtGui/QPainterPath>
 
 #include <algorithm>
+#include <array>
 
 using namespace KivPrivate;
 
@@ -112,12 +113,13 @@ void MetroSysIcon::repaintSchedule(QImage **cached)
 
 void MetroSysIcon::createImages()
 {
-    if (createIfMissing(&image, size()))
+    if (createIfMissing(&image, this))
         paintImage();
 }
 
 void MetroSysIcon::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image});
     if (dirty) {
         createImages();
         dirty = false;

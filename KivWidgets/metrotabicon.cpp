@@ -5,10 +5,12 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "iconpainting_p.h"
+#include "pixmaps_p.h"
 
 #include <QtGui/QIcon>
 #include <QtGui/QImage>
 
+#include <array>
 #include <iterator>
 
 using namespace KivPrivate;
@@ -29,7 +31,7 @@ QPixmap ledOf(elemDesc_t state)
     const char *name = state.alarmSt < std::size(ledNames) ? ledNames[state.alarmSt] : "none";
     if (!name)
         return QPixmap();
-    return QPixmap(QStringLiteral(":/Images/stato-LED-%1.png").arg(QLatin1String(name)));
+    return picture(QStringLiteral("stato-LED-%1").arg(QLatin1String(name)));
 }
 
 } // namespace
@@ -58,7 +60,7 @@ void MetroTabicon::createImages()
     for (QImage **look : {&image, &imagePressed}) {
         delete *look;
         *look = nullptr;
-        createIfMissing(look, size());
+        createIfMissing(look, this);
     }
     paintImages();
 }
@@ -80,6 +82,7 @@ void MetroTabicon::paintImages()
 
 void MetroTabicon::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, std::array{&image, &imagePressed});
     if (dirty) {
         createImages();
         dirty = false;
@@ -114,10 +117,9 @@ void MetroTabicon::paintLook(QImage *look, QIcon::State iconState, const QPixmap
 {
     ImagePainter painter(look);
     if (!icon().isNull()) {
-        const QIcon::Mode mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
         drawAtNaturalSize(&painter, (width() - iconSize().width()) / 2,
                           (height() - iconSize().height()) / 2,
-                          icon().pixmap(iconSize(), mode, iconState));
+                          iconPixmap(this, QIcon::Normal, iconState));
     }
-    painter.drawPixmap(QRectF(ledRect), led, QRectF());
+    drawStretched(&painter, QRectF(ledRect), led);
 }

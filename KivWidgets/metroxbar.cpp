@@ -133,6 +133,7 @@ bool MetroXbar::event(QEvent *event)
 
 void MetroXbar::paintEvent(QPaintEvent *)
 {
+    dropOutdated(this, lock, dirty, layers());
     if (dirty) {
         createImages();
         dirty = false;
@@ -191,11 +192,11 @@ void MetroXbar::repaintSchedule(QImage **layer)
 
 void MetroXbar::createImages()
 {
-    if (createIfMissing(&ImageFG, size()))
+    if (createIfMissing(&ImageFG, this))
         paintImageFG();
-    if (createIfMissing(&ImageBG, size()))
+    if (createIfMissing(&ImageBG, this))
         paintImageBG();
-    if (createIfMissing(&Image, size()))
+    if (createIfMissing(&Image, this))
         paintImage();
 }
 
@@ -203,8 +204,8 @@ void MetroXbar::buildGraph(QImage &img)
 {
     if (!ImageBG || !Image || !ImageFG)
         createImages();
+    composeLayers(img, *ImageBG, *Image, *ImageFG);
     QPainter painter(&img);
-    composeLayers(&painter, img, *ImageBG, *Image, *ImageFG);
     drawBarText(&painter, font(), barWidth, height(), textOf(value, measure));
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QMetaProperty>
 #include <QtCore/QVariant>
 #include <QtCore/QtGlobal>
 #include <QtGui/QFont>
+#include <QtGui/QIcon>
 #include <QtGui/QMouseEvent>
+#include <QtGui/QPixmap>
 
 // What Qt 5 and Qt 6 name differently. No other source of the library asks which Qt it is built
 // with; tests and plugins use this one, too.
@@ -77,6 +80,22 @@ inline uint resolveMask(const QFont &font)
 #else
     return font.resolve();
 #endif
+}
+
+/// The pixmap of @p icon for @p size real pixels, whatever the ratios of the screens are.
+inline QPixmap unscaledPixmap(const QIcon &icon, QSize size, QIcon::Mode mode, QIcon::State state)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    QPixmap pixmap = icon.pixmap(size, 1.0, mode, state);
+#else
+    // With this attribute Qt 5 multiplies by a ratio of its own choice.
+    const bool multiplies = QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, false);
+    QPixmap pixmap = icon.pixmap(size, mode, state);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, multiplies);
+#endif
+    pixmap.setDevicePixelRatio(1.0);
+    return pixmap;
 }
 
 } // namespace KivPrivate

@@ -1,6 +1,7 @@
 #include "rotatestackedwidget.h"
 
 #include "cachedimage_p.h"
+#include "pixmaps_p.h"
 
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
@@ -78,8 +79,11 @@ void setUp(QPropertyAnimation *animation, int msecs, const QVariant &from, const
 /// since a transparent ground would blend the card's edges.
 QPixmap grabbed(QWidget *page, QSize size, const QColor &ground)
 {
-    QPixmap pixmap(KivPrivate::isAllocatable(size) ? size : QSize());
+    const double ratio = page->devicePixelRatioF();
+    const bool fits = KivPrivate::isAllocatable(size, ratio);
+    QPixmap pixmap(fits ? KivPrivate::pixelSize(size, ratio) : QSize());
     if (!pixmap.isNull()) {
+        pixmap.setDevicePixelRatio(ratio);
         pixmap.fill(ground);
         page->render(&pixmap, QPoint(0, 0), QRegion(),
                      QWidget::DrawWindowBackground | QWidget::DrawChildren);

@@ -1,9 +1,10 @@
 #include "simpleslideswitch.h"
 
+#include "iconpainting_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
+#include "pixmaps_p.h"
 #include "qtversion_p.h"
-#include "stretching_p.h"
 #include "text_p.h"
 
 #include <QtCore/QPointer>
@@ -33,21 +34,21 @@ int heldInInt(qint64 place)
 
 SimpleSlideSwitch::SimpleSlideSwitch(QWidget *parent)
     : QAbstractButton(parent)
-    , uncheckedImg(QStringLiteral(":/Images/slide_unchecked.png"))
+    , uncheckedImg(picture(QStringLiteral("slide_unchecked")))
     , marginLeft(0)
-    , checkedImg(QStringLiteral(":/Images/slide_checked.png"))
+    , checkedImg(picture(QStringLiteral("slide_checked")))
     , marginRight(0)
-    , checkedDisImg(QStringLiteral(":/Images/slide_checked_disabled.png"))
-    , uncheckedDisImg(QStringLiteral(":/Images/slide_unchecked_disabled.png"))
-    , btnImg(QStringLiteral(":/Images/slide_button.png"))
-    , btnDisImg(QStringLiteral(":/Images/button_slide_disabled.png"))
+    , checkedDisImg(picture(QStringLiteral("slide_checked_disabled")))
+    , uncheckedDisImg(picture(QStringLiteral("slide_unchecked_disabled")))
+    , btnImg(picture(QStringLiteral("slide_button")))
+    , btnDisImg(picture(QStringLiteral("button_slide_disabled")))
     , dragFromOn(false)
     , dragFromOff(false)
     , moved(false)
 {
     setAttribute(Qt::WA_MouseTracking);
     setCheckable(true);
-    updateWidgetsIcon(uncheckedImg.size());
+    updateWidgetsIcon(logicalSize(uncheckedImg));
 }
 
 SimpleSlideSwitch::~SimpleSlideSwitch() = default;
@@ -205,7 +206,7 @@ void SimpleSlideSwitch::mouseReleaseEvent(QMouseEvent *event)
     if (switchedOn || switchedOff) {
         // Switched off, the place kept is the knob's right edge: the track stays revealed under it.
         pointerPos.setX(switchedOn ? restingPlace(true)
-                                   : heldInInt(qint64(btnImg.width()) + marginLeft));
+                                   : heldInInt(qint64(logicalSize(btnImg).width()) + marginLeft));
         QAbstractButton::mouseReleaseEvent(event);
         if (!self)
             return;
@@ -231,13 +232,11 @@ void SimpleSlideSwitch::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QIcon::Mode mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
-
-    const QPixmap off = icon().pixmap(iconSize(), mode, QIcon::Off);
-    drawStretched(&painter, QRectF(0, 0, width(), height()), off);
+    drawStretched(&painter, QRectF(0, 0, width(), height()),
+                  iconPixmap(this, QIcon::Normal, QIcon::Off));
 
     const QRectF revealed(0, 0, std::max(pointerPos.x(), 0), height());
-    painter.drawPixmap(revealed, icon().pixmap(iconSize(), mode, QIcon::On), revealed);
+    drawPart(&painter, revealed, iconPixmap(this, QIcon::Normal, QIcon::On), revealed);
 
     if (!text().isEmpty()) {
         const QFontMetrics metrics(font());
@@ -248,13 +247,13 @@ void SimpleSlideSwitch::paintEvent(QPaintEvent *)
     }
 
     const QPixmap &knob = isEnabled() ? btnImg : btnDisImg;
-    drawStretched(&painter, QRectF(knobLeft(), 0, btnImg.width(), btnImg.height()), knob);
+    drawStretched(&painter, QRectF(QPointF(knobLeft(), 0), logicalSize(btnImg)), knob);
 }
 
-void SimpleSlideSwitch::setTrack(QPixmap &track, const QPixmap &picture)
+void SimpleSlideSwitch::setTrack(QPixmap &track, const QPixmap &newTrack)
 {
-    track = picture;
-    updateWidgetsIcon(picture.size());
+    track = newTrack;
+    updateWidgetsIcon(logicalSize(newTrack));
 }
 
 void SimpleSlideSwitch::setMargin(int &margin, int value)
@@ -280,14 +279,14 @@ qint64 SimpleSlideSwitch::travelEnd() const
 /// The knob's left edge at rest.
 int SimpleSlideSwitch::restingPlace(bool checked) const
 {
-    return checked ? heldInInt(travelEnd() - btnImg.width()) : marginLeft;
+    return checked ? heldInInt(travelEnd() - logicalSize(btnImg).width()) : marginLeft;
 }
 
 int SimpleSlideSwitch::knobLeft() const
 {
     if (!dragFromOn && !dragFromOff)
         return restingPlace(isChecked());
-    const int half = btnImg.width() / 2;
+    const int half = logicalSize(btnImg).width() / 2;
     const qint64 centred = qint64(pointerPos.x()) - half;
     if (centred < marginLeft)
         return marginLeft;

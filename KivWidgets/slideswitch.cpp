@@ -1,10 +1,11 @@
 #include "slideswitch.h"
 
 #include "assign_p.h"
+#include "iconpainting_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
+#include "pixmaps_p.h"
 #include "qtversion_p.h"
-#include "stretching_p.h"
 #include "text_p.h"
 
 #include <QtCore/QPointer>
@@ -34,9 +35,9 @@ constexpr int lowestRelease = 58;
 
 constexpr QRgb knobColor = qRgb(65, 64, 66);
 
-QPixmap picture(const char *name)
+QPixmap face(const char *name)
 {
-    return QPixmap(QStringLiteral(":/Images/SlideSwitch-%1.png").arg(QLatin1String(name)));
+    return picture(QStringLiteral("SlideSwitch-%1").arg(QLatin1String(name)));
 }
 
 } // namespace
@@ -52,15 +53,15 @@ SlideSwitch::SlideSwitch(QWidget *parent)
     setAttribute(Qt::WA_MouseTracking);
     setCheckable(true);
 
-    const QPixmap off = picture("OFF");
-    const QPixmap disabled = picture("DISABLED");
+    const QPixmap off = face("OFF");
+    const QPixmap disabled = face("DISABLED");
     QIcon faces;
     faces.addPixmap(off, QIcon::Normal, QIcon::Off);
-    faces.addPixmap(picture("ON"), QIcon::Normal, QIcon::On);
+    faces.addPixmap(face("ON"), QIcon::Normal, QIcon::On);
     faces.addPixmap(disabled, QIcon::Disabled, QIcon::On);
     faces.addPixmap(disabled, QIcon::Disabled, QIcon::Off);
-    faces.addPixmap(picture("LOCKED-ON"), QIcon::Active, QIcon::On);
-    faces.addPixmap(picture("LOCKED-OFF"), QIcon::Active, QIcon::Off);
+    faces.addPixmap(face("LOCKED-ON"), QIcon::Active, QIcon::On);
+    faces.addPixmap(face("LOCKED-OFF"), QIcon::Active, QIcon::Off);
     setIcon(faces);
     setIconSize(off.size());
     resize(off.size());
@@ -175,11 +176,8 @@ void SlideSwitch::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
 
-    const QIcon::Mode mode = !isEnabled() ? QIcon::Disabled
-                             : locked     ? QIcon::Active
-                                          : QIcon::Normal;
-    const QPixmap face = icon().pixmap(iconSize(), mode, shownState());
-    drawStretched(&painter, QRectF(0, 0, width(), height()), face);
+    const QIcon::Mode mode = locked ? QIcon::Active : QIcon::Normal;
+    drawStretched(&painter, QRectF(0, 0, width(), height()), iconPixmap(this, mode, shownState()));
 
     if (!text().isEmpty()) {
         const QFontMetrics metrics(font());

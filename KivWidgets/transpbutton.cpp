@@ -3,6 +3,7 @@
 #include "assign_p.h"
 #include "events_p.h"
 #include "iconpainting_p.h"
+#include "pixmaps_p.h"
 #include "text_p.h"
 
 #include <QtCore/QPointer>
@@ -57,9 +58,9 @@ void TranspButton::paintEvent(QPaintEvent *)
 
     if (!icon().isNull()) {
         const QPixmap pixmap = iconPixmap(this, hover ? QIcon::Active : QIcon::Normal);
-        painter.drawPixmap(QRect((width() - pixmap.width()) / 2, (height() - pixmap.height()) / 2,
-                                 pixmap.width(), pixmap.height()),
-                           pixmap);
+        const QSize extent = logicalSize(pixmap);
+        const QPoint corner((width() - extent.width()) / 2, (height() - extent.height()) / 2);
+        drawStretched(&painter, QRectF(QRect(corner, extent)), pixmap);
     }
 
     if (!text().isEmpty()) {

@@ -33,16 +33,18 @@ class Check(unittest.TestCase):
         self.directory = tempfile.mkdtemp()
         self.addCleanup(shutil.rmtree, self.directory)
         self.copy = os.path.join(self.directory, "Images")
-        shutil.copytree(IMAGES, self.copy)
+        for scale in ("", "2x", "3x"):
+            shutil.copytree(IMAGES + scale, self.copy + scale)
 
     def path(self, name):
         return os.path.join(self.copy, name)
 
-    def faults(self):
-        done = run("--check", self.copy)
+    def faults(self, *scales):
+        scales = scales or ("1",)
+        done = run("--check", self.copy, "--scales", *scales)
         faults = done.stderr.splitlines()
         self.assertEqual(done.returncode, 1 if faults else 0)
-        self.assertIn("43 pictures compared", done.stdout)
+        self.assertIn("%d pictures compared" % (43 * len(scales)), done.stdout)
         return faults
 
     def test_untouched_copy(self):
@@ -52,15 +54,22 @@ class Check(unittest.TestCase):
         fresh = os.path.join(self.directory, "fresh")
         record = os.path.join(ARTWORK, "renderer-version")
         before = os.stat(record).st_mtime_ns
-        self.assertEqual(run("--output", fresh).returncode, 0)
-        self.assertEqual(sorted(os.listdir(fresh)), sorted(os.listdir(IMAGES)))
-        done = run("--check", fresh)
+        self.assertEqual(run("--output", fresh, "--scales", "1", "2").returncode, 0)
+        for scale in ("", "2x"):
+            self.assertEqual(sorted(os.listdir(fresh + scale)), sorted(os.listdir(IMAGES)))
+        done = run("--check", fresh, "--scales", "1", "2")
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.assertEqual(os.stat(record).st_mtime_ns, before)
 
     def test_missing_picture(self):
         os.remove(self.path("batt_ok.png"))
         self.assertEqual(self.faults(), ["batt_ok.png is missing"])
+
+    def test_larger_pictures(self):
+        shutil.copy(self.path("batt_ok.png"), self.copy + "2x")
+        os.remove(os.path.join(self.copy + "3x", "batt_none.png"))
+        self.assertEqual(self.faults("2", "3"), ["at 2x: batt_ok.png is 72 x 72, not 144 x 144",
+                                                 "at 3x: batt_none.png is missing"])
 
     def test_another_pixel(self):
         picture = pngfile.read(self.path("stato-LED-OK-ON.png"))
@@ -95,7 +104,7 @@ class Check(unittest.TestCase):
         self.assertEqual(self.faults(), ["batt_new.png has no master"])
 
     def test_missing_directory(self):
-        done = run("--check", os.path.join(self.directory, "nowhere"))
+        done = run("--check", os.path.join(self.directory, "nowhere"), "--scales", "1")
         self.assertEqual(done.returncode, 1)
         self.assertEqual(len(done.stderr.splitlines()), 43)
 
@@ -131,7 +140,8 @@ class Tolerance(unittest.TestCase):
 class CommandLine(unittest.TestCase):
     def test_wrong_options(self):
         for arguments in (["--wrong"], ["picture"], ["--sheet"], ["--check", "a", "b"],
-                          ["--check", "--sheet", "file"], ["--chec"]):
+                          ["--check", "--sheet", "file"], ["--chec"],
+                          ["--scales", "4"], ["--scales"]):
             done = run(*arguments)
             self.assertEqual(done.returncode, 2, arguments)
             self.assertEqual(done.stdout, "")
@@ -140,7 +150,7 @@ class CommandLine(unittest.TestCase):
     def test_help(self):
         done = run("--help")
         self.assertEqual((done.returncode, done.stderr), (0, ""))
-        for option in ("--check", "--output", "--sheet", "--switch-sheet"):
+        for option in ("--check", "--output", "--scales", "--sheet", "--switch-sheet"):
             self.assertIn(option, done.stdout)
 
     def test_sheet(self):

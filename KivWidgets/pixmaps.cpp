@@ -1,0 +1,162 @@
+#include "pixmaps_p.h"
+
+#include "applicationmemory_p.h"
+#include "numbers_p.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QResource>
+#include <QtCore/QString>
+#include <QtGui/QPainter>
+#include <QtGui/QPixmap>
+
+#include <array>
+#include <cmath>
+
+namespace KivPrivate {
+
+namespace {
+
+/// The ratios that the images are drawn for beside 1.
+constexpr std::array<int, 2> drawnRatios = {2, 3};
+
+/// Shrunk by more than this, an image loses pixels even where it is drawn smoothly.
+constexpr double mostShrinking = 2.2;
+
+struct Picture
+{
+    const uchar *data = nullptr; ///< of the collection that it was read from
+    QPixmap plain;
+    std::array<QPixmap, drawnRatios.size()> larger;
+};
+
+/// By name: at most the images of the collection.
+using Pictures = QHash<QString, Picture>;
+
+double deviceRatio(const QPainter *painter)
+{
+    return painter->device()->devicePixelRatioF();
+}
+
+QPixmap largerPicture(const QString &name, int ratio)
+{
+    QPixmap pixmap(QStringLiteral(":/KivWidgets/private/Images%1x/%2.png").arg(ratio).arg(name));
+    pixmap.setDevicePixelRatio(ratio);
+    return pixmap;
+}
+
+/// Smooth where one pixel does not become a whole number of them.
+void useSmoothnessFor(QPainter *painter, double scale)
+{
+    painter->setRenderHint(QPainter::SmoothPixmapTransform,
+                           std::abs(scale - std::round(scale)) > ratioTolerance || scale < 0.5);
+}
+
+} // namespace
+
+QSize pixelSize(QSize size, double ratio)
+{
+    if (ratio == 1.0)
+        return size;
+    const auto pixels = [ratio](int extent) {
+        return truncatedToInt(std::ceil(extent * ratio - ratioTolerance));
+    };
+    return {pixels(size.width()), pixels(size.height())};
+}
+
+QSize logicalSize(QSize pixels, double ratio)
+{
+    if (ratio == 1.0)
+        return pixels;
+    return {int(std::floor(pixels.width() / ratio + ratioTolerance)),
+            int(std::floor(pixels.height() / ratio + ratioTolerance))};
+}
+
+QSize logicalSize(const QPixmap &pixmap)
+{
+    return logicalSize(pixmap.size(), pixmap.devicePixelRatio());
+}
+
+QPixmap picture(const QString &name)
+{
+    // A host may release the collection and register it again.
+    const QString path = QStringLiteral(":/Images/%1.png").arg(name);
+    const uchar *const data = QResource(path).data();
+    Pictures &pictures = applicationMemory<Pictures>();
+    const auto known = pictures.constFind(name);
+    if (known != pictures.cend() && known->data == data)
+        return known->plain;
+    const QPixmap pixmap(path);
+    if (pixmap.isNull())
+        pictures.remove(name);
+    else
+        pictures.insert(name, {data, pixmap, {}});
+    return pixmap;
+}
+
+QPixmap atRatio(const QPixmap &pixmap, double ratio)
+{
+    if (ratio <= 1.0 || pixmap.devicePixelRatio() != 1.0)
+        return pixmap;
+    Pictures &pictures = applicationMemory<Pictures>();
+    for (auto it = pictures.begin(); it != pictures.end(); ++it) {
+        if (it->plain.cacheKey() != pixmap.cacheKey())
+            continue;
+        const std::size_t step = ratio <= drawnRatios[0] ? 0 : 1;
+        QPixmap &larger = it->larger[step];
+        if (larger.isNull())
+            larger = largerPicture(it.key(), drawnRatios[step]);
+        return larger.isNull() ? pixmap : larger;
+    }
+    return pixmap;
+}
+
+bool canStretch(QSizeF from, QSizeF to)
+{
+    constexpr double largestStep = 32767;
+    return from.width() <= largestStep * to.width() && from.height() <= largestStep * to.height();
+}
+
+void useSmoothness(QPainter *painter, double sourceRatio)
+{
+    const double ratio = deviceRatio(painter);
+    if (ratio != 1.0 || sourceRatio != 1.0)
+        useSmoothnessFor(painter, ratio / sourceRatio);
+}
+
+void drawStretched(QPainter *painter, const QRectF &target, const QPixmap &pixmap)
+{
+    const double ratio = deviceRatio(painter);
+    QPixmap sharp = atRatio(pixmap, ratio);
+    if (sharp.width() > mostShrinking * target.width() * ratio)
+        sharp = pixmap;
+    if (sharp.isNull() || !canStretch(sharp.size(), target.size()))
+        return;
+    if (ratio != 1.0) {
+        const double across = target.width() * ratio / sharp.width();
+        const double down = target.height() * ratio / sharp.height();
+        useSmoothnessFor(painter, across == down ? across : 0.0);
+    }
+    painter->drawPixmap(target, sharp, QRectF());
+}
+
+void drawPart(QPainter *painter, const QRectF &target, const QPixmap &pixmap, const QRectF &source)
+{
+    const double ratio = deviceRatio(painter);
+    const QPixmap sharp = atRatio(pixmap, ratio);
+    if (ratio != 1.0)
+        useSmoothness(painter, sharp.devicePixelRatio());
+    const double sourceRatio = sharp.devicePixelRatio();
+    painter->drawPixmap(target, sharp,
+                        QRectF(source.topLeft() * sourceRatio, source.size() * sourceRatio));
+}
+
+void drawAt(QPainter *painter, QPointF place, const QPixmap &pixmap)
+{
+    const double ratio = deviceRatio(painter);
+    const QPixmap sharp = atRatio(pixmap, ratio);
+    if (ratio != 1.0)
+        useSmoothness(painter, sharp.devicePixelRatio());
+    painter->drawPixmap(place, sharp);
+}
+
+} // namespace KivPrivate
