@@ -21,6 +21,25 @@ QImage *cleared(QImage *image)
     return image;
 }
 
+/// Copies @p part of @p image, in its pixels, to @p place as it is, which Qt does only at ratios of
+/// 1 and 2. @return whether that is possible: the painter has the image's ratio and does not
+/// stretch.
+bool copyPixels(QPainter *painter, QPointF place, const QImage &image, const QRectF &part)
+{
+    const double ratio = image.devicePixelRatio();
+    const QTransform transform = painter->worldTransform();
+    if (image.isNull() || painter->device()->devicePixelRatioF() != ratio ||
+        transform.type() > QTransform::TxTranslate) {
+        return false;
+    }
+    const QImage pixels(image.constBits(), image.width(), image.height(), image.bytesPerLine(),
+                        image.format());
+    painter->scale(1.0 / ratio, 1.0 / ratio);
+    painter->drawImage(place * ratio, pixels, part);
+    painter->setWorldTransform(transform);
+    return true;
+}
+
 } // namespace
 
 void dropImage(QMutex &lock, bool &dirty, QImage **image)
@@ -100,6 +119,8 @@ void drawInto(QPainter *painter, const QRectF &target, const QImage &image)
 
 void drawAt(QPainter *painter, QPointF place, const QImage &image)
 {
+    if (image.devicePixelRatio() != 1.0 && copyPixels(painter, place, image, image.rect()))
+        return;
     useSmoothness(painter, image.devicePixelRatio());
     painter->drawImage(place, image);
 }
@@ -111,12 +132,14 @@ void drawPart(QPainter *painter, QPointF target, const QImage &image, const QRec
         painter->drawImage(QRectF(target, source.size()), image, source);
         return;
     }
-    useSmoothness(painter, ratio);
     // Parts end between pixels of the image, so that neighbours meet without a seam.
     const auto onPixel = [ratio](double place) { return std::round(place * ratio); };
     const QPointF corner(onPixel(source.left()), onPixel(source.top()));
     const QRectF part(corner, QPointF(onPixel(source.right()), onPixel(source.bottom())));
     const QPointF place(onPixel(target.x()) / ratio, onPixel(target.y()) / ratio);
+    if (part.width() > 0.0 && part.height() > 0.0 && copyPixels(painter, place, image, part))
+        return;
+    useSmoothness(painter, ratio);
     painter->drawImage(QRectF(place, part.size() / ratio), image, part);
 }
 

@@ -82,17 +82,29 @@ inline uint resolveMask(const QFont &font)
 #endif
 }
 
+/// Makes icons give pixmaps for the ratio of the screens by themselves, which Qt 6 leaves to who
+/// asks.
+/// @return whether they did before.
+inline bool setHighDpiPixmaps([[maybe_unused]] bool on)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return false;
+#else
+    const bool before = QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, on);
+    return before;
+#endif
+}
+
 /// The pixmap of @p icon for @p size real pixels, whatever the ratios of the screens are.
 inline QPixmap unscaledPixmap(const QIcon &icon, QSize size, QIcon::Mode mode, QIcon::State state)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
     QPixmap pixmap = icon.pixmap(size, 1.0, mode, state);
 #else
-    // With this attribute Qt 5 multiplies by a ratio of its own choice.
-    const bool multiplies = QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, false);
+    const bool multiplies = setHighDpiPixmaps(false);
     QPixmap pixmap = icon.pixmap(size, mode, state);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, multiplies);
+    setHighDpiPixmaps(multiplies);
 #endif
     pixmap.setDevicePixelRatio(1.0);
     return pixmap;
