@@ -33,7 +33,10 @@ QImage imageOf(QWidget *sheet, const QColor &background, const QColor &ink)
     palette.setColor(QPalette::ButtonText, ink);
     sheet->setPalette(palette);
     settle();
-    return sheet->grab().toImage();
+    QImage image = sheet->grab().toImage();
+    // A file counts in pixels.
+    image.setDevicePixelRatio(1.0);
+    return image;
 }
 
 /// Shows the widget's states on a light and on a dark background, one above the other.
