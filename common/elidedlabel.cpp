@@ -3,6 +3,7 @@
 #include <QtGui/QHelpEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QTextLayout>
+#include <QtGui/QTextOption>
 #include <QtWidgets/QToolTip>
 
 #include <algorithm>
@@ -34,6 +35,10 @@ QStringList ElidedLabel::fitted(int width) const
     QString whole = text().left(longest).simplified();
     QStringList lines;
     QTextLayout layout(whole, font());
+    // A word that is wider than the label goes on below.
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
     layout.beginLayout();
     while (lines.size() < most - 1) {
         QTextLine line = layout.createLine();
@@ -84,5 +89,9 @@ bool ElidedLabel::event(QEvent *event)
                            this);
         return true;
     }
+    // A finger hovers nowhere: a touch shows the same. The event goes on to the parent.
+    if (event->type() == QEvent::MouseButtonRelease && isElided())
+        QToolTip::showText(mapToGlobal(rect().bottomLeft()),
+                           toolTip().isEmpty() ? text().toHtmlEscaped() : toolTip(), this);
     return QLabel::event(event);
 }

@@ -79,6 +79,7 @@ Banner::Banner(QWidget *parent)
     detail->setObjectName(QStringLiteral("condition"));
     Theme::setText(detail, Theme::Normal);
     time->setObjectName(QStringLiteral("timeLeft"));
+    time->setToolTip(tr("Time left on battery"));
     timeName->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
     auto *texts = new QVBoxLayout;

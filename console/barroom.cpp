@@ -96,7 +96,8 @@ void BarRoom::showUps(const UpsModel &ups)
     const Reading newReading = ups.reading(quantity);
     QStringList texts;
     for (const Reading &phase : phaseReadingsOf(ups.snapshot(), quantity))
-        texts += phase.phase + QLatin1Char(' ') + phase.text;
+        texts += QString(phase.phase + QLatin1Char(' ') + phase.text)
+                     .replace(QLatin1Char(' '), QChar(QChar::Nbsp)); // a line ends between them
     phases->setText(texts.join(QStringLiteral(", ")));
     phases->setVisible(!texts.isEmpty());
     name->setText(newReading.phase.isEmpty()

@@ -10,6 +10,7 @@
 #include "overviewpage.h"
 #include "pictograms.h"
 #include "powerpage.h"
+#include "scrollroom.h"
 #include "settingspage.h"
 #include "severitylook.h"
 #include "theme.h"
@@ -138,11 +139,11 @@ QString nameOf(Command command)
     case Command::BeeperOff:
         return ConsoleWindow::tr("Beeper off");
     case Command::LoseCommunication:
-        return ConsoleWindow::tr("Cut the link");
+        return ConsoleWindow::tr("Simulator: cut the link");
     case Command::RestoreCommunication:
-        return ConsoleWindow::tr("Restore the link");
+        return ConsoleWindow::tr("Simulator: restore the link");
     case Command::FollowScenario:
-        return ConsoleWindow::tr("Resume the scenario");
+        return ConsoleWindow::tr("Simulator: resume the scenario");
     }
     return {};
 }
@@ -322,6 +323,7 @@ void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
     room->setWidget(page);
     room->viewport()->setAutoFillBackground(false);
     page->setAutoFillBackground(false);
+    scrollByFinger(room);
     stack->addWidget(room);
     tabs.push_back({button, page, room, picture, name, state});
 }
@@ -355,6 +357,8 @@ void ConsoleWindow::makeDrawer()
         button->setPalette(palette);
         button->setText(entry.name);
         const Command command = entry.command;
+        button->setToolTip(nameOf(command));
+        button->setAccessibleDescription(nameOf(command));
         connect(button, &TranspButton::clicked, this, [=] { ups->command(command); });
         drawerEntries.push_back({button, entry.picture, command});
     }
@@ -523,6 +527,8 @@ void ConsoleWindow::showPage(int index)
 {
     tabs.at(std::size_t(index)).button->setChecked(true);
     stack->setCurrentIndex(index);
+    // What it left out while nobody saw it.
+    tabs.at(std::size_t(index)).page->refresh();
     keep("page", pageNames().at(index));
 }
 

@@ -62,6 +62,13 @@ void makeGlass(AeroStyle *style, int roundness)
     style->setRoundness(roundness);
 }
 
+/// Whether @p command drives the simulation, and is nothing that a UPS does.
+bool isOfSimulator(Command command)
+{
+    return command == Command::LoseCommunication || command == Command::RestoreCommunication ||
+           command == Command::FollowScenario;
+}
+
 /// A printf format that prints @p text.
 QString asFormat(QString text)
 {
@@ -125,6 +132,7 @@ QWidget *ControlPage::makeBattery()
 QWidget *ControlPage::makeSwitches()
 {
     AeroGroupbox *box = makeBox(tr("Commands"));
+    commandBox = box;
     addSwitch(
         box, tr("Run on battery"), Command::ForceBattery, Command::ReturnToMains,
         [](const Snapshot &now) { return now.system.operating == OperatingState::OnBattery; });
@@ -132,10 +140,10 @@ QWidget *ControlPage::makeSwitches()
               [](const Snapshot &now) { return now.system.operating == OperatingState::OnBypass; });
     addSwitch(box, tr("Lock"), Command::Lock, Command::ClearAlarm,
               [](const Snapshot &now) { return now.system.alarm == AlarmState::Locked; });
-    addSwitch(box, tr("Cut the link"), Command::LoseCommunication, Command::RestoreCommunication,
-              [](const Snapshot &now) { return now.isLost(); });
+    addSwitch(box, tr("Simulator: cut the link"), Command::LoseCommunication,
+              Command::RestoreCommunication, [](const Snapshot &now) { return now.isLost(); });
     addPush(box, Pictogram::Check, tr("Clear alarm"), Command::ClearAlarm);
-    addPush(box, Pictogram::Restart, tr("Resume"), Command::FollowScenario);
+    addPush(box, Pictogram::Restart, tr("Simulator: resume"), Command::FollowScenario);
 
     commandLayout = new QGridLayout(box);
     arrangeCommands();
@@ -294,10 +302,20 @@ void ControlPage::showCharge(const Reading &reading)
 
 void ControlPage::offerCommands()
 {
+    bool any = false;
+    const auto offer = [&](QWidget *control, Command command) {
+        const bool offered = supports(command);
+        any = any || offered;
+        control->setEnabled(offered);
+        // What only a simulator can do is no command that a UPS lacks.
+        if (isOfSimulator(command))
+            control->setVisible(offered);
+    };
     for (const StateSwitch &entry : switches)
-        entry.control->setEnabled(supports(entry.enter));
+        offer(entry.control, entry.enter);
     for (const PushControl &entry : pushes)
-        entry.control->setEnabled(supports(entry.command));
+        offer(entry.control, entry.command);
+    commandBox->setTitle(any ? tr("Commands") : tr("Commands · this UPS is only watched"));
 }
 
 void ControlPage::paintEvent(QPaintEvent *)

@@ -65,6 +65,7 @@ private:
     bool chargeShown = false;
     ElidedLabel *chargeText;
     QVBoxLayout *batteryLayout;
+    AeroGroupbox *commandBox;
     QGridLayout *commandLayout;
     bool narrow = false;
     std::vector<StateSwitch> switches;

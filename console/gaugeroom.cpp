@@ -76,30 +76,49 @@ void GaugeRoom::showUps(const UpsModel &ups)
     const Scale newScale = ups.scale(quantity);
     const Reading newReading = ups.reading(quantity);
     const bool known = newReading.state != Reading::State::Missing;
-    bool marksMoved = newScale != scale;
-    if (known && (!highest || newReading.value > *highest)) {
-        highest = newReading.value;
-        marksMoved = true;
-    }
-    if (known && (!lowest || newReading.value < *lowest)) {
-        lowest = newReading.value;
-        marksMoved = true;
-    }
-    const bool textChanged = newReading.text != reading.text;
+    const bool scaleChanged = newScale != scale;
+    const bool textChanged = newReading.text != reading.text || newReading.phase != reading.phase;
+    const bool stateChanged = newReading.state != reading.state;
     scale = newScale;
     reading = newReading;
+    if (known) {
+        highest = std::max(highest.value_or(reading.value), reading.value);
+        lowest = std::min(lowest.value_or(reading.value), reading.value);
+    }
     applyScale(scale.minimum, scale.maximum);
     const QString text =
         reading.phase.isEmpty() ? reading.text : reading.phase + QLatin1Char(' ') + reading.text;
     dial->setFormat(asFormat(text));
-    dial->setValue(known ? reading.value : scale.minimum);
+    // What nobody sees repaints nothing.
+    const double value = known ? reading.value : scale.minimum;
+    if (textChanged || stateChanged || scaleChanged || isSeen(dial->getValue(), value))
+        dial->setValue(value);
     applyColors();
     if (textChanged)
         fitTexts();
-    if (marksMoved) {
+    const auto markMoved = [this](const std::optional<double> &drawn,
+                                  const std::optional<double> &now) {
+        return now && (!drawn || isSeen(*drawn, *now));
+    };
+    if (scaleChanged || markMoved(drawnHighest, highest) || markMoved(drawnLowest, lowest)) {
         explain();
         redraw();
     }
+}
+
+bool GaugeRoom::isSeen(double before, double now) const
+{
+    // Half a pixel along the arc.
+    constexpr double least = 0.5;
+    const double arc = span * degree * radius * devicePixelRatioF();
+    return std::abs(scale.shareOf(now) - scale.shareOf(before)) * arc >= least;
+}
+
+bool GaugeRoom::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip)
+        explain();
+    return QWidget::event(event);
 }
 
 void GaugeRoom::forgetPeaks()
@@ -279,6 +298,8 @@ void GaugeRoom::drawSurroundings()
     // The highest and the lowest value that were seen.
     const double reach = outside + Theme::px(5);
     painter.setPen(QPen(text, std::max(1.5, 1.5 * Theme::scale()), Qt::SolidLine, Qt::FlatCap));
+    drawnHighest = highest;
+    drawnLowest = lowest;
     if (highest)
         drawMark(&painter, *highest, radius - ring * 0.3, reach);
     if (lowest && *lowest != *highest)

@@ -27,6 +27,7 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -40,6 +41,8 @@ private:
     double angleOf(double value) const;
     void drawMark(QPainter *painter, double value, double from, double to) const;
     void explain();
+    /// Whether @p now is drawn elsewhere than @p before.
+    bool isSeen(double before, double now) const;
     void redraw();
     void drawSurroundings();
 
@@ -49,6 +52,8 @@ private:
     Reading reading;
     std::optional<double> highest;
     std::optional<double> lowest;
+    std::optional<double> drawnHighest;
+    std::optional<double> drawnLowest;
     QPixmap surroundings; // all but the dial, as drawn last
     QPointF center;
     int radius = 0;

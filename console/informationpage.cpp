@@ -1,6 +1,7 @@
 #include "informationpage.h"
 
 #include "elidedlabel.h"
+#include "scrollroom.h"
 #include "theme.h"
 #include "variablelist.h"
 
@@ -14,7 +15,6 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QScroller>
 #include <QtWidgets/QTableView>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QVBoxLayout>
@@ -118,7 +118,7 @@ QWidget *InformationPage::makeTable()
     table->horizontalHeader()->setStretchLastSection(true);
     table->horizontalHeader()->hide(); // names and values are told apart by themselves
     table->installEventFilter(this);
-    QScroller::grabGesture(table->viewport(), QScroller::TouchGesture);
+    scrollByFinger(table);
 
     searchLayout = new QHBoxLayout;
     searchLayout->addWidget(search, 1);
@@ -180,7 +180,7 @@ void InformationPage::showUps(const UpsModel &ups)
     for (int i = 0; i < factCount; ++i)
         facts.at(std::size_t(i)).value->setText(texts[i].isEmpty() ? Values::noData() : texts[i]);
     // A page that nobody sees need not follow each value.
-    if (isVisible() || list->rowCount() == 0 || snapshot.variables.isEmpty())
+    if (isVisibleTo(window()) || list->rowCount() == 0 || snapshot.variables.isEmpty())
         list->setVariables(snapshot.variables);
     countRows();
 }

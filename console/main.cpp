@@ -45,11 +45,12 @@ int main(int argc, char **argv)
         if (options.size.isValid())
             window.resize(options.size);
         QString error;
+        // What the UPS can be asked to do is offered, as in use.
+        ups->setFeed(feed.get());
         if (!address)
             return takeScenarioScreenshots(window, *ups, options, &error)
                        ? 0
                        : Program::refuse(error, Program::failed);
-        ups->setFeed(feed.get());
         feed->start();
         switch (takeLiveScreenshots(window, *ups, options, &error)) {
         case LiveScreenshots::Taken:

@@ -18,6 +18,8 @@ public:
     void setModel(UpsModel *model);
     /// Takes the theme's new scale, after the fonts of its labels have followed. Here: nothing.
     virtual void applyScale();
+    /// Shows the model's present state again.
+    void refresh();
 
 protected:
     /// Brings everything on the page to the state of @p ups; nothing older is left standing.
@@ -25,8 +27,6 @@ protected:
     /// Enables and disables the page's controls after a change of what the UPS supports.
     virtual void offerCommands();
 
-    /// Shows the model's present state again.
-    void refresh();
     bool supports(Command command) const;
     void give(Command command);
 

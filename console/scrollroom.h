@@ -2,6 +2,9 @@
 
 #include <QtWidgets/QScrollArea>
 
+/// Lets @p area scroll by finger, with a flick too.
+void scrollByFinger(QAbstractScrollArea *area);
+
 /// Room for a page's content, which fills it, and which scrolls where the room is too low: by
 /// wheel, by finger, and to whatever takes the focus.
 class ScrollRoom : public QScrollArea

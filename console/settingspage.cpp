@@ -8,7 +8,10 @@
 #include <simpleslideswitch.h>
 #include <slideswitch.h>
 
+#include <QtCore/QEvent>
 #include <QtCore/QSignalBlocker>
+#include <QtGui/QPainter>
+#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
@@ -40,6 +43,61 @@ bool isStarting(const Snapshot &snapshot)
         return false;
     }
 }
+
+/// The row of a setting: a click or a touch anywhere in it toggles its switch, whose pictures are
+/// too small for a finger.
+class SettingRow : public QAbstractButton
+{
+public:
+    explicit SettingRow(QWidget *parent)
+        : QAbstractButton(parent)
+    {
+        setAttribute(Qt::WA_Hover);
+        // The keyboard goes to the switch.
+        setFocusPolicy(Qt::NoFocus);
+        // For the rest it is like any widget with a layout.
+        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+        setBackgroundRole(QPalette::NoRole);
+        setForegroundRole(QPalette::NoRole);
+    }
+    void setControl(SimpleSlideSwitch *used)
+    {
+        control = used;
+        control->installEventFilter(this);
+        connect(this, &QAbstractButton::clicked, control, [used] {
+            if (used->isEnabled())
+                used->setChecked(!used->isChecked());
+        });
+        showWhetherEnabled();
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::EnabledChange)
+            showWhetherEnabled();
+        return QAbstractButton::eventFilter(watched, event);
+    }
+    void paintEvent(QPaintEvent *) override
+    {
+        if (!control->isEnabled() || !(isDown() || underMouse()))
+            return;
+        constexpr int pressed = 38;
+        constexpr int hovered = 16;
+        QColor shade = palette().color(QPalette::WindowText);
+        shade.setAlpha(isDown() ? pressed : hovered);
+        QPainter(this).fillRect(rect(), shade);
+    }
+
+private:
+    void showWhetherEnabled()
+    {
+        setCursor(control->isEnabled() ? Qt::PointingHandCursor : Qt::ArrowCursor);
+        update();
+    }
+
+    SimpleSlideSwitch *control = nullptr;
+};
 
 QString mainSwitchText(const UpsModel &ups)
 {
@@ -111,8 +169,11 @@ QWidget *SettingsPage::makeSettings(QWidget *parent)
 
 SimpleSlideSwitch *SettingsPage::addSetting(const QString &name, const QString &detail)
 {
-    auto *room = new QWidget(rows->parentWidget());
+    auto *room = new SettingRow(rows->parentWidget());
+    room->setObjectName(name + QStringLiteral(" row"));
     auto *control = new SimpleSlideSwitch(room);
+    room->setAccessibleName(name);
+    room->setControl(control);
     control->setObjectName(name);
     control->setAccessibleName(name);
     control->setAccessibleDescription(detail);

@@ -4,6 +4,7 @@
 #include "options.h"
 #include "screenshots.h"
 #include "singlelinediagram.h"
+#include "theme.h"
 
 #include "mouse.h"
 #include "testmain.h"
@@ -380,7 +381,8 @@ void ConsoleTest::switchesShowTheState()
     Console console;
     const auto lit = [&](const char *name) { return console.find<AeroSwitch>(name)->isChecked(); };
     console.seek(Scenario::Phase::Normal, 10);
-    QVERIFY(!lit("Run on battery") && !lit("Bypass") && !lit("Lock") && !lit("Cut the link"));
+    QVERIFY(!lit("Run on battery") && !lit("Bypass") && !lit("Lock") &&
+            !lit("Simulator: cut the link"));
     console.seek(Scenario::Phase::OnBattery);
     QVERIFY(lit("Run on battery"));
     console.seek(Scenario::Phase::OnBypass);
@@ -388,14 +390,14 @@ void ConsoleTest::switchesShowTheState()
     console.seek(Scenario::Phase::Locked);
     QVERIFY(lit("Lock") && !lit("Bypass"));
     console.seek(Scenario::Phase::CommunicationLost);
-    QVERIFY(lit("Cut the link") && !lit("Lock"));
+    QVERIFY(lit("Simulator: cut the link") && !lit("Lock"));
 
     // Pushed, they act; what the UPS refuses they do not show.
     console.seek(Scenario::Phase::Normal, 10);
-    console.find<AeroSwitch>("Cut the link")->click();
+    console.find<AeroSwitch>("Simulator: cut the link")->click();
     console.simulator.advance(500);
     QVERIFY(console.simulator.current().isLost());
-    console.find<AeroSwitch>("Cut the link")->click();
+    console.find<AeroSwitch>("Simulator: cut the link")->click();
     console.simulator.advance(500);
     QVERIFY(!console.simulator.current().isLost());
     console.seek(Scenario::Phase::StandBy);
@@ -784,8 +786,17 @@ void ConsoleTest::textsAreReadable()
         for (const QWidget *widget : console.window.findChildren<QWidget *>()) {
             QString text = widget->property("text").toString();
             QRect area = widget->rect();
+            const auto *tab = qobject_cast<const MetroTabicon *>(widget);
+            const auto *charge = qobject_cast<const AeroLinebar *>(widget);
             if (const auto *tile = qobject_cast<const MetroShelter *>(widget))
                 area.setRight(tile->width() - 30);
+            else if (tab) {
+                // Its name is drawn at the foot.
+                text = tab->objectName();
+                area.setTop(tab->height() - QFontMetrics(Theme::font(Theme::Small)).height());
+                area.adjust(4, 0, -8, -2);
+            } else if (charge)
+                text = charge->getText();
             else if (const auto *dial = qobject_cast<const MetroCirclerate *>(widget)) {
                 // The middle of the inner disc.
                 text = dial->getFormatStr();
@@ -795,7 +806,8 @@ void ConsoleTest::textsAreReadable()
             }
             const bool written = qobject_cast<const QLabel *>(widget) ||
                                  qobject_cast<const MetroShelter *>(widget) ||
-                                 qobject_cast<const MetroCirclerate *>(widget);
+                                 qobject_cast<const MetroCirclerate *>(widget) ||
+                                 qobject_cast<const QAbstractButton *>(widget) || charge;
             // A disabled control may be faint.
             if (!written || text.isEmpty() || !widget->isVisible() || !widget->isEnabled() ||
                 widget->visibleRegion().isEmpty())

@@ -8,9 +8,14 @@
 #include <metronavdrawer.h>
 #include <metrotabicon.h>
 #include <rotatestackedwidget.h>
+#include <simpleslideswitch.h>
+#include <slideswitch.h>
 
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
+#include <QtWidgets/QAbstractScrollArea>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QScroller>
 
 /// The pages as a user has them, through the window: by mouse, by keyboard and by touch. On a
 /// display of its own it runs once more under a window manager.
@@ -27,6 +32,10 @@ private Q_SLOTS:
     void switchByTouch();
     void switchByKeyboard();
     void drawerByTouch();
+    void settingByTouchOfItsRow();
+    void flickScrolls_data();
+    void flickScrolls();
+    void flickOverASwitchScrollsOnly();
     void fullScreenAndBack();
 
 private:
@@ -52,6 +61,31 @@ private:
         const QPoint place = placeOf(widget);
         QTest::touchEvent(window->windowHandle(), finger).press(0, place, window->windowHandle());
         QTest::touchEvent(window->windowHandle(), finger).release(0, place, window->windowHandle());
+    }
+    /// A finger that goes from one place to another, and off.
+    void drag(QPoint from, QPoint to)
+    {
+        QWindow *on = window->windowHandle();
+        QTest::touchEvent(on, finger).press(0, from, on);
+        constexpr int steps = 12;
+        for (int i = 1; i <= steps; ++i) {
+            // A gesture goes by the time between its events.
+            QTest::qWait(10);
+            QTest::touchEvent(on, finger).move(0, from + (to - from) * i / steps, on);
+        }
+        QTest::touchEvent(on, finger).release(0, to, on);
+    }
+    /// What scrolls on the present page, if anything.
+    QAbstractScrollArea *scrolling() const
+    {
+        for (auto *area : find<RotateStackedWidget>("pages")
+                              ->currentWidget()
+                              ->parentWidget()
+                              ->findChildren<QAbstractScrollArea *>()) {
+            if (area->isVisible() && area->verticalScrollBar()->maximum() > 0)
+                return area;
+        }
+        return nullptr;
     }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
@@ -154,6 +188,103 @@ void ConsoleUseTest::drawerByTouch()
     QTRY_COMPARE(drawer->getState(), MetroNavdrawer::open);
     key(Qt::Key_Escape);
     QTRY_COMPARE(drawer->getState(), MetroNavdrawer::close);
+}
+
+/// The pictures of such a switch are lower than a finger needs.
+void ConsoleUseTest::settingByTouchOfItsRow()
+{
+    key(Qt::Key_5, Qt::AltModifier);
+    auto *control = find<SimpleSlideSwitch>("Page animation");
+    QTRY_VERIFY(control->isVisible());
+    auto *row = find<QWidget>("Page animation row");
+    QVERIFY(row->height() >= 44);
+    const bool before = control->isChecked();
+    const auto touchAt = [&](QPoint place) {
+        QTest::touchEvent(window->windowHandle(), finger).press(0, place, window->windowHandle());
+        QTest::touchEvent(window->windowHandle(), finger).release(0, place, window->windowHandle());
+    };
+    // At its name, at the very edge, and at the switch itself.
+    touchAt(row->mapTo(window.get(), QPoint(20, row->height() / 2)));
+    QTRY_COMPARE(control->isChecked(), !before);
+    touchAt(row->mapTo(window.get(), QPoint(row->width() / 2, row->height() - 2)));
+    QTRY_COMPARE(control->isChecked(), before);
+    touch(control);
+    QTRY_COMPARE(control->isChecked(), !before);
+    // Off it nothing happens.
+    QTest::touchEvent(window->windowHandle(), finger)
+        .press(0, placeOf(row), window->windowHandle());
+    QTest::touchEvent(window->windowHandle(), finger).move(0, QPoint(2, 2), window->windowHandle());
+    QTest::touchEvent(window->windowHandle(), finger)
+        .release(0, QPoint(2, 2), window->windowHandle());
+    QCOMPARE(control->isChecked(), !before);
+}
+
+void ConsoleUseTest::flickScrolls_data()
+{
+    QTest::addColumn<int>("page");
+    QTest::newRow("power") << 1;
+    QTest::newRow("control") << 2;
+    QTest::newRow("information") << 3;
+    QTest::newRow("settings") << 4;
+}
+
+void ConsoleUseTest::flickScrolls()
+{
+    QFETCH(int, page);
+    window->resize(480, 320);
+    QTRY_COMPARE(window->size(), QSize(480, 320));
+    window->showPage(page);
+    deliverAll();
+    QAbstractScrollArea *area = scrolling();
+    QVERIFY(area);
+    QCOMPARE(area->verticalScrollBar()->value(), 0);
+    const QPoint from = area->viewport()->mapTo(
+        window.get(), QPoint(area->viewport()->width() / 2, area->viewport()->height() - 12));
+    drag(from, from - QPoint(0, area->viewport()->height() - 24));
+    QTRY_VERIFY(area->verticalScrollBar()->value() > 0);
+}
+
+/// What a finger scrolls over is not switched.
+void ConsoleUseTest::flickOverASwitchScrollsOnly()
+{
+    window->resize(480, 320);
+    QTRY_COMPARE(window->size(), QSize(480, 320));
+    window->showPage(2);
+    deliverAll();
+    QAbstractScrollArea *area = scrolling();
+    QVERIFY(area);
+    auto *control = find<AeroSwitch>("Run on battery");
+    int given = 0;
+    const auto counted = connect(ups, &UpsModel::commandGiven, this, [&given] { ++given; });
+    const QPoint from = placeOf(control);
+    drag(from, from - QPoint(0, 60));
+    QTRY_VERIFY(area->verticalScrollBar()->value() > 0);
+    QCOMPARE(given, 0);
+    QVERIFY(!control->isDown());
+    // A touch afterwards does.
+    area->verticalScrollBar()->setValue(0);
+    QTRY_COMPARE(QScroller::scroller(area->viewport())->state(), QScroller::Inactive);
+    touch(control);
+    QTRY_COMPARE(given, 1);
+    // The settings alike.
+    window->showPage(4);
+    deliverAll();
+    area = scrolling();
+    QVERIFY(area);
+    auto *setting = find<SimpleSlideSwitch>("Beeper");
+    const bool before = setting->isChecked();
+    const QPoint row = placeOf(find<QWidget>("Beeper row"));
+    drag(row, row - QPoint(0, 60));
+    QTRY_VERIFY(area->verticalScrollBar()->value() > 0);
+    QCOMPARE(setting->isChecked(), before);
+    // And the one that switches the UPS off.
+    area->verticalScrollBar()->setValue(0);
+    QTRY_COMPARE(QScroller::scroller(area->viewport())->state(), QScroller::Inactive);
+    const QPoint off = placeOf(find<SlideSwitch>("mainSwitch"));
+    drag(off, off - QPoint(0, 50));
+    QTRY_VERIFY(area->verticalScrollBar()->value() > 0);
+    disconnect(counted);
+    QCOMPARE(given, 1);
 }
 
 void ConsoleUseTest::fullScreenAndBack()

@@ -297,13 +297,13 @@ class Console(unittest.TestCase):
         self.assertFalse(has(lock, Atspi.StateType.CHECKED))
 
     def test_settings(self):
-        night = self.find(Atspi.Role.CHECK_BOX, "Dark theme")
-        self.assertEqual(night.get_description(), "Light on dark, for a dim room")
+        dark = self.find(Atspi.Role.CHECK_BOX, "Dark theme")
+        self.assertEqual(dark.get_description(), "Light on dark, for a dim room")
         self.show_page("Settings")
-        act(night, "Toggle")
-        self.assertTrue(has(night, Atspi.StateType.CHECKED))
-        act(night, "Toggle")
-        self.assertFalse(has(night, Atspi.StateType.CHECKED))
+        act(dark, "Toggle")
+        self.assertTrue(has(dark, Atspi.StateType.CHECKED))
+        act(dark, "Toggle")
+        self.assertFalse(has(dark, Atspi.StateType.CHECKED))
 
     def test_drawer(self):
         drawer = self.find(Atspi.Role.PANEL, "Quick commands")

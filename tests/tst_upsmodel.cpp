@@ -82,6 +82,8 @@ class UpsModelTest : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void hoveringValuesStay();
+    void overloadWithoutAWordForIt();
     void beginsWithoutCommunication();
     void conditions_data();
     void conditions();
@@ -415,6 +417,62 @@ void UpsModelTest::site()
     QCOMPARE(site.worst(), third);
     QCOMPARE(site.severity(), Severity::Critical);
     QCOMPARE(site.worst()->worst()->since, *time.now);
+}
+
+/// A value at its limit neither comes nor goes with each digit.
+void UpsModelTest::hoveringValuesStay()
+{
+    UpsModel model(QStringLiteral("demo"));
+    int began = 0;
+    int ended = 0;
+    connect(&model, &UpsModel::conditionBegan, this, [&began] { ++began; });
+    connect(&model, &UpsModel::conditionEnded, this, [&ended] { ++ended; });
+    const auto mains = [&](const char *value) {
+        NutVariables variables = with("input.voltage", value);
+        variables.insert(QStringLiteral("input.transfer.low"), QStringLiteral("200"));
+        variables.insert(QStringLiteral("input.transfer.high"), QStringLiteral("250"));
+        model.take(ups("OL", variables));
+    };
+    mains("230");
+    began = 0;
+    ended = 0;
+    for (const char *value : {"199.9", "200.1", "199.8", "201.9", "199.9"}) {
+        mains(value);
+        QCOMPARE(idsOf(model), list("input-voltage-too-low"));
+    }
+    QCOMPARE(began, 1);
+    QCOMPARE(ended, 0);
+    mains("202.1");
+    QCOMPARE(idsOf(model), QStringList());
+    QCOMPARE(ended, 1);
+    // Now it is not too low until it is.
+    mains("200.1");
+    QCOMPARE(idsOf(model), QStringList());
+    for (const char *value : {"250.1", "249.9", "247.6"}) {
+        mains(value);
+        QCOMPARE(idsOf(model), list("input-voltage-too-high"));
+    }
+    mains("247.4");
+    QCOMPARE(idsOf(model), QStringList());
+    // From one side to the other.
+    mains("251");
+    mains("199");
+    QCOMPARE(idsOf(model), list("input-voltage-too-low"));
+    // A lost link between does not end it.
+    model.take(silence());
+    mains("201");
+    QCOMPARE(idsOf(model), list("input-voltage-too-low"));
+}
+
+void UpsModelTest::overloadWithoutAWordForIt()
+{
+    UpsModel model(QStringLiteral("demo"));
+    model.take(ups("OL", with("ups.load", "100")));
+    QCOMPARE(idsOf(model), QStringList());
+    model.take(ups("OL", with("ups.load", "110")));
+    QCOMPARE(idsOf(model), list("load-too-high"));
+    model.take(ups("OL OVER", with("ups.load", "110")));
+    QCOMPARE(idsOf(model), list("overload"));
 }
 
 KIV_TEST_MAIN(UpsModelTest)

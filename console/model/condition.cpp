@@ -3,6 +3,7 @@
 #include "values.h"
 
 #include <algorithm>
+#include <cmath>
 #include <tuple>
 
 namespace {
@@ -93,32 +94,51 @@ void addAlarms(QVector<Condition> *conditions, const Snapshot &snapshot)
     }
 }
 
-/// A value that is too low (-1) or too high (1).
-int sideOf(const Measure &measure, double value)
+/// A value that is too low (-1) or too high (1), or is hardly back from where it was (@p before).
+int sideOf(const Measure &measure, double value, int before)
 {
-    if (measure.low && value < *measure.low)
+    constexpr double share = 0.01;
+    const auto backBy = [before](double limit, int side) {
+        return before == side ? std::abs(limit) * share : 0.0;
+    };
+    if (measure.low && value < *measure.low + backBy(*measure.low, -1))
         return -1;
-    return measure.high && value > *measure.high ? 1 : 0;
+    return measure.high && value > *measure.high - backBy(*measure.high, 1) ? 1 : 0;
 }
 
-void addLimits(QVector<Condition> *conditions, const Snapshot &snapshot)
+QString idOf(const LimitRow &row, int side)
 {
+    return QLatin1String(row.id) +
+           (side < 0 ? QStringLiteral("-too-low") : QStringLiteral("-too-high"));
+}
+
+void addLimits(QVector<Condition> *conditions, const Snapshot &snapshot,
+               const QVector<Condition> &before)
+{
+    const auto stood = [&before](const QString &id) {
+        return std::any_of(before.cbegin(), before.cend(),
+                           [&id](const Condition &one) { return one.id == id; });
+    };
     for (const LimitRow &row : limitTable) {
-        const Measure &measure = snapshot.measure(row.quantity);
+        Measure measure = snapshot.measure(row.quantity);
+        // More than all is too much, also for a UPS that gives no limit and has no word for it.
+        constexpr double fullLoad = 100.0;
+        if (row.quantity == Quantity::Load && !measure.high)
+            measure.high = fullLoad;
         if (!measure.value || (snapshot.tokens & row.saidBy))
             continue;
-        int side = sideOf(measure, *measure.value);
+        const int earlier = stood(idOf(row, -1)) ? -1 : stood(idOf(row, 1)) ? 1 : 0;
+        int side = sideOf(measure, *measure.value, earlier);
         QString value = Values::text(row.quantity, measure.value);
         if (side == 0 && !measure.phases.isEmpty()) {
             const PhaseValue &worst = measure.phases.first();
-            side = sideOf(measure, worst.value);
+            side = sideOf(measure, worst.value, earlier);
             value = worst.name + QLatin1Char(' ') + Values::text(row.quantity, worst.value);
         }
         if (side == 0)
             continue;
         Condition condition;
-        condition.id = QLatin1String(row.id) +
-                       (side < 0 ? QStringLiteral("-too-low") : QStringLiteral("-too-high"));
+        condition.id = idOf(row, side);
         condition.text = nameOf(row.quantity) +
                          (side < 0 ? QStringLiteral(" too low") : QStringLiteral(" too high"));
         condition.severity = Severity::Warning;
@@ -140,7 +160,7 @@ bool operator!=(const Condition &a, const Condition &b)
     return !(a == b);
 }
 
-QVector<Condition> conditionsOf(const Snapshot &snapshot)
+QVector<Condition> conditionsOf(const Snapshot &snapshot, const QVector<Condition> &before)
 {
     QVector<Condition> conditions;
     if (snapshot.isLost()) {
@@ -156,7 +176,7 @@ QVector<Condition> conditionsOf(const Snapshot &snapshot)
         return conditions;
     addTokens(&conditions, snapshot);
     addAlarms(&conditions, snapshot);
-    addLimits(&conditions, snapshot);
+    addLimits(&conditions, snapshot, before);
     std::stable_sort(conditions.begin(), conditions.end(),
                      [](const Condition &a, const Condition &b) {
                          return urgencyOf(a.severity) > urgencyOf(b.severity);

@@ -19,5 +19,7 @@ struct Condition
 bool operator==(const Condition &a, const Condition &b);
 bool operator!=(const Condition &a, const Condition &b);
 
-/// The conditions that @p snapshot shows, the worst first, without their begin.
-QVector<Condition> conditionsOf(const Snapshot &snapshot);
+/// The conditions that @p snapshot shows, the worst first, without their begin. A value beyond a
+/// limit that was already beyond it @p before counts until it is back by 1 % of the limit, so that
+/// one that hovers there does not come and go.
+QVector<Condition> conditionsOf(const Snapshot &snapshot, const QVector<Condition> &before = {});

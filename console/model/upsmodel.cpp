@@ -75,7 +75,7 @@ void UpsModel::updateConditions()
 {
     const QVector<Condition> before = present;
     const QDateTime now = clock();
-    QVector<Condition> next = conditionsOf(latest);
+    QVector<Condition> next = conditionsOf(latest, before + beforeSilence);
     for (Condition &condition : next) {
         const Condition *old = find(before, condition.id);
         if (!old)
