@@ -126,7 +126,12 @@ void Banner::showParts()
     constexpr int roomForName = 560;
     constexpr int roomForIcon = 420;
     timeName->setVisible(timed && width() >= Theme::px(roomForName));
-    system->setVisible(width() >= Theme::px(roomForIcon));
+    // Nothing of the headline is cut for it.
+    const int around = layout()->contentsMargins().left() + layout()->contentsMargins().right();
+    const int others = around + sign->sizeHint().width() + 4 * layout()->spacing() +
+                       (timed ? time->sizeHint().width() : 0) + system->width();
+    const int headlineWidth = headline->fontMetrics().horizontalAdvance(headline->text());
+    system->setVisible(width() >= Theme::px(roomForIcon) && width() >= others + headlineWidth);
     detail->setVisible(!detail->text().isEmpty());
 }
 

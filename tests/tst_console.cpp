@@ -1,4 +1,5 @@
 #include "consolewindow.h"
+#include "elidedlabel.h"
 #include "feed/scenario.h"
 #include "feed/simulatorfeed.h"
 #include "options.h"
@@ -164,6 +165,7 @@ private Q_SLOTS:
     void gaugesTellWhatTheyShow();
     void textsAreReadable_data();
     void textsAreReadable();
+    void headlineIsWhole();
     void remembersWhatWasChosen();
     void textsFromTheUpsStayPlain();
     void screenshots();
@@ -831,6 +833,19 @@ void ConsoleTest::textsAreReadable()
     }
     console.window.chooseDarkTheme(false);
     prepareTestApplication();
+}
+
+/// On the smallest screen, beside the drawer and the time left, other things give way.
+void ConsoleTest::headlineIsWhole()
+{
+    Console console;
+    console.window.resize(ConsoleWindow::leastSize);
+    auto *headline = console.find<ElidedLabel>("headline");
+    for (const auto phase : {Scenario::Phase::Normal, Scenario::Phase::OnBattery}) {
+        console.seek(phase, 10);
+        QVERIFY(console.find<MetroNavdrawer>("drawer")->isVisible());
+        QVERIFY2(!headline->isElided(), qPrintable(headline->text()));
+    }
 }
 
 void ConsoleTest::remembersWhatWasChosen()
