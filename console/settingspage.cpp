@@ -10,8 +10,8 @@
 
 #include <QtCore/QEvent>
 #include <QtCore/QSignalBlocker>
+#include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
-#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
@@ -46,28 +46,19 @@ bool isStarting(const Snapshot &snapshot)
 
 /// The row of a setting: a click or a touch anywhere in it toggles its switch, whose pictures are
 /// too small for a finger.
-class SettingRow : public QAbstractButton
+class SettingRow : public QWidget
 {
 public:
+    // No button: a screen reader meets the switch, and would meet its row as another one.
     explicit SettingRow(QWidget *parent)
-        : QAbstractButton(parent)
+        : QWidget(parent)
     {
         setAttribute(Qt::WA_Hover);
-        // The keyboard goes to the switch.
-        setFocusPolicy(Qt::NoFocus);
-        // For the rest it is like any widget with a layout.
-        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-        setBackgroundRole(QPalette::NoRole);
-        setForegroundRole(QPalette::NoRole);
     }
     void setControl(SimpleSlideSwitch *used)
     {
         control = used;
         control->installEventFilter(this);
-        connect(this, &QAbstractButton::clicked, control, [used] {
-            if (used->isEnabled())
-                used->setChecked(!used->isChecked());
-        });
         showWhetherEnabled();
     }
 
@@ -76,20 +67,49 @@ protected:
     {
         if (event->type() == QEvent::EnabledChange)
             showWhetherEnabled();
-        return QAbstractButton::eventFilter(watched, event);
+        return QWidget::eventFilter(watched, event);
+    }
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        setPressed(event->button() == Qt::LeftButton);
+    }
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        if (!rect().contains(mapFromGlobal(placeOf(event))))
+            setPressed(false);
+    }
+    void mouseReleaseEvent(QMouseEvent *event) override
+    {
+        const bool hit = pressed && rect().contains(mapFromGlobal(placeOf(event)));
+        setPressed(false);
+        if (hit && control->isEnabled())
+            control->setChecked(!control->isChecked());
     }
     void paintEvent(QPaintEvent *) override
     {
-        if (!control->isEnabled() || !(isDown() || underMouse()))
+        if (!control->isEnabled() || !(pressed || underMouse()))
             return;
-        constexpr int pressed = 38;
-        constexpr int hovered = 16;
+        constexpr int pressedShade = 38;
+        constexpr int hoveredShade = 16;
         QColor shade = palette().color(QPalette::WindowText);
-        shade.setAlpha(isDown() ? pressed : hovered);
+        shade.setAlpha(pressed ? pressedShade : hoveredShade);
         QPainter(this).fillRect(rect(), shade);
     }
 
 private:
+    static QPoint placeOf(const QMouseEvent *event)
+    {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+        return event->globalPosition().toPoint();
+#else
+        return event->globalPos();
+#endif
+    }
+    void setPressed(bool down)
+    {
+        pressed = down;
+        update();
+    }
     void showWhetherEnabled()
     {
         setCursor(control->isEnabled() ? Qt::PointingHandCursor : Qt::ArrowCursor);
@@ -97,6 +117,7 @@ private:
     }
 
     SimpleSlideSwitch *control = nullptr;
+    bool pressed = false;
 };
 
 QString mainSwitchText(const UpsModel &ups)
@@ -172,7 +193,6 @@ SimpleSlideSwitch *SettingsPage::addSetting(const QString &name, const QString &
     auto *room = new SettingRow(rows->parentWidget());
     room->setObjectName(name + QStringLiteral(" row"));
     auto *control = new SimpleSlideSwitch(room);
-    room->setAccessibleName(name);
     room->setControl(control);
     control->setObjectName(name);
     control->setAccessibleName(name);
