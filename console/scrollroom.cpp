@@ -50,6 +50,11 @@ private:
             if (button->isDown())
                 button->setDown(false);
         }
+        // Others that show a press are let go.
+        for (QWidget *widget : area->viewport()->findChildren<QWidget *>()) {
+            QEvent letGo(QEvent::UngrabMouse);
+            QCoreApplication::sendEvent(widget, &letGo);
+        }
         qApp->installEventFilter(this);
     }
 

@@ -69,6 +69,13 @@ protected:
             showWhetherEnabled();
         return QWidget::eventFilter(watched, event);
     }
+    bool event(QEvent *event) override
+    {
+        // The page scrolls instead.
+        if (event->type() == QEvent::UngrabMouse)
+            setPressed(false);
+        return QWidget::event(event);
+    }
     void mousePressEvent(QMouseEvent *event) override
     {
         setPressed(event->button() == Qt::LeftButton);

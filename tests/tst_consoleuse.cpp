@@ -274,9 +274,14 @@ void ConsoleUseTest::flickOverASwitchScrollsOnly()
     auto *setting = find<SimpleSlideSwitch>("Beeper");
     const bool before = setting->isChecked();
     const QPoint row = placeOf(find<QWidget>("Beeper row"));
+    const QImage untouched = find<QWidget>("Beeper row")->grab().toImage();
     drag(row, row - QPoint(0, 60));
     QTRY_VERIFY(area->verticalScrollBar()->value() > 0);
     QCOMPARE(setting->isChecked(), before);
+    // Nor does it look pressed any more; where the finger was last does not matter.
+    find<QWidget>("Beeper row")->setAttribute(Qt::WA_UnderMouse, false);
+    setting->setAttribute(Qt::WA_UnderMouse, false);
+    QCOMPARE(find<QWidget>("Beeper row")->grab().toImage(), untouched);
     // And the one that switches the UPS off.
     area->verticalScrollBar()->setValue(0);
     QTRY_COMPARE(QScroller::scroller(area->viewport())->state(), QScroller::Inactive);
