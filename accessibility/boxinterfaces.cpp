@@ -103,10 +103,10 @@ QAccessible::State DrawerInterface::state() const
 Announcement DrawerInterface::announcement() const
 {
     const QAccessible::State now = state();
-    Announcement said = WidgetInterface::announcement();
-    said.state.expanded = now.expanded;
-    said.state.collapsed = now.collapsed;
-    return said;
+    Announcement announced = WidgetInterface::announcement();
+    announced.state.expanded = now.expanded;
+    announced.state.collapsed = now.collapsed;
+    return announced;
 }
 
 QString DrawerInterface::label() const

@@ -2,7 +2,7 @@
 
 #include "widgetinterface.h"
 
-/// A strip that the host fills.
+/// A strip that the application fills.
 class StripInterface : public WidgetInterface
 {
 public:

@@ -64,7 +64,7 @@ void ChangeWatcher::compare()
     changed.expanded = now.state.expanded != before.state.expanded;
     changed.collapsed = now.state.collapsed != before.state.collapsed;
 
-    // Who is told may delete the widget, and this watcher with it.
+    // A receiver may delete the widget, and this watcher with it.
     const QPointer<QObject> alive(changedWidget);
     const auto announce = [&alive](QAccessibleEvent &&event) {
         QAccessible::updateAccessibility(&event);

@@ -20,7 +20,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /// Compares once the events under way are done with: nobody may be told during a paint event.
+    /// Compares once the events under way are done with: no event may be sent during a paint event.
     void compareLater();
     void compare();
 

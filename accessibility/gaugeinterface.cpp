@@ -10,7 +10,7 @@ using KivPrivate::formatValue;
 
 namespace {
 
-/// A host may set the text apart from the value; a new bar has none yet.
+/// An application may set the text apart from the value; a new bar has none yet.
 QString textOf(const AeroLinebar &bar)
 {
     const QString text = bar.getText();

@@ -135,7 +135,7 @@ class Sheet:
             '<text x="%d" y="%d" font-family="DejaVu Sans" font-size="%d" font-weight="%s" '
             'fill="%s">%s</text>' % (x, y, size, weight, colour, text))
 
-    def ground(self, x, y, width, height, colour):
+    def background(self, x, y, width, height, colour):
         self.parts.append('<rect x="%d" y="%d" width="%d" height="%d" fill="%s"/>'
                           % (x, y, width, height, colour))
 
@@ -152,10 +152,10 @@ class Sheet:
 
 
 class Panel:
-    """Pictures on one ground, placed by rows."""
+    """Pictures on one background, placed by rows."""
 
-    def __init__(self, ground):
-        self.ground = ground
+    def __init__(self, background):
+        self.background = background
         self.width = 2 * GAP
         self.height = GAP
         self.items = []
@@ -169,7 +169,7 @@ class Panel:
         self.height += max(picture.height for picture in pictures) + GAP
 
     def draw(self, sheet, x, y):
-        sheet.ground(x, y, self.width, self.height, self.ground)
+        sheet.background(x, y, self.width, self.height, self.background)
         for left, top, picture in self.items:
             sheet.picture(x + left, y + top, picture)
 
@@ -212,8 +212,8 @@ class Flow:
         self.line = max(self.line, height)
 
 
-def three_sizes(picture, ground):
-    panel = Panel(ground)
+def three_sizes(picture, background):
+    panel = Panel(background)
     piece = (WIDTH - 2 * MARGIN - 2 * GAP) // 4
     for left in range(0, picture.width, piece):
         panel.row([enlarged(cut(picture, left, piece), 4)])
@@ -236,23 +236,23 @@ def contact_sheet(pictures):
     leds = [p for name, p in pictures.items() if name.startswith("stato-LED-")]
     rows = [leds[i:i + 7] for i in range(0, len(leds), 7)]
     flow.heading("State LEDs on low tiles: 10 x 10 as the tile samples them, and smoothed")
-    for ground in (LIGHT, DARK, "#59595b"):
+    for background in (LIGHT, DARK, "#59595b"):
         for reduce in (sampled, averaged):
             for factor in (1, 4):
-                panel = Panel(ground)
+                panel = Panel(background)
                 for row in rows:
                     panel.row([enlarged(reduce(led, 10, 10), factor) for led in row])
                 flow.block("%s, %d x" % (reduce.__name__, factor), [panel])
 
     flow.heading("Without colour")
     batteries = [p for name, p in pictures.items() if name.startswith("batt_")]
-    for ground in (LIGHT, DARK):
-        panel = Panel(ground)
+    for background in (LIGHT, DARK):
+        panel = Panel(background)
         panel.row([grey(picture) for picture in batteries])
         for row in rows:
             panel.row([grey(led) for led in row])
         flow.block("own size", [panel])
-        panel = Panel(ground)
+        panel = Panel(background)
         for row in rows:
             panel.row([enlarged(grey(led), 3) for led in row])
         flow.block("LEDs, 3 x", [panel])
@@ -309,8 +309,8 @@ def switch_sheet(pictures):
             # The outline, one pixel wide, reaches half a pixel beyond the ellipse.
             over(composed, knob, knob_x, 10)
         panels = []
-        for ground in (LIGHT, DARK):
-            panel = Panel(ground)
+        for background in (LIGHT, DARK):
+            panel = Panel(background)
             panel.row([enlarged(composed, 2)])
             panel.row([composed, grey(composed)])
             panels.append(panel)
@@ -323,8 +323,8 @@ def switch_sheet(pictures):
                 ("dragged to 50", 50, 37), ("on", 51, 51)):
             composed = slide_switch(pictures, disabled, revealed, knob_x)
             panels = []
-            for ground in (LIGHT, DARK):
-                panel = Panel(ground)
+            for background in (LIGHT, DARK):
+                panel = Panel(background)
                 panel.row([enlarged(composed, 4)])
                 panel.row([enlarged(composed, 2), composed])
                 panels.append(panel)

@@ -13,7 +13,7 @@
 #include <vector>
 
 // Times every operation of every subject, interleaved, and prints the medians as multiples of one
-// copy of the same picture.
+// copy of the same image.
 
 namespace {
 

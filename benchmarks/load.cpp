@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstdio>
 
-// Tells in microseconds how long the library takes to load into a process that has Qt already: it
+// Prints in microseconds how long the library takes to load into a process that has Qt already: it
 // is mapped, relocated, and its initialisers run.
 
 int main(int argc, char *argv[])

@@ -1,8 +1,8 @@
+#include "stepdriver.h"
 #include "subject.h"
 
 #include <rotatestackedwidget.h>
 
-#include <QtCore/QAnimationDriver>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QGridLayout>
@@ -146,32 +146,15 @@ bool compareScenes()
     return true;
 }
 
-/// Lets time pass for the animations only in steps.
-class FrameDriver : public QAnimationDriver
+/// Steps the animations by a frame, which the event loop then shows.
+class FrameDriver : public StepDriver
 {
 public:
-    FrameDriver()
-    {
-        install();
-    }
-    qint64 elapsed() const override
-    {
-        return now;
-    }
-    void start() override
-    {
-        now = 0;
-        QAnimationDriver::start();
-    }
     void step(int msecs)
     {
-        now += msecs;
-        advanceAnimation();
+        StepDriver::step(msecs);
         QCoreApplication::processEvents();
     }
-
-private:
-    qint64 now = 0;
 };
 
 QWidget *pageOfLabels()
@@ -198,8 +181,8 @@ void measureCard()
     QCoreApplication::processEvents();
 
     QImage target(cardSize, QImage::Format_ARGB32_Premultiplied);
-    QImage picture = target;
-    picture.fill(QColor(0, 174, 240, 128));
+    QImage image = target;
+    image.fill(QColor(0, 174, 240, 128));
     std::vector<double> frames[3];
     std::vector<double> copies;
     constexpr int frameTime = 20;
@@ -209,7 +192,7 @@ void measureCard()
         frames[phase].push_back(millisecondsOf([&] { time.step(frameTime); }));
         copies.push_back(millisecondsOf([&] {
             QPainter painter(&target);
-            painter.drawImage(0, 0, picture);
+            painter.drawImage(0, 0, image);
         }));
     }
     std::printf("card of %d x %d with 20 children, a frame: shrinking %.2f ms, turning %.2f ms, "

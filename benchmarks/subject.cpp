@@ -24,11 +24,11 @@ QWidget *shown(const Subject &subject, QWidget *window)
     return widget;
 }
 
-QImage emptyPicture(QSize size)
+QImage emptyImage(QSize size)
 {
-    QImage picture(size, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    return picture;
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
 }
 
 void render(QWidget *widget, QImage *target)
@@ -53,11 +53,11 @@ SubjectStage::SubjectStage(const Subject &measured)
     showOffScreen(&window);
     widget = shown(subject, &window);
     window.setUpdatesEnabled(false);
-    target = emptyPicture(widget->size());
-    picture = target;
+    target = emptyImage(widget->size());
+    image = target;
     // Neither opaque nor transparent anywhere, so that the copy skips no pixel.
-    picture.fill(QColor(0, 174, 240, 128));
-    shower.reset(new MinimalImage(picture));
+    image.fill(QColor(0, 174, 240, 128));
+    shower.reset(new MinimalImage(image));
     shower->setAttribute(Qt::WA_DontShowOnScreen);
     shower->show();
     shower->setUpdatesEnabled(false);
@@ -85,7 +85,7 @@ void SubjectStage::changeAndRepaint()
 void SubjectStage::blit()
 {
     QPainter painter(&target);
-    painter.drawImage(0, 0, picture);
+    painter.drawImage(0, 0, image);
 }
 
 void SubjectStage::floor()
@@ -100,7 +100,7 @@ void constructAndDestroy(const Subject &subject, QWidget *window)
 
 void addPainted(const Subject &subject, QWidget *window)
 {
-    QImage target = emptyPicture(subject.size);
+    QImage target = emptyImage(subject.size);
     render(shown(subject, window), &target);
 }
 

@@ -14,7 +14,7 @@ struct Subject
     enum Kind {
         Library, ///< of this library
         Peer,    ///< of Qt or Qwt
-        Minimal, ///< does only what its picture takes
+        Minimal, ///< does only what its image takes
     };
 
     const char *name;
@@ -33,7 +33,7 @@ const QVector<Subject> &subjects();
 /// The subject of that name, or null.
 const Subject *subjectNamed(const QByteArray &name);
 
-/// A subject's widget, shown in a window, of the subject's size, and the picture that it is
+/// A subject's widget, shown in a window, of the subject's size, and the image that it is
 /// rendered into. Its updates are off, so that delivering events does not paint it into its window
 /// besides.
 class SubjectStage
@@ -46,9 +46,9 @@ public:
     void repaint();
     /// Changes it, delivers the posted events, and renders it.
     void changeAndRepaint();
-    /// One SourceOver copy of a translucent picture of the widget's size.
+    /// One SourceOver copy of a translucent image of the widget's size.
     void blit();
-    /// Renders a widget that does nothing but show that picture.
+    /// Renders a widget that does nothing but show that image.
     void floor();
 
 private:
@@ -57,7 +57,7 @@ private:
     QWidget *widget;
     std::unique_ptr<QWidget> shower;
     QImage target;
-    QImage picture;
+    QImage image;
     int step = 0;
 };
 

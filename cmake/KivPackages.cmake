@@ -25,7 +25,7 @@ set(kiv_packaging ${PROJECT_BINARY_DIR}/packaging)
 
 kiv_compress(${PROJECT_SOURCE_DIR}/packaging/changelog changelog.Debian.gz kiv_changelog)
 
-# What the dynamic linker and other packages are told of the library.
+# What the dynamic linker and other packages need to know about the library.
 set(kiv_runtime_package libkivwidgets${PROJECT_VERSION_MAJOR})
 file(WRITE ${kiv_packaging}/triggers "activate-noawait ldconfig\n")
 file(WRITE ${kiv_packaging}/shlibs

@@ -44,7 +44,7 @@ CommandLine::CommandLine(const QString &programName, const QString &description,
     , dark(QStringLiteral("dark"), QStringLiteral("Begin with the dark theme, light on dark."))
     , screenshot(
           QStringLiteral("screenshot"),
-          QStringLiteral("Write a picture of %1 to DIR and end; needs no display.").arg(shown),
+          QStringLiteral("Write an image of %1 to DIR and exit; needs no display.").arg(shown),
           QStringLiteral("DIR"))
 {
     parser.setApplicationDescription(description);

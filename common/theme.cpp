@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr QRgb lightGround = 0xffd6dce1;
+constexpr QRgb lightBackground = 0xffd6dce1;
 constexpr int cornerRadius = 6;
 constexpr double usualDotsPerInch = 96.0;
 constexpr double smallestPoints = 7.0;
@@ -157,6 +157,6 @@ void Card::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     const QColor base = palette().color(QPalette::Base);
-    painter.setBrush(alwaysLight && base.lightness() < 128 ? QColor(lightGround) : base);
+    painter.setBrush(alwaysLight && base.lightness() < 128 ? QColor(lightBackground) : base);
     painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
 }

@@ -103,40 +103,13 @@ int DeletingChild::awake = 0;
 
 QImage rendered(QWidget *widget)
 {
-    QImage picture(128, 96, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    widget->render(&picture, QPoint(), QRegion(0, 0, 128, 96), QWidget::RenderFlags());
-    return picture;
+    QImage image(128, 96, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    widget->render(&image, QPoint(), QRegion(0, 0, 128, 96), QWidget::RenderFlags());
+    return image;
 }
 
 } // namespace
-
-StepDriver::StepDriver()
-{
-    install();
-}
-
-StepDriver::~StepDriver()
-{
-    uninstall();
-}
-
-qint64 StepDriver::elapsed() const
-{
-    return now;
-}
-
-void StepDriver::start()
-{
-    now = 0;
-    QAnimationDriver::start();
-}
-
-void StepDriver::step(int msecs)
-{
-    now += msecs;
-    advanceAnimation();
-}
 
 bool Host::traces = false;
 
@@ -181,7 +154,7 @@ void Host::build()
         window->resize(windowSize);
     }
     const int kind = bytes.byte();
-    // Most inputs begin as most hosts do: with a shown widget inside a window.
+    // Most inputs begin as most applications do: with a shown widget inside a window.
     const bool shown = kind < 224;
     const bool inside = kind % 16 != 15;
     trace("build %s %s", inside ? "inside a window" : "on its own", shown ? "shown" : "hidden");
@@ -200,7 +173,7 @@ void Host::build()
         widget->show();
     else
         widget->setVisible(true);
-    // Half of the hosts let it be painted before they do anything else.
+    // Half of the inputs paint it before anything else.
     if (kind < 128)
         QCoreApplication::processEvents();
 }
@@ -233,7 +206,7 @@ void Host::connectSlots()
     }
 }
 
-/// The host's slot on any signal: goes on with the input's actions, if the input asked for that.
+/// The slot on any signal: continues with the input's actions, if the input asked for that.
 void Host::react(Slot slot)
 {
     if (reactions == 0 || depth > 3)
@@ -780,7 +753,6 @@ void Host::addSibling()
     sibling->setVisible(bytes.flag());
 }
 
-/// An idle widget comes to rest, and shows the same picture as long as nothing happens to it.
 bool Host::showsAllOnTheScreen() const
 {
     // These store some things for the next paint, whenever that comes.
@@ -802,7 +774,7 @@ bool Host::showsAllOnTheScreen() const
 int Host::busyRounds()
 {
     constexpr int rounds = 40;
-    constexpr int roundsAtRest = 10;
+    constexpr int lastRounds = 10;
     int busy = 0;
     for (int round = 0; round < rounds && widget; ++round) {
         paints = 0;
@@ -810,10 +782,10 @@ int Host::busyRounds()
         QCoreApplication::sendPostedEvents();
         if (paints == 0)
             return 0;
-        if (round >= rounds - roundsAtRest)
+        if (round >= rounds - lastRounds)
             ++busy;
     }
-    return busy == roundsAtRest ? busy : 0;
+    return busy == lastRounds ? busy : 0;
 }
 
 void Host::settle()
@@ -824,7 +796,7 @@ void Host::settle()
         const QImage screen = screenOf(top);
         if (repaintedScreenOf(top) != screen)
             complain(subject.name.constData(),
-                     "shows something else on the screen than painted anew");
+                     "shows something else on the screen than painted from scratch");
     }
     if (!widget)
         return;
@@ -841,5 +813,5 @@ void Host::settle()
         return;
     const QImage first = rendered(widget);
     if (widget && rendered(widget) != first)
-        complain(subject.name.constData(), "shows two pictures of one state");
+        complain(subject.name.constData(), "shows two images of one state");
 }

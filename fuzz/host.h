@@ -1,32 +1,18 @@
 #pragma once
 
 #include "bytes.h"
+#include "stepdriver.h"
 #include "subjects.h"
 
-#include <QtCore/QAnimationDriver>
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
 #include <memory>
 
-/// Lets time pass for the animations only when an input says so.
-class StepDriver : public QAnimationDriver
-{
-public:
-    StepDriver();
-    ~StepDriver() override;
-    qint64 elapsed() const override;
-    void start() override;
-    void step(int msecs);
-
-private:
-    qint64 now = 0;
-};
-
-/// A host that does to one widget what the bytes of an input say, and ends the process when the
-/// widget does not come to rest afterwards, shows two pictures without a reason, or shows something
-/// else on the screen than when it is painted anew.
+/// An application that does to one widget what the bytes of an input say. It ends the process when
+/// the widget does not become idle afterwards, shows two images of one state, or shows something
+/// else on the screen than when it is painted from scratch.
 class Host : public QObject
 {
 public:
@@ -70,7 +56,7 @@ private:
     void settle();
     /// Delivers all that is posted. @return 0, but more when the widget does not stop painting.
     int busyRounds();
-    /// Whether the screen must show what painting the window anew gives.
+    /// Whether the screen must show what painting the window from scratch gives.
     bool showsAllOnTheScreen() const;
 
     const Subject &subject;
@@ -83,7 +69,7 @@ private:
     int keepers = 0;
     int reactions = 0;
     int paints = 0;
-    /// Whether a painting step was called that a host has no reason to call, since the last paint.
+    /// Whether a painting step was called since the last paint, which no application needs to call.
     bool paintedAside = false;
     Qt::MouseButtons held = Qt::NoButton;
 };

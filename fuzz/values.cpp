@@ -39,9 +39,9 @@ public:
     }
     QPixmap pixmap(const QSize &, QIcon::Mode, QIcon::State) override
     {
-        QPixmap picture(given);
-        picture.fill(Qt::green);
-        return picture;
+        QPixmap pixmap(given);
+        pixmap.fill(Qt::green);
+        return pixmap;
     }
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) KIV_CONST_IN_QT5 override
     {
@@ -61,7 +61,7 @@ private:
     QSize given;
 };
 
-QSize somePictureSize(Bytes &bytes)
+QSize someImageSize(Bytes &bytes)
 {
     static const QSize sizes[] = {{0, 0},       {1, 1},    {16, 16},   {78, 27},  {27, 27},
                                   {300, 200},   {4096, 1}, {1, 4096},  {50, 52},  {72, 72},
@@ -259,16 +259,16 @@ QColor someColor(Bytes &bytes)
 QPixmap somePixmap(Bytes &bytes)
 {
     const int kind = bytes.below(5);
-    const QSize size = somePictureSize(bytes);
+    const QSize size = someImageSize(bytes);
     if (kind == 0 || size.isEmpty())
         return QPixmap();
     if (kind == 1)
         return QBitmap(size);
-    QPixmap picture(size);
-    picture.fill(someColor(bytes));
+    QPixmap pixmap(size);
+    pixmap.fill(someColor(bytes));
     if (kind == 2)
-        picture.setDevicePixelRatio(2.0);
-    return picture;
+        pixmap.setDevicePixelRatio(2.0);
+    return pixmap;
 }
 
 QIcon someIcon(Bytes &bytes)
@@ -280,7 +280,7 @@ QIcon someIcon(Bytes &bytes)
         return QIcon(QStringLiteral(":/no/such/picture.png"));
     case 2: {
         const QSize offered = someSize(bytes);
-        return QIcon(new HostileEngine(offered, somePictureSize(bytes)));
+        return QIcon(new HostileEngine(offered, someImageSize(bytes)));
     }
     case 3: {
         QIcon icon;

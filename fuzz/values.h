@@ -14,7 +14,7 @@
 #include <QtGui/QPalette>
 #include <QtGui/QPixmap>
 
-/// Values that a careless host may pass: ordinary ones, and those at and beyond every limit.
+/// Values that a careless application may pass: ordinary ones, and those at and beyond every limit.
 namespace Values {
 
 int someInt(Bytes &bytes);

@@ -4,7 +4,7 @@ class QMetaProperty;
 class QVariant;
 class QWidget;
 
-/// Writes @p property of @p widget as a host would, and lets the widget show it.
+/// Writes @p property of @p widget as an application would, and lets the widget show it.
 ///
 /// Some classes hide the setter of a base class's property by one of their own, which alone brings
 /// the widget up to date; this calls it. Where a widget keeps its picture until something else

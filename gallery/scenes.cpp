@@ -143,7 +143,7 @@ void arrangeDrawer(QWidget *widget)
         entry->setIcon(icon);
         x += drawerEntrySide + drawerEntryGap;
     }
-    // A press only toggles the box; opening is left to the host.
+    // A press only toggles the box; opening is left to the application.
     QObject::connect(drawer, &QGroupBox::toggled, drawer, [drawer](bool checked) {
         drawer->setState(checked ? MetroNavdrawer::open : MetroNavdrawer::close);
     });

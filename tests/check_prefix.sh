@@ -46,7 +46,7 @@ run() {
 "$cmake" --build "$scratch/cmake" >"$scratch/build.log"
 run "$scratch/cmake/host" CMake
 
-# The console of the documentation, as its page tells to build it.
+# The console of the documentation, built as its page describes.
 "$cmake" -S "$host/../../docs/firstconsole" -B "$scratch/first" -DCMAKE_PREFIX_PATH="$prefix" \
     >"$scratch/first.log"
 "$cmake" --build "$scratch/first" >>"$scratch/first.log" || fail "$(cat "$scratch/first.log")"

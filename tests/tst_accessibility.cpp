@@ -124,7 +124,7 @@ void act(QObject *object, const QString &action)
     interfaceOf(object)->actionInterface()->doAction(action);
 }
 
-/// Records in words what assistive technology is told while it lives.
+/// Records in words what assistive technology receives while it exists.
 class UpdateLog
 {
 public:
@@ -140,7 +140,7 @@ public:
         setActive(false);
         current = nullptr;
     }
-    /// What was told of @p object since the last call, once all is delivered.
+    /// What was announced of @p object since the last call, once all is delivered.
     QStringList take(QObject *object)
     {
         deliverAll();
@@ -1098,7 +1098,7 @@ void AccessibilityTest::announcesValues()
              QStringList({QStringLiteral("description"), QStringLiteral("value nan")}));
     linebar->update();
     QCOMPARE(log.take(linebar.widget), QStringList());
-    // What nobody sees is told when it is shown.
+    // What nobody sees is announced when it is shown.
     rate->hide();
     rate->setValue(70);
     QCOMPARE(log.take(rate.widget), QStringList());
@@ -1214,7 +1214,7 @@ void AccessibilityTest::announcesOnce()
     log.take(nullptr);
     tile->update();
     QCOMPARE(log.take(tile.widget), QStringList());
-    // There and back before anyone was told.
+    // There and back before anything was announced.
     tile->setState({1, 5});
     tile->setState({2, 5});
     QCOMPARE(log.take(tile.widget), QStringList());

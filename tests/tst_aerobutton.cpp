@@ -626,11 +626,11 @@ void AeroButtonTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    const auto dress = [](AeroButton *button) {
+    const auto configure = [](AeroButton *button) {
         button->setText(QStringLiteral("Text"));
         button->setIcon(telltaleIcon(QSize(12, 12)));
     };
-    QCOMPARE(freshnessProblem<AeroButton>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<AeroButton>(configure, property, value), QString());
 }
 
 void AeroButtonTest::nullImageIsReported()

@@ -604,12 +604,12 @@ void AeroGroupboxTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    const auto dress = [](OpenBox *box) {
+    const auto configure = [](OpenBox *box) {
         box->resize(160, 90);
         box->setTitle(QStringLiteral("Load"));
         box->setBackgroundGroup(plainPixmap(QSize(4, 4), Qt::darkGreen));
     };
-    QCOMPARE(freshnessProblem<OpenBox>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenBox>(configure, property, value), QString());
 }
 
 KIV_TEST_MAIN(AeroGroupboxTest)

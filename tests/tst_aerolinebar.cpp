@@ -722,7 +722,7 @@ void AeroLinebarTest::limitsLeaveTheTicks()
     deliverAll();
     pictureOf(bar.widget);
     COMPARE_PICTURES(*bar->imageTick, before);
-    // An interval that is written again, equal or not, builds them anew.
+    // An interval that is written again, equal or not, builds them again.
     bar->setTickStep(10);
     pictureOf(bar.widget);
     BarLook expected;
@@ -1061,12 +1061,12 @@ void AeroLinebarTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    const auto dress = [](OpenBar *bar) {
+    const auto configure = [](OpenBar *bar) {
         bar->resize(200, 50);
         bar->setValuePosition(AeroLinebar::CenterVal);
         bar->setValue(40);
     };
-    QCOMPARE(freshnessProblem<OpenBar>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenBar>(configure, property, value), QString());
 }
 
 KIV_TEST_MAIN(AeroLinebarTest)

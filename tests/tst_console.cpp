@@ -516,16 +516,16 @@ void ConsoleTest::pagesTurnWhenAnimated()
 void ConsoleTest::darkTheme()
 {
     Console console;
-    const auto ground = [&] { return console.window.palette().color(QPalette::Window); };
-    const QColor day = ground();
+    const auto background = [&] { return console.window.palette().color(QPalette::Window); };
+    const QColor day = background();
     auto *control = console.find<SimpleSlideSwitch>("Dark theme");
     console.window.chooseDarkTheme(true);
     QVERIFY(control->isChecked());
-    QVERIFY(ground().lightness() < day.lightness());
+    QVERIFY(background().lightness() < day.lightness());
     Mouse::press(control, QPoint(40, 13));
     Mouse::release(control, QPoint(40, 13));
     QVERIFY(!control->isChecked());
-    QVERIFY(ground().lightness() > 128);
+    QVERIFY(background().lightness() > 128);
     prepareTestApplication();
 }
 

@@ -171,7 +171,7 @@ void DesignerWindowTest::widgetBoxShowsTheGroups()
     }
 }
 
-/// The search tells a picture without the plugin's icons from one with them.
+/// The search distinguishes an image without the plugin's icons from one with them.
 void DesignerWindowTest::absentIconsAreNotFound()
 {
     for (const QDesignerCustomWidgetInterface *widget : std::as_const(widgets)) {

@@ -53,7 +53,7 @@ namespace {
 
 const QStringList allClasses = widgetClasses();
 
-/// Properties of the library that a still picture of the staged widget does not tell of.
+/// Properties of the library that a still image of the staged widget does not show.
 const QStringList withoutALook = {
     // Only stored.
     QStringLiteral("AeroStatusbar.colorText"),

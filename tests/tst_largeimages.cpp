@@ -111,8 +111,8 @@ public:
 
 } // namespace
 
-/// Images of more than 2^26 pixels are not allocated: what a host asks for by mistake takes no
-/// gigabytes.
+/// Images of more than 2^26 pixels are not allocated: what an application asks for by mistake takes
+/// no gigabytes.
 class LargeImagesTest : public WidgetTest
 {
     Q_OBJECT

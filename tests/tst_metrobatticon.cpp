@@ -319,7 +319,7 @@ void MetroBattIconTest::nullImageIsReported()
              QList<ErrorLine>(
                  {{QStringLiteral("KivWidgets/metrobatticon.cpp"), QStringLiteral("paintImage"),
                    QStringLiteral("Nel controllo batteria Image e' NULL")}}));
-    // A host may ask for the painting before there is an image at all.
+    // An application may ask for the painting before there is an image at all.
     OpenBattery unpainted(nullptr);
     unpainted.setObjectName(QStringLiteral("batteria"));
     unpainted.paintImage();

@@ -47,7 +47,7 @@ struct DialLook
     QPoint labelOffset;
     QString text = QStringLiteral("35%");
     QPoint textOffset;
-    QColor ground = QColor(167, 167, 167);
+    QColor background = QColor(167, 167, 167);
     QColor fill = QColor(0, 174, 240);
     QFont font = QApplication::font();
     QColor ink = QApplication::palette().color(QPalette::WindowText);
@@ -69,7 +69,7 @@ QImage DialLook::draw(QSize size, QRect circle) const
     };
     const QRectF box(circle.x(), circle.y(), circle.width(), circle.height());
     const QImage full = drawnPicture(size, [&](QPainter *painter) {
-        pie(painter, ground, box, angle(minimum), angle(maximum) - angle(minimum));
+        pie(painter, background, box, angle(minimum), angle(maximum) - angle(minimum));
     });
     const QImage part = drawnPicture(size, [&](QPainter *painter) {
         const double s = fromZero && minimum < 0 ? 0 : minimum;
@@ -976,8 +976,8 @@ void MetroCirclerateTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    const auto dress = [](OpenDial *dial) { dial->setMinValue(-50); };
-    QCOMPARE(freshnessProblem<OpenDial>(dress, property, value), QString());
+    const auto configure = [](OpenDial *dial) { dial->setMinValue(-50); };
+    QCOMPARE(freshnessProblem<OpenDial>(configure, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroCirclerateTest)

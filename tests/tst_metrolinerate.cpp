@@ -43,11 +43,11 @@ QColor excessColor(int value)
     return value > 125 ? QColor(238, 28, 37) : QColor(247, 148, 50);
 }
 
-QImage emptyBar(QSize size, int barWidth, const QColor &ground)
+QImage emptyBar(QSize size, int barWidth, const QColor &background)
 {
     QImage layer = emptyPicture(size);
     QPainter painter(&layer);
-    fill(&painter, ground, 1, 1, barWidth, size.height() - 2);
+    fill(&painter, background, 1, 1, barWidth, size.height() - 2);
     return layer;
 }
 
@@ -90,10 +90,10 @@ QImage frameAndScale(QSize size, int barWidth)
 
 /// The bar as it should look for a value of 0 to 255.
 QImage barPicture(QSize size, const QFont &font, int value,
-                  const QColor &ground = QColor(167, 167, 167))
+                  const QColor &background = QColor(167, 167, 167))
 {
     const int barWidth = size.width() - reservedWidth(font);
-    QImage layers = emptyBar(size, barWidth, ground);
+    QImage layers = emptyBar(size, barWidth, background);
     QPainter painter(&layers);
     painter.drawImage(0, 0, filledBar(size, barWidth, value));
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
@@ -388,8 +388,8 @@ void MetroLinerateTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    const auto dress = [](OpenBar *bar) { bar->resize(200, 30); };
-    QCOMPARE(freshnessProblem<OpenBar>(dress, property, value), QString());
+    const auto configure = [](OpenBar *bar) { bar->resize(200, 30); };
+    QCOMPARE(freshnessProblem<OpenBar>(configure, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroLinerateTest)

@@ -180,7 +180,7 @@ void MetroNavdrawerTest::opening()
     QCOMPARE(stage.children[1]->minimumSize(), QSize(80, 80));
     // A hidden child takes no room.
     QCOMPARE(stage.children[2]->minimumSize(), QSize(0, 0));
-    // The children stay where the host put them.
+    // The children stay where the application put them.
     QCOMPARE(stage.children[0]->pos(), QPoint(62, 5));
     COMPARE_PICTURES(pictureOf(stage.widget), openPicture(stage->size(), libraryTab()));
 }
@@ -365,7 +365,7 @@ void MetroNavdrawerTest::leftPressToggles()
     Mouse::press(stage.widget, QPoint(20, 80));
     QCOMPARE(clicked.count(), 2);
     QCOMPARE(clicked.at(1).at(0).toBool(), false);
-    // What follows from it is the host's affair.
+    // The application decides what follows.
     QCOMPARE(stage->getState(), MetroNavdrawer::open);
     QCOMPARE(stage->geometry(), before);
 }

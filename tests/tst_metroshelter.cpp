@@ -476,7 +476,7 @@ void MetroShelterTest::nullImageIsReported()
              QList<ErrorLine>(
                  {{QStringLiteral("KivWidgets/metroshelter.cpp"), QStringLiteral("paintImage"),
                    QStringLiteral("Nel controllo carico Image e' NULL")}}));
-    // A host may ask for the painting before there is an image at all.
+    // An application may ask for the painting before there is an image at all.
     OpenTile unpainted(nullptr);
     unpainted.setObjectName(QStringLiteral("carico"));
     unpainted.paintImage();
@@ -502,11 +502,11 @@ void MetroShelterTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    const auto dress = [](OpenTile *tile) {
+    const auto configure = [](OpenTile *tile) {
         tile->resize(150, 40);
         tile->setText(QStringLiteral("Load"));
     };
-    QCOMPARE(freshnessProblem<OpenTile>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenTile>(configure, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroShelterTest)

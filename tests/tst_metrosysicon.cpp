@@ -260,7 +260,7 @@ void MetroSysIconTest::followsTheFirstIconSize()
 
 void MetroSysIconTest::iconWithoutSizesIsNoChange()
 {
-    /// Draws in any size and tells none.
+    /// Draws in any size and offers none.
     class SizelessEngine : public QIconEngine
     {
     public:
@@ -398,7 +398,7 @@ void MetroSysIconTest::nullImageIsReported()
                    QStringLiteral("Nel controllo ups Image e' NULL")}}));
     sendPaint(&icon);
     QCOMPARE(takeErrorLines(), QList<ErrorLine>());
-    // A host may ask for the painting before there is an image at all.
+    // An application may ask for the painting before there is an image at all.
     OpenIcon unpainted(nullptr);
     unpainted.setObjectName(QStringLiteral("ups"));
     unpainted.paintImage();
@@ -472,11 +472,11 @@ void MetroSysIconTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    const auto dress = [](OpenIcon *icon) {
+    const auto configure = [](OpenIcon *icon) {
         icon->setIconSize(QSize(32, 32));
         icon->setIcon(telltaleIcon(QSize(32, 32)));
     };
-    QCOMPARE(freshnessProblem<OpenIcon>(dress, property, value), QString());
+    QCOMPARE(freshnessProblem<OpenIcon>(configure, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroSysIconTest)

@@ -332,7 +332,7 @@ void MetroTabiconTest::nullImagesAreReported()
     *tab.image = QImage(1, 1, QImage::Format_ARGB32_Premultiplied);
     tab.paintImages();
     QCOMPARE(takeErrorLines(), QList<ErrorLine>({line("ImagePressed")}));
-    // A host may ask for the painting before there is an image at all.
+    // An application may ask for the painting before there is an image at all.
     OpenTab unpainted(nullptr);
     unpainted.setObjectName(QStringLiteral("pagina"));
     unpainted.paintImages();

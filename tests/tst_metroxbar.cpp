@@ -43,11 +43,11 @@ void fill(QPainter *painter, const QColor &color, int left, int top, int right, 
     painter->drawRect(QRect(QPoint(left, top), QPoint(right, bottom)));
 }
 
-QImage emptyBar(QSize size, int barWidth, const QColor &ground)
+QImage emptyBar(QSize size, int barWidth, const QColor &background)
 {
     QImage layer = emptyPicture(size);
     QPainter painter(&layer);
-    fill(&painter, ground, 1, 1, barWidth, size.height() - 2);
+    fill(&painter, background, 1, 1, barWidth, size.height() - 2);
     return layer;
 }
 
@@ -78,9 +78,9 @@ QImage frameAndScale(QSize size, int barWidth)
 
 /// The bar as it should look.
 QImage barPicture(QSize size, int barWidth, std::optional<int> right, const QString &text,
-                  const QFont &font, const QColor &ground = QColor(167, 167, 167))
+                  const QFont &font, const QColor &background = QColor(167, 167, 167))
 {
-    QImage layers = emptyBar(size, barWidth, ground);
+    QImage layers = emptyBar(size, barWidth, background);
     QPainter painter(&layers);
     painter.drawImage(0, 0, filledBar(size, right));
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
@@ -449,8 +449,8 @@ void MetroXbarTest::mutatedEqualsFresh()
 {
     QFETCH(QByteArray, property);
     QFETCH(QVariant, value);
-    const auto dress = [](OpenBar *bar) { bar->resize(200, 30); };
-    QCOMPARE(freshnessProblem<OpenBar>(dress, property, value), QString());
+    const auto configure = [](OpenBar *bar) { bar->resize(200, 30); };
+    QCOMPARE(freshnessProblem<OpenBar>(configure, property, value), QString());
 }
 
 KIV_TEST_MAIN(MetroXbarTest)

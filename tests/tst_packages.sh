@@ -48,7 +48,7 @@ done
 grep -q '^libkivwidgets 1 libkivwidgets1 ' "$scratch/linking" || fail "no dependency on the library"
 grep -q 'ldconfig' "$scratch/linking" || fail "the linker's cache is not renewed"
 
-# Error lines name the sources relative to the repository, and nothing tells where it was built.
+# Error lines name the sources relative to the repository, and nothing shows where it was built.
 library=$root/usr/lib/$triplet/libkivwidgets.so.1
 grep -aq 'KivWidgets/aerobutton\.cpp' "$library" || fail "error lines without the source's name"
 if grep -aq '/KivWidgets/[a-z]*\.cpp' "$library"; then
@@ -65,7 +65,7 @@ plugins=$root/usr/lib/$triplet/qt5/plugins
 KIV_DESIGNER_PLUGIN=$plugins/designer/libkivwidgetsdesigner.so "$designer_test" \
     >"$scratch/designer.log" 2>&1 || fail "$(cat "$scratch/designer.log")"
 
-# takes_pictures PROGRAM COUNT [OPTION...]: the program tells its version and draws so many pictures.
+# takes_pictures PROGRAM COUNT [OPTION...]: the program prints its version and draws so many images.
 takes_pictures() {
     program=$1
     count=$2

@@ -88,11 +88,11 @@ QImage picture(const QString &name)
     return QImage(pathOf(name)).convertToFormat(QImage::Format_ARGB32);
 }
 
-/// The picture without colour on a ground, drawn at @p size as an unsmoothed painter does.
-QImage greyOn(const QString &name, const QColor &ground, QSize size)
+/// The picture without colour on a background, drawn at @p size as an unsmoothed painter does.
+QImage greyOn(const QString &name, const QColor &background, QSize size)
 {
     QImage image(size, QImage::Format_RGB32);
-    image.fill(ground);
+    image.fill(background);
     QPainter painter(&image);
     painter.drawPixmap(QRectF(QPointF(0, 0), size), QPixmap(pathOf(name)), QRectF());
     painter.end();
@@ -166,7 +166,7 @@ private Q_SLOTS:
     void elementGlyphsDiffer();
     void lowTilesShowEverySecondPixel();
     void glyphsAreCrisp();
-    void faultLedsNeedNoGround();
+    void faultLedsNeedNoBackground();
 
     void slideKnobHidesTheCut_data();
     void slideKnobHidesTheCut();
@@ -316,14 +316,14 @@ void tst_Pictures::statesDifferWithoutColor()
     QFETCH(QStringList, names);
     QFETCH(QSize, size);
     QFETCH(int, leastPercent);
-    for (const QColor &ground : {QColor(Qt::black), QColor(Qt::white), darkGrey}) {
+    for (const QColor &background : {QColor(Qt::black), QColor(Qt::white), darkGrey}) {
         for (int i = 0; i < names.size(); ++i) {
             for (int j = 0; j < i; ++j) {
-                const int percent = plainDifference(greyOn(names.at(i), ground, size),
-                                                    greyOn(names.at(j), ground, size));
+                const int percent = plainDifference(greyOn(names.at(i), background, size),
+                                                    greyOn(names.at(j), background, size));
                 QVERIFY2(percent >= leastPercent,
                          qPrintable(QStringLiteral("%1 and %2 on %3: %4 percent")
-                                        .arg(names.at(i), names.at(j), ground.name())
+                                        .arg(names.at(i), names.at(j), background.name())
                                         .arg(percent)));
             }
         }
@@ -393,7 +393,7 @@ void tst_Pictures::glyphsAreCrisp()
     }
 }
 
-void tst_Pictures::faultLedsNeedNoGround()
+void tst_Pictures::faultLedsNeedNoBackground()
 {
     // All seven fill their square, so the three without an alpha channel are no different.
     for (const QString &element : elements) {
@@ -420,7 +420,7 @@ void tst_Pictures::slideKnobHidesTheCut_data()
 
 void tst_Pictures::slideKnobHidesTheCut()
 {
-    // At rest the checked track ends at the knob's left edge, after a drag to off at its right
+    // When idle, the checked track ends at the knob's left edge, after a drag to off at its right
     // edge, during a drag somewhere between: none of it may show.
     QFETCH(bool, disabled);
     for (int knobLeft = 0; knobLeft <= 51; ++knobLeft) {

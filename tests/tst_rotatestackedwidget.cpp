@@ -1,10 +1,10 @@
 #include "rotatestackedwidget.h"
 
 #include "pictures.h"
+#include "stepdriver.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
-#include <QtCore/QAnimationDriver>
 #include <QtCore/QEventLoop>
 #include <QtCore/QPointer>
 #include <QtCore/QPropertyAnimation>
@@ -19,40 +19,17 @@ namespace {
 
 constexpr QSize stackSize(121, 81);
 
-/// Lets time pass for the animations only when a test says so.
-class StepDriver : public QAnimationDriver
+/// Steps the animations, and delivers the events before and after.
+class AnimationClock : public StepDriver
 {
 public:
-    StepDriver()
-    {
-        install();
-    }
-    ~StepDriver() override
-    {
-        uninstall();
-    }
-    qint64 elapsed() const override
-    {
-        return now;
-    }
-    /// Qt counts from the start of the driver.
-    void start() override
-    {
-        now = 0;
-        QAnimationDriver::start();
-    }
-    /// Lets @p msecs pass in one step.
     void step(int msecs)
     {
         // An animation that was just started takes part from the next round of the event loop.
         deliverAll();
-        now += msecs;
-        advanceAnimation();
+        StepDriver::step(msecs);
         QCoreApplication::processEvents();
     }
-
-private:
-    qint64 now = 0;
 };
 
 /// A page whose picture is unlike its mirror image, and unlike that of other pages.
@@ -283,7 +260,7 @@ void RotateStackedWidgetTest::currentPageDoesNothing()
 
 void RotateStackedWidgetTest::wholeChange()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     const QSignalSpy changes(stack.widget, &QStackedWidget::currentChanged);
     stack->setCurrentIndex(1);
@@ -324,7 +301,7 @@ void RotateStackedWidgetTest::wholeChange()
 
 void RotateStackedWidgetTest::frames()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     const QImage oldPage = pagePicture(Qt::red, stackSize);
     const QImage newPage = pagePicture(Qt::green, stackSize);
@@ -362,7 +339,7 @@ void RotateStackedWidgetTest::frames()
 
 void RotateStackedWidgetTest::laterRequestWins()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     const QSignalSpy changes(stack.widget, &QStackedWidget::currentChanged);
     stack->setCurrentIndex(1);
@@ -379,7 +356,7 @@ void RotateStackedWidgetTest::laterRequestWins()
 
 void RotateStackedWidgetTest::oldPageDuringAChange()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setCurrentIndex(1);
     time.step(1000);
@@ -414,7 +391,7 @@ void RotateStackedWidgetTest::plainWritesOnlyStore()
 
 void RotateStackedWidgetTest::everyStepRepaints()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setCurrentIndex(1);
     time.step(10);
@@ -440,7 +417,7 @@ void RotateStackedWidgetTest::durations()
 {
     QFETCH(int, position);
     QFETCH(int, rotation);
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setProperty("timePositionAnimate", position);
     stack->setProperty("timeRotationAnimate", rotation);
@@ -460,7 +437,7 @@ void RotateStackedWidgetTest::durations()
 
 void RotateStackedWidgetTest::switchedOffDuringAChange()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setCurrentIndex(1);
     time.step(1000);
@@ -478,7 +455,7 @@ void RotateStackedWidgetTest::indexWithoutAPage()
 {
     for (const int index :
          {3, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
-        StepDriver time;
+        AnimationClock time;
         StackStage stack;
         stack->setCurrentIndex(index);
         time.step(2600);
@@ -496,7 +473,7 @@ void RotateStackedWidgetTest::indexWithoutAPage()
 
 void RotateStackedWidgetTest::emptyStack()
 {
-    StepDriver time;
+    AnimationClock time;
     Stage<OpenStack> stack(stackSize);
     stack->setAnimationEnabled(true);
     stack->setCurrentIndex(0);
@@ -526,7 +503,7 @@ void RotateStackedWidgetTest::targetGoneDuringAChange()
 {
     QFETCH(int, msecs);
     QFETCH(bool, deleted);
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setCurrentIndex(2);
     time.step(msecs);
@@ -548,7 +525,7 @@ void RotateStackedWidgetTest::targetGoneDuringAChange()
 void RotateStackedWidgetTest::currentGoneDuringAChange()
 {
     for (const int msecs : {500, 2200, 2800, 4000}) {
-        StepDriver time;
+        AnimationClock time;
         StackStage stack;
         QWidget *target = stack->widget(1);
         stack->setCurrentIndex(1);
@@ -574,7 +551,7 @@ void RotateStackedWidgetTest::deletedDuringAChange_data()
 void RotateStackedWidgetTest::deletedDuringAChange()
 {
     QFETCH(int, msecs);
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setCurrentIndex(1);
     time.step(msecs);
@@ -585,7 +562,7 @@ void RotateStackedWidgetTest::deletedDuringAChange()
 
 void RotateStackedWidgetTest::deletedByItsSignal()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     const QPointer<OpenStack> watched(stack.widget);
     const QPointer<QSequentialAnimationGroup> group(stack->group);
@@ -601,7 +578,7 @@ void RotateStackedWidgetTest::deletedByItsSignal()
 
 void RotateStackedWidgetTest::pageDeletedByItsSignal()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     const QPointer<QWidget> page(stack->widget(1));
     connect(stack.widget, &QStackedWidget::currentChanged, this, [&] { delete page.data(); });
@@ -616,7 +593,7 @@ void RotateStackedWidgetTest::pageDeletedByItsSignal()
 
 void RotateStackedWidgetTest::nextChangeAskedForBySignal()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     int changes = 0;
     connect(stack.widget, &QStackedWidget::currentChanged, this, [&](int index) {
@@ -640,7 +617,7 @@ void RotateStackedWidgetTest::nextChangeAskedForBySignal()
 
 void RotateStackedWidgetTest::nextChangeAskedForByAPage()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->insertWidget(1, new ForwardingPage(stack.widget, 2));
     const QSignalSpy changes(stack.widget, &QStackedWidget::currentChanged);
@@ -661,7 +638,7 @@ void RotateStackedWidgetTest::nextChangeAskedForByAPage()
 void RotateStackedWidgetTest::nextChangeAskedForByAPageWithoutAnyTime()
 {
     // The next change is over before the page's own event is.
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->changeTimePosition(0);
     stack->changeTimeRotation(0);
@@ -676,7 +653,7 @@ void RotateStackedWidgetTest::nextChangeAskedForByAPageWithoutAnyTime()
 
 void RotateStackedWidgetTest::currentPageRemovedDuringAChange()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setCurrentIndex(1);
     time.step(500);
@@ -709,7 +686,7 @@ void RotateStackedWidgetTest::resizedDuringAChange()
     QFETCH(int, moment);
     QFETCH(int, frame);
     QFETCH(bool, andBack);
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     if (frame > 0) {
         stack->setFrameStyle(QFrame::Box);
@@ -736,7 +713,7 @@ void RotateStackedWidgetTest::resizedDuringAChange()
 void RotateStackedWidgetTest::deletedInAnEventLoopOfASlot()
 {
     // A slot that opens a dialogue runs an event loop, in which even deferred deletions happen.
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     const QPointer<OpenStack> watched(stack.widget);
     const QPointer<QSequentialAnimationGroup> group(stack->group);
@@ -760,7 +737,7 @@ void RotateStackedWidgetTest::deletedInAnEventLoopOfASlot()
 
 void RotateStackedWidgetTest::nextChangeWithoutShrinking()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     connect(stack.widget, &QStackedWidget::currentChanged, this, [&](int index) {
         if (index == 1) {
@@ -782,7 +759,7 @@ void RotateStackedWidgetTest::nextChangeWithoutShrinking()
 
 void RotateStackedWidgetTest::nextChangeWithoutAnyTime()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->changeTimePosition(0);
     stack->changeTimeRotation(0);
@@ -803,7 +780,7 @@ void RotateStackedWidgetTest::nextChangeWithoutAnyTime()
 
 void RotateStackedWidgetTest::timesWrittenDuringAChange()
 {
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setCurrentIndex(1);
     time.step(500);
@@ -827,7 +804,7 @@ void RotateStackedWidgetTest::timesWrittenDuringAChange()
 void RotateStackedWidgetTest::stackInsideAStack()
 {
     // The outer card shows what the inner one shows at that moment.
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     auto *inner = new OpenStack;
     inner->addWidget(new PatternPage(Qt::cyan));
@@ -870,7 +847,7 @@ void RotateStackedWidgetTest::framesOfOtherSizes()
     QFETCH(QSize, size);
     QFETCH(QSize, page);
     QFETCH(int, frame);
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setFrameStyle(frame > 0 ? int(QFrame::Box) : int(QFrame::NoFrame));
     stack->setLineWidth(frame);
@@ -934,7 +911,7 @@ void RotateStackedWidgetTest::sizesOfPagesAndStack()
 {
     QFETCH(QSize, stack);
     QFETCH(QSize, page);
-    StepDriver time;
+    AnimationClock time;
     StackStage stage;
     if (page.isValid()) {
         for (int i = 0; i < 3; ++i)
@@ -966,7 +943,7 @@ void RotateStackedWidgetTest::extremeNumbersAreHarmless_data()
 void RotateStackedWidgetTest::extremeNumbersAreHarmless()
 {
     QFETCH(double, end);
-    StepDriver time;
+    AnimationClock time;
     StackStage stack;
     stack->setProperty("endPositionAnimate", end);
     stack->setCurrentIndex(1);

@@ -155,7 +155,7 @@ def window():
     console = application()
     if not console:
         return None
-    # Everything is asked anew: what was asked while the window was being made would stay.
+    # Everything is requested again: what was asked while the window was being made would stay.
     console.clear_cache()
     console.set_cache_mask(Atspi.Cache.NONE)
     if any(found.get_description() == "Overview, page 1 of 5" for found in descendants(console)):
@@ -176,7 +176,7 @@ def act(accessible, name):
 
 
 class Events:
-    """What the bus tells while it listens: (event, name, present description)."""
+    """What the bus sends while it listens: (event, name, present description)."""
 
     def __init__(self, *kinds):
         self.kinds = kinds

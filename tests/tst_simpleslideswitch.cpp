@@ -142,7 +142,7 @@ void SimpleSlideSwitchTest::keepsItsSize()
     QCOMPARE(knob->size(), trackSize);
     knob->resize(size);
     QCOMPARE(knob->size(), trackSize);
-    // Also when a host loosens the limits.
+    // Also when an application loosens the limits.
     knob->setMinimumSize(0, 0);
     knob->setMaximumSize(1000, 1000);
     knob->resize(size);

@@ -41,7 +41,7 @@ void restyle(Widget *widget, int step)
     }
 }
 
-/// A widget whose cached image any thread may drop, as a derived class of a host does.
+/// A widget whose cached image any thread may drop, as a derived class of an application does.
 template <typename Widget, typename Style>
 class Droppable : public Widget
 {

@@ -7,8 +7,8 @@
 
 #include <memory>
 
-// A host that meets the library only through a plugin may unload both and live on. This program
-// therefore is not linked to the library.
+// An application that meets the library only through a plugin may unload both and live on. This
+// program therefore is not linked to the library.
 class UnloadTest : public QObject
 {
     Q_OBJECT
@@ -48,7 +48,7 @@ void UnloadTest::hostLivesOn()
     QVERIFY(loader.unload());
     QVERIFY(!libraryIsLoaded());
 
-    // What the library was told of reaches it no more: new fonts, and the end of the application.
+    // What the library watched reaches it no more: new fonts, and the end of the application.
     QSignalSpy changes(qGuiApp, &QGuiApplication::fontDatabaseChanged);
     QFile font(QStringLiteral("/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf"));
     QVERIFY(font.open(QIODevice::ReadOnly));

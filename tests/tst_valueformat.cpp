@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-/// The texts that gauges make of their values with a format that the host gives.
+/// The texts that gauges make of their values with a format that the application sets.
 class ValueFormatTest : public QObject
 {
     Q_OBJECT

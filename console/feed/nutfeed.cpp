@@ -97,11 +97,6 @@ void NutFeed::stop()
     }
 }
 
-const NutAddress &NutFeed::address() const
-{
-    return server;
-}
-
 void NutFeed::connectToServer()
 {
     // What is left of an earlier connection must not be heard in the new one.

@@ -1,4 +1,4 @@
-// A host as small as can be, with both spellings of the headers.
+// The smallest possible application, with both spellings of the headers.
 #include <KivWidgets/MetroCirclerate>
 #include <KivWidgets/SimpleSlideSwitch>
 #include <KivWidgets/aerobutton.h>

@@ -8,7 +8,7 @@
 
 class QImage;
 
-/// Watches the cached images of a shown widget, to tell what a change costs.
+/// Watches the cached images of a shown widget, to find what a change drops.
 class CacheProbe
 {
 public:
@@ -17,7 +17,7 @@ public:
 
     /// What @p action does to the widget whose images are all there: "drops A,B" at once, "posts,
     /// drops A,B" when a posted update request has been delivered, "updates" when only a paint
-    /// event follows, else "nothing". A drop that no paint event follows is told so.
+    /// event follows, else "nothing". A drop that no paint event follows is reported as such.
     QString effectOf(const std::function<void()> &action);
     /// Likewise for a property that is written.
     QString effectOf(const char *property, const QVariant &value);

@@ -36,7 +36,8 @@ quint16 findFreePort()
     return probe.listen(QHostAddress::LocalHost) ? probe.serverPort() : quint16(0);
 }
 
-/// The programs change to a user of their own unless told otherwise; a test has only its own user.
+/// The programs change to a user of their own unless configured otherwise; a test has only its own
+/// user.
 QStringList asThisUser()
 {
     return geteuid() == 0 ? QStringList{QStringLiteral("-u"), QStringLiteral("root")}

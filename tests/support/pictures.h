@@ -14,7 +14,7 @@ class QWidget;
 QImage pictureOf(QWidget *widget);
 
 /// What the screen shows of @p widget, which lies in a shown window, and what it should show: the
-/// same part of the window painted anew.
+/// same part of the window painted from scratch.
 QImage screenOf(QWidget *widget);
 QImage repaintedScreenOf(QWidget *widget);
 

@@ -2,7 +2,7 @@
 
 #include <QtWidgets/QApplication>
 
-/// Tells the thread sanitizer about the order that Qt keeps between threads: Qt itself is not
+/// Informs the thread sanitizer about the order that Qt keeps between threads: Qt itself is not
 /// instrumented, so the sanitizer sees neither its locks nor its posted events. Without the
 /// sanitizer nothing of this does anything.
 namespace ThreadAnnotations {
