@@ -173,9 +173,12 @@ void CatalogueTest::pages_data()
 void CatalogueTest::pages()
 {
     QFETCH(QString, name);
-    const QString image = QStringLiteral("docs/pictures/widgets/%1.png").arg(name.toLower());
-    QVERIFY2(QFileInfo::exists(root + QLatin1Char('/') + image),
-             qPrintable(QStringLiteral("no %1: build the target widget-sheets").arg(image)));
+    for (const char *directory : {"widgets", "thumbnails"}) {
+        const QString image =
+            QStringLiteral("docs/pictures/%1/%2.png").arg(QLatin1String(directory), name.toLower());
+        QVERIFY2(QFileInfo::exists(root + QLatin1Char('/') + image),
+                 qPrintable(QStringLiteral("no %1: build the target widget-sheets").arg(image)));
+    }
     const auto isOn = [&](const QStringList &pages) {
         for (const QString &page : pages) {
             if (mentions(contentsOf(page), name))

@@ -37,7 +37,6 @@ public:
     /// Takes leave of the server and closes; needs the event loop to do so in the background.
     void stop() override;
 
-
 private:
     enum class Phase {
         Idle,       // not started

@@ -7,13 +7,16 @@
 #include <QtWidgets/QStyleFactory>
 
 #include <cstdio>
+#include <memory>
 
-// Draws every widget of the library in its states, a PNG file for each class, for people to look
-// at.
+// Draws the images of the widgets in the documentation, two PNG files for each class: a sheet of
+// its states, and a thumbnail.
 
 namespace {
 
 constexpr int sheetWidth = 860;
+constexpr QSize thumbnailSize(200, 92);
+constexpr int thumbnailMargin = 8;
 const QColor lightBackground(0xe8, 0xec, 0xef);
 const QColor darkBackground(0x1d, 0x21, 0x25);
 
@@ -39,6 +42,18 @@ QImage imageOf(QWidget *sheet, const QColor &background, const QColor &ink)
     return image;
 }
 
+bool write(const QImage &image, const WidgetDescription &description, const QDir &directory)
+{
+    const QString file = directory.filePath(QString::fromLatin1(description.className).toLower() +
+                                            QStringLiteral(".png"));
+    if (!image.save(file)) {
+        std::fprintf(stderr, "kivwidgetsheet: cannot write %s\n", qPrintable(file));
+        return false;
+    }
+    std::puts(qPrintable(file));
+    return true;
+}
+
 /// Shows the widget's states on a light and on a dark background, one above the other.
 bool save(const WidgetDescription &description, const QDir &directory)
 {
@@ -55,22 +70,50 @@ bool save(const WidgetDescription &description, const QDir &directory)
     painter.drawImage(0, 0, light);
     painter.drawImage(0, light.height(), dark);
     painter.end();
-    const QString file = directory.filePath(QString::fromLatin1(description.className).toLower() +
-                                            QStringLiteral(".png"));
-    if (!both.save(file)) {
-        std::fprintf(stderr, "kivwidgetsheet: cannot write %s\n", qPrintable(file));
-        return false;
+    return write(both, description, directory);
+}
+
+/// Shows the first state in which a gauge is not empty on a light background, reduced if it is
+/// larger.
+bool saveThumbnail(const WidgetDescription &description, const QDir &directory)
+{
+    QWidget window;
+    QPalette palette = window.palette();
+    palette.setColor(QPalette::Window, lightBackground);
+    palette.setColor(QPalette::WindowText, Qt::black);
+    palette.setColor(QPalette::ButtonText, Qt::black);
+    window.setPalette(palette);
+    std::unique_ptr<QWidget> widget;
+    for (const WidgetState &state : widgetStates(QString::fromLatin1(description.className))) {
+        widget.reset(state.create(&window));
+        const QVariant value = widget->property("value");
+        if (!value.isValid() || value.toDouble() > 0.0)
+            break;
     }
-    std::puts(qPrintable(file));
-    return true;
+    widget->show();
+    window.resize(sheetWidth, sheetWidth);
+    window.show();
+    settle();
+    QImage image = window.grab(widget->geometry()).toImage();
+    image.setDevicePixelRatio(1.0);
+    const QSize room = thumbnailSize - 2 * QSize(thumbnailMargin, thumbnailMargin);
+    if (image.width() > room.width() || image.height() > room.height())
+        image = image.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QImage thumbnail(thumbnailSize, QImage::Format_RGB32);
+    thumbnail.fill(lightBackground);
+    QPainter painter(&thumbnail);
+    painter.drawImage((thumbnail.width() - image.width()) / 2,
+                      (thumbnail.height() - image.height()) / 2, image);
+    painter.end();
+    return write(thumbnail, description, directory);
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    if (argc != 2 || argv[1][0] == '-') {
-        std::fprintf(stderr, "usage: kivwidgetsheet DIRECTORY\n");
+    if (argc != 3 || argv[1][0] == '-' || argv[2][0] == '-') {
+        std::fprintf(stderr, "usage: kivwidgetsheet SHEETS-DIRECTORY THUMBNAILS-DIRECTORY\n");
         return 2;
     }
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
@@ -79,13 +122,17 @@ int main(int argc, char **argv)
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
 
-    const QDir directory(QString::fromLocal8Bit(argv[1]));
-    if (!QDir().mkpath(directory.path())) {
-        std::fprintf(stderr, "kivwidgetsheet: cannot make the directory %s\n", argv[1]);
-        return 1;
+    const QDir sheets(QString::fromLocal8Bit(argv[1]));
+    const QDir thumbnails(QString::fromLocal8Bit(argv[2]));
+    for (const QDir &directory : {sheets, thumbnails}) {
+        if (!QDir().mkpath(directory.path())) {
+            std::fprintf(stderr, "kivwidgetsheet: cannot create the directory %s\n",
+                         qPrintable(directory.path()));
+            return 1;
+        }
     }
     for (const WidgetDescription &description : widgetCatalogue()) {
-        if (!save(description, directory))
+        if (!save(description, sheets) || !saveThumbnail(description, thumbnails))
             return 1;
     }
     return 0;

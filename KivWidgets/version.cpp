@@ -1,0 +1,6 @@
+#include "kivglobal.h"
+
+int kivWidgetsVersion()
+{
+    return KIVWIDGETS_VERSION;
+}
