@@ -32,31 +32,40 @@ class Picture:
 
 
 def _paeth(left, up, corner):
-    estimate = left + up - corner
-    distances = abs(estimate - left), abs(estimate - up), abs(estimate - corner)
-    return (left, up, corner)[distances.index(min(distances))]
+    to_left, to_up, to_corner = abs(up - corner), abs(left - corner), abs(left + up - 2 * corner)
+    if to_left <= to_up and to_left <= to_corner:
+        return left
+    return up if to_up <= to_corner else corner
 
 
-def _predictor(kind, left, up, corner):
-    return (0, left, up, (left + up) // 2, _paeth(left, up, corner))[kind]
+# By the number of the filter.
+_PREDICTORS = (
+    lambda left, up, corner: 0,
+    lambda left, up, corner: left,
+    lambda left, up, corner: up,
+    lambda left, up, corner: (left + up) // 2,
+    _paeth,
+)
 
 
 def _filtered(kind, row, previous, step):
+    predictor = _PREDICTORS[kind]
     out = bytearray(len(row))
     for i, value in enumerate(row):
         left = row[i - step] if i >= step else 0
         corner = previous[i - step] if i >= step else 0
-        out[i] = (value - _predictor(kind, left, previous[i], corner)) & 255
+        out[i] = (value - predictor(left, previous[i], corner)) & 255
     return out
 
 
 def _unfiltered(kind, row, previous, step):
     out = bytearray(row)
     if kind:
+        predictor = _PREDICTORS[kind]
         for i in range(len(out)):
             left = out[i - step] if i >= step else 0
             corner = previous[i - step] if i >= step else 0
-            out[i] = (out[i] + _predictor(kind, left, previous[i], corner)) & 255
+            out[i] = (out[i] + predictor(left, previous[i], corner)) & 255
     return out
 
 
