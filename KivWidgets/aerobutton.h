@@ -7,7 +7,7 @@
 
 /// A push button drawn as a glass panel with a text, an icon, or an icon followed by a text.
 ///
-/// The finished picture is cached. It is dropped by a resize, a change of the enabled state, of an
+/// The finished image is cached. It is dropped by a resize, a change of the enabled state, of an
 /// Aero setting, of `colorText` or `bold`, by setText() and setIcon(), and when a child is removed.
 /// A changed font, icon size or checked state shows with the next drop. Pressing the button does
 /// not change its look; disabled, its panel is washed out and its icon in disabled mode.
@@ -41,16 +41,16 @@ public:
     /// Whether the text is in bold weight. Default: true. A change repaints.
     bool getBold() const;
     void setTextBold(bool bold);
-    /// Angle in degrees by which the finished picture is turned about its vertical centre line, in
+    /// Angle in degrees by which the finished image is turned about its vertical centre line, in
     /// perspective; at 90 the button is seen edge-on. Default: 0.0. A change keeps the cached
-    /// picture.
+    /// image.
     double getRotate() const;
     void setRotate(double rotate);
 
-    /// Sets the text and rebuilds the picture, also for an equal text. Hides the base class's,
+    /// Sets the text and rebuilds the image, also for an equal text. Hides the base class's,
     /// which does not rebuild.
     void setText(const QString &text);
-    /// Sets the icon and rebuilds the picture. Hides the base class's, which does not rebuild.
+    /// Sets the icon and rebuilds the image. Hides the base class's, which does not rebuild.
     void setIcon(const QIcon &icon);
 
 protected:

@@ -136,7 +136,7 @@ void AeroGroupbox::paintEvent(QPaintEvent *)
         return;
     }
 
-    // A title set through the base class has no picture yet.
+    // A title set through the base class has no image yet.
     const double titleWidth = imageTitle ? logicalSize(*imageTitle).width() : 0;
     const auto left = double(cornerRadius(size(), widthPen, roundness));
     const double right = left + titleWidth;

@@ -6,7 +6,7 @@
 #include <QtGui/QPixmap>
 #include <QtWidgets/QGroupBox>
 
-/// A group box on a glass panel or on a picture, with its title over the panel's top edge, where
+/// A group box on a glass panel or on an image, with its title over the panel's top edge, where
 /// the outline is left open under it.
 ///
 /// A left press anywhere in the box emits clicked(), after it has toggled the box if that is
@@ -40,7 +40,7 @@ class KIVWIDGETS_EXPORT AeroGroupbox : public QGroupBox, public AeroStyle
 public:
     /// What the body shows. Any other value shows nothing.
     enum typeBG : int {
-        ImageBG = 0,     ///< the picture `backgroundGroup`
+        ImageBG = 0,     ///< the image `backgroundGroup`
         AeroStyleBG = 1, ///< the glass panel
     };
     Q_ENUM(typeBG)
@@ -51,7 +51,7 @@ public:
     /// Default: AeroStyleBG. A change rebuilds the body.
     typeBG getBackgroudType() const;
     void setBackgroundType(typeBG type);
-    /// The picture for ImageBG, stretched over the box. Default: a null pixmap, which leaves the
+    /// The image for ImageBG, stretched over the box. Default: a null pixmap, which leaves the
     /// body transparent. Every write rebuilds the body.
     QPixmap getBackgroundGroup() const;
     void setBackgroundGroup(const QPixmap &picture);
@@ -63,7 +63,7 @@ public:
     bool getBold() const;
     void setTextBold(bool bold);
 
-    /// Sets the title and rebuilds both pictures; an equal title does nothing. Hides the base
+    /// Sets the title and rebuilds both images; an equal title does nothing. Hides the base
     /// class's, which does not rebuild the title.
     void setTitle(const QString &title);
 

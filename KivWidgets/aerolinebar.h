@@ -59,7 +59,7 @@ public:
     double getMaxValueF() const;
     void setMaxValue(double maximum);
     /// Height of the tick strip in percent of the widget's height, held within 0 to 100.
-    /// Default: 20. Every write rebuilds all pictures.
+    /// Default: 20. Every write rebuilds all images.
     int getTickSize() const;
     void setTickHeight(int percent);
     /// Distance of two ticks. Default: 10.0. An interval that would give more than 50 ticks becomes
@@ -97,7 +97,7 @@ public:
     void paintEvent(QPaintEvent *event) override;
 
 public Q_SLOTS:
-    /// Sets the format and writes the value text anew.
+    /// Sets the format and writes the value text again.
     void setValueFormat(QString vFormat);
 
 protected:

@@ -40,7 +40,7 @@ struct PanelShape
 void drawGlassPanel(QPainter *painter, QSize size, const PanelShape &shape,
                     const PanelColors &colors);
 
-/// Shows a finished picture in the paint event of @p widget with @p opacity, turned by @p rotate
+/// Shows a finished image in the paint event of @p widget with @p opacity, turned by @p rotate
 /// degrees about the widget's vertical centre line.
 void showAeroImage(QWidget *widget, const QImage &image, double opacity, double rotate = 0.0);
 

@@ -6,12 +6,12 @@
 #include <QtCore/QString>
 #include <QtWidgets/QFrame>
 
-/// A glass panel as the background of a status area; the host lays its own widgets on it.
+/// A glass panel as the background of a status area; the application lays its own widgets on it.
 ///
 /// The finished panel is cached. It is dropped by a resize, a change of the enabled state or of any
 /// property, and when a child is removed. The frame of QFrame is not drawn. `colorText` and `bold`
-/// are kept with the strip for a host that labels it; the panel itself shows no text. GUI thread
-/// only, but for the setters of AeroStyle.
+/// are kept with the strip for an application that labels it; the panel itself shows no text. GUI
+/// thread only, but for the setters of AeroStyle.
 ///
 /// Without a layout inside it has no useful size hint: in a layout, give it a minimum height, such
 /// as 40 pixels.

@@ -16,7 +16,7 @@ class QPainter;
 /// A widget derives from its Qt class first and from this class second, and declares the six
 /// settings as its own Qt properties. A setter that changes a setting stores it and posts a
 /// QEvent::UpdateRequest to the owner, whose images are dropped when the event arrives and painted
-/// anew by the next paint event; an equal value does nothing. Setters only store and post, so they
+/// again by the next paint event; an equal value does nothing. Setters only store and post, so they
 /// may be called from any thread; the stored values themselves are not locked.
 class KIVWIDGETS_EXPORT AeroStyle
 {
@@ -37,7 +37,7 @@ public:
     /// Width of the outer outline in pixels, from which all insets follow; any int. Default: 2.
     int getWidthPen() const;
     void setWidthPen(int widthPen);
-    /// Opacity of the finished picture, 0.0 to 1.0; the painter takes what lies beyond for the
+    /// Opacity of the finished image, 0.0 to 1.0; the painter takes what lies beyond for the
     /// nearer end. Outline and body are painted with it too, so that it acts on them twice; the
     /// highlight is painted with 0.3 times the alpha of `color`. Default: 1.0.
     double getOpacity() const;
@@ -57,7 +57,7 @@ public:
                    QRect rect);
 
     /// Deletes *@p image if there is one and marks the widget dirty, under the lock. Any thread; a
-    /// paint of the same image does not take the lock, so the host must keep the two apart.
+    /// paint of the same image does not take the lock, so the application must keep the two apart.
     void repaintSchedule(QImage **image);
 
 protected:

@@ -6,8 +6,8 @@
 /// checked.
 ///
 /// Both looks are cached, so that a change of the checked state by a click or by setChecked() only
-/// shows the other picture. What drops the button's picture drops both, with two exceptions:
-/// `colorText` and `bold` drop the unchecked picture only, `highlight` the checked one only.
+/// shows the other image. What drops the button's image drops both, with two exceptions:
+/// `colorText` and `bold` drop the unchecked image only, `highlight` the checked one only.
 ///
 /// Size and `&` are as in AeroButton: 120 x 40 pixels suit a short text.
 class KIVWIDGETS_EXPORT AeroSwitch : public AeroButton
@@ -19,11 +19,11 @@ public:
     explicit AeroSwitch(QWidget *parent = nullptr);
     ~AeroSwitch() override;
 
-    /// Panel colour while checked. Default: Qt::lightGray. A change rebuilds the checked picture.
+    /// Panel colour while checked. Default: Qt::lightGray. A change rebuilds the checked image.
     QColor getHighlight() const;
     void setHighlight(const QColor &highlight);
 
-    /// Checks the switch, rebuilds both pictures and repaints at once; does nothing if it is
+    /// Checks the switch, rebuilds both images and repaints at once; does nothing if it is
     /// checked. These three emit toggled(), but not clicked().
     void selectSwitch();
     /// Unchecks the switch in the same way; does nothing if it is unchecked.

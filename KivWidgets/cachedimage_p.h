@@ -50,8 +50,8 @@ void dropOutdated(const QWidget *widget, QMutex &lock, bool &dirty, const Images
     }
 }
 
-/// Whether there is nothing to paint on: no image, since a host may call a public painting step at
-/// any time, or a null image.
+/// Whether there is nothing to paint on: no image, since an application may call a public painting
+/// step at any time, or a null image.
 bool isMissing(const QImage *image);
 
 /// A painter on a cached image that begins with the image cleared to transparent and SourceOver

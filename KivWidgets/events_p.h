@@ -41,7 +41,7 @@ constexpr EventTypes unsizedBoxDropEvents = {
     QEvent::PolishRequest,
     QEvent::UpdateRequest,
 };
-/// Of a widget that is drawn anew for every paint, too.
+/// Of a widget that is drawn again for every paint, too.
 constexpr EventTypes paintedDropEvents = {
     QEvent::Paint,        QEvent::Resize,        QEvent::EnabledChange,
     QEvent::ChildRemoved, QEvent::PolishRequest, QEvent::UpdateRequest,

@@ -18,7 +18,7 @@ QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode, QIcon
 QPixmap iconPixmap(const QAbstractButton *button, QIcon::Mode enabledMode = QIcon::Normal);
 
 /// Takes the first size that the button's icon has for Normal and Off as the icon size.
-/// @return whether that is another size than before; an icon that tells no sizes changes nothing.
+/// @return whether that is another size than before; an icon that offers no sizes changes nothing.
 bool followIconSize(QAbstractButton *button);
 
 /// Makes a button that is smaller than its icon plus one pixel on every side large enough, with its

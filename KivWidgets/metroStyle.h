@@ -81,7 +81,7 @@ public:
     int getColorIdx();
 
     /// Deletes *@p image if there is one and marks the widget dirty, under the lock. Any thread; a
-    /// paint of the same image does not take the lock, so the host must keep the two apart.
+    /// paint of the same image does not take the lock, so the application must keep the two apart.
     void repaintSchedule(QImage **image);
 
 protected:

@@ -8,9 +8,9 @@
 /// A button that shows a battery in the state of an element, with the button's icon over its
 /// middle.
 ///
-/// Its size is that of the battery picture, 72 x 72 pixels: any resize ends there, unless size
-/// limits of the host are in the way, which hold. The icon size follows the icon's first size. The
-/// finished picture is cached; it is dropped by a new state or icon, by a change of the enabled
+/// Its size is that of the battery image, 72 x 72 pixels: any resize ends there, unless size
+/// limits of the application prevent it. The icon size follows the icon's first size. The
+/// finished image is cached; it is dropped by a new state or icon, by a change of the enabled
 /// state, and when a child is removed. Disabled, the battery is lightened on a light grey
 /// background and the icon in disabled mode. GUI thread only, but for MetroStyle::setState().
 ///

@@ -9,7 +9,7 @@ class QPainter;
 class QPixmap;
 class QWidget;
 
-/// The battery pictures, one for each state colour, shared by all battery widgets of the process.
+/// The battery images, one for each state colour, shared by all battery widgets of the process.
 ///
 /// The first battery widget loads them, in the GUI thread; they are kept until the process ends.
 class KIVWIDGETS_EXPORT MetroBattTemplate : public MetroStyle
@@ -20,10 +20,10 @@ public:
     ~MetroBattTemplate() override;
 
     /// Paints the battery of the present state at the origin, at its own size. Writes an error line
-    /// when the pictures were not loaded.
+    /// when the images were not loaded.
     void paintBase(QPainter *painter);
 
-    /// The size of a battery picture in pixels; 22 x 22 before they are loaded.
+    /// The size of a battery image in pixels; 22 x 22 before they are loaded.
     QSize getBackGroundSize();
 
 protected:

@@ -30,7 +30,7 @@
 /// full-screen window.
 ///
 /// It has no size hint: in a layout, give it its own size as its fixed size, 76 x 51 pixels with
-/// the defaults. Size limits of the host hold over the size that it computes.
+/// the defaults. Size limits of the application override the size that it computes.
 class KIVWIDGETS_EXPORT MetroCirclerate : public QWidget, public MetroStyle
 {
     Q_OBJECT

@@ -15,7 +15,7 @@
 ///
 /// Three layers are cached: the value, the empty bar, and the mask of frame and scale. Each
 /// property drops the value layer; a resize, a change of the enabled state and a removed child drop
-/// all three and compute the bar's width anew. The text is drawn on every paint. GUI thread only.
+/// all three and compute the bar's width again. The text is drawn on every paint. GUI thread only.
 ///
 /// It has no size hint: in a layout, give it a minimum or a fixed size. 240 x 30 pixels leave room
 /// for scale and text.

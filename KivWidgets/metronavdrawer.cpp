@@ -26,7 +26,7 @@ constexpr int tabMargin = 12;
 /// Free pixels after each child.
 constexpr int childGap = 5;
 constexpr int cornerDiameter = 24;
-/// A rectangle further off than this could not tell its right and lower edges any more.
+/// A rectangle further off than this could not represent its right and lower edges.
 constexpr int farthestPlace = 1 << 30;
 
 /// Sets the minimum size of each visible child of @p drawer to what @p wanted makes of its width.
@@ -162,7 +162,7 @@ bool MetroNavdrawer::event(QEvent *event)
         keepSize();
     if (event->type() == QEvent::Move) {
         const QPoint place = static_cast<QMoveEvent *>(event)->pos();
-        // A window is told each time it is placed, with its frame taken into account, so that
+        // A window gets an event each time it is placed, with its frame taken into account, so that
         // placing it again here would never end.
         if (!isWindow())
             move(place);

@@ -23,7 +23,7 @@ namespace {
 /// Width at the right edge that is kept for the LED.
 constexpr int ledColumn = 29;
 
-/// The ends of the LED pictures' names, by operating state; none for the unknown state.
+/// The ends of the LED images' names, by operating state; none for the unknown state.
 constexpr const char *elementNames[] = {
     nullptr,         "Stand-by", "Precharge",      "Calibration",
     "WaitVbatReady", "ON",       "BatteryWorking", "OnBypass",

@@ -5,13 +5,13 @@
 
 #include <QtWidgets/QAbstractButton>
 
-/// A state tile: a picture stretched over the button, a label at the left, an icon in the middle of
+/// A state tile: an image stretched over the button, a label at the left, an icon in the middle of
 /// what the LED leaves free, and the state LED of an element at the right edge.
 ///
 /// A tile at least 26 pixels high shows the LED at 21 x 21 pixels, a lower one at 10 x 10. The
-/// finished picture is cached; it is dropped by a new state, text, icon or property, by a resize, a
+/// finished image is cached; it is dropped by a new state, text, icon or property, by a resize, a
 /// change of the enabled state, and when a child is removed. A state outside the tables shows the
-/// LED of a lost communication and writes an error line whenever the picture is painted; so does a
+/// LED of a lost communication and writes an error line whenever the image is painted; so does a
 /// warning, an anomaly or a fault of an element with no state known. GUI thread only, but for
 /// MetroStyle::setState().
 ///

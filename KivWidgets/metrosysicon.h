@@ -8,18 +8,18 @@
 /// A flat button that shows its icon on a rounded plate in the colour of an element's state.
 ///
 /// The button sizes itself: its icon size follows the icon's first size, and it is `border` pixels
-/// larger than that on every side. The finished picture is cached; it is dropped by a new state,
+/// larger than that on every side. The finished image is cached; it is dropped by a new state,
 /// icon or property, by a change of the enabled state, when the pointer enters or leaves, and when
 /// a child is removed. A changed checked state shows with the next drop. Under the pointer the icon
-/// is in active mode; disabled, the plate is lightened on a light grey ground and the icon in
+/// is in active mode; disabled, the plate is lightened on a light grey background and the icon in
 /// disabled mode. GUI thread only, but for MetroStyle::setState().
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.
 ///
 /// It has no size hint: in a layout, give it its own size as its fixed size, which is 36 x 36
-/// pixels for an icon of 16 x 16 and the default border. Size limits of the host hold over the size
-/// that it gives itself.
+/// pixels for an icon of 16 x 16 and the default border. Size limits of the application override
+/// the size that it gives itself.
 class KIVWIDGETS_EXPORT MetroSysIcon : public QAbstractButton, public MetroStyle
 {
     Q_OBJECT

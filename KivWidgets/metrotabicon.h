@@ -8,7 +8,7 @@
 /// A tab: checkable, exclusive among its siblings, with its icon in the middle and, while there is
 /// an alarm, a state LED of 21 x 21 pixels at (4, 39), whatever the tab's size.
 ///
-/// Two finished pictures are cached, one for each checked state. A new state, a change of the
+/// Two finished images are cached, one for each checked state. A new state, a change of the
 /// enabled state and a removed child drop both; a plain resize keeps them, and they are shown
 /// stretched until the next drop. A new icon, too, shows with the next drop. A tab smaller than its
 /// icon size plus two pixels grows, its size limits included. GUI thread only, but for

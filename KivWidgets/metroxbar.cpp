@@ -38,7 +38,7 @@ MetroXbar::MetroXbar(QWidget *parent)
     , ImageBG(nullptr)
     , ImageFG(nullptr)
 {
-    // Volts are the usual unit; the unit set by the host counts from the first event on.
+    // Volts are the usual unit; the unit set by the application counts from the first event on.
     measureBar(QStringLiteral("V"));
     dropAll();
 }

@@ -18,7 +18,7 @@
 ///
 /// Three layers are cached: the value, the empty bar, and the mask of frame and scale. Every paint,
 /// a resize, a change of the enabled state and a removed child drop all three and compute the bar's
-/// width anew. GUI thread only.
+/// width again. GUI thread only.
 ///
 /// It has no size hint: in a layout, give it a minimum or a fixed size. 240 x 30 pixels leave room
 /// for scale and text.

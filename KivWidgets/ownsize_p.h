@@ -12,8 +12,8 @@ namespace KivPrivate {
 bool isSizeEnforced(const QWidget *widget);
 
 /// One answer of a widget to a resize, as long as it lives. A container that takes the answer back
-/// at once, such as a resizable scroll area, makes the widget answer anew inside of its own answer:
-/// the second of those gives up, and the container's size stands. GUI thread only.
+/// at once, such as a resizable scroll area, makes the widget answer again inside of its own
+/// answer: the second of those gives up, and the container's size stands. GUI thread only.
 class ResizeAnswer
 {
 public:

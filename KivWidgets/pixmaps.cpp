@@ -78,7 +78,7 @@ QSize logicalSize(const QPixmap &pixmap)
 
 QPixmap picture(const QString &name)
 {
-    // A host may release the collection and register it again.
+    // An application may release the collection and register it again.
     const QString path = QStringLiteral(":/Images/%1.png").arg(name);
     const uchar *const data = QResource(path).data();
     Pictures &pictures = applicationMemory<Pictures>();

@@ -7,7 +7,7 @@ class QPainter;
 class QPixmap;
 class QString;
 
-/// The library's own images, those that hosts give, and how both are drawn at any pixel ratio.
+/// The library's own images, those of the application, and how both are drawn at any pixel ratio.
 namespace KivPrivate {
 
 /// What is left of a pixel by the rounding of a size times a ratio.

@@ -21,13 +21,13 @@ enum Phase { Shrinking = 0, Turning = 1, Growing = 2 };
 constexpr double edgeOn = 90.0;
 constexpr int halfTurn = 180;
 /// Qt steps through a source in 16 binary places and as many before, which a smaller card
-/// overflows: its painter then reads outside the picture. No pixel is that small.
+/// overflows: its painter then reads outside the image. No pixel is that small.
 constexpr double smallestScale = 1.0 / 32768;
 
 /// The groups whose change is ending right now, one entry for every end that runs. Qt goes on with
 /// a group when the slot returns, so a stack that is deleted meanwhile must leave it to the last
-/// end; an event loop of the host may have run inside the slot, so the group cannot just be deleted
-/// later by the destructor.
+/// end; an event loop of the application may have run inside the slot, so the group cannot just be
+/// deleted later by the destructor.
 QVector<const QSequentialAnimationGroup *> &endingGroups()
 {
     static QVector<const QSequentialAnimationGroup *> groups;
@@ -75,16 +75,16 @@ void setUp(QPropertyAnimation *animation, int msecs, const QVariant &from, const
     animation->setEndValue(to);
 }
 
-/// The picture of @p page on a pixmap of @p size; what the page does not cover is in @p ground,
-/// since a transparent ground would blend the card's edges.
-QPixmap grabbed(QWidget *page, QSize size, const QColor &ground)
+/// The image of @p page on a pixmap of @p size; what the page does not cover is in @p background,
+/// since a transparent background would blend the card's edges.
+QPixmap grabbed(QWidget *page, QSize size, const QColor &background)
 {
     const double ratio = page->devicePixelRatioF();
     const bool fits = KivPrivate::isAllocatable(size, ratio);
     QPixmap pixmap(fits ? KivPrivate::pixelSize(size, ratio) : QSize());
     if (!pixmap.isNull()) {
         pixmap.setDevicePixelRatio(ratio);
-        pixmap.fill(ground);
+        pixmap.fill(background);
         page->render(&pixmap, QPoint(0, 0), QRegion(),
                      QWidget::DrawWindowBackground | QWidget::DrawChildren);
     }

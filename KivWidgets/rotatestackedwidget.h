@@ -11,10 +11,11 @@ class QSequentialAnimationGroup;
 /// A stacked widget that can change its page like a card: the page shrinks, turns about its
 /// vertical centre line until the new page has come into view from its back, and grows again.
 ///
-/// Animation is off until the host switches it on. While a change runs, the pages are hidden and
-/// their pictures are grabbed anew for every frame; currentIndex() reports the old page until the
-/// end. A page that asks for another one when it is shown, or a slot on currentChanged() that does,
-/// begins the next change. After a resize during a change the new page fills the frame's contents.
+/// Animation is off until the application switches it on. While a change runs, the pages are hidden
+/// and their images are grabbed again for every frame; currentIndex() reports the old page until
+/// the end. A page that asks for another one when it is shown, or a slot on currentChanged() that
+/// does, begins the next change. After a resize during a change the new page fills the frame's
+/// contents.
 ///
 /// The page that was asked for is kept as an index: pages inserted or removed before it change
 /// which page that is. An event loop inside a slot on currentChanged() stops all of Qt's animations

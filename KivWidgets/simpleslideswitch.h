@@ -6,20 +6,20 @@
 #include <QtGui/QPixmap>
 #include <QtWidgets/QAbstractButton>
 
-/// A small checkable switch made of exchangeable pictures: a track for each state, of which the
+/// A small checkable switch made of exchangeable images: a track for each state, of which the
 /// checked one is revealed from the left up to the knob, and a knob that the user drags.
 ///
-/// The switch has the fixed size of the track picture that was written last; all four are meant to
+/// The switch has the fixed size of the track image that was written last; all four are meant to
 /// be of one size. A release without a movement since the press toggles it wherever it happened; a
 /// drag toggles it when it ends on the other side of the middle. The former emits toggled() alone,
 /// the latter clicked() too. The base class does not get the release of the former, nor of a drag
 /// that falls short: the button stays down until the next release that ends a drag, and is released
-/// when it is disabled. Every write of a picture repaints. GUI thread only.
+/// when it is disabled. Every write of an image repaints. GUI thread only.
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.
 ///
-/// It has no size hint, but its size limits: a layout keeps it at the size of its pictures, 78 x 27
+/// It has no size hint, but its size limits: a layout keeps it at the size of its images, 78 x 27
 /// pixels with the library's. An `&` in the text is drawn as it is, and still makes the letter
 /// after it a shortcut, as in every QAbstractButton.
 class KIVWIDGETS_EXPORT SimpleSlideSwitch : public QAbstractButton
@@ -65,7 +65,7 @@ public:
     QPixmap getBtnDisImg() const;
     void setBtnDisImg(const QPixmap &picture);
 
-    /// Gives the switch the size @p size and the pictures that it holds.
+    /// Gives the switch the size @p size and the images that it holds.
     void updateWidgetsIcon(QSize size);
     /// Checks or unchecks the switch with the knob at its end. Hides the base class's slot, which
     /// leaves the revealed part of the track where it was.

@@ -17,7 +17,7 @@ using namespace KivPrivate;
 
 namespace {
 
-// Places of the knob in the pictures, in pixels.
+// Places of the knob in the images, in pixels.
 constexpr int knobSide = 40;
 constexpr int knobTop = 10;
 constexpr int knobAtOff = 36;

@@ -5,15 +5,15 @@
 #include <QtCore/QPoint>
 #include <QtWidgets/QAbstractButton>
 
-/// A checkable switch of 190 x 60 pixels drawn from the library's pictures, with a round knob that
+/// A checkable switch of 190 x 60 pixels drawn from the library's images, with a round knob that
 /// the user drags from one end to the other.
 ///
-/// `locked` shows the locked pictures; it and `partialON` put the knob in the middle, where a drag
+/// `locked` shows the locked images; it and `partialON` put the knob in the middle, where a drag
 /// must then start. A drag starts anywhere on the knob's side of the switch, and one that ends
 /// short of the other side puts the knob back; a press elsewhere, and a click, do nothing. A drag
 /// from the middle to the side of the present state emits toggled() twice. Changes of the checked
-/// state through the base class only repaint. A disabled switch shows its picture without a knob.
-/// The switch keeps the size of its pictures. GUI thread only.
+/// state through the base class only repaint. A disabled switch shows its image without a knob.
+/// The switch keeps the size of its images. GUI thread only.
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.

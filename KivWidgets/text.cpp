@@ -47,7 +47,7 @@ Memory &memory()
 
 void forgetAll();
 
-/// Lets the application tell when what is remembered does not hold any more. A host may unload the
+/// Lets the application report when the cached values become invalid. An application may unload the
 /// library before its application ends, so the ties are cut with it.
 class Watch
 {
@@ -82,14 +82,14 @@ Watch &watch()
     return application;
 }
 
-/// Fonts must be gone before the application; another one is watched anew.
+/// Fonts must be gone before the application; another one is watched again.
 void forgetAll()
 {
     memory() = Memory();
     watch().end();
 }
 
-/// The font that @p derive makes of @p base; @p change tells the ways of deriving apart.
+/// The font that @p derive makes of @p base; @p change distinguishes the ways of deriving.
 template <typename Derive>
 QFont derivedFont(const QFont &base, int change, Derive derive)
 {
