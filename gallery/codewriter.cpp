@@ -79,7 +79,27 @@ QString capitalized(const QString &name)
     return name.at(0).toUpper() + name.mid(1);
 }
 
-QString cppString(const QString &text)
+/// What the statements of the two languages differ in.
+struct Language
+{
+    const char *make;    ///< the statement that makes a widget: %1 of class %2 on %3
+    const char *font;    ///< the statement that makes the font %1
+    const char *member;  ///< between a variable and its method
+    const char *end;     ///< of a statement
+    const char *comment; ///< the beginning
+    const char *yes;
+    const char *no;
+    const char *string; ///< %1 is the escaped text
+    const char *state;  ///< a state of %1 and %2
+    bool scopesEnumerators;
+};
+
+constexpr Language cpp = {"auto *%1 = new %2(%3)",  "QFont %1", "->", ";\n", "//", "true", "false",
+                          "QStringLiteral(\"%1\")", "{%1, %2}", false};
+constexpr Language python = {"%1 = %2(%3)", "%1 = QFont()", ".",      "\n",       "#",
+                             "True",        "False",        "\"%1\"", "(%1, %2)", true};
+
+QString quoted(const Language &language, const QString &text)
 {
     QString escaped;
     for (const QChar c : text) {
@@ -90,17 +110,30 @@ QString cppString(const QString &text)
         else
             escaped += c;
     }
-    return QStringLiteral("QStringLiteral(\"%1\")").arg(escaped);
+    return QString::fromLatin1(language.string).arg(escaped);
 }
 
-QString cppNumber(double number)
+QString enumeratorsIn(const Language &language, const WidgetSettings::Setting &setting)
+{
+    const QString combined = QStringLiteral(" | ");
+    if (!language.scopesEnumerators)
+        return setting.enumerators.join(combined);
+    // PyQt6 knows an enumerator by its enumeration alone, and PyQt5 by that, too.
+    QStringList names;
+    for (const QString &name : setting.enumerators)
+        names.append(setting.enumeration + QLatin1String("::") +
+                     name.section(QStringLiteral("::"), -1));
+    return names.join(combined).replace(QStringLiteral("::"), QStringLiteral("."));
+}
+
+QString numberText(double number)
 {
     const QString text = QString::number(number, 'g', QLocale::FloatingPointShortest);
     const bool isWhole = !text.contains(QLatin1Char('.')) && !text.contains(QLatin1Char('e'));
     return isWhole ? text + QStringLiteral(".0") : text;
 }
 
-QString cppColor(const QColor &color)
+QString colorText(const QColor &color)
 {
     if (!color.isValid())
         return QStringLiteral("QColor()");
@@ -114,31 +147,31 @@ QString cppColor(const QColor &color)
 }
 
 /// @p setting's value as an expression; empty for a value that has none.
-QString cppValue(const WidgetSettings::Setting &setting)
+QString valueText(const Language &language, const WidgetSettings::Setting &setting)
 {
     const QVariant &value = setting.value;
     if (!setting.enumerators.isEmpty())
-        return setting.enumerators.join(QStringLiteral(" | "));
+        return enumeratorsIn(language, setting);
     const auto pair = [](const char *type, int a, int b) {
         return QStringLiteral("%1(%2, %3)").arg(QLatin1String(type)).arg(a).arg(b);
     };
     switch (value.userType()) {
     case QMetaType::Bool:
-        return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+        return QString::fromLatin1(value.toBool() ? language.yes : language.no);
     case QMetaType::Double:
     case QMetaType::Float:
-        return cppNumber(value.toDouble());
+        return numberText(value.toDouble());
     case QMetaType::QString:
-        return cppString(value.toString());
+        return quoted(language, value.toString());
     case QMetaType::QColor:
-        return cppColor(value.value<QColor>());
+        return colorText(value.value<QColor>());
     case QMetaType::QPoint:
         return pair("QPoint", value.toPoint().x(), value.toPoint().y());
     case QMetaType::QSize:
         return pair("QSize", value.toSize().width(), value.toSize().height());
     case QMetaType::QKeySequence:
         return QStringLiteral("QKeySequence(%1)")
-            .arg(cppString(value.value<QKeySequence>().toString()));
+            .arg(quoted(language, value.value<QKeySequence>().toString()));
     case QMetaType::QIcon:
     case QMetaType::QPixmap: {
         const QString type = QString::fromLatin1(value.typeName());
@@ -146,20 +179,57 @@ QString cppValue(const WidgetSettings::Setting &setting)
             return type + QStringLiteral("()");
         return setting.imageFile.isEmpty()
                    ? QString()
-                   : QStringLiteral("%1(%2)").arg(type, cppString(setting.imageFile));
+                   : QStringLiteral("%1(%2)").arg(type, quoted(language, setting.imageFile));
     }
     default:
         return value.canConvert<int>() ? QString::number(value.toInt()) : QString();
     }
 }
 
-QString cppCall(const WidgetSettings &settings, const WidgetSettings::Setting &setting,
-                const QString &value)
+QString callText(const Language &language, const WidgetSettings &settings,
+                 const WidgetSettings::Setting &setting, const QString &value)
 {
+    QString call = QStringLiteral("setProperty(\"%1\", ").arg(setting.property);
     if (!setting.setter.isEmpty())
-        return QStringLiteral("%1->%2(%3);\n").arg(settings.variable, setting.setter, value);
-    return QStringLiteral("%1->setProperty(\"%2\", %3);\n")
-        .arg(settings.variable, setting.property, value);
+        call = setting.setter + QLatin1Char('(');
+    return settings.variable + QLatin1String(language.member) + call + value + QLatin1Char(')') +
+           QLatin1String(language.end);
+}
+
+QString statements(const Language &language, const WidgetSettings &settings, const QString &parent)
+{
+    const QString end = QString::fromLatin1(language.end);
+    const QString object = settings.variable + QLatin1String(language.member);
+    QString code =
+        QString::fromLatin1(language.make).arg(settings.variable, settings.className, parent) + end;
+    if (settings.size.isValid())
+        code += object +
+                QStringLiteral("resize(%1, %2)")
+                    .arg(settings.size.width())
+                    .arg(settings.size.height()) +
+                end;
+    for (const WidgetSettings::Setting &setting : settings.settings) {
+        if (setting.value.userType() == QMetaType::QFont) {
+            const QString font = settings.variable + QStringLiteral("Font");
+            code += QString::fromLatin1(language.font).arg(font) + end;
+            code += QStringLiteral("%1.fromString(%2)")
+                        .arg(font, quoted(language, setting.value.value<QFont>().toString())) +
+                    end;
+            code += callText(language, settings, setting, font);
+            continue;
+        }
+        const QString value = valueText(language, setting);
+        code += value.isEmpty() ? QStringLiteral("%1 %2: an image of your own\n")
+                                      .arg(QLatin1String(language.comment), setting.property)
+                                : callText(language, settings, setting, value);
+    }
+    if (settings.state) {
+        const QString state = QString::fromLatin1(language.state)
+                                  .arg(settings.state->alarmSt)
+                                  .arg(settings.state->elemSt);
+        code += object + QStringLiteral("setState(%1)").arg(state) + end;
+    }
+    return code;
 }
 
 } // namespace
@@ -187,9 +257,12 @@ WidgetSettings settingsOf(QWidget *widget, const WidgetDescription &description,
         if (property.hasStdCppSet())
             setting.setter = QStringLiteral("set") + capitalized(setting.property);
         setting.value = value;
-        if (property.isEnumType())
-            setting.enumerators =
-                enumeratorsOf(property.enumerator(), ValueEditor::numberOf(value));
+        if (property.isEnumType()) {
+            const QMetaEnum type = property.enumerator();
+            setting.enumerators = enumeratorsOf(type, ValueEditor::numberOf(value));
+            setting.enumeration = QString::fromLatin1(type.scope()) + QLatin1String("::") +
+                                  QString::fromLatin1(type.enumName());
+        }
         if (isImage(value))
             setting.imageFile = fileOf(value);
         result.settings.push_back(setting);
@@ -199,30 +272,10 @@ WidgetSettings settingsOf(QWidget *widget, const WidgetDescription &description,
 
 QString toCpp(const WidgetSettings &settings, const QString &parent)
 {
-    QString code = QStringLiteral("auto *%1 = new %2(%3);\n")
-                       .arg(settings.variable, settings.className, parent);
-    if (settings.size.isValid())
-        code += QStringLiteral("%1->resize(%2, %3);\n")
-                    .arg(settings.variable)
-                    .arg(settings.size.width())
-                    .arg(settings.size.height());
-    for (const WidgetSettings::Setting &setting : settings.settings) {
-        if (setting.value.userType() == QMetaType::QFont) {
-            const QString font = settings.variable + QStringLiteral("Font");
-            code += QStringLiteral("QFont %1;\n%1.fromString(%2);\n")
-                        .arg(font, cppString(setting.value.value<QFont>().toString()));
-            code += cppCall(settings, setting, font);
-            continue;
-        }
-        const QString value = cppValue(setting);
-        code += value.isEmpty()
-                    ? QStringLiteral("// %1: an image of your own\n").arg(setting.property)
-                    : cppCall(settings, setting, value);
-    }
-    if (settings.state)
-        code += QStringLiteral("%1->setState({%2, %3});\n")
-                    .arg(settings.variable)
-                    .arg(settings.state->alarmSt)
-                    .arg(settings.state->elemSt);
-    return code;
+    return statements(cpp, settings, parent);
+}
+
+QString toPython(const WidgetSettings &settings, const QString &parent)
+{
+    return statements(python, settings, parent);
 }

@@ -21,6 +21,7 @@ struct WidgetSettings
         QString setter; ///< empty where only setProperty() is sure to reach the property
         QVariant value;
         QStringList enumerators; ///< of an enumerator or a combination of flags, with their scope
+        QString enumeration;     ///< what declares them, with its scope
         /// The file of an icon or pixmap; empty for other values and for images without a file.
         QString imageFile;
     };
@@ -38,3 +39,6 @@ WidgetSettings settingsOf(QWidget *widget, const WidgetDescription &description,
 
 /// The statements in C++ that make such a widget on @p parent, a name of a variable.
 QString toCpp(const WidgetSettings &settings, const QString &parent = QStringLiteral("parent"));
+
+/// The same statements in Python, for PyQt5 and PyQt6.
+QString toPython(const WidgetSettings &settings, const QString &parent = QStringLiteral("parent"));

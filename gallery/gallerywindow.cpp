@@ -187,11 +187,21 @@ void GalleryWindow::keep(const char *key, bool value)
 
 QString GalleryWindow::cppCode() const
 {
+    return code(toCpp);
+}
+
+QString GalleryWindow::pythonCode() const
+{
+    return code(toPython);
+}
+
+QString GalleryWindow::code(CodeWriter write) const
+{
     QWidget *widget = stage->staged();
     if (!widget)
         return {};
-    return toCpp(settingsOf(widget, *shown,
-                            shown->setState ? std::optional<elemDesc_t>(state) : std::nullopt));
+    const auto given = shown->setState ? std::optional<elemDesc_t>(state) : std::nullopt;
+    return write(settingsOf(widget, *shown, given), QStringLiteral("parent"));
 }
 
 void GalleryWindow::showAllStates(bool all)
@@ -279,8 +289,15 @@ QWidget *GalleryWindow::makeToolBar()
     zoomBox->setPrefix(tr("Zoom "));
     zoomBox->setSuffix(QStringLiteral(" ×"));
     zoomBox->setToolTip(tr("Shows each pixel as a square of so many"));
-    auto *copy = new QPushButton(tr("Copy C++"));
-    copy->setToolTip(tr("Copies the statements that make the widget as it is now"));
+    const auto copyButton = [this](const QString &text, CodeWriter write) {
+        auto *button = new QPushButton(text);
+        button->setToolTip(tr("Copies the statements that make the widget as it is now"));
+        connect(button, &QPushButton::clicked, this, [this, write] {
+            QApplication::clipboard()->setText(code(write));
+            signalLine->setText(tr("Copied"));
+        });
+        return button;
+    };
 
     auto *bar = new QWidget;
     bar->setFont(Theme::font(Theme::Small));
@@ -290,14 +307,11 @@ QWidget *GalleryWindow::makeToolBar()
     layout->addWidget(statesButton);
     layout->addWidget(zoomBox);
     layout->addStretch();
-    layout->addWidget(copy);
+    layout->addWidget(copyButton(tr("Copy C++"), toCpp));
+    layout->addWidget(copyButton(tr("Copy Python"), toPython));
 
     connect(statesButton, &QPushButton::toggled, this, [this] { showStates(); });
     connect(zoomBox, qOverload<int>(&QSpinBox::valueChanged), stage, &WidgetStage::setZoom);
-    connect(copy, &QPushButton::clicked, this, [this] {
-        QApplication::clipboard()->setText(cppCode());
-        signalLine->setText(tr("Copied"));
-    });
     return bar;
 }
 

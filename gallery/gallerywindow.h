@@ -21,6 +21,7 @@ class QTimer;
 class WidgetStage;
 class WidgetList;
 struct WidgetDescription;
+struct WidgetSettings;
 
 /// The gallery: the list of the widgets, the chosen one live on a stage, and its properties.
 class GalleryWindow : public QWidget
@@ -44,12 +45,17 @@ public:
     void remember(const QString &file);
     /// The statements in C++ that make the widget as it is now.
     QString cppCode() const;
+    /// The same statements in Python.
+    QString pythonCode() const;
     /// Shows the widget in all its states at once, or live on the stage.
     void showAllStates(bool all);
     /// Brings the controls to what the widget is now; done by itself every moment.
     void follow();
 
 private:
+    using CodeWriter = QString (*)(const WidgetSettings &, const QString &);
+
+    QString code(CodeWriter write) const;
     QWidget *makeCentre();
     QWidget *makeSizeBar();
     QWidget *makeToolBar();

@@ -307,6 +307,8 @@ private Q_SLOTS:
     void allStatesAtOnce();
     void copiesCpp();
     void codeCompiles();
+    void copiesPython();
+    void pythonCodeRuns();
     void codeMakesTheSameWidget();
     void rememberedTheme();
     void startAnew();
@@ -1043,17 +1045,23 @@ void GalleryTest::copiesCpp()
     QCOMPARE(gallery.window.cppCode(), QString());
 }
 
+/// Edits every property of the widget that the gallery shows.
+static void editEverything(Gallery &gallery)
+{
+    for (const QString &property : gallery.properties->names()) {
+        ValueEditor *editor = gallery.properties->editor(property);
+        if (editor && editor->isVisibleTo(&gallery.window))
+            edit(editor);
+    }
+}
+
 /// Edits every property of every widget, and hands the code for it to the compiler.
 void GalleryTest::codeCompiles()
 {
     QString code;
     for (const QString &name : allClasses) {
         Gallery gallery(name);
-        for (const QString &property : gallery.properties->names()) {
-            ValueEditor *editor = gallery.properties->editor(property);
-            if (editor && editor->isVisibleTo(&gallery.window))
-                edit(editor);
-        }
+        editEverything(gallery);
         code += QStringLiteral("#include <%1.h>\nvoid make%2(QWidget *parent)\n{\n%3}\n")
                     .arg(name.toLower(), name, gallery.window.cppCode());
         takeErrorLines();
@@ -1070,6 +1078,67 @@ void GalleryTest::codeCompiles()
     QVERIFY(compiler.waitForFinished(120000));
     QVERIFY2(compiler.exitCode() == 0,
              (compiler.readAllStandardError() + code.toUtf8()).constData());
+}
+
+void GalleryTest::copiesPython()
+{
+    Gallery gallery(QStringLiteral("MetroShelter"));
+    edit(gallery.editor("alarm"));
+    type(gallery.editor("text")->findChild<QLineEdit *>(), QStringLiteral("a \"b\" \\ °"));
+    type(gallery.editor("colorText")->findChild<QLineEdit *>(), QStringLiteral("#80ff0000"));
+    type(gallery.editor("xLabel")->findChild<QSpinBox *>(), QStringLiteral("12"));
+    gallery.withText<QCheckBox>("Enabled")->click();
+    gallery.stage->resizeStaged(QSize(150, 50));
+    gallery.withText<QPushButton>("Copy Python")->click();
+    QCOMPARE(QApplication::clipboard()->text(),
+             QStringLiteral("metroShelter = MetroShelter(parent)\n"
+                            "metroShelter.resize(150, 50)\n"
+                            "metroShelter.setColorText(QColor(255, 0, 0, 128))\n"
+                            "metroShelter.setProperty(\"xLabel\", 12)\n"
+                            "metroShelter.setText(\"a \\\"b\\\" \\\\ °\")\n"
+                            "metroShelter.setEnabled(False)\n"
+                            "metroShelter.setState((2, 5))\n"));
+    gallery.show(QStringLiteral("AeroLinebar"));
+    const QString code = gallery.window.pythonCode();
+    QVERIFY2(code.contains(QStringLiteral(".setValuePosition(AeroLinebar.ValPos.leftVal)\n")),
+             qPrintable(code));
+    delete gallery.staged();
+    QCOMPARE(gallery.window.pythonCode(), QString());
+}
+
+/// Edits every property of every widget, and runs the code for it with the bindings.
+void GalleryTest::pythonCodeRuns()
+{
+    const QString bindings = QStringLiteral(KIV_PYTHON_BINDINGS);
+    if (bindings.isEmpty())
+        QSKIP("the Python bindings are not built: -DKIVWIDGETS_BUILD_PYTHON=ON builds them");
+    QString code;
+    for (const char *module : {"QtCore", "QtGui", "QtWidgets"})
+        code += QStringLiteral("from PyQt%1.%2 import *\n")
+                    .arg(QT_VERSION_MAJOR)
+                    .arg(QLatin1String(module));
+    code += QStringLiteral("from kivwidgets import *\n"
+                           "application = QApplication([])\nparent = QWidget()\n");
+    for (const QString &name : allClasses) {
+        Gallery gallery(name);
+        editEverything(gallery);
+        code += gallery.window.pythonCode();
+        takeErrorLines();
+    }
+    code += QStringLiteral("print(len(parent.children()))\n");
+    QProcess python;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PYTHONPATH"), bindings);
+    environment.insert(QStringLiteral("PYTHONIOENCODING"), QStringLiteral("utf-8"));
+    environment.insert(QStringLiteral("LD_LIBRARY_PATH"), QStringLiteral(KIV_LIBRARY_DIRECTORY));
+    python.setProcessEnvironment(environment);
+    python.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-B"), QStringLiteral("-")});
+    python.write(code.toUtf8());
+    python.closeWriteChannel();
+    QVERIFY(python.waitForFinished(120000));
+    const QByteArray errors = python.readAllStandardError();
+    QVERIFY2(python.exitCode() == 0, (errors + code.toUtf8()).constData());
+    QVERIFY(python.readAllStandardOutput().trimmed().toInt() >= allClasses.size());
 }
 
 /// The settings alone, applied to a new widget, show the same.
