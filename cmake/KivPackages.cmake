@@ -97,5 +97,41 @@ consoles of uninterruptible power supplies, with all its properties, and
 lets them be changed."
         RECOMMENDS "fonts-dejavu-core, kivwidgets-accessibility, libqt5svg5")
 endif()
+if(TARGET kivpython)
+    # The modules of both Qts can be installed, so what they share is a package of its own.
+    set(kiv_python_packages lib/python3/dist-packages)
+    install(FILES ${kiv_python_root}/kivwidgets/qt${KIVWIDGETS_QT}.abi3.so
+        ${kiv_python_root}/kivwidgets/qt${KIVWIDGETS_QT}.pyi
+        DESTINATION ${kiv_python_packages}/kivwidgets COMPONENT python)
+    string(REPLACE "-" "_" kiv_python_info kivwidgets${kiv_suffix})
+    string(APPEND kiv_python_info -${PROJECT_VERSION}.dist-info)
+    install(FILES ${kiv_python_root}/${kiv_python_info}/METADATA
+        DESTINATION ${kiv_python_packages}/${kiv_python_info} COMPONENT python)
+    if(KIVWIDGETS_QT EQUAL 5)
+        set(kiv_sip_version 12.11)
+    else()
+        set(kiv_sip_version 13.4)
+    endif()
+    kiv_package(python python3-kivwidgets${kiv_suffix} python
+        "Python bindings of the KivWidgets for PyQt${KIVWIDGETS_QT}"
+        "With this package Python programs use the KivWidgets, widgets for
+monitoring consoles of uninterruptible power supplies, and the forms of
+Qt Designer that hold them."
+        DEPENDS "python3, python3-pyqt${KIVWIDGETS_QT} (>= ${kiv_qt_version}), python3-pyqt${KIVWIDGETS_QT}.sip (>= ${kiv_sip_version}), python3-kivwidgets-common (>= ${PROJECT_VERSION})")
+    if(KIVWIDGETS_QT EQUAL 5)
+        install(FILES ${kiv_python_root}/kivwidgets/__init__.py ${kiv_python_root}/kivwidgets/py.typed
+            DESTINATION ${kiv_python_packages}/kivwidgets COMPONENT pythoncommon)
+        install(FILES ${kiv_python_root}/KivWidgets/__init__.py
+            DESTINATION ${kiv_python_packages}/KivWidgets COMPONENT pythoncommon)
+        kiv_package(pythoncommon python3-kivwidgets-common python
+            "Python bindings of the KivWidgets (common files)"
+            "This package holds what the Python bindings of the KivWidgets for PyQt5
+and those for PyQt6 share: it finds the bindings for the PyQt that a
+program uses."
+            DEPENDS "python3" RECOMMENDS "python3-kivwidgets | python3-kivwidgets-qt6")
+        set(CPACK_COMPONENT_PYTHONCOMMON_DEPENDS "")
+        set(CPACK_DEBIAN_PYTHONCOMMON_PACKAGE_ARCHITECTURE all)
+    endif()
+endif()
 
 include(CPack)

@@ -35,13 +35,16 @@ field() {
     dpkg-deb -f "$scratch"/packages/"$1"_*.deb "$2" | grep -qF "$3" || fail "$1: $2 lacks $3"
 }
 version=$(dpkg-deb -f "$scratch"/packages/libkivwidgets1_*.deb Version)
-for name in libkivwidgets-dev kivwidgets-designer kivwidgets-accessibility kivconsole kivgallery; do
+for name in libkivwidgets-dev kivwidgets-designer kivwidgets-accessibility kivconsole kivgallery python3-kivwidgets; do
     field $name Depends "libkivwidgets1 (= $version)"
 done
 field libkivwidgets-dev Depends qtbase5-dev
 field libkivwidgets1 Depends libqt5widgets5
 field kivconsole Depends libqt5network5
 field kivconsole Recommends kivwidgets-accessibility
+field python3-kivwidgets Depends python3-pyqt5
+field python3-kivwidgets Depends python3-kivwidgets-common
+field python3-kivwidgets-common Architecture all
 for file in shlibs triggers; do
     dpkg-deb -I "$scratch"/packages/libkivwidgets1_*.deb $file >>"$scratch/linking"
 done
@@ -64,6 +67,14 @@ export LD_LIBRARY_PATH="$root/usr/lib/$triplet" QT_QPA_PLATFORM=offscreen
 plugins=$root/usr/lib/$triplet/qt5/plugins
 KIV_DESIGNER_PLUGIN=$plugins/designer/libkivwidgetsdesigner.so "$designer_test" \
     >"$scratch/designer.log" 2>&1 || fail "$(cat "$scratch/designer.log")"
+
+# Python finds the packed module, and its forms.
+for module in "$root"/usr/lib/python3/dist-packages/kivwidgets/qt?.abi3.so; do
+    qt=$(basename "$module" .abi3.so)
+    KIVWIDGETS_QT=${qt#qt} PYTHONPATH=$root/usr/lib/python3/dist-packages \
+        /usr/bin/python3 -B -m unittest discover -s "$tests/python" -p test_forms.py >"$scratch/python.log" 2>&1 ||
+        fail "$(cat "$scratch/python.log")"
+done
 
 # takes_pictures PROGRAM COUNT [OPTION...]: the program prints its version and draws so many images.
 takes_pictures() {
