@@ -23,11 +23,13 @@ function(kiv_install_library target)
         file(STRINGS ${CMAKE_CURRENT_SOURCE_DIR}/${header} declaration
             REGEX "^class KIVWIDGETS_EXPORT [A-Za-z]+" LIMIT_COUNT 1)
         if(declaration MATCHES "KIVWIDGETS_EXPORT ([A-Za-z]+)")
-            set(forward ${generated}/include/${CMAKE_MATCH_1})
+            set(forward ${generated}/include/KivWidgets/${CMAKE_MATCH_1})
             file(WRITE ${forward} "#include \"${header}\"\n")
             list(APPEND installed_headers ${forward})
         endif()
     endforeach()
+    # The build tree knows these, too, so that the examples include as applications do.
+    target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${generated}/include>)
     install(FILES ${installed_headers} DESTINATION ${include_directory}/KivWidgets
         COMPONENT development)
 

@@ -22,14 +22,25 @@ set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 
 set(kiv_packaging ${PROJECT_BINARY_DIR}/packaging)
+if(KIVWIDGETS_QT EQUAL 5)
+    set(kiv_qt_package qtbase5-dev)
+    set(kiv_tools_package qttools5-dev-tools)
+else()
+    set(kiv_qt_package qt6-base-dev)
+    set(kiv_tools_package qt6-tools-dev-tools)
+endif()
 
 kiv_compress(${PROJECT_SOURCE_DIR}/packaging/changelog changelog.Debian.gz kiv_changelog)
 
 # What the dynamic linker and other packages need to know about the library.
-set(kiv_runtime_package libkivwidgets${PROJECT_VERSION_MAJOR})
+if(KIVWIDGETS_QT EQUAL 5)
+    set(kiv_runtime_package libkivwidgets${PROJECT_VERSION_MAJOR})
+else()
+    set(kiv_runtime_package libkivwidgets${kiv_suffix}-${PROJECT_VERSION_MAJOR})
+endif()
 file(WRITE ${kiv_packaging}/triggers "activate-noawait ldconfig\n")
 file(WRITE ${kiv_packaging}/shlibs
-    "libkivwidgets ${PROJECT_VERSION_MAJOR} ${kiv_runtime_package} (>= ${PROJECT_VERSION})\n")
+    "libkivwidgets${kiv_suffix} ${PROJECT_VERSION_MAJOR} ${kiv_runtime_package} (>= ${PROJECT_VERSION})\n")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
     "${kiv_packaging}/triggers;${kiv_packaging}/shlibs")
 
@@ -55,28 +66,28 @@ function(kiv_package component name section summary text)
 endfunction()
 
 kiv_package(runtime ${kiv_runtime_package} libs
-    "Qt 5 widgets for UPS monitoring consoles"
+    "Qt ${KIVWIDGETS_QT} widgets for UPS monitoring consoles"
     "KivWidgets is a library of widgets for monitoring consoles of
 uninterruptible power supplies: glass buttons and gauges, flat state
 icons, tiles, dials, bars and a drawer, slide switches, and a stack that
 turns its pages like cards.")
-kiv_package(development libkivwidgets-dev libdevel
-    "Qt 5 widgets for UPS monitoring consoles (development files)"
+kiv_package(development libkivwidgets${kiv_suffix}-dev libdevel
+    "Qt ${KIVWIDGETS_QT} widgets for UPS monitoring consoles (development files)"
     "KivWidgets is a library of widgets for monitoring consoles of
 uninterruptible power supplies. This package holds its headers, a package
 for CMake and a file for pkg-config."
-    DEPENDS "qtbase5-dev (>= 5.15)")
+    DEPENDS "${kiv_qt_package} (>= ${kiv_qt_version})")
 if(TARGET kivwidgetsdesigner)
-    kiv_package(designer kivwidgets-designer libdevel
-        "KivWidgets plugin for Qt Designer"
+    kiv_package(designer kivwidgets${kiv_suffix}-designer libdevel
+        "KivWidgets plugin for Qt ${KIVWIDGETS_QT} Designer"
         "With this plugin Qt Designer, and programs that load its forms, know the
 KivWidgets: buttons, gauges, state icons and pages for monitoring
 consoles of uninterruptible power supplies."
-        SUGGESTS "qttools5-dev-tools")
+        SUGGESTS "${kiv_tools_package}")
 endif()
 if(TARGET kivwidgetsaccessible)
-    kiv_package(accessibility kivwidgets-accessibility libs
-        "KivWidgets plugin for assistive technologies"
+    kiv_package(accessibility kivwidgets${kiv_suffix}-accessibility libs
+        "KivWidgets plugin for assistive technologies (Qt ${KIVWIDGETS_QT})"
         "With this plugin screen readers and other assistive technologies meet
 the KivWidgets by their names, states and values.")
 endif()
@@ -87,7 +98,7 @@ if(TARGET kivconsole)
 powers, voltages and alarms on pages of dials, bars and tiles. It
 follows a supply through a server of Network UPS Tools, or shows a
 simulated one."
-        RECOMMENDS "fonts-dejavu-core, kivwidgets-accessibility, libqt5svg5" SUGGESTS "nut-server")
+        RECOMMENDS "fonts-dejavu-core, kivwidgets${kiv_suffix}-accessibility, libqt${KIVWIDGETS_QT}svg${KIVWIDGETS_QT}" SUGGESTS "nut-server")
 endif()
 if(TARGET kivgallery)
     kiv_package(gallery kivgallery devel
@@ -95,7 +106,7 @@ if(TARGET kivgallery)
         "The gallery shows each of the KivWidgets, widgets for monitoring
 consoles of uninterruptible power supplies, with all its properties, and
 lets them be changed."
-        RECOMMENDS "fonts-dejavu-core, kivwidgets-accessibility, libqt5svg5")
+        RECOMMENDS "fonts-dejavu-core, kivwidgets${kiv_suffix}-accessibility, libqt${KIVWIDGETS_QT}svg${KIVWIDGETS_QT}")
 endif()
 if(TARGET kivpython)
     # The modules of both Qts can be installed, so what they share is a package of its own.

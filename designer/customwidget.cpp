@@ -1,5 +1,9 @@
 #include "customwidget.h"
 
+#include "designablesheet.h"
+
+#include <aerogroupbox.h>
+
 #include <QtWidgets/QWidget>
 
 CustomWidget::CustomWidget(const WidgetDescription &shown, QObject *parent)
@@ -56,6 +60,19 @@ bool CustomWidget::isContainer() const
 QWidget *CustomWidget::createWidget(QWidget *parent)
 {
     return description.create(parent);
+}
+
+bool CustomWidget::isInitialized() const
+{
+    return initialized;
+}
+
+void CustomWidget::initialize(QDesignerFormEditorInterface *editor)
+{
+    // Form loaders have no editor. One factory serves all boxes.
+    if (editor && !initialized && description.metaObject == &AeroGroupbox::staticMetaObject)
+        DesignableSheetFactory::registerWith(editor);
+    initialized = true;
 }
 
 QString CustomWidget::domXml() const

@@ -23,9 +23,12 @@ public:
     QIcon icon() const override;
     bool isContainer() const override;
     QWidget *createWidget(QWidget *parent) override;
+    bool isInitialized() const override;
+    void initialize(QDesignerFormEditorInterface *editor) override;
     QString domXml() const override;
 
 private:
     const WidgetDescription &description;
     mutable QIcon drawnIcon;
+    bool initialized = false;
 };

@@ -1,20 +1,26 @@
 #!/bin/sh
 # Checks an installed tree as a host meets it: its headers, and a small host that is built against it with
 # CMake and with qmake, and run. Packages and plain installations are held to the same.
-# check_prefix.sh CMAKE PREFIX HOST-SOURCES SCRATCH
+# check_prefix.sh CMAKE PREFIX HOST-SOURCES SCRATCH QT-VERSION
 set -eu
 cmake=$1
 prefix=$2
 host=$3
-scratch=$4
+scratch=$4/qt$5
+qt=$5
+suffix=
+other=6
+[ "$qt" = 5 ] || { suffix=-qt6; other=5; }
+mkdir "$scratch"
 
 fail() {
     echo "check_prefix: $1" >&2
     exit 1
 }
 
-library=$(dirname "$(find "$prefix" -name libkivwidgets.so.1)")
+library=$(dirname "$(find "$prefix" -name libkivwidgets$suffix.so.1)")
 headers=$prefix/include/KivWidgets
+[ "$qt" = 5 ] || headers=$prefix/include/kivwidgets-qt6/KivWidgets
 
 # The headers are those of the sources but the private ones, and one for each class in its own spelling.
 sources=$host/../../KivWidgets
@@ -26,7 +32,7 @@ sources=$host/../../KivWidgets
     fail "the installed headers are not those of the sources"
 
 # Every header compiles alone, with the directory's name and without.
-flags=$(PKG_CONFIG_PATH=$library/pkgconfig pkg-config --cflags kivwidgets)
+flags=$(PKG_CONFIG_PATH=$library/pkgconfig pkg-config --cflags kivwidgets$suffix)
 mkdir "$scratch/headers"
 for header in "$headers"/*; do
     name=$(basename "$header")
@@ -42,12 +48,22 @@ run() {
     [ "$output" = "host works" ] || fail "the host built with $2 says: $output"
 }
 
+# The project as it is for this Qt; what differs is the package's name.
+mkdir "$scratch/host" "$scratch/firstconsole"
+cp "$host"/* "$scratch/host"
+cp "$host"/../../docs/firstconsole/* "$scratch/firstconsole"
+if [ "$qt" = 6 ]; then
+    sed -i 's/(KivWidgets 1 /(KivWidgets-qt6 1 /' "$scratch"/*/CMakeLists.txt
+    sed -i 's/+= kivwidgets$/+= kivwidgets-qt6/' "$scratch/host/host.pro"
+fi
+host=$scratch/host
+
 "$cmake" -S "$host" -B "$scratch/cmake" -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/configure.log"
 "$cmake" --build "$scratch/cmake" >"$scratch/build.log"
 run "$scratch/cmake/host" CMake
 
 # The console of the documentation, built as its page describes.
-"$cmake" -S "$host/../../docs/firstconsole" -B "$scratch/first" -DCMAKE_PREFIX_PATH="$prefix" \
+"$cmake" -S "$scratch/firstconsole" -B "$scratch/first" -DCMAKE_PREFIX_PATH="$prefix" \
     >"$scratch/first.log"
 "$cmake" --build "$scratch/first" >>"$scratch/first.log" || fail "$(cat "$scratch/first.log")"
 LD_LIBRARY_PATH=$library QT_QPA_PLATFORM=offscreen \
@@ -56,7 +72,7 @@ LD_LIBRARY_PATH=$library QT_QPA_PLATFORM=offscreen \
 
 # Another major version is refused.
 mkdir "$scratch/other"
-sed 's/KivWidgets 1 /KivWidgets 2 /' "$host/CMakeLists.txt" >"$scratch/other/CMakeLists.txt"
+sed "s/KivWidgets$suffix 1 /KivWidgets$suffix 2 /" "$host/CMakeLists.txt" >"$scratch/other/CMakeLists.txt"
 cp "$host/main.cpp" "$scratch/other"
 if "$cmake" -S "$scratch/other" -B "$scratch/refused" -DCMAKE_PREFIX_PATH="$prefix" \
     >"$scratch/refused.log" 2>&1; then
@@ -64,8 +80,22 @@ if "$cmake" -S "$scratch/other" -B "$scratch/refused" -DCMAKE_PREFIX_PATH="$pref
 fi
 grep -q 'requested version "2"' "$scratch/refused.log" || fail "$(cat "$scratch/refused.log")"
 
+# So is the other Qt, by name.
+mkdir "$scratch/mixed"
+sed "s/^find_package/find_package(Qt$other REQUIRED COMPONENTS Core)\nfind_package/" "$host/CMakeLists.txt" \
+    >"$scratch/mixed/CMakeLists.txt"
+cp "$host/main.cpp" "$scratch/mixed"
+if "$cmake" -S "$scratch/mixed" -B "$scratch/mixed/build" -DCMAKE_PREFIX_PATH="$prefix" \
+    >"$scratch/mixed.log" 2>&1; then
+    fail "a project of Qt $other got the library of Qt $qt"
+fi
+tr -s '\n ' ' ' <"$scratch/mixed.log" | grep -q "this project uses Qt $other" || fail "$(cat "$scratch/mixed.log")"
+
 mkdir "$scratch/qmake"
 cd "$scratch/qmake"
-PKG_CONFIG_PATH=$library/pkgconfig qmake -qt=5 "$host/host.pro" >"$scratch/qmake.log" 2>&1
+qmake="qmake -qt=5"
+[ "$qt" = 5 ] || qmake=qmake6
+# shellcheck disable=SC2086 # a program and its option
+PKG_CONFIG_PATH=$library/pkgconfig $qmake "$host/host.pro" >"$scratch/qmake.log" 2>&1
 make >>"$scratch/qmake.log" 2>&1 || fail "$(cat "$scratch/qmake.log")"
 run "$scratch/qmake/host" qmake

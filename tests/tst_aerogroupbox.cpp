@@ -141,7 +141,7 @@ void AeroGroupboxTest::metaObject()
     for (const auto &[name, type] : properties) {
         const QMetaProperty property = meta.property(index++);
         QCOMPARE(property.name(), name);
-        QCOMPARE(property.typeName(), type);
+        QCOMPARE(typeNameOf(property), QLatin1String(type));
         QVERIFY(property.isReadable() && property.isWritable());
         QVERIFY(property.isScriptable() && property.isStored());
     }

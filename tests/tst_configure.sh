@@ -33,7 +33,7 @@ refuses() {
 
 configure plain || fail "$(cat "$scratch/plain.log")"
 refuses TESTS "the tests need Qt$qt Test"
-refuses DESIGNER "the plugin for Qt Designer needs Qt$qt UiPlugin"
+refuses DESIGNER "the plugin for Qt Designer needs Qt$qt Designer"
 refuses BENCHMARKS "the benchmarks need Google Benchmark (Debian: libbenchmark-dev)"
 if "$cmake" -S "$source" -B "$scratch/four" -DKIVWIDGETS_QT=4 >"$scratch/four.log" 2>&1; then
     fail "there is no Qt 4 here"

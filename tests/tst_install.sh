@@ -1,10 +1,11 @@
 #!/bin/sh
 # Installs the library into a scratch prefix, moves it elsewhere, and uses it from there.
-# tst_install.sh CMAKE BUILD-DIRECTORY TESTS-DIRECTORY
+# tst_install.sh CMAKE BUILD-DIRECTORY TESTS-DIRECTORY QT-VERSION
 set -eu
 cmake=$1
 build=$2
 tests=$3
+qt=$4
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
@@ -17,5 +18,5 @@ for program in kivconsole kivgallery; do
         [ -s "$scratch/prefix/$file" ] || { echo "tst_install: no $file" >&2; exit 1; }
     done
 done
-"$tests/check_prefix.sh" "$cmake" "$scratch/prefix" "$tests/host" "$scratch"
+"$tests/check_prefix.sh" "$cmake" "$scratch/prefix" "$tests/host" "$scratch" "$qt"
 echo "installed, moved, and used by both"

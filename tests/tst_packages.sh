@@ -45,10 +45,18 @@ field kivconsole Recommends kivwidgets-accessibility
 field python3-kivwidgets Depends python3-pyqt5
 field python3-kivwidgets Depends python3-kivwidgets-common
 field python3-kivwidgets-common Architecture all
+for name in libkivwidgets-qt6-dev kivwidgets-qt6-designer kivwidgets-qt6-accessibility; do
+    field $name Depends "libkivwidgets-qt6-1 (= $version)"
+done
+field libkivwidgets-qt6-dev Depends qt6-base-dev
+field libkivwidgets-qt6-1 Depends libqt6widgets6
 for file in shlibs triggers; do
-    dpkg-deb -I "$scratch"/packages/libkivwidgets1_*.deb $file >>"$scratch/linking"
+    for name in libkivwidgets1 libkivwidgets-qt6-1; do
+        dpkg-deb -I "$scratch"/packages/${name}_*.deb $file >>"$scratch/linking"
+    done
 done
 grep -q '^libkivwidgets 1 libkivwidgets1 ' "$scratch/linking" || fail "no dependency on the library"
+grep -q '^libkivwidgets-qt6 1 libkivwidgets-qt6-1 ' "$scratch/linking" || fail "no dependency for Qt 6"
 grep -q 'ldconfig' "$scratch/linking" || fail "the linker's cache is not renewed"
 
 # Error lines name the sources relative to the repository, and nothing shows where it was built.
@@ -61,7 +69,9 @@ if grep -raqF "$(realpath "$tests/..")" "$root"; then
     fail "the build's directory in the packages"
 fi
 
-"$tests/check_prefix.sh" "$cmake" "$root/usr" "$tests/host" "$scratch"
+for qt in 5 6; do
+    "$tests/check_prefix.sh" "$cmake" "$root/usr" "$tests/host" "$scratch" $qt
+done
 
 export LD_LIBRARY_PATH="$root/usr/lib/$triplet" QT_QPA_PLATFORM=offscreen
 plugins=$root/usr/lib/$triplet/qt5/plugins

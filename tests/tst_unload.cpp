@@ -22,7 +22,10 @@ namespace {
 bool libraryIsLoaded()
 {
     QFile maps(QStringLiteral("/proc/self/maps"));
-    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libkivwidgets.so");
+    if (!maps.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray loaded = maps.readAll();
+    return loaded.contains("/libkivwidgets.so") || loaded.contains("/libkivwidgets-qt6.so");
 }
 
 } // namespace

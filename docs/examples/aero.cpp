@@ -1,11 +1,11 @@
 #include "examples.h"
 
-#include <aerobutton.h>
-#include <aerogroupbox.h>
-#include <aerolinebar.h>
-#include <aerostatusbar.h>
-#include <aeroswitch.h>
-#include <transpbutton.h>
+#include <KivWidgets/AeroButton>
+#include <KivWidgets/AeroGroupbox>
+#include <KivWidgets/AeroLinebar>
+#include <KivWidgets/AeroStatusbar>
+#include <KivWidgets/AeroSwitch>
+#include <KivWidgets/TranspButton>
 
 #include <QtGui/QPainter>
 #include <QtWidgets/QBoxLayout>

@@ -10,3 +10,11 @@ void showHost(QWidget *page);
 void showMetro(QWidget *page);
 void showStates(QWidget *page);
 void showSwitches(QWidget *page);
+
+class MetroCirclerate;
+class QVBoxLayout;
+
+// Pieces of the page on using the widgets.
+void addDial(QVBoxLayout *layout);
+void showMissingValue(MetroCirclerate *dial);
+void showFocus(QWidget *window);

@@ -1,8 +1,8 @@
 #include "examples.h"
 
-#include <metrocirclerate.h>
-#include <metrolinerate.h>
-#include <metroxbar.h>
+#include <KivWidgets/MetroCirclerate>
+#include <KivWidgets/MetroLinerate>
+#include <KivWidgets/MetroXbar>
 
 void showGauges(QWidget *page)
 {

@@ -1,11 +1,11 @@
 #include "examples.h"
 
-#include <metrobatticon.h>
-#include <metronavdrawer.h>
-#include <metroshelter.h>
-#include <metrostatusbar.h>
-#include <metrosysicon.h>
-#include <metrotabicon.h>
+#include <KivWidgets/MetroBattIcon>
+#include <KivWidgets/MetroNavdrawer>
+#include <KivWidgets/MetroShelter>
+#include <KivWidgets/MetroStatusbar>
+#include <KivWidgets/MetroSysIcon>
+#include <KivWidgets/MetroTabicon>
 
 #include <QtGui/QPainter>
 #include <QtWidgets/QLabel>

@@ -1,7 +1,7 @@
 #include "examples.h"
 
-#include <metroshelter.h>
-#include <metrosysicon.h>
+#include <KivWidgets/MetroShelter>
+#include <KivWidgets/MetroSysIcon>
 
 #include <QtWidgets/QGridLayout>
 

@@ -1,8 +1,8 @@
 #include "examples.h"
 
-#include <rotatestackedwidget.h>
-#include <simpleslideswitch.h>
-#include <slideswitch.h>
+#include <KivWidgets/RotateStackedWidget>
+#include <KivWidgets/SimpleSlideSwitch>
+#include <KivWidgets/SlideSwitch>
 
 #include <QtWidgets/QLabel>
 

@@ -2,7 +2,9 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QCursor>
 #include <QtGui/QFont>
+#include <QtGui/QScreen>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleFactory>
 
@@ -20,4 +22,6 @@ void prepareTestApplication()
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 10));
     QApplication::setPalette(QApplication::style()->standardPalette());
+    // Qt 6 lets a widget that appears below the pointer know of it.
+    QCursor::setPos(QGuiApplication::primaryScreen()->geometry().bottomRight());
 }

@@ -82,13 +82,18 @@ bool takesUpdateRequest(QWidget *widget)
     return events.count(QEvent::UpdateRequest) > 0;
 }
 
+QString typeNameOf(const QMetaProperty &property)
+{
+    // Qt 6 names an enum with its class.
+    return QString::fromLatin1(property.typeName()).section(QStringLiteral("::"), -1);
+}
+
 QStringList declaredProperties(const QMetaObject &meta)
 {
     QStringList properties;
     for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
         const QMetaProperty property = meta.property(i);
-        QString text =
-            QLatin1String(property.name()) + QLatin1Char(' ') + QLatin1String(property.typeName());
+        QString text = QLatin1String(property.name()) + QLatin1Char(' ') + typeNameOf(property);
         if (!property.isReadable())
             text += QStringLiteral(" unreadable");
         if (!property.isWritable())

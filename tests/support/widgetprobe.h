@@ -4,6 +4,7 @@
 
 #include <QtCore/QEvent>
 #include <QtCore/QHash>
+#include <QtCore/QMetaProperty>
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
 #include <QtTest/QTest>
@@ -55,6 +56,9 @@ void deliverAll();
 /// Whether an UpdateRequest is posted to @p widget; delivers it. For widgets inside a window, since
 /// Qt posts such requests of its own to windows.
 bool takesUpdateRequest(QWidget *widget);
+
+/// The type of @p property without the class that an enum belongs to.
+QString typeNameOf(const QMetaProperty &property);
 
 /// The properties that a class itself declares, as "name type" plus the flags that differ from
 /// readable, writable, designable, scriptable and stored, in their order.

@@ -1,0 +1,31 @@
+#include "examples.h"
+
+#include <KivWidgets/MetroCirclerate>
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QFocusFrame>
+#include <QtWidgets/QVBoxLayout>
+
+// What the page on using the widgets shows.
+
+void addDial(QVBoxLayout *layout)
+{
+    auto *room = new QWidget; // the layout sizes the room, and the dial keeps its own size in it
+    auto *dial = new MetroCirclerate(room);
+    dial->setRadius(60);
+    room->setMinimumSize(dial->size());
+    layout->addWidget(room);
+}
+
+void showMissingValue(MetroCirclerate *dial)
+{
+    dial->setFormat("no data"); // a format without a conversion shows its text
+    dial->setValue(dial->getMinValue());
+}
+
+void showFocus(QWidget *window)
+{
+    auto *frame = new QFocusFrame(window);
+    QObject::connect(qApp, &QApplication::focusChanged, frame,
+                     [frame](QWidget *, QWidget *now) { frame->setWidget(now); });
+}
