@@ -27,7 +27,8 @@ for package in "$scratch"/packages/*.deb; do
     dpkg-deb -c "$package" | grep -v '/$' | sed -E \
         "s,^(\S+) (\S+) +[0-9]+ \S+ \S+ \./,$name \1 \2 ,; s,/$triplet/,/TRIPLET/,g; s, -> .*,,"
     dpkg -x "$package" "$root"
-done | sort | grep -v '^libkivwidgets-dev -rw-r--r-- root/root usr/include/KivWidgets/' >"$scratch/contents"
+done | sort | grep -vE \
+    '^libkivwidgets(-qt6)?-dev -rw-r--r-- root/root usr/include/(kivwidgets-qt6/)?KivWidgets/' >"$scratch/contents"
 sort "$tests/packages.list" | diff - "$scratch/contents" || fail "the packages' contents differ"
 
 # field PACKAGE FIELD TEXT: the package's field holds the text.
