@@ -347,10 +347,13 @@ void ConsolePagesTest::everyTextHasRoom_data()
 {
     QTest::addColumn<QString>("page");
     QTest::addColumn<QSize>("size");
-    for (const char *page : {"power", "control", "information", "settings"}) {
+    for (const QString &page : {QStringLiteral("power"), QStringLiteral("control"),
+                                QStringLiteral("information"), QStringLiteral("settings")}) {
         for (const QSize size : {QSize(410, 230), QSize(640, 330), QSize(700, 400),
                                  QSize(1000, 500), QSize(1700, 950), QSize(3500, 1900)})
-            QTest::addRow("%s at %d x %d", page, size.width(), size.height()) << page << size;
+            QTest::newRow(qPrintable(
+                QStringLiteral("%1 at %2 x %3").arg(page).arg(size.width()).arg(size.height())))
+                << page << size;
     }
 }
 
