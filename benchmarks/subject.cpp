@@ -2,7 +2,7 @@
 
 #include "minimal.h"
 
-#include <QtCore/QCoreApplication>
+#include <QtGui/QGuiApplication>
 #include <QtGui/QPainter>
 
 namespace {
@@ -24,9 +24,11 @@ QWidget *shown(const Subject &subject, QWidget *window)
     return widget;
 }
 
+/// At the ratio that QT_SCALE_FACTOR sets.
 QImage emptyImage(QSize size)
 {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    QImage image(size * qApp->devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(qApp->devicePixelRatio());
     image.fill(Qt::transparent);
     return image;
 }

@@ -27,6 +27,7 @@
 #include <QtGui/QWindow>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
+#include <private/qabstractfileengine_p.h>
 #include <private/qhighdpiscaling_p.h>
 
 #include <algorithm>
@@ -171,6 +172,40 @@ QRect placeOf(const QImage &image, const QColor &color)
     return place;
 }
 
+/// Records the names of the files and resources that are looked at.
+class FileWatch : public QAbstractFileEngineHandler
+{
+public:
+    QAbstractFileEngine *create(const QString &name) const override
+    {
+        names << name;
+        return nullptr;
+    }
+    bool has(const QString &directory) const
+    {
+        return !names.filter(directory).isEmpty();
+    }
+
+    mutable QStringList names;
+};
+
+/// Counts the paint events of a widget.
+class PaintCount : public QObject
+{
+public:
+    explicit PaintCount(QWidget *widget)
+    {
+        widget->installEventFilter(this);
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        number += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+    int number = 0;
+};
+
 QPixmap filled(QSize size, const QColor &color, double ratio = 1.0)
 {
     QPixmap pixmap(size);
@@ -188,6 +223,8 @@ class HighDpiTest : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
+    // First, while no image has been loaded.
+    void loadsOnlyImagesOfTheRatio();
     void looksAsAtOne_data();
     void looksAsAtOne();
     void rebuildsForTheScreen_data();
@@ -204,6 +241,27 @@ private Q_SLOTS:
     void largerImages();
     void movesBetweenScreens();
 };
+
+void HighDpiTest::loadsOnlyImagesOfTheRatio()
+{
+    if (startRatio() != 1.0)
+        QSKIP("begins at a ratio of 1, at which this run does not begin");
+    const ScreenRatio screen(1.0);
+    const FileWatch files;
+    const auto showAll = [] {
+        for (const QString &name : allClasses()) {
+            for (const WidgetState &state : widgetStates(name))
+                QVERIFY(!Shown(state.create).image().isNull());
+        }
+    };
+    showAll();
+    QVERIFY(files.has(QStringLiteral(":/Images/")));
+    QVERIFY(!files.has(QStringLiteral("/private/Images")));
+    screen.set(2.0);
+    showAll();
+    QVERIFY(files.has(QStringLiteral("/private/Images2x/")));
+    QVERIFY(!files.has(QStringLiteral("/private/Images3x/")));
+}
 
 void HighDpiTest::looksAsAtOne_data()
 {
@@ -252,8 +310,12 @@ void HighDpiTest::rebuildsForTheScreen()
     for (const WidgetState &state : widgetStates(name)) {
         const Shown moved(state.create);
         const QImage before = moved.image();
+        // The first paint event at the new ratio shows the new image, so nothing flashes.
+        const PaintCount paints(moved.widget);
         screen.set(ratio);
+        QCOMPARE(paints.number, 0);
         const QImage there = moved.image();
+        QCOMPARE(paints.number, 1);
         QCOMPARE(there.devicePixelRatio(), ratio);
         const Shown built(state.create);
         QVERIFY2(there == built.image(), qPrintable(state.caption));
