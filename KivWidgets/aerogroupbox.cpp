@@ -201,7 +201,7 @@ void AeroGroupbox::createImages()
     if (imageTitle || title().isNull())
         return;
     createIfMissing(&imageTitle, this, titleSize);
-    if (!imageTitle->isNull())
+    if (imageTitle && !imageTitle->isNull())
         paintImageTitle();
 }
 

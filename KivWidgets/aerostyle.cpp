@@ -98,11 +98,11 @@ void AeroStyle::setAeroProperty(QColor *newColor, QColor *newShadow)
 // public interface.
 void AeroStyle::paintBase(QPainter *painter, QColor color1, QColor color2, QColor colorOutline,
                           QRect rect)
-// NOLINTEND(performance-unnecessary-value-param, readability-make-member-function-const)
 {
     drawGlassPanel(painter, rect.size(), {widthPen, roundness, opacity},
                    {color1, color2, colorOutline});
 }
+// NOLINTEND(performance-unnecessary-value-param, readability-make-member-function-const)
 
 void AeroStyle::repaintSchedule(QImage **image)
 {
