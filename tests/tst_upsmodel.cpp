@@ -97,6 +97,7 @@ private Q_SLOTS:
     void timeLeft_data();
     void timeLeft();
     void commands();
+    void finishedCommands();
     void site();
 };
 
@@ -417,6 +418,39 @@ void UpsModelTest::site()
     QCOMPARE(site.worst(), third);
     QCOMPARE(site.severity(), Severity::Critical);
     QCOMPARE(site.worst()->worst()->since, *time.now);
+}
+
+/// How a command ended goes to whoever observes the UPS, or the whole site.
+void UpsModelTest::finishedCommands()
+{
+    const TestClock time;
+    SiteModel site(time.clock());
+    site.add(QStringLiteral("first"));
+    UpsModel *second = site.add(QStringLiteral("second"));
+    QVector<CommandRecord> records;
+    QVector<UpsModel *> whose;
+    connect(&site, &SiteModel::commandFinished, this,
+            [&](UpsModel *model, const CommandRecord &record) {
+                whose += model;
+                records += record;
+            });
+    time.pass(7);
+    CommandResult result;
+    result.name = QStringLiteral("ups.delay.shutdown");
+    result.value = QStringLiteral("30");
+    result.user = QStringLiteral("oper");
+    result.outcome = CommandOutcome::Failed;
+    result.text = QStringLiteral("the UPS could not");
+    second->finishCommand(result);
+    QCOMPARE(whose, QVector<UpsModel *>{second});
+    const CommandRecord record = records.constFirst();
+    QCOMPARE(record.ups, QStringLiteral("second"));
+    QCOMPARE(record.name, result.name);
+    QCOMPARE(record.value, result.value);
+    QCOMPARE(record.user, result.user);
+    QCOMPARE(int(record.outcome), int(CommandOutcome::Failed));
+    QCOMPARE(record.text, result.text);
+    QCOMPARE(record.time, *time.now);
 }
 
 /// A value at its limit neither comes nor goes with each digit.

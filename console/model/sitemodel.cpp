@@ -18,6 +18,8 @@ UpsModel *SiteModel::add(const QString &id)
             [=](const Condition &condition) { Q_EMIT conditionBegan(ups, condition); });
     connect(ups, &UpsModel::conditionEnded, this,
             [=](const Condition &condition) { Q_EMIT conditionEnded(ups, condition); });
+    connect(ups, &UpsModel::commandFinished, this,
+            [=](const CommandRecord &record) { Q_EMIT commandFinished(ups, record); });
     Q_EMIT added(ups);
     return ups;
 }

@@ -32,6 +32,7 @@ Q_SIGNALS:
     void changed(UpsModel *ups);
     void conditionBegan(UpsModel *ups, const Condition &condition);
     void conditionEnded(UpsModel *ups, const Condition &condition);
+    void commandFinished(UpsModel *ups, const CommandRecord &record);
 
 private:
     const Clock clock;

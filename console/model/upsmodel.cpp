@@ -180,3 +180,12 @@ bool UpsModel::command(Command command)
         Q_EMIT commandGiven(command, taken);
     return taken;
 }
+
+void UpsModel::finishCommand(const CommandResult &result)
+{
+    CommandRecord record;
+    static_cast<CommandResult &>(record) = result;
+    record.ups = name;
+    record.time = clock();
+    Q_EMIT commandFinished(record);
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commandrecord.h"
 #include "condition.h"
 #include "headline.h"
 #include "scale.h"
@@ -57,6 +58,8 @@ public:
     bool supports(Command command) const;
     /// Gives it. Returns false when it is not supported, or refused in the present state.
     bool command(Command command);
+    /// Announces how a command ended: commandFinished() with this UPS's id and the present time.
+    void finishCommand(const CommandResult &result);
 
 Q_SIGNALS:
     /// Something was heard, be it the same as before.
@@ -70,6 +73,8 @@ Q_SIGNALS:
     void commandsChanged();
     /// The outcome of command().
     void commandGiven(Command command, bool taken);
+    /// A command or a setting ended, well or not.
+    void commandFinished(const CommandRecord &record);
 
 private:
     void updateConditions();
