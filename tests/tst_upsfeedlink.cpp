@@ -1,5 +1,7 @@
 #include "nutfeed.h"
+#include "nutlistreader.h"
 
+#include "fakenutserver.h"
 #include "snapshots.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -7,73 +9,13 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QPointer>
-#include <QtNetwork/QTcpServer>
 
-#include <functional>
 #include <memory>
 #include <utility>
 
 #include <unistd.h>
 
 namespace {
-
-/// A server that answers as the test says, and remembers what it was asked.
-class FakeServer : public QTcpServer
-{
-    Q_OBJECT
-
-public:
-    FakeServer()
-    {
-        open(0);
-        connect(this, &QTcpServer::newConnection, this, &FakeServer::greet);
-    }
-
-    void open(quint16 port)
-    {
-        if (!listen(QHostAddress::LocalHost, port))
-            qFatal("the fake server cannot listen");
-    }
-
-    NutAddress address() const
-    {
-        return {QStringLiteral("demo"), QStringLiteral("127.0.0.1"), serverPort()};
-    }
-
-    /// What to do on a line of the client. Its line end is taken off.
-    std::function<void(QTcpSocket *, const QByteArray &)> onLine;
-    /// What to do as soon as a client comes.
-    std::function<void(QTcpSocket *)> onClient;
-
-    QByteArrayList asked;
-    QList<qint64> arrivals; // milliseconds since the clock was started
-    QList<QPointer<QTcpSocket>> clients;
-    QElapsedTimer clock;
-
-    QTcpSocket *client() const
-    {
-        return clients.isEmpty() ? nullptr : clients.last().data();
-    }
-
-private:
-    void greet()
-    {
-        while (QTcpSocket *socket = nextPendingConnection()) {
-            clients += socket;
-            arrivals += clock.isValid() ? clock.elapsed() : 0;
-            connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-                while (socket->canReadLine()) {
-                    const QByteArray line = socket->readLine();
-                    asked += line.chopped(1);
-                    if (onLine)
-                        onLine(socket, line.chopped(1));
-                }
-            });
-            if (onClient)
-                onClient(socket);
-        }
-    }
-};
 
 QByteArray listWith(const QByteArray &lines)
 {
@@ -175,7 +117,7 @@ private Q_SLOTS:
 
 void TestUpsFeedLink::firstSnapshotIsWithoutData()
 {
-    FakeServer server;
+    FakeNutServer server;
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
     feed.start();
@@ -186,7 +128,7 @@ void TestUpsFeedLink::firstSnapshotIsWithoutData()
 
 void TestUpsFeedLink::followsTheServer()
 {
-    FakeServer server;
+    FakeNutServer server;
     int load = 10;
     server.onLine = [&](QTcpSocket *socket, const QByteArray &) {
         socket->write(goodList(load++));
@@ -208,7 +150,7 @@ void TestUpsFeedLink::followsTheServer()
 
 void TestUpsFeedLink::asksOneThingAtATime()
 {
-    FakeServer server; // answers nothing
+    FakeNutServer server; // answers nothing
     NutFeed feed(server.address(), noRetry());
     SnapshotLog log(&feed);
     feed.start();
@@ -218,7 +160,7 @@ void TestUpsFeedLink::asksOneThingAtATime()
 
 void TestUpsFeedLink::neverLogsIn()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) {
         socket->write("ERR USERNAME-REQUIRED\n");
     };
@@ -233,7 +175,7 @@ void TestUpsFeedLink::neverLogsIn()
 
 void TestUpsFeedLink::takesLeave()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &line) {
         socket->write(line == "LOGOUT" ? QByteArray("OK Goodbye\n") : goodList());
     };
@@ -254,7 +196,7 @@ void TestUpsFeedLink::takesLeave()
 
 void TestUpsFeedLink::readsOnly()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) { socket->write(goodList()); };
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
@@ -272,7 +214,7 @@ void TestUpsFeedLink::readsOnly()
 
 void TestUpsFeedLink::answersInPieces()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) {
         const QByteArray answer = goodList();
         auto *timer = new QTimer(socket);
@@ -307,7 +249,7 @@ void TestUpsFeedLink::refusedByCode()
 {
     QFETCH(QByteArray, answer);
     QFETCH(QString, reason);
-    FakeServer server;
+    FakeNutServer server;
     QByteArray now = goodList();
     server.onLine = [&](QTcpSocket *socket, const QByteArray &) { socket->write(now); };
     NutFeed feed(server.address(), shortTimes());
@@ -338,7 +280,7 @@ void TestUpsFeedLink::brokenAnswer_data()
 void TestUpsFeedLink::brokenAnswer()
 {
     QFETCH(QByteArray, answer);
-    FakeServer server;
+    FakeNutServer server;
     QByteArray now = goodList();
     server.onLine = [&](QTcpSocket *socket, const QByteArray &) { socket->write(now); };
     NutFeed feed(server.address(), shortTimes());
@@ -355,7 +297,7 @@ void TestUpsFeedLink::brokenAnswer()
 
 void TestUpsFeedLink::silence()
 {
-    FakeServer server;
+    FakeNutServer server;
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
     QElapsedTimer clock;
@@ -369,7 +311,7 @@ void TestUpsFeedLink::silence()
 
 void TestUpsFeedLink::silenceAfterData()
 {
-    FakeServer server;
+    FakeNutServer server;
     bool talks = true;
     server.onLine = [&](QTcpSocket *socket, const QByteArray &) {
         if (talks)
@@ -389,7 +331,7 @@ void TestUpsFeedLink::silenceAfterData()
 /// With what a user gets, values stand for less than five seconds after the last answer.
 void TestUpsFeedLink::defaultPatience()
 {
-    FakeServer server;
+    FakeNutServer server;
     QElapsedTimer sinceAnswer;
     server.onLine = [&](QTcpSocket *socket, const QByteArray &) {
         if (sinceAnswer.isValid())
@@ -418,7 +360,7 @@ void TestUpsFeedLink::halfAnswer_data()
 void TestUpsFeedLink::halfAnswer()
 {
     QFETCH(QByteArray, answer);
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [&](QTcpSocket *socket, const QByteArray &) { socket->write(answer); };
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
@@ -431,7 +373,7 @@ void TestUpsFeedLink::halfAnswer()
 /// A server that keeps the line busy, byte by byte, does not count as one that answers.
 void TestUpsFeedLink::dripFeed()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) {
         socket->write("BEGIN LIST VAR demo\nVAR demo x \"");
         auto *timer = new QTimer(socket);
@@ -449,7 +391,7 @@ void TestUpsFeedLink::dripFeed()
 
 void TestUpsFeedLink::closedWithoutAnswer()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onClient = [](QTcpSocket *socket) { socket->disconnectFromHost(); };
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
@@ -460,7 +402,7 @@ void TestUpsFeedLink::closedWithoutAnswer()
 
 void TestUpsFeedLink::closedAmidTheList()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) {
         socket->write("BEGIN LIST VAR demo\nVAR demo ups.load \"42\"\nVAR de");
         socket->disconnectFromHost();
@@ -476,7 +418,7 @@ void TestUpsFeedLink::closedAmidTheList()
 
 void TestUpsFeedLink::closedAfterTheList()
 {
-    FakeServer server;
+    FakeNutServer server;
     bool leaves = false;
     server.onLine = [&](QTcpSocket *socket, const QByteArray &) {
         socket->write(goodList());
@@ -497,7 +439,7 @@ void TestUpsFeedLink::closedAfterTheList()
 
 void TestUpsFeedLink::unaskedBytes()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) { socket->write(goodList()); };
     NutTimes times = noRetry();
     times.poll = 200;
@@ -512,7 +454,7 @@ void TestUpsFeedLink::unaskedBytes()
 
 void TestUpsFeedLink::talksBeforeBeingAsked()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onClient = [](QTcpSocket *socket) { socket->write("220 welcome\r\n"); };
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
@@ -521,7 +463,7 @@ void TestUpsFeedLink::talksBeforeBeingAsked()
 }
 
 /// Floods the feed as fast as it takes the bytes; returns how many went out before it hung up.
-static qint64 flood(FakeServer *server, SnapshotLog *log, const QByteArray &prologue,
+static qint64 flood(FakeNutServer *server, SnapshotLog *log, const QByteArray &prologue,
                     const QByteArray &bytes)
 {
     qint64 written = 0;
@@ -541,7 +483,7 @@ static qint64 flood(FakeServer *server, SnapshotLog *log, const QByteArray &prol
 
 void TestUpsFeedLink::floodWithoutLineEnd()
 {
-    FakeServer server;
+    FakeNutServer server;
     NutFeed feed(server.address(), noRetry());
     SnapshotLog log(&feed);
     const qint64 before = residentMemory();
@@ -559,7 +501,7 @@ void TestUpsFeedLink::floodWithoutLineEnd()
 
 void TestUpsFeedLink::floodWithoutEnd()
 {
-    FakeServer server;
+    FakeNutServer server;
     NutFeed feed(server.address(), noRetry());
     SnapshotLog log(&feed);
     const qint64 before = residentMemory();
@@ -576,7 +518,7 @@ void TestUpsFeedLink::floodWithoutEnd()
 
 void TestUpsFeedLink::nobodyListens()
 {
-    FakeServer server;
+    FakeNutServer server;
     const NutAddress address = server.address();
     server.close();
     NutFeed feed(address, shortTimes());
@@ -602,7 +544,7 @@ void TestUpsFeedLink::hostNotFound()
 
 void TestUpsFeedLink::comesBack()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) { socket->write(goodList()); };
     const NutAddress address = server.address();
     NutFeed feed(address, shortTimes());
@@ -621,7 +563,7 @@ void TestUpsFeedLink::comesBack()
 
 void TestUpsFeedLink::backsOff()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.clock.start();
     server.onClient = [](QTcpSocket *socket) { socket->disconnectFromHost(); };
     NutTimes times = shortTimes();
@@ -643,7 +585,7 @@ void TestUpsFeedLink::backsOff()
 
 void TestUpsFeedLink::backOffStartsAgainAfterSuccess()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.clock.start();
     int client = 0;
     server.onClient = [&](QTcpSocket *socket) {
@@ -668,7 +610,7 @@ void TestUpsFeedLink::backOffStartsAgainAfterSuccess()
 
 void TestUpsFeedLink::errorsDoNotReconnect()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) {
         socket->write("ERR DATA-STALE\n");
     };
@@ -681,7 +623,7 @@ void TestUpsFeedLink::errorsDoNotReconnect()
 /// What a server says late, after the feed has turned away, is not taken for the new server's word.
 void TestUpsFeedLink::oldConnectionIsNotHeard()
 {
-    FakeServer server;
+    FakeNutServer server;
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
     feed.start();
@@ -696,7 +638,7 @@ void TestUpsFeedLink::oldConnectionIsNotHeard()
 
 void TestUpsFeedLink::stopIsSilent()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) { socket->write(goodList()); };
     NutFeed stopped(server.address(), shortTimes());
     NutFeed running(server.address(), shortTimes());
@@ -723,7 +665,7 @@ void TestUpsFeedLink::stopIsSilent()
 
 void TestUpsFeedLink::startAgain()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &line) {
         socket->write(line == "LOGOUT" ? QByteArray("OK Goodbye\n") : goodList());
     };
@@ -746,7 +688,7 @@ void TestUpsFeedLink::startAgain()
 
 void TestUpsFeedLink::startTwice()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) { socket->write(goodList()); };
     NutFeed feed(server.address(), shortTimes());
     feed.start();
@@ -757,7 +699,7 @@ void TestUpsFeedLink::startTwice()
 
 void TestUpsFeedLink::mayBeStoppedByItsReceiver()
 {
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [](QTcpSocket *socket, const QByteArray &) { socket->write(goodList()); };
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
@@ -786,7 +728,7 @@ void TestUpsFeedLink::mayBeDeletedByItsReceiver()
 {
     QFETCH(QByteArray, answer);
     QFETCH(QString, reason);
-    FakeServer server;
+    FakeNutServer server;
     server.onLine = [&](QTcpSocket *socket, const QByteArray &) { socket->write(answer); };
     QPointer<NutFeed> feed = new NutFeed(server.address(), shortTimes());
     connect(feed.data(), &UpsFeed::snapshotReady, this, [&](const Snapshot &snapshot) {

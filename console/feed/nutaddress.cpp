@@ -19,11 +19,8 @@ bool isIPv6(const QString &text)
            QHostAddress(text).protocol() == QAbstractSocket::IPv6Protocol;
 }
 
-/// What is wrong with an address, or nothing.
-QString problemOf(const QString &name, const QString &host, const QString &port, bool bracketed)
+QString problemOf(const QString &host, const QString &port, bool bracketed)
 {
-    if (!matches("[A-Za-z0-9_.-]{1,64}", name))
-        return QStringLiteral("the UPS's name must be of letters, digits, '.', '_' and '-'");
     if (bracketed && !isIPv6(host))
         return QStringLiteral("what stands in brackets is not an IPv6 address");
     if (!bracketed && host.contains(QLatin1Char(':')))
@@ -35,36 +32,83 @@ QString problemOf(const QString &name, const QString &host, const QString &port,
     return QString();
 }
 
+/// Reads [NAME@]HOST[:PORT]; the name is empty where there is none.
+std::optional<NutHost> parseHost(const QString &text, const QString &form, QString *error)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("\\A(\\[(?<six>[^\\]]*)\\]|(?<host>.*?))(:(?<port>[^:]*))?\\z"),
+        QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match = pattern.match(text);
+    if (!match.hasMatch()) {
+        *error = form;
+        return std::nullopt;
+    }
+    const bool bracketed = match.capturedStart(QStringLiteral("six")) >= 0;
+    const bool hasPort = match.capturedStart(QStringLiteral("port")) >= 0;
+    const QString host = match.captured(bracketed ? QStringLiteral("six") : QStringLiteral("host"));
+    const QString port =
+        hasPort ? match.captured(QStringLiteral("port")) : QString::number(NutHost::defaultPort);
+    *error = problemOf(host, port, bracketed);
+    if (!error->isEmpty())
+        return std::nullopt;
+    return NutHost{host, quint16(port.toInt())};
+}
+
 } // namespace
+
+bool isNutUpsName(const QString &name)
+{
+    return matches("[A-Za-z0-9_.-]{1,64}", name);
+}
+
+std::optional<NutHost> NutHost::parse(const QString &text, QString *error)
+{
+    return parseHost(text, QStringLiteral("the server must be given as HOST[:PORT]"), error);
+}
+
+QString NutHost::toString() const
+{
+    const bool six = host.contains(QLatin1Char(':'));
+    return QStringLiteral("%1:%2")
+        .arg(six ? QLatin1Char('[') + host + QLatin1Char(']') : host)
+        .arg(port);
+}
+
+bool NutHost::isLoopback() const
+{
+    return host == QLatin1String("localhost") || QHostAddress(host).isLoopback();
+}
+
+bool NutHost::operator==(const NutHost &other) const
+{
+    return host == other.host && port == other.port;
+}
 
 std::optional<NutAddress> NutAddress::parse(const QString &text, QString *error)
 {
-    static const QRegularExpression form(
-        QStringLiteral(
-            "\\A(?<name>[^@]*)@(\\[(?<six>[^\\]]*)\\]|(?<host>.*?))(:(?<port>[^:]*))?\\z"),
-        QRegularExpression::DotMatchesEverythingOption);
-    const QRegularExpressionMatch match = form.match(text);
-    if (!match.hasMatch()) {
-        *error = QStringLiteral("the UPS must be given as NAME@HOST[:PORT]");
+    const QString form = QStringLiteral("the UPS must be given as NAME@HOST[:PORT]");
+    const int at = int(text.indexOf(QLatin1Char('@')));
+    if (at < 0) {
+        *error = form;
         return std::nullopt;
     }
-
-    const bool bracketed = match.capturedStart(QStringLiteral("six")) >= 0;
-    const bool hasPort = match.capturedStart(QStringLiteral("port")) >= 0;
-    const QString name = match.captured(QStringLiteral("name"));
-    const QString host = match.captured(bracketed ? QStringLiteral("six") : QStringLiteral("host"));
-    const QString port =
-        hasPort ? match.captured(QStringLiteral("port")) : QString::number(defaultPort);
-    *error = problemOf(name, host, port, bracketed);
-    if (!error->isEmpty())
+    const QString name = text.left(at);
+    if (!isNutUpsName(name)) {
+        *error = QStringLiteral("the UPS's name must be of letters, digits, '.', '_' and '-'");
         return std::nullopt;
-    return NutAddress{name, host, quint16(port.toInt())};
+    }
+    const std::optional<NutHost> found = parseHost(text.mid(at + 1), form, error);
+    if (!found)
+        return std::nullopt;
+    return NutAddress{name, found->host, found->port};
 }
 
 QString NutAddress::toString() const
 {
-    const bool six = host.contains(QLatin1Char(':'));
-    return QStringLiteral("%1@%2:%3")
-        .arg(upsName, six ? QLatin1Char('[') + host + QLatin1Char(']') : host)
-        .arg(port);
+    return upsName + QLatin1Char('@') + server().toString();
+}
+
+NutHost NutAddress::server() const
+{
+    return {host, port};
 }

@@ -113,27 +113,6 @@ QStringList split(const char *text, char separator)
     return QString::fromLatin1(text).split(QLatin1Char(separator), Qt::SkipEmptyParts);
 }
 
-/// The text in one line, without characters that steer or reorder what is shown.
-QString plainText(const QString &text)
-{
-    QString plain;
-    plain.reserve(text.size());
-    for (const QChar c : text) {
-        switch (c.category()) {
-        case QChar::Other_Control:
-        case QChar::Separator_Line:
-        case QChar::Separator_Paragraph:
-            plain += QLatin1Char(' ');
-            break;
-        case QChar::Other_Format:
-            break;
-        default:
-            plain += c;
-        }
-    }
-    return plain.simplified();
-}
-
 QString firstText(const NutVariables &variables, const char *alternatives)
 {
     const QStringList names = split(alternatives, '|');
@@ -383,6 +362,26 @@ std::optional<bool> beeperOf(const NutVariables &variables)
 }
 
 } // namespace
+
+QString plainText(const QString &text)
+{
+    QString plain;
+    plain.reserve(text.size());
+    for (const QChar c : text) {
+        switch (c.category()) {
+        case QChar::Other_Control:
+        case QChar::Separator_Line:
+        case QChar::Separator_Paragraph:
+            plain += QLatin1Char(' ');
+            break;
+        case QChar::Other_Format:
+            break;
+        default:
+            plain += c;
+        }
+    }
+    return plain.simplified();
+}
 
 std::optional<double> nutNumber(const QString &text)
 {

@@ -11,6 +11,9 @@
 /// leaves no values either.
 Snapshot snapshotOf(const QString &upsName, const NutVariables &variables);
 
+/// The text in one line, without characters that steer or reorder what is shown.
+QString plainText(const QString &text);
+
 /// A number as the server writes it, with a decimal point whatever the locale; nothing for anything
 /// else, for infinities and for "nan".
 std::optional<double> nutNumber(const QString &text);
