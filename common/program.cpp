@@ -106,7 +106,7 @@ bool Program::makeDirectory(const QString &directory, QString *error)
 bool Program::takeScreenshot(QWidget &window, const QString &directory, const QString &name,
                              QString *error)
 {
-    // New states reach the widgets' pictures through the event loop, layouts after a few rounds.
+    // New states reach the widgets' images through the event loop, layouts after a few rounds.
     for (int round = 0; round < settlingRounds; ++round) {
         QCoreApplication::sendPostedEvents();
         QCoreApplication::processEvents();

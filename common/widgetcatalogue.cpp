@@ -98,7 +98,7 @@ void showCard(QWidget *widget)
 /// Lists show 16 pixels and more, Qt Designer 22; the larger ones are for dense screens.
 constexpr int iconSides[] = {16, 22, 24, 32, 44, 48};
 
-/// A picture of @p widget, shrunk into a square of each size.
+/// An image of @p widget, shrunk into a square of each size.
 QIcon iconOf(QWidget *widget)
 {
     // A window that is never shown lets the widget find its own size without a trace on screen.
@@ -110,9 +110,13 @@ QIcon iconOf(QWidget *widget)
     window.setAttribute(Qt::WA_TranslucentBackground);
     window.show();
     QCoreApplication::sendPostedEvents();
-    QPixmap large(widget->size());
+    // On a dense screen the widget has more pixels than its size.
+    const qreal ratio = window.devicePixelRatioF();
+    QPixmap large(widget->size() * ratio);
+    large.setDevicePixelRatio(ratio);
     large.fill(Qt::transparent);
     widget->render(&large, QPoint(), QRegion(), QWidget::DrawChildren);
+    large.setDevicePixelRatio(1);
     window.hide();
     widget->setParent(nullptr);
 

@@ -50,8 +50,8 @@ QString fileOf(const QVariant &value)
         return {};
     for (const Sample<QPixmap> &sample : samplePixmaps()) {
         const QVariant known = value.userType() == QMetaType::QIcon
-                                   ? QVariant(QIcon(sample.picture))
-                                   : QVariant(sample.picture);
+                                   ? QVariant(QIcon(sample.image))
+                                   : QVariant(sample.image);
         if (!QPixmap(path(sample.name)).isNull() && imageOf(known) == image)
             return path(sample.name);
     }

@@ -245,10 +245,10 @@ QWidget *GalleryWindow::makeCentre()
     signalLine = Theme::label(nullptr, Theme::Small);
     signalLine->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 
-    auto *anew = new QPushButton(tr("Start anew"));
-    anew->setFont(Theme::font(Theme::Small));
-    anew->setToolTip(tr("Replaces the widget by a new one"));
-    connect(anew, &QPushButton::clicked, this,
+    auto *reset = new QPushButton(tr("Reset"));
+    reset->setFont(Theme::font(Theme::Small));
+    reset->setToolTip(tr("Replaces the widget with a new one"));
+    connect(reset, &QPushButton::clicked, this,
             [this] { showWidget(QString::fromLatin1(shown->className)); });
 
     statesArea = new QScrollArea;
@@ -267,7 +267,7 @@ QWidget *GalleryWindow::makeCentre()
     auto *head = new QGridLayout;
     head->setVerticalSpacing(2);
     head->addWidget(title, 0, 0);
-    head->addWidget(anew, 0, 1);
+    head->addWidget(reset, 0, 1);
     head->addWidget(subtitle, 1, 0, 1, 2);
     head->setColumnStretch(0, 1);
     layout->addLayout(head);

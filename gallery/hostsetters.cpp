@@ -69,7 +69,7 @@ void writeAsHost(QWidget *widget, const QMetaProperty &property, const QVariant 
 {
     if (!callHostSetter(widget, property.name(), value))
         property.write(widget, value);
-    // Every widget that keeps pictures drops all of them on this one.
+    // Every widget that keeps images drops all of them on this one.
     QEvent drop(QEvent::EnabledChange);
     QCoreApplication::sendEvent(widget, &drop);
     widget->update();

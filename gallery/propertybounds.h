@@ -3,7 +3,7 @@
 class QObject;
 
 /// The numbers that the gallery offers for a property. A widget takes more than these; they keep to
-/// what can be looked at, since some properties decide how large a picture is.
+/// what can be looked at, since some properties decide how large an image is.
 struct PropertyBounds
 {
     double least;

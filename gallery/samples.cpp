@@ -57,8 +57,8 @@ const std::vector<Sample<QIcon>> &sampleIcons()
             {QStringLiteral("Restart"), drawnIcon(Pictogram::Restart)},
             {QStringLiteral("UPS, white"), QIcon(pictogram(Pictogram::Ups, iconSide, Qt::white))},
         };
-        for (const Sample<QPixmap> &picture : libraryImages())
-            icons.push_back({picture.name, QIcon(picture.picture)});
+        for (const Sample<QPixmap> &image : libraryImages())
+            icons.push_back({image.name, QIcon(image.image)});
         return icons;
     }();
     return samples;

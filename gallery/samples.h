@@ -7,11 +7,11 @@
 #include <vector>
 
 /// An image that can be chosen for a property.
-template <typename Picture>
+template <typename Image>
 struct Sample
 {
     QString name;
-    Picture picture;
+    Image image;
 };
 
 /// Line drawings, and the library's own images.

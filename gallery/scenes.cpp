@@ -67,7 +67,7 @@ void arrangeTransparentButton(QWidget *widget)
 {
     auto *button = static_cast<TranspButton *>(widget);
     button->setIconSize(QSize(24, 24));
-    button->setIcon(sampleIcons().front().picture);
+    button->setIcon(sampleIcons().front().image);
     button->setPosLabel(QPoint(0, 22));
 }
 
@@ -115,7 +115,7 @@ void arrangeTab(QWidget *widget)
 {
     auto *tab = static_cast<MetroTabicon *>(widget);
     tab->setIconSize(QSize(32, 32));
-    tab->setIcon(sampleIcons().front().picture);
+    tab->setIcon(sampleIcons().front().image);
     tab->setChecked(true);
 }
 
@@ -134,12 +134,12 @@ void arrangeDrawer(QWidget *widget)
     drawer->setBackground(QColor(58, 65, 72));
     drawer->setCheckable(true);
     int x = drawerTabRoom;
-    for (const Pictogram picture : {Pictogram::Check, Pictogram::Restart}) {
+    for (const Pictogram glyph : {Pictogram::Check, Pictogram::Restart}) {
         auto *entry = new TranspButton(drawer);
         entry->setGeometry(x, 6, drawerEntrySide, drawerEntrySide);
         entry->setIconSize(QSize(28, 28));
-        QIcon icon(pictogram(picture, 28, Qt::white));
-        icon.addPixmap(pictogram(picture, 28, Theme::accent()), QIcon::Active);
+        QIcon icon(pictogram(glyph, 28, Qt::white));
+        icon.addPixmap(pictogram(glyph, 28, Theme::accent()), QIcon::Active);
         entry->setIcon(icon);
         x += drawerEntrySide + drawerEntryGap;
     }

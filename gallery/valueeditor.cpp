@@ -25,7 +25,7 @@ namespace {
 
 constexpr int longestText = 200;
 constexpr int swatchSide = 16;
-constexpr int pictureSide = 20;
+constexpr int imageSide = 20;
 constexpr int mostDecimals = 3;
 constexpr int smallestFont = 4;
 constexpr int largestFont = 96;
@@ -263,8 +263,8 @@ public:
         size->setRange(smallestFont, largestFont);
         size->setSuffix(tr(" pt"));
         size->setKeyboardTracking(false);
-        dressToggle(bold, tr("B"), tr("Bold"));
-        dressToggle(italic, tr("I"), tr("Italic"));
+        prepareToggle(bold, tr("B"), tr("Bold"));
+        prepareToggle(italic, tr("I"), tr("Italic"));
         guard(family);
         guard(size);
         connect(family, qOverload<int>(&QComboBox::activated), this, [this] {
@@ -292,7 +292,7 @@ protected:
     }
 
 private:
-    static void dressToggle(QToolButton *button, const QString &text, const QString &toolTip)
+    static void prepareToggle(QToolButton *button, const QString &text, const QString &toolTip)
     {
         button->setText(text);
         button->setToolTip(toolTip);
@@ -467,41 +467,41 @@ private:
     QToolButton *button = new QToolButton(this);
 };
 
-/// A choice among sample pictures, none, and the one that the widget came with.
-template <typename Picture>
-class PictureEditor : public ValueEditor
+/// A choice among sample images, none, and the one that the widget came with.
+template <typename Image>
+class ImageEditor : public ValueEditor
 {
 public:
-    explicit PictureEditor(const std::vector<Sample<Picture>> &newSamples)
+    explicit ImageEditor(const std::vector<Sample<Image>> &newSamples)
         : samples(newSamples)
     {
         keepNarrow(box);
-        box->setIconSize(QSize(pictureSide, pictureSide));
+        box->setIconSize(QSize(imageSide, imageSide));
         box->addItem(tr("Its own"));
         box->addItem(tr("None"));
-        for (const Sample<Picture> &sample : samples)
-            box->addItem(QIcon(sample.picture), sample.name);
+        for (const Sample<Image> &sample : samples)
+            box->addItem(QIcon(sample.image), sample.name);
         rowOf(this)->addWidget(box);
         guard(box);
         connect(box, qOverload<int>(&QComboBox::activated), this,
-                [this](int index) { take(QVariant::fromValue(pictureAt(index))); });
+                [this](int index) { take(QVariant::fromValue(imageAt(index))); });
     }
 
 protected:
     void showValue(const QVariant &value) override
     {
-        const auto picture = value.value<Picture>();
-        if (picture.isNull()) {
+        const auto image = value.value<Image>();
+        if (image.isNull()) {
             box->setCurrentIndex(noneIndex);
             return;
         }
         for (std::size_t i = 0; i < samples.size(); ++i) {
-            if (samples[i].picture.cacheKey() == picture.cacheKey()) {
+            if (samples[i].image.cacheKey() == image.cacheKey()) {
                 box->setCurrentIndex(int(i) + firstSample);
                 return;
             }
         }
-        own = picture;
+        own = image;
         box->setItemIcon(ownIndex, QIcon(own));
         box->setCurrentIndex(ownIndex);
     }
@@ -511,15 +511,15 @@ private:
     static constexpr int noneIndex = 1;
     static constexpr int firstSample = 2;
 
-    Picture pictureAt(int index) const
+    Image imageAt(int index) const
     {
         if (index == ownIndex)
             return own;
-        return index == noneIndex ? Picture() : samples[std::size_t(index - firstSample)].picture;
+        return index == noneIndex ? Image() : samples[std::size_t(index - firstSample)].image;
     }
 
-    const std::vector<Sample<Picture>> &samples;
-    Picture own;
+    const std::vector<Sample<Image>> &samples;
+    Image own;
     QComboBox *box = new QComboBox(this);
 };
 
@@ -596,9 +596,9 @@ ValueEditor *ValueEditor::create(int type, const PropertyBounds &bounds)
     case QMetaType::QRect:
         return createRectEditor(bounds);
     case QMetaType::QPixmap:
-        return new PictureEditor<QPixmap>(samplePixmaps());
+        return new ImageEditor<QPixmap>(samplePixmaps());
     case QMetaType::QIcon:
-        return new PictureEditor<QIcon>(sampleIcons());
+        return new ImageEditor<QIcon>(sampleIcons());
     default:
         return nullptr;
     }

@@ -36,7 +36,7 @@ Group groupOf(const WidgetDescription &description)
     return Switches;
 }
 
-/// A widget's picture in its own colours, also where it is selected.
+/// A widget's image in its own colours, also where it is selected.
 QIcon plainIcon(const WidgetDescription &description)
 {
     QIcon icon = description.drawIcon();

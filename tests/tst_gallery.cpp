@@ -311,7 +311,7 @@ private Q_SLOTS:
     void pythonCodeRuns();
     void codeMakesTheSameWidget();
     void rememberedTheme();
-    void startAnew();
+    void reset();
     void widgetDeletedByItsHost();
     void smallestWindowShowsEverything();
     void screenshots();
@@ -1200,7 +1200,7 @@ void GalleryTest::rememberedTheme()
     gallery.withText<QCheckBox>("Dark theme")->click();
 }
 
-void GalleryTest::startAnew()
+void GalleryTest::reset()
 {
     Gallery gallery(QStringLiteral("MetroShelter"));
     const QImage fresh = pictureOf(gallery.staged());
@@ -1208,7 +1208,7 @@ void GalleryTest::startAnew()
     edit(gallery.editor("colorText"));
     gallery.stage->resizeStaged(QSize(300, 100));
     gallery.withText<QCheckBox>("Enabled")->click();
-    gallery.withText<QPushButton>("Start anew")->click();
+    gallery.withText<QPushButton>("Reset")->click();
     deliverAll();
     COMPARE_PICTURES(pictureOf(gallery.staged()), fresh);
     QVERIFY(gallery.withText<QCheckBox>("Enabled")->isChecked());

@@ -18,3 +18,4 @@ class QVBoxLayout;
 void addDial(QVBoxLayout *layout);
 void showMissingValue(MetroCirclerate *dial);
 void showFocus(QWidget *window);
+void scaleOnDenseScreens(); // on Qt 5

@@ -29,3 +29,12 @@ void showFocus(QWidget *window)
     QObject::connect(qApp, &QApplication::focusChanged, frame,
                      [frame](QWidget *, QWidget *now) { frame->setWidget(now); });
 }
+
+// Qt 6 always scales, and warns of these.
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+void scaleOnDenseScreens()
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+}
+#endif
