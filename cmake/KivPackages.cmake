@@ -4,7 +4,9 @@ find_program(KIV_GZIP gzip REQUIRED)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_STRIP_FILES ON)
+# CPack moves the debug information into packages of its own.
+set(CPACK_STRIP_FILES OFF)
+set(CPACK_DEBIAN_DEBUGINFO_PACKAGE ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
@@ -41,15 +43,28 @@ endif()
 file(WRITE ${kiv_packaging}/triggers "activate-noawait ldconfig\n")
 file(WRITE ${kiv_packaging}/shlibs
     "libkivwidgets${kiv_suffix} ${PROJECT_VERSION_MAJOR} ${kiv_runtime_package} (>= ${PROJECT_VERSION})\n")
+# packaging/build-packages compares the symbols with the library.
+configure_file(${PROJECT_SOURCE_DIR}/packaging/${kiv_runtime_package}.symbols
+    ${kiv_packaging}/symbols COPYONLY)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
-    "${kiv_packaging}/triggers;${kiv_packaging}/shlibs")
+    "${kiv_packaging}/triggers;${kiv_packaging}/shlibs;${kiv_packaging}/symbols")
+
+# The packages take the licence from the file of the repository.
+file(STRINGS ${PROJECT_SOURCE_DIR}/LICENSE kiv_licence_lines REGEX ".")
+list(POP_FRONT kiv_licence_lines kiv_licence_name)
+list(POP_FRONT kiv_licence_lines kiv_licence_holder)
+string(REGEX REPLACE "^.*: (LicenseRef-)?" "" kiv_licence_name "${kiv_licence_name}")
+string(REGEX REPLACE "^Copyright ([^.]*)\\..*$" "\\1" kiv_licence_holder "${kiv_licence_holder}")
+list(JOIN kiv_licence_lines "\n " kiv_licence_text)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/LICENSE)
+configure_file(${PROJECT_SOURCE_DIR}/packaging/copyright.in ${kiv_packaging}/copyright @ONLY)
 
 # kiv_package(COMPONENT NAME SECTION SUMMARY TEXT [DEPENDS packages] [RECOMMENDS packages]
 #             [SUGGESTS packages]): a package of the component's files.
 function(kiv_package component name section summary text)
     cmake_parse_arguments(arg "" "DEPENDS;RECOMMENDS;SUGGESTS" "" ${ARGN})
     string(TOUPPER ${component} key)
-    install(FILES ${PROJECT_SOURCE_DIR}/packaging/copyright ${kiv_changelog}
+    install(FILES ${kiv_packaging}/copyright ${kiv_changelog}
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name} COMPONENT ${component})
     set(components ${CPACK_COMPONENTS_ALL} ${component})
     set(CPACK_COMPONENTS_ALL ${components} PARENT_SCOPE)
@@ -60,7 +75,7 @@ function(kiv_package component name section summary text)
         set(CPACK_DEBIAN_${key}_PACKAGE_${relation} "${arg_${relation}}" PARENT_SCOPE)
     endforeach()
     # Of the same build: what ships apart shares the library's private symbols and resources.
-    if(NOT component STREQUAL runtime)
+    if(NOT component MATCHES "^(runtime|documentation)$")
         set(CPACK_COMPONENT_${key}_DEPENDS runtime PARENT_SCOPE)
     endif()
 endfunction()
@@ -77,6 +92,22 @@ kiv_package(development libkivwidgets${kiv_suffix}-dev libdevel
 uninterruptible power supplies. This package holds its headers, a package
 for CMake and a file for pkg-config."
     DEPENDS "${kiv_qt_package} (>= ${kiv_qt_version})")
+# The pages and the reference are the same for both versions of Qt.
+find_program(KIV_DOXYGEN doxygen)
+if(KIV_DOXYGEN AND KIVWIDGETS_QT EQUAL 5)
+    add_custom_target(reference ALL COMMAND ${PROJECT_SOURCE_DIR}/docs/reference ${PROJECT_BINARY_DIR}/reference
+        COMMENT "Rendering the reference" VERBATIM)
+    install(DIRECTORY ${PROJECT_BINARY_DIR}/reference/html
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libkivwidgets-doc COMPONENT documentation)
+    kiv_package(documentation libkivwidgets-doc doc
+        "Qt widgets for UPS monitoring consoles (documentation)"
+        "KivWidgets is a library of widgets for monitoring consoles of
+uninterruptible power supplies. This package contains the reference of its
+classes and the pages on their use, as HTML.")
+    set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+    set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SHLIBDEPS OFF)
+    set(CPACK_DEBIAN_DOCUMENTATION_DEBUGINFO_PACKAGE OFF)
+endif()
 if(TARGET kivwidgetsdesigner)
     kiv_package(designer kivwidgets${kiv_suffix}-designer libdevel
         "KivWidgets plugin for Qt ${KIVWIDGETS_QT} Designer"

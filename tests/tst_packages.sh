@@ -28,7 +28,10 @@ for package in "$scratch"/packages/*.deb; do
         "s,^(\S+) (\S+) +[0-9]+ \S+ \S+ \./,$name \1 \2 ,; s,/$triplet/,/TRIPLET/,g; s, -> .*,,"
     dpkg -x "$package" "$root"
 done | sort | grep -vE \
-    '^libkivwidgets(-qt6)?-dev -rw-r--r-- root/root usr/include/(kivwidgets-qt6/)?KivWidgets/' >"$scratch/contents"
+    -e '^libkivwidgets(-qt6)?-dev -rw-r--r-- root/root usr/include/(kivwidgets-qt6/)?KivWidgets/' \
+    -e '^libkivwidgets-doc -rw-r--r-- root/root usr/share/doc/libkivwidgets-doc/html/' \
+    -e '-dbgsym -rw-r--r-- root/root usr/lib/debug/\.build-id/[0-9a-f]{2}/[0-9a-f]+\.debug$' \
+    -e '-dbgsym lrwxrwxrwx root/root usr/share/doc/' >"$scratch/contents"
 sort "$tests/packages.list" | diff - "$scratch/contents" || fail "the packages' contents differ"
 
 # field PACKAGE FIELD TEXT: the package's field holds the text.
@@ -58,6 +61,20 @@ for file in shlibs triggers; do
 done
 grep -q '^libkivwidgets 1 libkivwidgets1 ' "$scratch/linking" || fail "no dependency on the library"
 grep -q '^libkivwidgets-qt6 1 libkivwidgets-qt6-1 ' "$scratch/linking" || fail "no dependency for Qt 6"
+# Each binary has its debug information in a package beside it.
+for name in libkivwidgets1 kivwidgets-designer kivwidgets-accessibility kivconsole kivgallery \
+    libkivwidgets-qt6-1 kivwidgets-qt6-designer kivwidgets-qt6-accessibility; do
+    dpkg-deb -c "$scratch"/packages/${name}-dbgsym_*.deb | grep -q '/usr/lib/debug/\.build-id/.*\.debug$' ||
+        fail "no debug information of $name"
+done
+for name in libkivwidgets1 libkivwidgets-qt6-1; do
+    dpkg-deb -I "$scratch"/packages/${name}_*.deb symbols | grep -q '^ _Z17kivWidgetsVersionv@Base ' ||
+        fail "$name has no symbols file"
+done
+[ -s "$root/usr/share/doc/libkivwidgets-doc/html/index.html" ] || fail "no reference"
+field libkivwidgets-doc Architecture all
+grep -qx "License: $(sed -n '1s/.*LicenseRef-//p' "$tests/../LICENSE")" "$root/usr/share/doc/libkivwidgets1/copyright" ||
+    fail "another licence than that of LICENSE"
 grep -q 'ldconfig' "$scratch/linking" || fail "the linker's cache is not renewed"
 
 # Error lines name the sources relative to the repository, and nothing shows where it was built.
