@@ -160,14 +160,29 @@ QPainterPath pathOf(Pictogram which)
 
 } // namespace
 
-QPixmap pictogram(Pictogram which, int side, const QColor &color)
+QPixmap transparentPixmap(QSize size, qreal ratio)
 {
-    QPixmap pixmap(side, side);
+    QPixmap pixmap(int(std::ceil(size.width() * ratio)), int(std::ceil(size.height() * ratio)));
+    pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
+    return pixmap;
+}
+
+QPixmap pictogram(Pictogram which, int side, const QColor &color, qreal ratio)
+{
+    QPixmap pixmap = transparentPixmap({side, side}, ratio);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(side / grid, side / grid);
     painter.setPen(QPen(color, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.drawPath(pathOf(which));
     return pixmap;
+}
+
+void addPictogram(QIcon *icon, Pictogram which, int side, const QColor &color, QIcon::Mode mode,
+                  QIcon::State state)
+{
+    icon->addPixmap(pictogram(which, side, color), mode, state);
+    if (const qreal ratio = qGuiApp->devicePixelRatio(); ratio > 1)
+        icon->addPixmap(pictogram(which, side, color, ratio), mode, state);
 }

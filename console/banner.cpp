@@ -70,7 +70,9 @@ Banner::Banner(QWidget *parent)
     system->setBorder(iconBorder);
     system->setRoundness(30);
     system->setIconSize(QSize(iconSide, iconSide));
-    system->setIcon(QIcon(pictogram(Pictogram::Ups, iconSide, Qt::white)));
+    QIcon icon;
+    addPictogram(&icon, Pictogram::Ups, iconSide, Qt::white);
+    system->setIcon(icon);
     system->setFixedSize(iconSide + 2 * iconBorder, iconSide + 2 * iconBorder);
     sign->setObjectName(QStringLiteral("severity"));
     sign->setTextFormat(Qt::PlainText);

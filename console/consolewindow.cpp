@@ -88,14 +88,13 @@ double scaleFor(QSize window, int dotsPerInch)
 QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size, bool lamp,
                 bool hovered)
 {
-    QPixmap face(size);
-    face.fill(Qt::transparent);
+    QPixmap face = transparentPixmap(size);
     QPainter painter(&face);
     const QColor color = chosen || hovered ? QColor(Qt::white) : railText;
     if (hovered)
-        painter.fillRect(face.rect(), QColor(255, 255, 255, 22));
+        painter.fillRect(QRect(QPoint(), size), QColor(255, 255, 255, 22));
     if (chosen) {
-        painter.fillRect(face.rect(), QColor(255, 255, 255, 26));
+        painter.fillRect(QRect(QPoint(), size), QColor(255, 255, 255, 26));
         painter.fillRect(size.width() - 4, 0, 4, size.height(), Theme::accent());
     }
     QFont font = Theme::font(Theme::Small, chosen);
@@ -110,7 +109,7 @@ QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size,
     const int side = std::max(
         std::min({Theme::px(tabPictogram), above - 6, size.width() - (lamp ? 2 * 26 : 8)}), 8);
     painter.drawPixmap((size.width() - side) / 2, (above - side) / 2,
-                       pictogram(picture, side, color));
+                       pictogram(picture, side, color, face.devicePixelRatio()));
     painter.setPen(color);
     painter.setFont(font);
     painter.drawText(QRect(0, above, size.width(), textHeight), Qt::AlignCenter, name);
@@ -662,8 +661,9 @@ void ConsoleWindow::arrangeHeader()
         for (const DrawerEntry &entry : drawerEntries) {
             entry.button->setMinimumSize(0, 0);
             entry.button->setFont(Theme::font(Theme::Small));
-            QIcon icon(pictogram(entry.picture, iconSide, Qt::white));
-            icon.addPixmap(pictogram(entry.picture, iconSide, Theme::accent()), QIcon::Active);
+            QIcon icon;
+            addPictogram(&icon, entry.picture, iconSide, Qt::white);
+            addPictogram(&icon, entry.picture, iconSide, Theme::accent(), QIcon::Active);
             entry.button->setIconSize(QSize(iconSide, iconSide));
             entry.button->setIcon(icon);
             entry.button->setGeometry(x, (header - side) / 2, side, side);

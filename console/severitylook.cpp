@@ -1,5 +1,7 @@
 #include "severitylook.h"
 
+#include "pictograms.h"
+
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
@@ -66,9 +68,7 @@ SeverityLook lookOf(Severity severity, bool dark)
 QPixmap severitySign(Severity severity, int side, const QColor &color, const QColor &ink,
                      double ratio)
 {
-    QPixmap sign(int(std::ceil(side * ratio)), int(std::ceil(side * ratio)));
-    sign.setDevicePixelRatio(ratio);
-    sign.fill(Qt::transparent);
+    QPixmap sign = transparentPixmap({side, side}, ratio);
     QPainter painter(&sign);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(side / grid, side / grid);

@@ -49,9 +49,8 @@ QString fileOf(const QVariant &value)
     if (image.isNull())
         return {};
     for (const Sample<QPixmap> &sample : samplePixmaps()) {
-        const QVariant known = value.userType() == QMetaType::QIcon
-                                   ? QVariant(QIcon(sample.image))
-                                   : QVariant(sample.image);
+        const QVariant known = value.userType() == QMetaType::QIcon ? QVariant(QIcon(sample.image))
+                                                                    : QVariant(sample.image);
         if (!QPixmap(path(sample.name)).isNull() && imageOf(known) == image)
             return path(sample.name);
     }

@@ -13,10 +13,11 @@ constexpr int iconSide = 32;
 /// A drawing that is seen on a light and on a dark background, and lit under the pointer.
 QIcon drawnIcon(Pictogram which)
 {
-    QIcon icon(pictogram(which, iconSide, QColor(110, 122, 133)));
-    icon.addPixmap(pictogram(which, iconSide, Theme::accent()), QIcon::Active);
-    icon.addPixmap(pictogram(which, iconSide, Theme::accent()), QIcon::Normal, QIcon::On);
-    icon.addPixmap(pictogram(which, iconSide, QColor(170, 176, 182)), QIcon::Disabled);
+    QIcon icon;
+    addPictogram(&icon, which, iconSide, QColor(110, 122, 133));
+    addPictogram(&icon, which, iconSide, Theme::accent(), QIcon::Active);
+    addPictogram(&icon, which, iconSide, Theme::accent(), QIcon::Normal, QIcon::On);
+    addPictogram(&icon, which, iconSide, QColor(170, 176, 182), QIcon::Disabled);
     return icon;
 }
 

@@ -108,7 +108,9 @@ void arrangeLinebar(QWidget *widget)
 
 void arrangeSysIcon(QWidget *widget)
 {
-    static_cast<MetroSysIcon *>(widget)->setIcon(QIcon(pictogram(Pictogram::Ups, 48, Qt::white)));
+    QIcon icon;
+    addPictogram(&icon, Pictogram::Ups, 48, Qt::white);
+    static_cast<MetroSysIcon *>(widget)->setIcon(icon);
 }
 
 void arrangeTab(QWidget *widget)
@@ -138,8 +140,9 @@ void arrangeDrawer(QWidget *widget)
         auto *entry = new TranspButton(drawer);
         entry->setGeometry(x, 6, drawerEntrySide, drawerEntrySide);
         entry->setIconSize(QSize(28, 28));
-        QIcon icon(pictogram(glyph, 28, Qt::white));
-        icon.addPixmap(pictogram(glyph, 28, Theme::accent()), QIcon::Active);
+        QIcon icon;
+        addPictogram(&icon, glyph, 28, Qt::white);
+        addPictogram(&icon, glyph, 28, Theme::accent(), QIcon::Active);
         entry->setIcon(icon);
         x += drawerEntrySide + drawerEntryGap;
     }
