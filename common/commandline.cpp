@@ -104,3 +104,8 @@ QString CommandLine::value(const QCommandLineOption &option) const
 {
     return parser.value(option);
 }
+
+QStringList CommandLine::values(const QCommandLineOption &option) const
+{
+    return parser.values(option);
+}

@@ -33,6 +33,8 @@ public:
 
     bool isSet(const QCommandLineOption &option) const;
     QString value(const QCommandLineOption &option) const;
+    /// All values of an option that may come several times.
+    QStringList values(const QCommandLineOption &option) const;
 
 private:
     QString program;

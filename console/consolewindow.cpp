@@ -192,9 +192,9 @@ ElementState noState(const Snapshot &)
 
 } // namespace
 
-ConsoleWindow::ConsoleWindow(SiteModel *site, QWidget *parent)
+ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
     : QWidget(parent)
-    , ups(site->at(0))
+    , site(shownSite)
 {
     setMinimumSize(leastSize);
     makeStrip();
@@ -205,6 +205,23 @@ ConsoleWindow::ConsoleWindow(SiteModel *site, QWidget *parent)
     new FocusFrame(this);
     resize(usualSize);
     showPage(0);
+    follow(site->count() > 0 ? site->at(0) : &nobody);
+    connect(site, &SiteModel::added, this, [this](UpsModel *first) {
+        if (ups == &nobody)
+            follow(first);
+    });
+    connect(site, &SiteModel::problemsChanged, this, [this] {
+        const QStringList problems = site->problems().values();
+        nobody.take(Snapshot::lost(QString(), problems.value(0)));
+    });
+    applyScale();
+}
+
+/// Shows @p followed on all pages from now on.
+void ConsoleWindow::follow(UpsModel *followed)
+{
+    ups->disconnect(this);
+    ups = followed;
     for (const Tab &tab : tabs)
         tab.page->setModel(ups);
     connect(ups, &UpsModel::changed, this, &ConsoleWindow::showUps);
@@ -212,7 +229,6 @@ ConsoleWindow::ConsoleWindow(SiteModel *site, QWidget *parent)
     connect(ups, &UpsModel::commandGiven, this, &ConsoleWindow::showResult);
     offerCommands();
     showUps();
-    applyScale();
 }
 
 ConsoleWindow::~ConsoleWindow() = default;
@@ -475,7 +491,7 @@ void ConsoleWindow::offerCommands()
 void ConsoleWindow::showUps()
 {
     const Snapshot &snapshot = ups->snapshot();
-    const QString name = snapshot.name.isEmpty() ? tr("UPS") : snapshot.name;
+    const QString name = ups->title().isEmpty() ? tr("UPS") : ups->title();
     upsName->setText(name);
     simulatedMark->setVisible(snapshot.simulated);
     banner->showUps(*ups);

@@ -83,6 +83,7 @@ private:
         Command command;
     };
 
+    void follow(UpsModel *ups);
     void showUps();
     void offerCommands();
     void makeStrip();
@@ -104,7 +105,9 @@ private:
     void arrangeTabs();
     void keep(const char *key, const QVariant &value);
 
-    UpsModel *ups; // the one that is shown
+    SiteModel *site;
+    UpsModel nobody{QString()}; // shown while the site has no UPS
+    UpsModel *ups = &nobody;    // the one that is shown
     MetroStatusbar *strip;
     QPixmap stripPicture;
     ElidedLabel *upsName;

@@ -1,10 +1,10 @@
 #include "consolewindow.h"
-#include "feed/nutfeed.h"
 #include "feed/simulatorfeed.h"
 #include "notifier.h"
 #include "options.h"
 #include "program.h"
 #include "screenshots.h"
+#include "sitefeeds.h"
 
 #include <QtCore/QFile>
 #include <QtWidgets/QApplication>
@@ -19,40 +19,41 @@ int main(int argc, char **argv)
 {
     const Options options =
         Program::readOptions(argc, argv, QStringLiteral("kivconsole"), parseOptions);
-    std::optional<NutAddress> address;
-    if (!options.ups.isEmpty()) {
-        QString error;
-        address = NutAddress::parse(options.ups, &error);
-        if (!address)
-            return Program::refuse(error, Program::wrongOptions);
-    }
+    SiteEntries entries;
+    QVector<Credentials> users;
+    QString error;
+    if (options.task != Options::Task::Refuse && options.task != Options::Task::PrintText &&
+        !readSite(options, &entries, &users, &error))
+        return Program::refuse(error, Program::wrongOptions);
     if (const std::optional<int> status = Program::begin(options))
         return *status;
 
     const std::unique_ptr<QApplication> application = Program::makeApplication(argc, argv);
 
-    std::unique_ptr<UpsFeed> feed;
-    if (address)
-        feed = std::make_unique<NutFeed>(*address);
-    else
-        feed = std::make_unique<SimulatorFeed>(options.speed);
-
     SiteModel site;
-    UpsModel *ups = site.add(address ? address->toString() : QStringLiteral("simulator"));
+    SimulatorFeed simulator(options.speed);
+    SiteFeeds feeds(&site);
+    if (options.simulates())
+        site.add(QStringLiteral("simulator"))->setFeed(&simulator);
+    else if (!feeds.add(entries, users, &error))
+        return Program::refuse(error, Program::wrongOptions);
+    const auto start = [&] {
+        if (options.simulates())
+            simulator.start();
+        else
+            feeds.start();
+    };
     ConsoleWindow window(&site);
     if (options.task == Options::Task::TakeScreenshots) {
         window.chooseDarkTheme(options.dark);
         if (options.size.isValid())
             window.resize(options.size);
-        QString error;
-        // What the UPS can be asked to do is offered, as in use.
-        ups->setFeed(feed.get());
-        if (!address)
-            return takeScenarioScreenshots(window, *ups, options, &error)
+        if (options.simulates())
+            return takeScenarioScreenshots(window, *site.at(0), options, &error)
                        ? 0
                        : Program::refuse(error, Program::failed);
-        feed->start();
-        switch (takeLiveScreenshots(window, *ups, options, &error)) {
+        start();
+        switch (takeLiveScreenshots(window, site, options, &error)) {
         case LiveScreenshots::Taken:
             return 0;
         case LiveScreenshots::OfNoUps:
@@ -76,11 +77,10 @@ int main(int argc, char **argv)
         window.resize(options.size);
     if (options.notify)
         window.chooseNotify(*options.notify);
-    ups->setFeed(feed.get());
     if (options.fullScreen)
         window.setFilled(true);
     else
         window.show();
-    feed->start();
+    start();
     return QApplication::exec();
 }

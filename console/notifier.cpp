@@ -89,9 +89,7 @@ void Notifier::announce(UpsModel *ups, Announced *announced)
     if (!ups->timeLeft().isEmpty())
         body.append(tr("Time left: %1").arg(ups->timeLeft()));
     body.removeAll(QString());
-    QString name = ups->snapshot().name;
-    if (name.isEmpty())
-        name = ups->id();
+    const QString name = ups->title();
     const QVariantMap hints = {
         {QStringLiteral("urgency"), QVariant::fromValue(uchar(urgencyFor(announced->severity)))},
         {QStringLiteral("desktop-entry"), QCoreApplication::applicationName()},

@@ -20,16 +20,44 @@ bool readNumber(const QString &text, double least, double most, double *number)
 
 } // namespace
 
+bool Options::simulates() const
+{
+    return upses.isEmpty() && servers.isEmpty() && config.isEmpty();
+}
+
 Options parseOptions(const QStringList &arguments)
 {
     CommandLine line(QStringLiteral("kivconsole"),
-                     QStringLiteral("Monitoring console for an uninterruptible power supply. "
-                                    "Without --ups it shows a simulated one."),
+                     QStringLiteral("Monitoring console for uninterruptible power supplies. "
+                                    "Without --ups, --server and --config it shows a "
+                                    "simulated one."),
                      QStringLiteral("each page"));
     const QCommandLineOption ups(QStringLiteral("ups"),
                                  QStringLiteral("Follow a UPS of a Network UPS Tools server; the "
-                                                "port is 3493 unless given."),
+                                                "port is 3493 unless given. May be given "
+                                                "several times."),
                                  QStringLiteral("NAME@HOST[:PORT]"));
+    const QCommandLineOption server(QStringLiteral("server"),
+                                    QStringLiteral("Follow all UPSes of a server. May be given "
+                                                   "several times."),
+                                    QStringLiteral("HOST[:PORT]"));
+    const QCommandLineOption config(QStringLiteral("config"),
+                                    QStringLiteral("Follow what a configuration file names."),
+                                    QStringLiteral("FILE"));
+    const QCommandLineOption credentials(
+        QStringLiteral("credentials"),
+        QStringLiteral("Users and passwords for commands; only the file's owner may read it."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption tls(
+        QStringLiteral("tls"),
+        QStringLiteral("Whether the servers of --ups and --server must offer TLS: off or "
+                       "required. Required unless given where credentials have a user, except on "
+                       "this machine."),
+        QStringLiteral("off|required"));
+    const QCommandLineOption ca(QStringLiteral("ca"),
+                                QStringLiteral("Trust the authorities of a PEM file for TLS, "
+                                               "instead of the system's."),
+                                QStringLiteral("FILE"));
     const QCommandLineOption speed(QStringLiteral("speed"),
                                    QStringLiteral("Run the simulated scenario this many times as "
                                                   "fast, from 0.01 to 1000; 1 unless given."),
@@ -52,7 +80,8 @@ Options parseOptions(const QStringList &arguments)
                                     QStringLiteral("Whether changes of state are announced on the "
                                                    "desktop: on or off."),
                                     QStringLiteral("on|off"));
-    for (const QCommandLineOption &option : {ups, speed, at, size, fullScreen, fresh, notify})
+    for (const QCommandLineOption &option :
+         {ups, server, config, credentials, tls, ca, speed, at, size, fullScreen, fresh, notify})
         line.add(option);
 
     Options options;
@@ -63,11 +92,32 @@ Options parseOptions(const QStringList &arguments)
         return options;
     };
 
-    options.ups = line.value(ups);
-    if (line.isSet(ups) && options.ups.isEmpty())
+    options.upses = line.values(ups);
+    if (options.upses.contains(QString()))
         return refused(QStringLiteral("--ups needs NAME@HOST[:PORT]"));
-    if (line.isSet(ups) && (line.isSet(speed) || line.isSet(at)))
-        return refused(QStringLiteral("--speed and --at are for the simulated UPS, not for --ups"));
+    options.servers = line.values(server);
+    if (options.servers.contains(QString()))
+        return refused(QStringLiteral("--server needs HOST[:PORT]"));
+    options.config = line.value(config);
+    options.credentials = line.value(credentials);
+    options.authorities = line.value(ca);
+    for (const QCommandLineOption &file : {config, credentials, ca}) {
+        if (line.isSet(file) && line.value(file).isEmpty())
+            return refused(QStringLiteral("--%1 needs a file").arg(file.names().constFirst()));
+    }
+    if (line.isSet(tls)) {
+        const QString answer = line.value(tls);
+        if (answer != QLatin1String("off") && answer != QLatin1String("required"))
+            return refused(QStringLiteral("--tls takes off or required, not '%1'").arg(answer));
+        options.tls = answer == QLatin1String("required");
+    }
+    if (!options.simulates() && (line.isSet(speed) || line.isSet(at)))
+        return refused(QStringLiteral("--speed and --at are for the simulated UPS, not for --ups, "
+                                      "--server and --config"));
+    if (options.upses.isEmpty() && options.servers.isEmpty() && (line.isSet(tls) || line.isSet(ca)))
+        return refused(QStringLiteral("--tls and --ca go with --ups and --server"));
+    if (options.simulates() && line.isSet(credentials))
+        return refused(QStringLiteral("--credentials goes with --ups, --server or --config"));
     constexpr double lowestSpeed = 0.01;
     if (line.isSet(speed) &&
         !readNumber(line.value(speed), lowestSpeed, highestSpeed, &options.speed))

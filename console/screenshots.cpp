@@ -2,7 +2,7 @@
 
 #include "consolewindow.h"
 #include "feed/scenario.h"
-#include "model/upsmodel.h"
+#include "model/sitemodel.h"
 #include "options.h"
 #include "program.h"
 
@@ -63,25 +63,33 @@ bool takeScenarioScreenshots(ConsoleWindow &window, UpsModel &ups, const Options
     return true;
 }
 
-LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
+LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, const Options &options,
                                     QString *error)
 {
     if (!Program::makeDirectory(options.directory, error))
         return LiveScreenshots::Failed;
     QEventLoop loop;
     const auto check = [&] {
-        // A driver that has just begun knows nothing yet.
-        const Snapshot &snapshot = ups.snapshot();
-        if (!snapshot.isLost() && snapshot.system.operating != OperatingState::Unknown)
+        bool all = site.count() > 0;
+        for (int i = 0; i < site.count(); ++i) {
+            // A driver that has just begun knows nothing yet.
+            const Snapshot &snapshot = site.at(i)->snapshot();
+            all = all && !snapshot.isLost() && snapshot.system.operating != OperatingState::Unknown;
+        }
+        if (all)
             loop.quit();
     };
-    QObject::connect(&ups, &UpsModel::heard, &loop, check);
+    QObject::connect(&site, &SiteModel::changed, &loop, check);
     QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
     loop.exec();
     if (!takePages(window, options.directory, QString(), error))
         return LiveScreenshots::Failed;
-    if (!ups.snapshot().isLost())
-        return LiveScreenshots::Taken;
-    *error = QStringLiteral("the UPS is not reached: ") + ups.snapshot().reason;
+    for (int i = 0; i < site.count(); ++i) {
+        if (!site.at(i)->snapshot().isLost())
+            return LiveScreenshots::Taken;
+    }
+    *error = QStringLiteral("no UPS is reached: ") +
+             (site.count() > 0 ? site.at(0)->snapshot().reason
+                               : QStringList(site.problems().values()).join(QStringLiteral(", ")));
     return LiveScreenshots::OfNoUps;
 }

@@ -2,6 +2,7 @@
 
 class ConsoleWindow;
 class QString;
+class SiteModel;
 class UpsModel;
 struct Options;
 
@@ -15,6 +16,7 @@ bool takeScenarioScreenshots(ConsoleWindow &window, UpsModel &ups, const Options
 /// it is not reached.
 enum class LiveScreenshots { Taken, OfNoUps, Failed };
 
-/// Of the first data that @p ups gets, or of the lost communication when none come for a while.
-LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
+/// Of the first data that the UPSes of @p site get, or of the lost communication when none come for
+/// a while.
+LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, const Options &options,
                                     QString *error);

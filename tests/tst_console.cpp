@@ -215,6 +215,13 @@ void ConsoleTest::wrongOptions_data()
     row("--speed 1e9", "'1e9'");
     row("--speed", "speed");
     row("--ups demo@host --speed 2", "--ups");
+    row("--server host --speed 2", "--server");
+    row("--config file --at 2", "--config");
+    row("--server host --tls maybe", "'maybe'");
+    row("--tls off", "--ups");
+    row("--ca file", "--ups");
+    row("--credentials file", "--config");
+    row("--config=", "needs a file");
     row("--at 3", "--screenshot");
     row("--screenshot dir --at 3,x", "'x'");
     row("--screenshot dir --at -3", "'-3'");

@@ -175,7 +175,7 @@ void ConsoleLiveTest::screenshotsOfARealUps()
     ups->setFeed(&feed);
     ConsoleWindow window(&site);
     feed.start();
-    QVERIFY2(takeLiveScreenshots(window, *ups, options, &error) == LiveScreenshots::Taken,
+    QVERIFY2(takeLiveScreenshots(window, site, options, &error) == LiveScreenshots::Taken,
              qPrintable(error));
     QCOMPARE(QDir(directory.path()).entryList({QStringLiteral("*.png")}).size(), 5);
     QVERIFY(window.findChild<MetroSysIcon *>()->getElementState() == on);

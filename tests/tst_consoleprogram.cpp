@@ -147,7 +147,7 @@ void ConsoleProgramTest::saysThatTheUpsIsNotReached()
     QVERIFY(shots.ended);
     QCOMPARE(shots.status, 3);
     QCOMPARE(linesOf(shots.errors), 1);
-    QVERIFY2(shots.errors.contains(QStringLiteral("not reached")), qPrintable(shots.errors));
+    QVERIFY2(shots.errors.contains(QStringLiteral("no UPS is reached")), qPrintable(shots.errors));
     QVERIFY(QFile::exists(directory.filePath(QStringLiteral("overview.png"))));
 }
 

@@ -13,6 +13,7 @@ UpsModel *SiteModel::add(const QString &id)
         return known;
     auto *ups = new UpsModel(id, clock, this);
     all.push_back(ups);
+    byId.insert(id, ups);
     connect(ups, &UpsModel::changed, this, [=] { Q_EMIT changed(ups); });
     connect(ups, &UpsModel::conditionBegan, this,
             [=](const Condition &condition) { Q_EMIT conditionBegan(ups, condition); });
@@ -36,9 +37,23 @@ UpsModel *SiteModel::at(int index) const
 
 UpsModel *SiteModel::find(const QString &id) const
 {
-    const auto found = std::find_if(all.cbegin(), all.cend(),
-                                    [&id](const UpsModel *ups) { return ups->id() == id; });
-    return found == all.cend() ? nullptr : *found;
+    return byId.value(id);
+}
+
+void SiteModel::setProblem(const QString &source, const QString &text)
+{
+    if (wrong.value(source) == text)
+        return;
+    if (text.isEmpty())
+        wrong.remove(source);
+    else
+        wrong.insert(source, text);
+    Q_EMIT problemsChanged();
+}
+
+const QMap<QString, QString> &SiteModel::problems() const
+{
+    return wrong;
 }
 
 UpsModel *SiteModel::worst() const

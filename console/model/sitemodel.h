@@ -2,7 +2,9 @@
 
 #include "upsmodel.h"
 
-#include <memory>
+#include <QtCore/QHash>
+#include <QtCore/QMap>
+
 #include <vector>
 
 /// All UPSes that the console watches.
@@ -26,8 +28,15 @@ public:
     /// The worst severity of all; normal on an empty site.
     Severity severity() const;
 
+    /// Something that keeps a whole @p source, such as a server, from being read; no text: nothing
+    /// any more.
+    void setProblem(const QString &source, const QString &text);
+    /// What is wrong now, by source.
+    const QMap<QString, QString> &problems() const;
+
 Q_SIGNALS:
     void added(UpsModel *ups);
+    void problemsChanged();
     /// As the UPS's own signals.
     void changed(UpsModel *ups);
     void conditionBegan(UpsModel *ups, const Condition &condition);
@@ -37,4 +46,6 @@ Q_SIGNALS:
 private:
     const Clock clock;
     std::vector<UpsModel *> all; // children
+    QHash<QString, UpsModel *> byId;
+    QMap<QString, QString> wrong;
 };

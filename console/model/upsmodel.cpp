@@ -39,6 +39,27 @@ const QString &UpsModel::id() const
     return name;
 }
 
+void UpsModel::setNames(const QString &newName, const QString &newSite)
+{
+    if (ownName == newName && group == newSite)
+        return;
+    ownName = newName;
+    group = newSite;
+    Q_EMIT changed();
+}
+
+QString UpsModel::title() const
+{
+    if (!ownName.isEmpty())
+        return ownName;
+    return latest.name.isEmpty() ? name : latest.name;
+}
+
+const QString &UpsModel::site() const
+{
+    return group;
+}
+
 void UpsModel::setFeed(UpsFeed *newFeed)
 {
     if (feed == newFeed)

@@ -30,6 +30,12 @@ public:
                       QObject *parent = nullptr);
 
     const QString &id() const;
+    /// Names of one's own for it and its group; empty: what it says itself, and none.
+    void setNames(const QString &name, const QString &site);
+    /// How it is called on screen: by one's own name, by that of its host, or by its id.
+    QString title() const;
+    /// The group that it belongs to; may be empty.
+    const QString &site() const;
     /// Follows @p feed, which stays the caller's and may be deleted at any time; or none, when
     /// null.
     void setFeed(UpsFeed *feed);
@@ -80,6 +86,8 @@ private:
     void updateConditions();
 
     const QString name;
+    QString ownName;
+    QString group;
     const Clock clock;
     QPointer<UpsFeed> feed;
     Snapshot latest;

@@ -1,0 +1,383 @@
+#include "sitefile.h"
+
+#include "nutmapping.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtCore/QHash>
+#include <QtCore/QMap>
+#include <QtCore/QSet>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int longestLine = 4096;
+constexpr int longestText = 200;
+
+/// The kinds of lines that a configuration has: "[section]", "key = value", comments with # or ;
+/// at the line's start, and empty lines.
+struct Line
+{
+    enum class Kind { Nothing, Section, Value, Wrong };
+
+    Kind kind = Kind::Wrong;
+    QString name; // of the section, or the key
+    QString value;
+};
+
+Line lineOf(const QByteArray &bytes)
+{
+    const QString text = QString::fromUtf8(bytes).trimmed();
+    if (text.isEmpty() || text.startsWith(QLatin1Char('#')) || text.startsWith(QLatin1Char(';')))
+        return {Line::Kind::Nothing, {}, {}};
+    if (text.startsWith(QLatin1Char('[')) && text.endsWith(QLatin1Char(']')))
+        return {Line::Kind::Section, text.mid(1, text.size() - 2).simplified(), {}};
+    const int equals = int(text.indexOf(QLatin1Char('=')));
+    const QString key = text.left(std::max(equals, 0)).trimmed();
+    if (equals < 0 || key.isEmpty())
+        return {};
+    return {Line::Kind::Value, key, text.mid(equals + 1).trimmed()};
+}
+
+/// Reads a file section by section, and stops at the first thing that is wrong.
+class SectionReader
+{
+public:
+    virtual ~SectionReader() = default;
+
+    /// @return the reason with the place; empty when all is well.
+    QString read(const QByteArray &text, const QString &fileName)
+    {
+        QByteArray rest = text.startsWith("\xef\xbb\xbf") ? text.mid(3) : text;
+        const QList<QByteArray> lines = rest.split('\n');
+        for (number = 1; number <= int(lines.size()); ++number) {
+            const QString reason = take(lines.at(number - 1));
+            if (!reason.isEmpty())
+                return place(fileName, reason);
+        }
+        const QString reason = end();
+        return reason.isEmpty() ? QString() : place(fileName, reason);
+    }
+
+protected:
+    /// Each returns the reason why not, or nothing.
+    virtual QString beginSection(const QString &name) = 0;
+    virtual QString takeValue(const QString &key, const QString &value) = 0;
+    virtual QString endSection() = 0;
+
+    int number = 0; // of the present line
+
+private:
+    QString take(const QByteArray &bytes)
+    {
+        if (bytes.size() > longestLine)
+            return QStringLiteral("the line has more than %1 bytes").arg(longestLine);
+        if (bytes.contains('\0'))
+            return QStringLiteral("the line is no text");
+        const Line line = lineOf(bytes);
+        switch (line.kind) {
+        case Line::Kind::Nothing:
+            return {};
+        case Line::Kind::Section: {
+            const int here = number;
+            const QString reason = end();
+            if (!reason.isEmpty())
+                return reason;
+            begin = number = here;
+            keys.clear();
+            return beginSection(line.name);
+        }
+        case Line::Kind::Value:
+            if (!begin)
+                return QStringLiteral("a [section] must come first");
+            if (keys.contains(line.name))
+                return QStringLiteral("'%1' is there twice").arg(line.name.left(longestText));
+            keys.insert(line.name);
+            return takeValue(line.name, line.value);
+        case Line::Kind::Wrong:
+            break;
+        }
+        return QStringLiteral("neither [section] nor key = value");
+    }
+
+    /// Whatever a section lacks is reported where it begins.
+    QString end()
+    {
+        if (!begin)
+            return {};
+        number = begin;
+        return endSection();
+    }
+
+    QString place(const QString &fileName, const QString &reason) const
+    {
+        return QStringLiteral("%1:%2: %3").arg(fileName).arg(number).arg(reason);
+    }
+
+    int begin = 0; // of the present section
+    QSet<QString> keys;
+};
+
+QString unknownKey(const QString &key, const QString &known)
+{
+    return QStringLiteral("unknown key '%1'; there are %2").arg(key.left(longestText), known);
+}
+
+class SiteReader : public SectionReader
+{
+public:
+    explicit SiteReader(const QString &fileName)
+        : directory(QFileInfo(fileName).absoluteDir())
+    {}
+
+    SiteEntries result;
+
+protected:
+    QString beginSection(const QString &name) override
+    {
+        const QString kind = name.section(QLatin1Char(' '), 0, 0);
+        subject = name.section(QLatin1Char(' '), 1);
+        if (sections.contains(name))
+            return QStringLiteral("the section [%1] is there twice").arg(name.left(longestText));
+        sections.insert(name);
+        if (name == QLatin1String("console")) {
+            section = Section::Console;
+            return {};
+        }
+        if (kind == QLatin1String("server") && !subject.isEmpty())
+            return beginServer();
+        if (kind == QLatin1String("ups") && !subject.isEmpty())
+            return beginUps();
+        return QStringLiteral(
+            "unknown section; there are [console], [server NAME] and [ups UPS@SERVER]");
+    }
+
+    QString takeValue(const QString &key, const QString &value) override
+    {
+        if (value.isEmpty())
+            return QStringLiteral("'%1' has no value").arg(key.left(longestText));
+        switch (section) {
+        case Section::Console:
+            if (key != QLatin1String("credentials"))
+                return unknownKey(key, QStringLiteral("credentials"));
+            result.credentialsFile = directory.absoluteFilePath(value);
+            return {};
+        case Section::Server:
+            return takeServerValue(key, value);
+        case Section::Ups:
+            if (key == QLatin1String("name"))
+                return takeText(value, &ups.name);
+            if (key == QLatin1String("site"))
+                return takeText(value, &ups.site);
+            return unknownKey(key, QStringLiteral("name and site"));
+        }
+        return {};
+    }
+
+    QString endSection() override
+    {
+        switch (section) {
+        case Section::Console:
+            return {};
+        case Section::Server:
+            return endServer();
+        case Section::Ups:
+            break;
+        }
+        if (++entries > mostEntries)
+            return QStringLiteral("more than %1 UPSes").arg(mostEntries);
+        ServerEntry &owner = result.servers[servers.value(serverOfUps)];
+        const auto named =
+            std::find_if(owner.upses.begin(), owner.upses.end(),
+                         [this](const UpsEntry &one) { return one.upsName == ups.upsName; });
+        if (named != owner.upses.end())
+            *named = ups;
+        else
+            owner.upses.append(ups);
+        return {};
+    }
+
+private:
+    enum class Section { Console, Server, Ups };
+
+    QString beginServer()
+    {
+        section = Section::Server;
+        server = ServerEntry();
+        server.host.host.clear();
+        if (subject.contains(QLatin1Char('@')))
+            return QStringLiteral("a server's name has no '@'");
+        if (servers.size() >= mostServers)
+            return QStringLiteral("more than %1 servers").arg(mostServers);
+        return {};
+    }
+
+    QString beginUps()
+    {
+        section = Section::Ups;
+        ups = UpsEntry();
+        ups.upsName = subject.section(QLatin1Char('@'), 0, 0);
+        serverOfUps = subject.section(QLatin1Char('@'), 1);
+        if (!isNutUpsName(ups.upsName))
+            return QStringLiteral("a UPS is named as [ups UPS@SERVER], UPS of letters, digits, "
+                                  "'.', '_' and '-'");
+        if (!servers.contains(serverOfUps))
+            return QStringLiteral("there is no [server %1] above")
+                .arg(serverOfUps.left(longestText));
+        return {};
+    }
+
+    QString takeServerValue(const QString &key, const QString &value)
+    {
+        QString reason;
+        if (key == QLatin1String("address")) {
+            const std::optional<NutHost> host = NutHost::parse(value, &reason);
+            if (!host)
+                return reason;
+            if (result.find(*host))
+                return QStringLiteral("another section has this address");
+            server.host = *host;
+        } else if (key == QLatin1String("site")) {
+            return takeText(value, &server.site);
+        } else if (key == QLatin1String("tls")) {
+            if (value != QLatin1String("off") && value != QLatin1String("required"))
+                return QStringLiteral("tls is off or required");
+            server.tls = value == QLatin1String("required");
+        } else if (key == QLatin1String("ca")) {
+            server.authorities = directory.absoluteFilePath(value);
+        } else if (key == QLatin1String("ups")) {
+            return takeUpses(value);
+        } else {
+            return unknownKey(key, QStringLiteral("address, ca, site, tls and ups"));
+        }
+        return {};
+    }
+
+    QString takeUpses(const QString &value)
+    {
+        server.all = value == QLatin1String("all");
+        if (server.all)
+            return {};
+        const QStringList names = value.split(QLatin1Char(','));
+        for (const QString &name : names) {
+            UpsEntry entry;
+            entry.upsName = name.trimmed();
+            if (!isNutUpsName(entry.upsName))
+                return QStringLiteral("ups is 'all', or names separated by commas");
+            if (++entries > mostEntries)
+                return QStringLiteral("more than %1 UPSes").arg(mostEntries);
+            server.upses.append(entry);
+        }
+        return {};
+    }
+
+    QString endServer()
+    {
+        if (server.host.host.isEmpty())
+            return QStringLiteral("[server %1] has no address").arg(subject.left(longestText));
+        if (server.site.isEmpty())
+            server.site = subject;
+        servers.insert(subject, int(result.servers.size()));
+        result.servers.append(server);
+        return {};
+    }
+
+    static QString takeText(const QString &value, QString *text)
+    {
+        *text = plainText(value);
+        return text->size() > longestText
+                   ? QStringLiteral("the text has more than %1 characters").arg(longestText)
+                   : QString();
+    }
+
+    const QDir directory;
+    Section section = Section::Console;
+    QString subject;
+    ServerEntry server;
+    UpsEntry ups;
+    QString serverOfUps;
+    QHash<QString, int> servers;
+    QSet<QString> sections;
+    int entries = 0;
+};
+
+class CredentialsReader : public SectionReader
+{
+public:
+    QVector<Credentials> result;
+
+protected:
+    QString beginSection(const QString &name) override
+    {
+        QString reason;
+        const std::optional<NutHost> host = NutHost::parse(name, &reason);
+        if (!host)
+            return QStringLiteral("a section is named as its server, [HOST:PORT]");
+        for (const Credentials &one : std::as_const(result)) {
+            if (one.host == *host)
+                return QStringLiteral("the server is there twice");
+        }
+        result.append({*host, {}, {}});
+        return {};
+    }
+
+    QString takeValue(const QString &key, const QString &value) override
+    {
+        if (key == QLatin1String("user"))
+            result.last().user = value;
+        else if (key == QLatin1String("password"))
+            result.last().password = value;
+        else
+            return QStringLiteral("a key that is neither user nor password");
+        return {};
+    }
+
+    QString endSection() override
+    {
+        if (result.isEmpty())
+            return {};
+        if (result.last().user.isEmpty() || result.last().password.isEmpty())
+            return QStringLiteral("the section needs a user and a password");
+        return {};
+    }
+};
+
+} // namespace
+
+ServerEntry *SiteEntries::find(const NutHost &host)
+{
+    const auto found = std::find_if(servers.begin(), servers.end(),
+                                    [&host](const ServerEntry &one) { return one.host == host; });
+    return found == servers.end() ? nullptr : &*found;
+}
+
+std::optional<SiteEntries> parseSiteFile(const QByteArray &text, const QString &fileName,
+                                         QString *error)
+{
+    SiteReader reader(fileName);
+    *error = reader.read(text, fileName);
+    if (!error->isEmpty())
+        return std::nullopt;
+    return reader.result;
+}
+
+std::optional<QVector<Credentials>> parseCredentials(const QByteArray &text,
+                                                     const QString &fileName, QString *error)
+{
+    CredentialsReader reader;
+    *error = reader.read(text, fileName);
+    if (!error->isEmpty())
+        return std::nullopt;
+    return reader.result;
+}
+
+QByteArray credentialsText(const QVector<Credentials> &all)
+{
+    QString text = QStringLiteral("# Users of the console's servers. Only their owner may read "
+                                  "this file.\n");
+    for (const Credentials &one : all)
+        text += QStringLiteral("\n[%1]\nuser = %2\npassword = %3\n")
+                    .arg(one.host.toString(), one.user, one.password);
+    return text.toUtf8();
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "nutaddress.h"
+
+#include <QtCore/QVector>
+
+#include <optional>
+
+/// A UPS of a server, and how it is called here.
+struct UpsEntry
+{
+    QString upsName; ///< on the server
+    QString name;    ///< of one's own; empty: the server's
+    QString site;    ///< the group; empty: that of the server
+};
+
+/// A server of Network UPS Tools.
+struct ServerEntry
+{
+    NutHost host;
+    QString site;            ///< the group of its UPSes; empty: the server's address
+    std::optional<bool> tls; ///< whether TLS is required; absent: as the password asks for it
+    QString authorities;     ///< a file; empty: the system's
+    bool all = false;        ///< every UPS that the server has
+    QVector<UpsEntry> upses; ///< those named
+};
+
+/// A user of one server. Never print it.
+struct Credentials
+{
+    NutHost host;
+    QString user;
+    QString password;
+};
+
+/// What the console follows.
+struct SiteEntries
+{
+    QVector<ServerEntry> servers;
+    QString credentialsFile; ///< empty: none
+
+    ServerEntry *find(const NutHost &host);
+};
+
+/// Bounds of the files.
+constexpr int mostSiteBytes = 4 * 1024 * 1024;
+constexpr int mostServers = 1000;
+constexpr int mostEntries = 20000; ///< UPSes
+
+/// Reads the configuration @p text of the file @p fileName. Nothing where something is wrong: the
+/// reason is in @p error, in one line that begins with the file's name and the line's number.
+std::optional<SiteEntries> parseSiteFile(const QByteArray &text, const QString &fileName,
+                                         QString *error);
+
+/// The same for the file of users and passwords. The reason never quotes it.
+std::optional<QVector<Credentials>> parseCredentials(const QByteArray &text,
+                                                     const QString &fileName, QString *error);
+/// The file's text for @p all.
+QByteArray credentialsText(const QVector<Credentials> &all);

@@ -1,0 +1,169 @@
+#include "sitefeeds.h"
+
+#include "feed/privatefile.h"
+#include "options.h"
+
+#include <algorithm>
+
+namespace {
+
+/// The entry of @p host, which is added where there is none.
+ServerEntry *entryOf(SiteEntries *entries, const NutHost &host)
+{
+    if (ServerEntry *known = entries->find(host))
+        return known;
+    ServerEntry entry;
+    entry.host = host;
+    entry.site = host.toString();
+    entries->servers.append(entry);
+    return &entries->servers.last();
+}
+
+/// What the command line names beside its files.
+bool takeArguments(const Options &options, SiteEntries *entries, QString *error)
+{
+    const auto takeTls = [&](ServerEntry *entry) {
+        if (options.tls)
+            entry->tls = options.tls;
+        if (!options.authorities.isEmpty())
+            entry->authorities = options.authorities;
+    };
+    for (const QString &text : options.upses) {
+        const std::optional<NutAddress> address = NutAddress::parse(text, error);
+        if (!address)
+            return false;
+        ServerEntry *entry = entryOf(entries, address->server());
+        takeTls(entry);
+        const bool known =
+            std::any_of(entry->upses.cbegin(), entry->upses.cend(),
+                        [&](const UpsEntry &one) { return one.upsName == address->upsName; });
+        if (!known)
+            entry->upses.append({address->upsName, {}, {}});
+    }
+    for (const QString &text : options.servers) {
+        const std::optional<NutHost> host = NutHost::parse(text, error);
+        if (!host)
+            return false;
+        ServerEntry *entry = entryOf(entries, *host);
+        takeTls(entry);
+        entry->all = true;
+    }
+    return true;
+}
+
+bool readAuthorities(const QString &file, QList<QSslCertificate> *authorities, QString *error)
+{
+    if (file.isEmpty())
+        return true;
+    const std::optional<QByteArray> text = readSmallFile(file, mostSiteBytes, error);
+    if (!text)
+        return false;
+    *authorities = QSslCertificate::fromData(*text, QSsl::Pem);
+    if (authorities->isEmpty())
+        *error = QStringLiteral("%1 has no certificate in PEM form").arg(file);
+    return !authorities->isEmpty();
+}
+
+} // namespace
+
+bool readSite(const Options &options, SiteEntries *entries, QVector<Credentials> *users,
+              QString *error)
+{
+    if (!options.config.isEmpty()) {
+        const std::optional<QByteArray> text = readSmallFile(options.config, mostSiteBytes, error);
+        if (!text)
+            return false;
+        std::optional<SiteEntries> read = parseSiteFile(*text, options.config, error);
+        if (!read)
+            return false;
+        *entries = *read;
+    }
+    if (!takeArguments(options, entries, error))
+        return false;
+    if (!options.credentials.isEmpty())
+        entries->credentialsFile = options.credentials;
+    if (entries->credentialsFile.isEmpty())
+        return true;
+    const std::optional<QByteArray> text =
+        readPrivateFile(entries->credentialsFile, mostSiteBytes, error);
+    if (!text)
+        return false;
+    const std::optional<QVector<Credentials>> read =
+        parseCredentials(*text, entries->credentialsFile, error);
+    if (read)
+        *users = *read;
+    return read.has_value();
+}
+
+SiteFeeds::SiteFeeds(SiteModel *fedSite, QObject *parent)
+    : QObject(parent)
+    , site(fedSite)
+{}
+
+SiteFeeds::~SiteFeeds() = default;
+
+bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &users, QString *error,
+                    const NutTimes &times)
+{
+    for (const ServerEntry &entry : entries.servers) {
+        NutTls tls;
+        const bool hasUser =
+            std::any_of(users.cbegin(), users.cend(),
+                        [&entry](const Credentials &one) { return one.host == entry.host; });
+        tls.required = entry.tls.value_or(hasUser && !entry.host.isLoopback());
+        if (!readAuthorities(entry.authorities, &tls.authorities, error))
+            return false;
+        servers.push_back(std::make_unique<Server>());
+        Server *server = servers.back().get();
+        server->entry = entry;
+        server->link = std::make_unique<NutServerFeed>(entry.host, tls, times);
+        for (const UpsEntry &ups : entry.upses)
+            addUps(server->link.get(), entry, ups, false);
+        if (!entry.all)
+            continue;
+        const QString source = entry.host.toString();
+        connect(server->link.get(), &NutServerFeed::found, this,
+                [this, server](const QVector<NutUps> &all) { takeFound(*server, all); });
+        connect(server->link.get(), &NutServerFeed::lost, this,
+                [this, source](const QString &reason) { site->setProblem(source, reason); });
+    }
+    return true;
+}
+
+void SiteFeeds::start()
+{
+    for (const auto &feed : feeds)
+        feed->start();
+    for (const auto &server : servers) {
+        if (!server->entry.all)
+            continue;
+        site->setProblem(server->entry.host.toString(), QStringLiteral("connecting"));
+        server->link->discover();
+    }
+}
+
+void SiteFeeds::addUps(NutServerFeed *link, const ServerEntry &entry, const UpsEntry &ups,
+                       bool begin)
+{
+    const QString id = NutAddress{ups.upsName, entry.host.host, entry.host.port}.toString();
+    if (feeds.size() >= std::size_t(mostEntries) || site->find(id))
+        return;
+    UpsModel *model = site->add(id);
+    model->setNames(ups.name, ups.site.isEmpty() ? entry.site : ups.site);
+    feeds.push_back(std::make_unique<NutFeed>(link, ups.upsName));
+    model->setFeed(feeds.back().get());
+    if (begin)
+        feeds.back()->start();
+}
+
+void SiteFeeds::takeFound(const Server &server, const QVector<NutUps> &all)
+{
+    site->setProblem(server.entry.host.toString(),
+                     all.isEmpty() ? QStringLiteral("the server has no UPS") : QString());
+    for (const NutUps &ups : all) {
+        // What the server describes names a UPS, unless it is the default of an empty file.
+        const bool described = ups.description != QLatin1String("Description unavailable");
+        addUps(server.link.get(), server.entry,
+               {ups.name, described ? ups.description : QString(), {}}, true);
+    }
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "feed/nutfeed.h"
+#include "feed/sitefile.h"
+#include "model/sitemodel.h"
+
+#include <memory>
+#include <vector>
+
+struct Options;
+
+/// The servers and UPSes that the command line and its configuration file name, and the users in
+/// its file of credentials.
+/// @return false with the reason in @p error, in one line.
+bool readSite(const Options &options, SiteEntries *entries, QVector<Credentials> *users,
+              QString *error);
+
+/// Fills a site with all UPSes of its servers: those that are named, and those that the servers
+/// say they have.
+class SiteFeeds : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Feeds @p site, which must live as long. More than mostEntries UPSes are left out.
+    explicit SiteFeeds(SiteModel *site, QObject *parent = nullptr);
+    ~SiteFeeds() override;
+
+    /// Adds what @p entries name. TLS is required where the entry says so, or, where it says
+    /// nothing, for a server that has a user among @p users and is not on this machine.
+    /// @return false with the reason in @p error when a file of authorities cannot be used.
+    bool add(const SiteEntries &entries, const QVector<Credentials> &users, QString *error,
+             const NutTimes &times = NutTimes());
+    void start();
+
+private:
+    struct Server
+    {
+        ServerEntry entry;
+        std::unique_ptr<NutServerFeed> link;
+    };
+
+    void addUps(NutServerFeed *link, const ServerEntry &entry, const UpsEntry &ups, bool begin);
+    void takeFound(const Server &server, const QVector<NutUps> &all);
+
+    SiteModel *site;
+    std::vector<std::unique_ptr<Server>> servers;
+    std::vector<std::unique_ptr<NutFeed>> feeds;
+};

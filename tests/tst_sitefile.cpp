@@ -1,0 +1,302 @@
+#include "nutreader.h"
+#include "privatefile.h"
+#include "sitefile.h"
+
+#include "testmain.h"
+#include "widgetprobe.h"
+
+#include <QtCore/QTemporaryDir>
+
+#include <sys/stat.h>
+
+class SiteFileTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wholeFile();
+    void wrongFiles_data();
+    void wrongFiles();
+    void anyBytes();
+    void credentials();
+    void wrongCredentials_data();
+    void wrongCredentials();
+    void credentialsRoundTrip();
+    void secretsOfOthersAreRefused_data();
+    void secretsOfOthersAreRefused();
+    void secretsAreWrittenForTheOwner();
+    void onlyFilesAreRead();
+    void quotedTexts_data();
+    void quotedTexts();
+};
+
+void SiteFileTest::wholeFile()
+{
+    const QByteArray text = "\xef\xbb\xbf# The halls\r\n"
+                            "\r\n"
+                            "[console]\n"
+                            "credentials = secrets\n"
+                            "[server hall-1]\n"
+                            "  address = nut1.example.org\n"
+                            "site=Hall 1\n"
+                            "tls = required\n"
+                            "ca = /etc/ssl/site.pem\n"
+                            "ups = all\n"
+                            "; another\n"
+                            "[server hall-2]\n"
+                            "address = [fe80::1]:4000\n"
+                            "ups = rack1, rack2\n"
+                            "tls = off\n"
+                            "[ups rack2@hall-2]\n"
+                            "name = Rack = 2 \xc3\xa9\n"
+                            "[ups rack3@hall-2]\n"
+                            "site = Cellar\n";
+    QString error;
+    const std::optional<SiteEntries> site =
+        parseSiteFile(text, QStringLiteral("/etc/kiv/site.ini"), &error);
+    QVERIFY2(site, qPrintable(error));
+    QCOMPARE(site->credentialsFile, QStringLiteral("/etc/kiv/secrets"));
+    QCOMPARE(site->servers.size(), 2);
+    const ServerEntry &one = site->servers.at(0);
+    QCOMPARE(one.host.toString(), QStringLiteral("nut1.example.org:3493"));
+    QCOMPARE(one.site, QStringLiteral("Hall 1"));
+    QVERIFY(one.all);
+    QCOMPARE(one.tls, std::optional<bool>(true));
+    QCOMPARE(one.authorities, QStringLiteral("/etc/ssl/site.pem"));
+    const ServerEntry &two = site->servers.at(1);
+    QCOMPARE(two.host.toString(), QStringLiteral("[fe80::1]:4000"));
+    QCOMPARE(two.site, QStringLiteral("hall-2"));
+    QVERIFY(!two.all);
+    QCOMPARE(two.tls, std::optional<bool>(false));
+    QCOMPARE(two.upses.size(), 3);
+    QCOMPARE(two.upses.at(0).upsName, QStringLiteral("rack1"));
+    QCOMPARE(two.upses.at(1).name, QStringLiteral("Rack = 2 é"));
+    QCOMPARE(two.upses.at(2).upsName, QStringLiteral("rack3"));
+    QCOMPARE(two.upses.at(2).site, QStringLiteral("Cellar"));
+}
+
+void SiteFileTest::wrongFiles_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char *name, const QByteArray &text, const char *error) {
+        QTest::newRow(name) << text << QString::fromUtf8(error);
+    };
+    const QByteArray server = "[server a]\naddress = host\n";
+    row("no section", "\nkey = value\n", ":2: a [section] must come first");
+    row("unknown section", "[what ever]\n", ":1: unknown section");
+    row("unknown key", server + "adress = host\n", ":3: unknown key 'adress'");
+    row("no value", "[server a]\naddress =\n", ":2: 'address' has no value");
+    row("no key", "[server a]\n= host\n", ":2: neither");
+    row("no line at all", "[server a]\naddress\n", ":2: neither");
+    row("twice the key", server + "address = other\n", ":3: 'address' is there twice");
+    row("twice the section", server + server, ":3: the section [server a] is there twice");
+    row("twice the address", server + "\n[server b]\naddress = host:3493\n", ":5: another section");
+    row("no address", "#\n[server a]\nups = all\n\n[console]\n", ":2: [server a] has no address");
+    row("no address at the end", "[server a]\n", ":1: [server a] has no address");
+    row("wrong address", "[server a]\naddress = a b\n", ":2: the host must be");
+    row("wrong port", "[server a]\naddress = a:0\n", ":2: the port must be");
+    row("wrong tls", server + "tls = maybe\n", ":3: tls is off or required");
+    row("wrong ups", server + "ups = a b\n", ":3: ups is 'all'");
+    row("empty ups", server + "ups = a,,b\n", ":3: ups is 'all'");
+    row("ups of no server", server + "[ups x@b]\n", ":3: there is no [server b] above");
+    row("ups without server", server + "[ups x]\n", ":3: there is no [server ] above");
+    row("wrong name", server + "[ups x y@a]\n", ":3: a UPS is named");
+    row("long text", server + "site = " + QByteArray(201, 'x'), ":3: the text has more than 200");
+    row("long line", "# " + QByteArray(5000, 'x'), ":1: the line has more than 4096 bytes");
+    row("binary", QByteArray("[server a]\n\0\n", 13), ":2: the line is no text");
+}
+
+void SiteFileTest::wrongFiles()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QString, error);
+    QString reason;
+    QVERIFY(!parseSiteFile(text, QStringLiteral("site.ini"), &reason));
+    QVERIFY2(reason.startsWith(QStringLiteral("site.ini") + error), qPrintable(reason));
+    QVERIFY(!reason.contains(QLatin1Char('\n')));
+}
+
+/// Damaged files: each gets an answer.
+void SiteFileTest::anyBytes()
+{
+    const QByteArray good = "[console]\ncredentials = x\n[server a]\naddress = host:1\nups = x,y\n"
+                            "tls = off\n[ups x@a]\nname = N\nsite = S\n";
+    quint32 seed = 20;
+    const auto random = [&seed](int below) {
+        seed = seed * 1664525U + 1013904223U;
+        return int((seed >> 8) % quint32(below));
+    };
+    int refused = 0;
+    for (int round = 0; round < 3000; ++round) {
+        QByteArray text = good;
+        for (int change = 0; change <= random(6); ++change) {
+            const int at = random(int(text.size()));
+            switch (random(3)) {
+            case 0:
+                text[at] = char(random(256));
+                break;
+            case 1:
+                text.remove(at, random(20));
+                break;
+            default:
+                text.insert(at, text.mid(random(int(text.size())), random(30)));
+            }
+            if (text.isEmpty())
+                text = "x";
+        }
+        QString reason;
+        if (!parseSiteFile(text, QStringLiteral("f"), &reason)) {
+            ++refused;
+            QVERIFY(reason.startsWith(QStringLiteral("f:")));
+        }
+        parseCredentials(text, QStringLiteral("f"), &reason);
+    }
+    QVERIFY(refused > 1000);
+}
+
+void SiteFileTest::credentials()
+{
+    QString error;
+    const auto users = parseCredentials("# mine\n[localhost:3493]\nuser = oper\n"
+                                        "password = pa ss = \"word\"\n[other]\npassword=x\nuser=y",
+                                        QStringLiteral("secrets"), &error);
+    QVERIFY2(users, qPrintable(error));
+    QCOMPARE(users->size(), 2);
+    QCOMPARE(users->at(0).user, QStringLiteral("oper"));
+    QCOMPARE(users->at(0).password, QStringLiteral("pa ss = \"word\""));
+    QCOMPARE(users->at(1).host.toString(), QStringLiteral("other:3493"));
+}
+
+void SiteFileTest::wrongCredentials_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("no user") << QByteArray("[a]\npassword = hunter2\n") << ":1: the section needs";
+    QTest::newRow("no password") << QByteArray("\n[a]\nuser = x\n[b]\n") << ":2: the section needs";
+    QTest::newRow("other key") << QByteArray("[a]\nhunter2 = x\n") << ":2: a key that is neither";
+    QTest::newRow("no section") << QByteArray("[hunter2 x]\n") << ":1: a section is named";
+    QTest::newRow("no line") << QByteArray("[a]\nhunter2\n") << ":2: neither";
+    QTest::newRow("twice") << QByteArray("[a]\nuser=x\npassword=hunter2\n[a:3493]\n")
+                           << ":4: the server is there twice";
+}
+
+/// What stands in the file never gets into the message.
+void SiteFileTest::wrongCredentials()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QString, error);
+    QString reason;
+    QVERIFY(!parseCredentials(text, QStringLiteral("secrets"), &reason));
+    QVERIFY2(reason.startsWith(QStringLiteral("secrets") + error), qPrintable(reason));
+    QVERIFY(!reason.contains(QStringLiteral("hunter2")));
+}
+
+void SiteFileTest::credentialsRoundTrip()
+{
+    const QVector<Credentials> all = {
+        {{QStringLiteral("::1"), 4000}, QStringLiteral("a b"), QStringLiteral("\"x=[y]#;é")},
+        {{QStringLiteral("host"), 3493}, QStringLiteral("u"), QStringLiteral("[p]")}};
+    QString error;
+    const auto read = parseCredentials(credentialsText(all), QStringLiteral("f"), &error);
+    QVERIFY2(read, qPrintable(error));
+    QCOMPARE(read->size(), 2);
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(read->at(i).host == all.at(i).host);
+        QCOMPARE(read->at(i).user, all.at(i).user);
+        QCOMPARE(read->at(i).password, all.at(i).password);
+    }
+}
+
+void SiteFileTest::secretsOfOthersAreRefused_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("600") << 0600 << true;
+    QTest::newRow("400") << 0400 << true;
+    QTest::newRow("640") << 0640 << false;
+    QTest::newRow("604") << 0604 << false;
+    QTest::newRow("620") << 0620 << false;
+    QTest::newRow("777") << 0777 << false;
+}
+
+void SiteFileTest::secretsOfOthersAreRefused()
+{
+    QFETCH(int, mode);
+    QFETCH(bool, accepted);
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("secrets"));
+    QString error;
+    QVERIFY(writePrivateFile(path, "secret", &error));
+    QCOMPARE(::chmod(QFile::encodeName(path).constData(), mode_t(mode)), 0);
+    const auto content = readPrivateFile(path, 100, &error);
+    QCOMPARE(content.has_value(), accepted);
+    if (!accepted)
+        QVERIFY2(error.contains(QStringLiteral("mode to 600")), qPrintable(error));
+    // A link leads to the same file.
+    const QString link = directory.filePath(QStringLiteral("link"));
+    QVERIFY(QFile::link(path, link));
+    QCOMPARE(readPrivateFile(link, 100, &error).has_value(), accepted);
+    QVERIFY(readSmallFile(path, 100, &error));
+}
+
+void SiteFileTest::secretsAreWrittenForTheOwner()
+{
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("secrets"));
+    QFile open(path);
+    QVERIFY(open.open(QIODevice::WriteOnly));
+    open.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
+    QString error;
+    QVERIFY2(writePrivateFile(path, "secret", &error), qPrintable(error));
+    struct stat written = {};
+    QCOMPARE(::stat(QFile::encodeName(path).constData(), &written), 0);
+    QCOMPARE(int(written.st_mode & 0777), 0600);
+    QCOMPARE(*readPrivateFile(path, 6, &error), QByteArray("secret"));
+    QVERIFY(!readPrivateFile(path, 5, &error));
+    QVERIFY2(error.contains(QStringLiteral("more than 5 bytes")), qPrintable(error));
+    QVERIFY(!writePrivateFile(directory.filePath(QStringLiteral("no/such")), "x", &error));
+}
+
+void SiteFileTest::onlyFilesAreRead()
+{
+    const QTemporaryDir directory;
+    QString error;
+    QVERIFY(!readSmallFile(directory.path(), 100, &error));
+    QVERIFY(!readSmallFile(QStringLiteral("/dev/zero"), 100, &error));
+    QVERIFY2(error.contains(QStringLiteral("/dev/zero")), qPrintable(error));
+    const QString pipe = directory.filePath(QStringLiteral("pipe"));
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QVERIFY(!readPrivateFile(pipe, 100, &error));
+    QVERIFY(!readSmallFile(directory.filePath(QStringLiteral("none")), 100, &error));
+}
+
+void SiteFileTest::quotedTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("quoted");
+    QTest::newRow("plain") << "x" << QByteArray("\"x\"");
+    QTest::newRow("empty") << "" << QByteArray("\"\"");
+    QTest::newRow("escapes") << "a\"b\\c" << QByteArray("\"a\\\"b\\\\c\"");
+    QTest::newRow("umlaut") << QStringLiteral("ä") << QByteArray("\"\xc3\xa4\"");
+    QTest::newRow("line end") << "x\nFSD demo" << QByteArray();
+    QTest::newRow("tab") << "x\ty" << QByteArray();
+    QTest::newRow("too long") << QString(500, QLatin1Char('x')) << QByteArray();
+}
+
+void SiteFileTest::quotedTexts()
+{
+    QFETCH(QString, text);
+    QFETCH(QByteArray, quoted);
+    const std::optional<QByteArray> result = quotedForNut(text);
+    QCOMPARE(result.has_value(), !quoted.isNull());
+    if (!result)
+        return;
+    QCOMPARE(*result, quoted);
+    // The protocol's own reader gets the text back.
+    QCOMPARE(splitNutLine(*result).value(), QVector<QByteArray>{text.toUtf8()});
+}
+
+KIV_TEST_MAIN(SiteFileTest)
+
+#include "tst_sitefile.moc"
