@@ -107,16 +107,23 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
 {
     for (const ServerEntry &entry : entries.servers) {
         NutTls tls;
-        const bool hasUser =
-            std::any_of(users.cbegin(), users.cend(),
-                        [&entry](const Credentials &one) { return one.host == entry.host; });
+        const auto user =
+            std::find_if(users.cbegin(), users.cend(),
+                         [&entry](const Credentials &one) { return one.host == entry.host; });
+        const bool hasUser = user != users.cend();
         tls.required = entry.tls.value_or(hasUser && !entry.host.isLoopback());
+        tls.requiredForPasswords = entry.tls.value_or(true);
         if (!readAuthorities(entry.authorities, &tls.authorities, error))
             return false;
         servers.push_back(std::make_unique<Server>());
         Server *server = servers.back().get();
         server->entry = entry;
         server->link = std::make_unique<NutServerFeed>(entry.host, tls, times);
+        if (hasUser && !server->link->session().setUser(user->user, user->password)) {
+            *error = QStringLiteral("the user of %1 has characters that no server takes")
+                         .arg(entry.host.toString());
+            return false;
+        }
         for (const UpsEntry &ups : entry.upses)
             addUps(server->link.get(), entry, ups, false);
         if (!entry.all)

@@ -61,6 +61,11 @@ bool isNutUpsName(const QString &name)
     return matches("[A-Za-z0-9_.-]{1,64}", name);
 }
 
+bool isNutName(const QString &name)
+{
+    return matches("[A-Za-z0-9_.-]{1,128}", name);
+}
+
 std::optional<NutHost> NutHost::parse(const QString &text, QString *error)
 {
     return parseHost(text, QStringLiteral("the server must be given as HOST[:PORT]"), error);

@@ -24,6 +24,9 @@ struct NutHost
 /// Whether @p name can be a UPS's: letters, digits, '.', '_' and '-', 64 at most.
 bool isNutUpsName(const QString &name);
 
+/// Whether @p name can be a command or a variable: as the above, and longer.
+bool isNutName(const QString &name);
+
 /// Where a UPS is found: its name on a server of Network UPS Tools, and that server.
 struct NutAddress
 {

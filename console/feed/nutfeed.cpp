@@ -34,6 +34,7 @@ void NutFeed::stop()
         return;
     running = false;
     isPending = false;
+    isOfferPending = false;
     if (server)
         server->leave(this);
 }
@@ -43,4 +44,60 @@ void NutFeed::setPending(const Snapshot &snapshot)
     latest = snapshot;
     isPending = true;
     server->deliverSoon();
+}
+
+void NutFeed::askForOffer()
+{
+    showsOffer = true;
+    wantsOffer = true;
+    if (server && running && !latest.isLost())
+        server->askForOffer(this);
+}
+
+NutSession::Done NutFeed::reporter(const QString &name, const QString &value)
+{
+    const QPointer<NutFeed> guard(this);
+    const QString by = user();
+    return [=](CommandOutcome outcome, const QString &text) {
+        if (guard)
+            Q_EMIT guard->commandFinished({name, value, by, outcome, text});
+    };
+}
+
+void NutFeed::run(const QString &name, const QString &value)
+{
+    if (server)
+        server->session().run(upsName, name, value, reporter(name, value));
+}
+
+void NutFeed::set(const QString &name, const QString &value)
+{
+    if (server)
+        server->session().set(upsName, name, value, reporter(name, value));
+}
+
+bool NutFeed::needsUser() const
+{
+    return true;
+}
+
+QString NutFeed::user() const
+{
+    return server ? server->session().user() : QString();
+}
+
+void NutFeed::logIn(const QString &name, const QString &password)
+{
+    if (!server)
+        return;
+    if (!server->session().setUser(name, password)) {
+        Q_EMIT userChecked(CommandOutcome::Refused,
+                           QStringLiteral("name and password must be there, and plain text"));
+        return;
+    }
+    const QPointer<NutFeed> guard(this);
+    server->session().probe(upsName, [guard](CommandOutcome outcome, const QString &text) {
+        if (guard)
+            Q_EMIT guard->userChecked(outcome, text);
+    });
 }

@@ -26,10 +26,18 @@ public:
     void start() override;
     void stop() override;
 
+    void askForOffer() override;
+    void run(const QString &name, const QString &value) override;
+    void set(const QString &name, const QString &value) override;
+    bool needsUser() const override;
+    QString user() const override;
+    void logIn(const QString &user, const QString &password) override;
+
 private:
     friend class NutServerFeed;
 
     void setPending(const Snapshot &snapshot);
+    NutSession::Done reporter(const QString &name, const QString &value);
 
     QPointer<NutServerFeed> server;
     const QString upsName;
@@ -40,4 +48,8 @@ private:
     QString status; // as it was in the last list
     Snapshot latest;
     bool isPending = false;
+    bool wantsOffer = false; // as soon as the UPS is reached
+    Offer offer;
+    bool isOfferPending = false;
+    bool showsOffer = false; // somebody asked for it
 };

@@ -35,6 +35,13 @@ QString wordsForTls(const QSslError &error, const QString &host)
 
 } // namespace
 
+NutTls NutTls::withPassword(const NutHost &host) const
+{
+    NutTls tls = *this;
+    tls.required = required || (requiredForPasswords && !host.isLoopback());
+    return tls;
+}
+
 NutLink::NutLink(const NutHost &host, const NutTls &usedTls, QObject *parent)
     : QObject(parent)
     , server(host)
@@ -238,9 +245,10 @@ void NutLink::drop()
     questions.clear();
     if (!socket)
         return;
-    // Perhaps from within one of its signals.
+    // Perhaps from within one of its signals, which it must outlive, and this need not.
     socket->disconnect(this);
     socket->abort();
+    socket->setParent(nullptr);
     socket->deleteLater();
     socket = nullptr;
 }

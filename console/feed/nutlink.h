@@ -19,8 +19,12 @@ class QSslError;
 struct NutTls
 {
     bool required = false;
+    bool requiredForPasswords = true; ///< of connections that carry one, off this machine
     /// The authorities to trust; empty: the system's.
     QList<QSslCertificate> authorities;
+
+    /// What counts for a connection to @p host that carries a password.
+    NutTls withPassword(const NutHost &host) const;
 };
 
 /// One connection to a server of Network UPS Tools: questions go out in order, all that are asked

@@ -5,6 +5,7 @@
 #include "nutmapping.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -30,6 +31,7 @@ NutServerFeed::NutServerFeed(const NutHost &host, const NutTls &tls, const NutTi
     , server(host)
     , times(wantedTimes)
     , link(host, tls)
+    , commands(host, tls.withPassword(host))
     , retryRest(wantedTimes.firstRetry)
 {
     for (QTimer *timer : {&deadline, &roundDeadline, &next, &delivery})
@@ -67,6 +69,11 @@ void NutServerFeed::discover()
     discovers = true;
     if (phase == Phase::Idle)
         connectToServer();
+}
+
+NutSession &NutServerFeed::session()
+{
+    return commands;
 }
 
 void NutServerFeed::join(NutFeed *feed)
@@ -107,11 +114,16 @@ void NutServerFeed::deliver()
     const QPointer<NutServerFeed> guard(this);
     const std::vector<QPointer<NutFeed>> present = feeds;
     for (const QPointer<NutFeed> &feed : present) {
-        if (!feed || !feed->isPending)
-            continue;
-        feed->isPending = false;
-        const Snapshot snapshot = feed->latest;
-        Q_EMIT feed->snapshotReady(snapshot);
+        if (feed && feed->isPending) {
+            feed->isPending = false;
+            const Snapshot snapshot = feed->latest;
+            Q_EMIT feed->snapshotReady(snapshot);
+        }
+        if (guard && feed && feed->isOfferPending) {
+            feed->isOfferPending = false;
+            const Offer offer = feed->offer;
+            Q_EMIT feed->offerReady(offer);
+        }
         if (!guard)
             return;
     }
@@ -191,6 +203,7 @@ void NutServerFeed::askForEverything(NutFeed *feed)
                  if (asking && asking->running) {
                      asking->wantsEverything = answer.state() != NutReader::State::Complete;
                      if (asking->wantsEverything) {
+                         asking->wantsOffer = asking->showsOffer;
                          asking->setPending(
                              Snapshot::lost(asking->upsName, wordsForError(answer.problem())));
                      } else {
@@ -199,10 +212,96 @@ void NutServerFeed::askForEverything(NutFeed *feed)
                              static_cast<const NutListReader &>(answer).variables();
                          asking->status = variables.value(QStringLiteral("ups.status"));
                          asking->setPending(snapshotOf(asking->upsName, variables));
+                         if (asking->wantsOffer)
+                             askForOffer(asking);
                      }
                  }
                  answered();
              });
+}
+
+/// What a UPS offers comes in two turns: the names, and all that is to know of them. The last
+/// answer of all delivers it.
+void NutServerFeed::askForOffer(NutFeed *feed)
+{
+    constexpr int mostOffered = 200;
+    constexpr int longest = 200;
+    const auto text = [](const QByteArray &bytes) {
+        return plainText(QString::fromUtf8(bytes)).left(longest);
+    };
+    feed->wantsOffer = false;
+    const QPointer<NutFeed> asking(feed);
+    const QByteArray ups = feed->upsName.toLatin1();
+    const auto offer = std::make_shared<Offer>();
+    const auto ask = [this](const QByteArray &question, NutLink::Answer take) {
+        link.ask(question, [this, take](const NutReader &answer) {
+            if (answer.state() == NutReader::State::Complete)
+                take(answer);
+            answered();
+        });
+    };
+    ask("LIST CMD " + ups, [=](const NutReader &names) {
+        for (const QVector<QByteArray> &row : names.rows()) {
+            const QString name = QString::fromUtf8(row.value(0));
+            if (!isNutName(name) || offer->commands.size() >= mostOffered)
+                continue;
+            const int index = int(offer->commands.size());
+            offer->commands.append({name, {}});
+            ask("GET CMDDESC " + ups + ' ' + row.value(0), [=](const NutReader &answer) {
+                offer->commands[index].description = text(answer.rows().value(0).value(0));
+            });
+        }
+    });
+    link.ask("LIST RW " + ups, [=](const NutReader &names) {
+        for (const QVector<QByteArray> &row : names.rows()) {
+            const QString name = QString::fromUtf8(row.value(0));
+            if (!isNutName(name) || offer->settings.size() >= mostOffered)
+                continue;
+            const int index = int(offer->settings.size());
+            OfferedSetting setting;
+            setting.name = name;
+            setting.value = text(row.value(1));
+            offer->settings.append(setting);
+            const QByteArray subject = ups + ' ' + row.value(0);
+            ask("GET DESC " + subject, [=](const NutReader &answer) {
+                offer->settings[index].description = text(answer.rows().value(0).value(0));
+            });
+            ask("GET TYPE " + subject, [=](const NutReader &answer) {
+                const QVector<QByteArray> words = answer.rows().value(0);
+                OfferedSetting &one = offer->settings[index];
+                one.isNumber = words.contains("NUMBER");
+                for (const QByteArray &word : words) {
+                    if (word.startsWith("STRING:"))
+                        one.longest = std::max(word.mid(int(sizeof "STRING")).toInt(), 0);
+                }
+            });
+            ask("LIST ENUM " + subject, [=](const NutReader &answer) {
+                for (const QVector<QByteArray> &choice : answer.rows()) {
+                    if (offer->settings.at(index).choices.size() < mostOffered)
+                        offer->settings[index].choices += text(choice.value(0));
+                }
+            });
+            ask("LIST RANGE " + subject, [=](const NutReader &answer) {
+                for (const QVector<QByteArray> &range : answer.rows()) {
+                    const auto from = nutNumber(QString::fromUtf8(range.value(0)));
+                    const auto to = nutNumber(QString::fromUtf8(range.value(1)));
+                    if (from && to && *from <= *to &&
+                        offer->settings.at(index).ranges.size() < mostOffered)
+                        offer->settings[index].ranges.append({*from, *to});
+                }
+            });
+        }
+        // Answers keep their order: behind this one all is known.
+        link.ask("VER", [=](const NutReader &) {
+            if (asking && asking->running) {
+                asking->offer = *offer;
+                asking->isOfferPending = true;
+                deliverSoon();
+            }
+            answered();
+        });
+        answered();
+    });
 }
 
 void NutServerFeed::answered()
@@ -226,6 +325,7 @@ void NutServerFeed::takeLoss(const QString &reason)
     retryRest = std::min(2 * retryRest, times.longestRetry);
     for (const QPointer<NutFeed> &feed : feeds) {
         feed->wantsEverything = true;
+        feed->wantsOffer = feed->showsOffer;
         feed->setPending(Snapshot::lost(feed->upsName, reason));
     }
     Q_EMIT lost(reason);

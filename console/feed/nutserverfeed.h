@@ -1,6 +1,8 @@
 #pragma once
 
 #include "nutlink.h"
+#include "nutsession.h"
+#include "offer.h"
 #include "snapshot.h"
 
 #include <QtCore/QPointer>
@@ -46,6 +48,8 @@ public:
     const NutHost &host() const;
     /// Asks the server for its UPSes too, once a connection and each minute: found() says which.
     void discover();
+    /// The way for commands to its UPSes.
+    NutSession &session();
 
 Q_SIGNALS:
     /// All UPSes of the server, in its order.
@@ -74,6 +78,7 @@ private:
     void askForStatus(NutFeed *feed);
     void askForEverything(NutFeed *feed);
     void takeUpses(const NutReader &answer);
+    void askForOffer(NutFeed *feed);
     /// Counts an answer; the last one ends the round.
     void answered();
     void takeLoss(const QString &reason);
@@ -81,6 +86,7 @@ private:
     const NutHost server;
     const NutTimes times;
     NutLink link;
+    NutSession commands;
     Phase phase = Phase::Idle;
     bool discovers = false;
     bool askedForUpses = false;

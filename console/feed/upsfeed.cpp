@@ -17,3 +17,30 @@ bool UpsFeed::command(Command)
 {
     return false;
 }
+
+void UpsFeed::askForOffer()
+{}
+
+void UpsFeed::run(const QString &name, const QString &value)
+{
+    Q_EMIT commandFinished({name, value, QString(), CommandOutcome::Refused,
+                            QStringLiteral("this UPS takes no commands")});
+}
+
+void UpsFeed::set(const QString &name, const QString &value)
+{
+    UpsFeed::run(name, value);
+}
+
+bool UpsFeed::needsUser() const
+{
+    return false;
+}
+
+QString UpsFeed::user() const
+{
+    return QString();
+}
+
+void UpsFeed::logIn(const QString &, const QString &)
+{}

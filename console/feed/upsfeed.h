@@ -1,5 +1,7 @@
 #pragma once
 
+#include "commandresult.h"
+#include "offer.h"
 #include "snapshot.h"
 
 #include <QtCore/QObject>
@@ -42,7 +44,25 @@ public:
     /// Gives the command. Returns false when it is not supported, or refused in the present state.
     virtual bool command(Command command);
 
+    /// Asks what the UPS offers by name, now and whenever it was not reached for a time;
+    /// offerReady() brings it. Here: nothing is offered.
+    virtual void askForOffer();
+    /// Gives an offered command, with a value where it is not empty; commandFinished() says how it
+    /// ended, later. Here: it is refused.
+    virtual void run(const QString &name, const QString &value);
+    /// Likewise, sets an offered variable.
+    virtual void set(const QString &name, const QString &value);
+    /// Whether commands need a user, and who that is; empty while there is none. Here: no need.
+    virtual bool needsUser() const;
+    virtual QString user() const;
+    /// Takes a user, whom userChecked() says to be right or wrong. Kept in memory only.
+    virtual void logIn(const QString &user, const QString &password);
+
 Q_SIGNALS:
     /// The UPS as it is now; comes repeatedly, changed or not.
     void snapshotReady(const Snapshot &snapshot);
+    void offerReady(const Offer &offer);
+    void commandFinished(const CommandResult &result);
+    /// What the server makes of a user: Done, Refused, or Failed when it could not be asked.
+    void userChecked(CommandOutcome outcome, const QString &text);
 };

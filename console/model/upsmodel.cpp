@@ -70,7 +70,19 @@ void UpsModel::setFeed(UpsFeed *newFeed)
     if (feed) {
         connect(feed, &UpsFeed::snapshotReady, this, &UpsModel::take);
         connect(feed, &QObject::destroyed, this, &UpsModel::commandsChanged);
+        connect(feed, &UpsFeed::offerReady, this, [this](const Offer &newOffer) {
+            offered = newOffer;
+            Q_EMIT offerChanged();
+        });
+        connect(feed, &UpsFeed::commandFinished, this, [this](const CommandResult &result) {
+            underWay = std::max(underWay - 1, 0);
+            finishCommand(result);
+        });
+        connect(feed, &UpsFeed::userChecked, this, &UpsModel::userChecked);
     }
+    offered = Offer();
+    underWay = 0;
+    Q_EMIT offerChanged();
     Q_EMIT commandsChanged();
 }
 
@@ -200,6 +212,58 @@ bool UpsModel::command(Command command)
     if (guard)
         Q_EMIT commandGiven(command, taken);
     return taken;
+}
+
+const Offer &UpsModel::offer() const
+{
+    return offered;
+}
+
+void UpsModel::askForOffer()
+{
+    if (feed)
+        feed->askForOffer();
+}
+
+void UpsModel::run(const QString &commandName, const QString &value)
+{
+    if (!feed)
+        return;
+    ++underWay;
+    Q_EMIT commandBegan(commandName, value);
+    if (feed)
+        feed->run(commandName, value);
+}
+
+void UpsModel::set(const QString &variable, const QString &value)
+{
+    if (!feed)
+        return;
+    ++underWay;
+    Q_EMIT commandBegan(variable, value);
+    if (feed)
+        feed->set(variable, value);
+}
+
+int UpsModel::commandsUnderWay() const
+{
+    return underWay;
+}
+
+bool UpsModel::needsUser() const
+{
+    return feed && feed->needsUser();
+}
+
+QString UpsModel::user() const
+{
+    return feed ? feed->user() : QString();
+}
+
+void UpsModel::logIn(const QString &who, const QString &password)
+{
+    if (feed)
+        feed->logIn(who, password);
 }
 
 void UpsModel::finishCommand(const CommandResult &result)

@@ -64,6 +64,18 @@ public:
     bool supports(Command command) const;
     /// Gives it. Returns false when it is not supported, or refused in the present state.
     bool command(Command command);
+    /// What the UPS offers by name, as far as it is known; see UpsFeed.
+    const Offer &offer() const;
+    void askForOffer();
+    /// Gives an offered command, or sets an offered variable; commandFinished() says how it ended.
+    void run(const QString &name, const QString &value = QString());
+    void set(const QString &name, const QString &value);
+    /// Commands and settings that have not ended.
+    int commandsUnderWay() const;
+    /// Whether commands need a user, and who that is; empty while there is none.
+    bool needsUser() const;
+    QString user() const;
+    void logIn(const QString &user, const QString &password);
     /// Announces how a command ended: commandFinished() with this UPS's id and the present time.
     void finishCommand(const CommandResult &result);
 
@@ -79,6 +91,10 @@ Q_SIGNALS:
     void commandsChanged();
     /// The outcome of command().
     void commandGiven(Command command, bool taken);
+    void offerChanged();
+    void userChecked(CommandOutcome outcome, const QString &text);
+    /// A command or a setting was given by run() or set().
+    void commandBegan(const QString &name, const QString &value);
     /// A command or a setting ended, well or not.
     void commandFinished(const CommandRecord &record);
 
@@ -90,6 +106,8 @@ private:
     QString group;
     const Clock clock;
     QPointer<UpsFeed> feed;
+    Offer offered;
+    int underWay = 0;
     Snapshot latest;
     Headline line;
     QVector<Condition> present;

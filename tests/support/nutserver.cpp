@@ -74,10 +74,70 @@ bool NutServer::prepare()
                                                  "  driver = dummy-ups\n"
                                                  "  port = demo.dev\n"
                                                  "  mode = dummy-once\n") &&
-           writeFile(QStringLiteral("upsd.conf"), "LISTEN 127.0.0.1 " +
-                                                      QByteArray::number(freePort) + "\nMAXAGE " +
-                                                      QByteArray::number(maxAge) + "\n") &&
-           writeFile(QStringLiteral("upsd.users"), QByteArray());
+           configureServer(QByteArray()) && writeUsers(QByteArray());
+}
+
+bool NutServer::writeUsers(const QByteArray &lines)
+{
+    return writeFile(QStringLiteral("upsd.users"), lines);
+}
+
+bool NutServer::configureServer(const QByteArray &lines)
+{
+    serverLines += lines;
+    return writeFile(QStringLiteral("upsd.conf"),
+                     "LISTEN 127.0.0.1 " + QByteArray::number(freePort) + "\nMAXAGE " +
+                         QByteArray::number(maxAge) + '\n' + serverLines);
+}
+
+void NutServer::useDriver(const QString &program)
+{
+    ownDriver = program;
+}
+
+bool NutServer::run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setWorkingDirectory(directory.path());
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    return (process.waitForFinished(patience) && process.exitCode() == 0) ||
+           fail(program + QStringLiteral(": ") + QString::fromLocal8Bit(process.readAll()));
+}
+
+bool NutServer::useTls(const QString &bundle, const QString &authority)
+{
+    const auto list = [](const char *words) {
+        return QString::fromLatin1(words).split(QLatin1Char(' '));
+    };
+    const QString database = directory.filePath(QStringLiteral("db"));
+    QFile password(directory.filePath(QStringLiteral("db.pw")));
+    if (!QDir().mkdir(database) || !password.open(QIODevice::WriteOnly) ||
+        password.write("dbpass\n") < 0)
+        return fail(QStringLiteral("cannot make the database of certificates"));
+    password.close();
+    return run(QStringLiteral("certutil"), list("-N -d sql:db -f db.pw")) &&
+           run(QStringLiteral("certutil"), list("-A -d sql:db -f db.pw -n authority -t C,, -i")
+                                               << authority) &&
+           run(QStringLiteral("pk12util"), list("-d sql:db -k db.pw -W p12 -i") << bundle) &&
+           configureServer("CERTPATH " + database.toLocal8Bit() +
+                           "\nCERTIDENT \"upsd\" \"dbpass\"\nDISABLE_WEAK_SSL true\n");
+}
+
+QByteArrayList NutServer::handed() const
+{
+    QFile log(directory.filePath(QStringLiteral("state/handed")));
+    if (!log.open(QIODevice::ReadOnly))
+        return {};
+    QByteArrayList lines = log.readAll().split('\n');
+    lines.removeAll(QByteArray());
+    return lines;
+}
+
+bool NutServer::rereadUsers()
+{
+    return (server && ::kill(pid_t(server->processId()), SIGHUP) == 0) ||
+           fail(QStringLiteral("no server to signal"));
 }
 
 bool NutServer::writeFile(const QString &name, const QByteArray &text)
@@ -107,10 +167,15 @@ bool NutServer::startDriver()
 {
     const QString socket = directory.filePath(QStringLiteral("state/dummy-ups-demo"));
     QFile::remove(socket);
-    if (!launch(&driver, QStringLiteral("/lib/nut/dummy-ups"),
-                QStringList{QStringLiteral("-a"), QStringLiteral("demo"), QStringLiteral("-F"),
-                            QStringLiteral("-i"), QStringLiteral("1")} +
-                    asThisUser()))
+    const bool started =
+        ownDriver.isEmpty()
+            ? launch(&driver, QStringLiteral("/lib/nut/dummy-ups"),
+                     QStringList{QStringLiteral("-a"), QStringLiteral("demo"), QStringLiteral("-F"),
+                                 QStringLiteral("-i"), QStringLiteral("1")} +
+                         asThisUser())
+            : launch(&driver, ownDriver,
+                     {directory.filePath(QStringLiteral("state")), QStringLiteral("demo")});
+    if (!started)
         return false;
     return waitUntil([&] { return QFile::exists(socket); }) ||
            fail(QStringLiteral("the driver opens no socket"));

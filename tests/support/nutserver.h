@@ -25,6 +25,20 @@ public:
     /// delete it.
     bool writeVariables(const QByteArray &lines);
 
+    /// Before start(): lines of the file of users; lines for the server's configuration; and a
+    /// program that plays the driver of "demo" when it is started with the directory of the
+    /// sockets and that name.
+    bool writeUsers(const QByteArray &lines);
+    bool configureServer(const QByteArray &lines);
+    void useDriver(const QString &program);
+    /// Lets the server offer TLS with a certificate in PKCS#12 form of the name "upsd" and the
+    /// password "p12", that of @p authority.
+    bool useTls(const QString &bundle, const QString &authority);
+    /// What useDriver()'s program was handed, a line each.
+    QByteArrayList handed() const;
+    /// Lets a running server read its users again.
+    bool rereadUsers();
+
     /// Start what writeVariables() has prepared, and wait until it can be talked to (not until the
     /// driver has its first data: until then the status is WAIT).
     bool startDriver();
@@ -47,6 +61,7 @@ public:
 private:
     bool writeFile(const QString &name, const QByteArray &text);
     bool prepare();
+    bool run(const QString &program, const QStringList &arguments);
     bool launch(std::unique_ptr<QProcess> *process, const QString &program,
                 const QStringList &arguments);
     bool kill(std::unique_ptr<QProcess> *process);
@@ -57,6 +72,8 @@ private:
     std::unique_ptr<QProcess> driver;
     std::unique_ptr<QProcess> server;
     QString lastProblem;
+    QString ownDriver;
+    QByteArray serverLines;
     qint64 lastWritten = 0; ///< seconds since the epoch, as the file of the variables has it
     int maxAge;
     quint16 freePort = 0;
