@@ -129,6 +129,8 @@ if(TARGET kivconsole)
 powers, voltages and alarms on pages of dials, bars and tiles. It
 follows a supply through a server of Network UPS Tools, or shows a
 simulated one."
+        # Loaded at run time.
+        DEPENDS "libqt${KIVWIDGETS_QT}sql${KIVWIDGETS_QT}-sqlite"
         RECOMMENDS "fonts-dejavu-core, kivwidgets${kiv_suffix}-accessibility, libqt${KIVWIDGETS_QT}svg${KIVWIDGETS_QT}" SUGGESTS "nut-server")
 endif()
 if(TARGET kivgallery)

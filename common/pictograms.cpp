@@ -131,6 +131,23 @@ QPainterPath help()
     return path;
 }
 
+QPainterPath events()
+{
+    QPainterPath path;
+    for (const double y : {5.0, 12.0, 19.0}) {
+        path.addPath(circle(4.5, y, 1.5));
+        path.addPath(line({{9.5, y}, {21, y}}));
+    }
+    return path;
+}
+
+QPainterPath trends()
+{
+    QPainterPath path = line({{3, 3}, {3, 21}, {21, 21}});
+    path.addPath(line({{6.5, 15.5}, {10.5, 10.5}, {14, 13.5}, {20.5, 5}}));
+    return path;
+}
+
 QPainterPath pathOf(Pictogram which)
 {
     switch (which) {
@@ -154,6 +171,10 @@ QPainterPath pathOf(Pictogram which)
         return link();
     case Pictogram::Help:
         return help();
+    case Pictogram::Events:
+        return events();
+    case Pictogram::Trends:
+        return trends();
     }
     return {};
 }

@@ -6,7 +6,20 @@
 #include <QtGui/QPixmap>
 
 /// Line drawings for tabs, tiles and buttons, all on one grid with one line width.
-enum class Pictogram { Ups, Overview, Power, Control, Settings, Alarm, Check, Restart, Link, Help };
+enum class Pictogram {
+    Ups,
+    Overview,
+    Power,
+    Control,
+    Settings,
+    Alarm,
+    Check,
+    Restart,
+    Link,
+    Help,
+    Events,
+    Trends
+};
 
 /// A transparent pixmap of @p size with @p ratio pixels a unit of length, rounded up. Without a
 /// ratio it has that of the densest screen.

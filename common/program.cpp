@@ -95,6 +95,12 @@ QString Program::settingsFile(const QString &name)
     return QDir(directory).filePath(name);
 }
 
+QString Program::dataDirectory()
+{
+    const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    return directory.isEmpty() ? QStringLiteral(".") : directory;
+}
+
 bool Program::makeDirectory(const QString &directory, QString *error)
 {
     if (QDir().mkpath(directory))

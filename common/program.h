@@ -47,6 +47,9 @@ void styleApplication();
 /// place.
 QString settingsFile(const QString &name);
 
+/// Where the program's data belong; not absolute where the environment names no usable place.
+QString dataDirectory();
+
 bool makeDirectory(const QString &directory, QString *error);
 /// Writes what @p window shows to @p name.png in @p directory and prints the file's path.
 bool takeScreenshot(QWidget &window, const QString &directory, const QString &name, QString *error);

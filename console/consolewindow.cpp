@@ -4,9 +4,12 @@
 #include "controlpage.h"
 #include "display.h"
 #include "elidedlabel.h"
+#include "eventspage.h"
 #include "focusframe.h"
+#include "history/history.h"
 #include "informationpage.h"
 #include "keyhelp.h"
+#include "model/commandname.h"
 #include "overviewpage.h"
 #include "pictograms.h"
 #include "powerpage.h"
@@ -86,7 +89,7 @@ double scaleFor(QSize window, int dotsPerInch)
 /// A tab's face: the drawing with its name under it; the chosen one is lit, with a bar towards the
 /// pages.
 QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size, bool lamp,
-                bool hovered)
+                bool hovered, const QString &badge, Severity badgeSeverity)
 {
     QPixmap face = transparentPixmap(size);
     QPainter painter(&face);
@@ -113,38 +116,22 @@ QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size,
     painter.setPen(color);
     painter.setFont(font);
     painter.drawText(QRect(0, above, size.width(), textHeight), Qt::AlignCenter, name);
-    return face;
-}
-
-QString nameOf(Command command)
-{
-    switch (command) {
-    case Command::SwitchOn:
-        return ConsoleWindow::tr("Switch on");
-    case Command::SwitchOff:
-        return ConsoleWindow::tr("Switch off");
-    case Command::ForceBattery:
-        return ConsoleWindow::tr("Run on battery");
-    case Command::GoToBypass:
-        return ConsoleWindow::tr("Bypass");
-    case Command::ReturnToMains:
-        return ConsoleWindow::tr("Return to mains");
-    case Command::Lock:
-        return ConsoleWindow::tr("Lock");
-    case Command::ClearAlarm:
-        return ConsoleWindow::tr("Clear alarm");
-    case Command::BeeperOn:
-        return ConsoleWindow::tr("Beeper on");
-    case Command::BeeperOff:
-        return ConsoleWindow::tr("Beeper off");
-    case Command::LoseCommunication:
-        return ConsoleWindow::tr("Simulator: cut the link");
-    case Command::RestoreCommunication:
-        return ConsoleWindow::tr("Simulator: restore the link");
-    case Command::FollowScenario:
-        return ConsoleWindow::tr("Simulator: resume the scenario");
+    if (!badge.isEmpty()) {
+        const SeverityLook look = lookOf(badgeSeverity, true);
+        painter.setFont(Theme::font(Theme::Small, true));
+        const QFontMetrics metrics(painter.font());
+        const int height = metrics.height();
+        const int wide = std::max(metrics.horizontalAdvance(badge) + height / 2, height);
+        const int right = std::min((size.width() + side) / 2 + wide * 3 / 4, size.width() - 6);
+        const QRect plate(right - wide, std::max((above - side) / 2 - height / 4, 1), wide, height);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(railColor, 2));
+        painter.setBrush(look.plate);
+        painter.drawRoundedRect(plate, height / 2.0, height / 2.0);
+        painter.setPen(look.ink);
+        painter.drawText(plate, Qt::AlignCenter, badge);
     }
-    return {};
+    return face;
 }
 
 /// How urgent an alarm state is.
@@ -297,10 +284,12 @@ void ConsoleWindow::makeTabs()
     stack->changeTimePosition(shrinkTime);
     stack->changeTimeRotation(turnTime);
 
+    events = new EventsPage(site);
     settings = new SettingsPage;
     addTab(tr("Overview"), Pictogram::Overview, new OverviewPage, systemState);
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
     addTab(tr("Control"), Pictogram::Control, new ControlPage, batteryState);
+    addTab(tr("Events"), Pictogram::Events, events, noState);
     addTab(tr("Information"), Pictogram::Help, new InformationPage, noState);
     addTab(tr("Settings"), Pictogram::Settings, settings, noState);
     connect(settings, &SettingsPage::darkThemeChosen, this, &ConsoleWindow::setDarkTheme);
@@ -340,7 +329,7 @@ void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
     page->setAutoFillBackground(false);
     scrollByFinger(room);
     stack->addWidget(room);
-    tabs.push_back({button, page, room, picture, name, state});
+    tabs.push_back({button, page, room, picture, name, state, QString(), Severity::Normal});
 }
 
 void ConsoleWindow::makeDrawer()
@@ -522,6 +511,41 @@ void ConsoleWindow::showTabStates()
             shownState(tabsHaveLamps ? tab.state(ups->snapshot()) : noState(ups->snapshot())));
 }
 
+void ConsoleWindow::setHistory(History *shown)
+{
+    if (history)
+        history->disconnect(this);
+    history = shown;
+    events->setHistory(history);
+    if (history)
+        connect(history, &History::unacknowledgedChanged, this, &ConsoleWindow::showUnacknowledged);
+    showUnacknowledged();
+}
+
+void ConsoleWindow::showUnacknowledged()
+{
+    int count = 0;
+    Severity worst = Severity::Normal;
+    for (const Severity severity : {Severity::Warning, Severity::Unknown, Severity::Critical}) {
+        const int some = history ? history->unacknowledged().at(std::size_t(severity)) : 0;
+        count += some;
+        if (some > 0)
+            worst = worseOf(worst, severity);
+    }
+    constexpr int most = 99;
+    for (Tab &tab : tabs) {
+        if (tab.page != events)
+            continue;
+        tab.badge = count == 0     ? QString()
+                    : count > most ? QStringLiteral("99+")
+                                   : QString::number(count);
+        tab.badgeSeverity = worst;
+        tab.button->setAccessibleName(
+            count == 0 ? tab.name : tr("%1, %2 not acknowledged").arg(tab.name).arg(count));
+        drawTab(tab, tab.button->underMouse());
+    }
+}
+
 void ConsoleWindow::showResult(Command command, bool taken)
 {
     message->setText(taken ? tr("%1: taken").arg(nameOf(command))
@@ -637,9 +661,9 @@ void ConsoleWindow::drawTab(const Tab &tab, bool hovered)
 {
     QIcon icon;
     for (const bool chosen : {false, true})
-        icon.addPixmap(
-            tabFace(tab.picture, tab.name, chosen, tab.button->iconSize(), tabsHaveLamps, hovered),
-            QIcon::Normal, chosen ? QIcon::On : QIcon::Off);
+        icon.addPixmap(tabFace(tab.picture, tab.name, chosen, tab.button->iconSize(), tabsHaveLamps,
+                               hovered, tab.badge, tab.badgeSeverity),
+                       QIcon::Normal, chosen ? QIcon::On : QIcon::Off);
     tab.button->setIcon(icon);
     // A new icon shows when the tab drops its picture, as it does for a removed child.
     delete new QWidget(tab.button);

@@ -9,6 +9,8 @@
 
 class Banner;
 class ElidedLabel;
+class EventsPage;
+class History;
 class KeyHelp;
 class MetroNavdrawer;
 class MetroStatusbar;
@@ -40,6 +42,9 @@ public:
     /// Takes size, page, theme and settings from the INI file @p file, and keeps them there from
     /// now on.
     void remember(const QString &file);
+
+    /// Shows @p history on its pages, which must live as long, or none (null).
+    void setHistory(History *history);
 
     /// The pages' names as file names use them, in the order of the tabs.
     QStringList pageNames() const;
@@ -74,6 +79,8 @@ private:
         QString name;
         /// The state that the tab's lamp shows.
         ElementState (*state)(const Snapshot &);
+        QString badge; ///< a number beside the drawing; may be empty
+        Severity badgeSeverity = Severity::Normal;
     };
 
     struct DrawerEntry
@@ -95,6 +102,7 @@ private:
     void showClock();
     void showResult(Command command, bool taken);
     void showTabStates();
+    void showUnacknowledged();
     void drawTab(const Tab &tab, bool hovered);
     void openDrawer(bool open);
     void escape();
@@ -119,7 +127,9 @@ private:
     Banner *banner;
     QWidget *rail;
     RotateStackedWidget *stack;
+    EventsPage *events;
     SettingsPage *settings;
+    History *history = nullptr;
     MetroNavdrawer *drawer;
     QPixmap drawerTab;
     KeyHelp *keyHelp;

@@ -4,6 +4,7 @@
 
 #include <metroStyle.h>
 
+#include <QtCore/QDateTime>
 #include <QtCore/QString>
 
 /// An element's state as the Metro widgets take it.
@@ -11,3 +12,9 @@ elemDesc_t shownState(ElementState state);
 
 /// @p text with a capital at its start.
 QString sentence(QString text);
+
+/// An instant (milliseconds since 1970, UTC) as local time: "14:03:22" on the day of @p now, else
+/// "21 Nov 14:03", with the year where it is another one.
+QString momentText(qint64 at, const QDateTime &now);
+/// A length of time in words: "42 s", "12 min", "1 h 05 min", "3 d 4 h".
+QString lengthText(qint64 msecs);

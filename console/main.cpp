@@ -1,5 +1,6 @@
 #include "consolewindow.h"
 #include "feed/simulatorfeed.h"
+#include "history/recorder.h"
 #include "notifier.h"
 #include "options.h"
 #include "program.h"
@@ -7,6 +8,7 @@
 #include "sitefeeds.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QSettings>
 #include <QtWidgets/QApplication>
 
 #include <memory>
@@ -14,6 +16,26 @@
 
 /// The status when screenshots are there but of a UPS that cannot be reached.
 static constexpr int notReached = 3;
+
+/// How long the history keeps what, as the settings' group "history" says.
+static Retention keptTimes()
+{
+    Retention kept;
+    const QString file = Program::settingsFile(QStringLiteral("console.ini"));
+    if (file.isEmpty())
+        return kept;
+    const QSettings settings(file, QSettings::IniFormat);
+    const auto days = [&settings](const char *key, int usual) {
+        bool isNumber = false;
+        const int value = settings.value(QLatin1String(key)).toInt(&isNumber);
+        constexpr int longest = 36500;
+        return isNumber && value >= 0 && value <= longest ? value : usual;
+    };
+    kept.rawDays = days("history/rawDays", kept.rawDays);
+    kept.minuteDays = days("history/minuteDays", kept.minuteDays);
+    kept.hourDays = days("history/hourDays", kept.hourDays);
+    return kept;
+}
 
 int main(int argc, char **argv)
 {
@@ -62,6 +84,10 @@ int main(int argc, char **argv)
             return Program::refuse(error, Program::failed);
         }
     }
+    // What a simulation does is not to be mixed with what happened: it is forgotten with it.
+    History history(options.simulates() ? QString() : Program::dataDirectory(), keptTimes());
+    const Recorder recorder(&site, &history);
+    window.setHistory(&history);
     Notifier notifier(&site);
     QObject::connect(&window, &ConsoleWindow::notifyChosen, &notifier, &Notifier::setEnabled);
     if (const QString file = Program::settingsFile(QStringLiteral("console.ini"));

@@ -52,6 +52,10 @@ private:
     {
         return find<RotateStackedWidget>("pages")->currentIndex();
     }
+    void showPage(const QString &name)
+    {
+        window->showPage(int(window->pageNames().indexOf(name)));
+    }
     void click(const QWidget *widget)
     {
         QTest::mouseClick(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, placeOf(widget));
@@ -193,7 +197,8 @@ void ConsoleUseTest::drawerByTouch()
 /// The pictures of such a switch are lower than a finger needs.
 void ConsoleUseTest::settingByTouchOfItsRow()
 {
-    key(Qt::Key_5, Qt::AltModifier);
+    const auto settings = window->pageNames().indexOf(QLatin1String("settings"));
+    key(Qt::Key(int(Qt::Key_1) + int(settings)), Qt::AltModifier);
     auto *control = find<SimpleSlideSwitch>("Page animation");
     QTRY_VERIFY(control->isVisible());
     auto *row = find<QWidget>("Page animation row");
@@ -221,19 +226,17 @@ void ConsoleUseTest::settingByTouchOfItsRow()
 
 void ConsoleUseTest::flickScrolls_data()
 {
-    QTest::addColumn<int>("page");
-    QTest::newRow("power") << 1;
-    QTest::newRow("control") << 2;
-    QTest::newRow("information") << 3;
-    QTest::newRow("settings") << 4;
+    QTest::addColumn<QString>("page");
+    for (const char *page : {"power", "control", "information", "settings"})
+        QTest::newRow(page) << QString::fromLatin1(page);
 }
 
 void ConsoleUseTest::flickScrolls()
 {
-    QFETCH(int, page);
+    QFETCH(QString, page);
     window->resize(480, 320);
     QTRY_COMPARE(window->size(), QSize(480, 320));
-    window->showPage(page);
+    showPage(page);
     deliverAll();
     QAbstractScrollArea *area = scrolling();
     QVERIFY(area);
@@ -249,7 +252,7 @@ void ConsoleUseTest::flickOverASwitchScrollsOnly()
 {
     window->resize(480, 320);
     QTRY_COMPARE(window->size(), QSize(480, 320));
-    window->showPage(2);
+    showPage(QStringLiteral("control"));
     deliverAll();
     QAbstractScrollArea *area = scrolling();
     QVERIFY(area);
@@ -267,7 +270,7 @@ void ConsoleUseTest::flickOverASwitchScrollsOnly()
     touch(control);
     QTRY_COMPARE(given, 1);
     // The settings alike.
-    window->showPage(4);
+    showPage(QStringLiteral("settings"));
     deliverAll();
     area = scrolling();
     QVERIFY(area);

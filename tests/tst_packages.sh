@@ -45,6 +45,7 @@ done
 field libkivwidgets-dev Depends qtbase5-dev
 field libkivwidgets1 Depends libqt5widgets5
 field kivconsole Depends libqt5network5
+field kivconsole Depends libqt5sql5-sqlite
 field kivconsole Recommends kivwidgets-accessibility
 field python3-kivwidgets Depends python3-pyqt5
 field python3-kivwidgets Depends python3-kivwidgets-common
@@ -116,6 +117,6 @@ takes_pictures() {
     [ "$(find "$scratch/$program" -name '*.png' -size +4k | wc -l)" = "$count" ] ||
         fail "$program's pictures: $(cat "$scratch/$program.log")"
 }
-takes_pictures kivconsole 5 --at 30
+takes_pictures kivconsole 6 --at 30
 takes_pictures kivgallery 1 --widget AeroButton
 echo "packed, unpacked, and used"

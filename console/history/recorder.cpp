@@ -1,0 +1,325 @@
+#include "recorder.h"
+
+#include "commandname.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+/// A UPS that is not heard for so long at the start has no communication.
+constexpr qint64 patience = 15 * secondMsecs;
+/// After this time the UPSes that are watched are known.
+constexpr int leaveAfterMsecs = 30000;
+constexpr float none = std::numeric_limits<float>::quiet_NaN();
+
+const QLatin1String silence("no-communication");
+
+bool isSame(float a, float b)
+{
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+EventKind kindOf(const Condition &condition)
+{
+    if (condition.id == silence)
+        return EventKind::Communication;
+    if (condition.id.startsWith(QLatin1String("alarm")))
+        return EventKind::Alarm;
+    return condition.id.endsWith(QLatin1String("-too-low")) ||
+                   condition.id.endsWith(QLatin1String("-too-high"))
+               ? EventKind::Limit
+               : EventKind::State;
+}
+
+/// The condition's name in the history: an alarm text that counts ("21 % left", "20 % left") is one
+/// event.
+QString keyOf(const Condition &condition)
+{
+    QString key = condition.id;
+    if (kindOf(condition) != EventKind::Alarm)
+        return key;
+    QString result;
+    for (const QChar c : std::as_const(key)) {
+        if (!c.isDigit())
+            result += c;
+        else if (!result.endsWith(QLatin1Char('#')))
+            result += QLatin1Char('#');
+    }
+    return result;
+}
+
+/// The present conditions, and a state that is none: one that the UPS does not say.
+QVector<Condition> conditionsOf(const UpsModel &ups)
+{
+    QVector<Condition> all = ups.conditions();
+    const Snapshot &snapshot = ups.snapshot();
+    if (!snapshot.isLost() && !snapshot.tokens.testFlag(StatusToken::Waiting) &&
+        ups.headline().severity == Severity::Unknown) {
+        Condition unknown;
+        unknown.id = QStringLiteral("state-unknown");
+        unknown.severity = Severity::Unknown;
+        unknown.text = ups.headline().text;
+        all.append(unknown);
+    }
+    return all;
+}
+
+bool isSilent(const UpsModel &ups)
+{
+    return ups.snapshot().isLost() || ups.snapshot().tokens.testFlag(StatusToken::Waiting);
+}
+
+QString wordOf(CommandOutcome outcome)
+{
+    switch (outcome) {
+    case CommandOutcome::Done:
+        return QStringLiteral("done");
+    case CommandOutcome::Refused:
+        return QStringLiteral("refused");
+    case CommandOutcome::Failed:
+        return QStringLiteral("failed");
+    case CommandOutcome::Unconfirmed:
+        break;
+    }
+    return QStringLiteral("not confirmed");
+}
+
+EventChange beginOf(const UpsModel &ups, const Condition &condition, qint64 at)
+{
+    EventChange change;
+    change.what = EventChange::What::Begin;
+    change.ups = ups.id();
+    change.kind = kindOf(condition);
+    change.condition = keyOf(condition);
+    change.severity = condition.severity;
+    change.text = condition.text;
+    change.value = condition.valueText;
+    change.at = at;
+    return change;
+}
+
+EventChange endOf(const QString &ups, const QString &key, qint64 at)
+{
+    EventChange change;
+    change.what = EventChange::What::End;
+    change.ups = ups;
+    change.condition = key;
+    change.at = at;
+    return change;
+}
+
+} // namespace
+
+Recorder::Recorder(SiteModel *watchedSite, History *usedHistory, const Clock &usedClock,
+                   QObject *parent)
+    : QObject(parent)
+    , site(watchedSite)
+    , history(usedHistory)
+    , clock(usedClock)
+{
+    for (int i = 0; i < site->count(); ++i)
+        watch(site->at(i));
+    connect(site, &SiteModel::added, this, &Recorder::watch);
+    connect(site, &SiteModel::commandFinished, this,
+            [this](UpsModel *, const CommandRecord &record) { addCommand(record); });
+    connect(history, &History::presentWanted, this, &Recorder::meetAgain);
+    sending.setSingleShot(true);
+    connect(&sending, &QTimer::timeout, this, &Recorder::send);
+    leaving.setSingleShot(true);
+    connect(&leaving, &QTimer::timeout, this, [this] { history->leaveOthers(all.keys()); });
+    leaving.start(leaveAfterMsecs);
+}
+
+Recorder::~Recorder()
+{
+    for (auto watched = all.begin(); watched != all.end(); ++watched) {
+        for (int i = 0; i < quantityCount; ++i) {
+            if (!std::isnan(watched->values.at(std::size_t(i))))
+                addSample(watched.key(), i, std::max(now(), watched->heardAt), none);
+        }
+    }
+    send();
+}
+
+qint64 Recorder::now() const
+{
+    return clock().toMSecsSinceEpoch();
+}
+
+void Recorder::watch(UpsModel *ups)
+{
+    Watched watched;
+    watched.values.fill(none);
+    all.insert(ups->id(), watched);
+    connect(ups, &UpsModel::heard, this, [this, ups] { heard(ups); });
+    // A simulated UPS has done at once what it was asked for.
+    connect(ups, &UpsModel::commandGiven, this, [this, ups](Command command, bool taken) {
+        if (!ups->snapshot().simulated)
+            return;
+        CommandRecord record;
+        record.ups = ups->id();
+        record.name = nameOf(command);
+        record.outcome = taken ? CommandOutcome::Done : CommandOutcome::Refused;
+        addCommand(record);
+    });
+}
+
+void Recorder::meetAgain()
+{
+    for (Watched &watched : all) {
+        watched.met = false;
+        watched.present.clear();
+        watched.silenceNoted = false;
+    }
+    for (int i = 0; i < site->count(); ++i) {
+        // Those that are not asked yet are not silent either.
+        if (site->at(i)->heardAt().isValid() || all[site->at(i)->id()].silentSince)
+            heard(site->at(i));
+    }
+}
+
+void Recorder::heard(UpsModel *ups)
+{
+    Watched &watched = all[ups->id()];
+    if (watched.met) {
+        followConditions(ups, &watched);
+    } else if (!isSilent(*ups)) {
+        meet(ups, &watched);
+    } else if (ups->snapshot().isLost()) {
+        // At the start nothing is known yet, which is not a lost communication.
+        const qint64 at = now();
+        if (!watched.silentSince)
+            watched.silentSince = at;
+        if (!watched.silenceNoted &&
+            (ups->heardAt().isValid() || at - *watched.silentSince >= patience)) {
+            watched.silenceNoted = true;
+            for (const Condition &condition : ups->conditions())
+                add(beginOf(*ups, condition,
+                            ups->heardAt().isValid() ? condition.since.toMSecsSinceEpoch()
+                                                     : *watched.silentSince));
+        }
+    }
+    recordValues(*ups, &watched);
+}
+
+void Recorder::meet(UpsModel *ups, Watched *watched)
+{
+    watched->met = true;
+    EventChange change;
+    change.what = EventChange::What::Present;
+    change.ups = ups->id();
+    change.at = now();
+    // What had not been heard is now, which was seen.
+    if (watched->silenceNoted)
+        add(endOf(ups->id(), silence, change.at));
+    for (const Condition &condition : conditionsOf(*ups)) {
+        const qint64 since =
+            condition.since.isValid() ? condition.since.toMSecsSinceEpoch() : change.at;
+        change.present.append(beginOf(*ups, condition, since));
+        watched->present.insert(keyOf(condition), condition.severity);
+    }
+    add(change);
+}
+
+void Recorder::followConditions(UpsModel *ups, Watched *watched)
+{
+    const qint64 at = now();
+    const bool silent = isSilent(*ups);
+    QHash<QString, Severity> present;
+    const QVector<Condition> conditions = conditionsOf(*ups);
+    for (const Condition &condition : conditions) {
+        Severity &worst = present.insert(keyOf(condition), condition.severity).value();
+        worst = worseOf(worst, condition.severity);
+    }
+    // A UPS that is silent says nothing of its conditions: they are neither over nor new.
+    for (auto known = watched->present.begin(); known != watched->present.end();) {
+        if (present.contains(known.key()) || (silent && known.key() != silence)) {
+            ++known;
+        } else {
+            add(endOf(ups->id(), known.key(), at));
+            known = watched->present.erase(known);
+        }
+    }
+    for (const Condition &condition : conditions) {
+        const auto known = watched->present.constFind(keyOf(condition));
+        if (known == watched->present.constEnd() ||
+            urgencyOf(condition.severity) > urgencyOf(*known)) {
+            add(beginOf(*ups, condition, at));
+            watched->present.insert(keyOf(condition), condition.severity);
+        }
+    }
+}
+
+void Recorder::recordValues(const UpsModel &ups, Watched *watched)
+{
+    const qint64 at = now();
+    const qint64 minute = floorTo(at, minuteMsecs);
+    const bool nextMinute = minute != floorTo(watched->heardAt, minuteMsecs);
+    const bool wentOn =
+        watched->heardAt > 0 && at >= watched->heardAt && at - watched->heardAt <= longestHold;
+    const Snapshot &snapshot = ups.snapshot();
+    for (int i = 0; i < quantityCount; ++i) {
+        float &last = watched->values.at(std::size_t(i));
+        const std::optional<double> value = snapshot.value(Quantity(i));
+        const float measured = value && std::isfinite(float(*value)) ? float(*value) : none;
+        if (!std::isnan(last) && !wentOn) {
+            addSample(ups.id(), i, watched->heardAt + 1, none);
+            last = none;
+        }
+        // Each minute stands for itself: it begins with what the last one ended with.
+        if (nextMinute && !std::isnan(last))
+            addSample(ups.id(), i, minute, last);
+        if (!isSame(measured, last))
+            addSample(ups.id(), i, at, measured);
+        last = measured;
+    }
+    watched->heardAt = at;
+    if (nextMinute)
+        sending.start(0);
+}
+
+void Recorder::addCommand(const CommandRecord &record)
+{
+    EventChange change;
+    change.what = EventChange::What::Moment;
+    change.kind = EventKind::Command;
+    change.ups = record.ups;
+    change.condition = QStringLiteral("command");
+    change.severity =
+        record.outcome == CommandOutcome::Done ? Severity::Information : Severity::Warning;
+    change.text = record.name + QStringLiteral(": ") + wordOf(record.outcome);
+    if (!record.text.isEmpty())
+        change.text += QStringLiteral(", ") + record.text;
+    change.value = record.value;
+    change.user = record.user;
+    change.at = record.time.isValid() ? record.time.toMSecsSinceEpoch() : now();
+    add(change);
+}
+
+void Recorder::add(const EventChange &change)
+{
+    changes.append(change);
+    if (!sending.isActive())
+        sending.start(0);
+}
+
+void Recorder::addSample(const QString &ups, int quantity, qint64 at, float value)
+{
+    samples.append({ups, {at, Quantity(quantity), value}});
+    if (!sending.isActive())
+        sending.start(0);
+}
+
+void Recorder::send()
+{
+    sending.stop();
+    // Events first: what ended unseen ended before these samples.
+    if (!changes.isEmpty())
+        history->addEvents(changes);
+    changes.clear();
+    if (!samples.isEmpty())
+        history->addSamples(samples, now());
+    samples.clear();
+}

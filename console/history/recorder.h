@@ -1,0 +1,58 @@
+#pragma once
+
+#include "history.h"
+#include "sitemodel.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QTimer>
+
+#include <array>
+
+/// Watches the site for the history: what its UPSes measure becomes samples, and what begins and
+/// ends becomes events. What a UPS shows when the console meets it is no news of that moment: it
+/// continues what the history knows as present.
+class Recorder : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Watches @p site for @p history; both must live as long. @p clock is the time of day, UTC.
+    Recorder(SiteModel *site, History *history, const Clock &clock = systemClock(),
+             QObject *parent = nullptr);
+    /// Notes that nothing is measured from now on.
+    ~Recorder() override;
+
+private:
+    /// What is known of a UPS.
+    struct Watched
+    {
+        /// Its first data have come, and the history knows what is present.
+        bool met = false;
+        std::optional<qint64> silentSince; ///< while it was never heard
+        bool silenceNoted = false;
+        QHash<QString, Severity> present;             ///< conditions that the history knows
+        std::array<float, quantityCount> values = {}; ///< last recorded; not a number: none
+        qint64 heardAt = 0;
+    };
+
+    void watch(UpsModel *ups);
+    void heard(UpsModel *ups);
+    void meet(UpsModel *ups, Watched *watched);
+    void followConditions(UpsModel *ups, Watched *watched);
+    void addCommand(const CommandRecord &record);
+    void recordValues(const UpsModel &ups, Watched *watched);
+    void add(const EventChange &change);
+    void addSample(const QString &ups, int quantity, qint64 at, float value);
+    void send();
+    void meetAgain();
+    qint64 now() const;
+
+    SiteModel *const site;
+    History *const history;
+    const Clock clock;
+    QHash<QString, Watched> all; // by the UPS's id
+    QVector<EventChange> changes;
+    QVector<UpsSample> samples;
+    QTimer sending; // once for all that happens in one turn of the event loop
+    QTimer leaving;
+};

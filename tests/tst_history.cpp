@@ -1,0 +1,590 @@
+#include "nutfeed.h"
+
+#include "nutserver.h"
+#include "testmain.h"
+#include "watchedsite.h"
+#include "widgetprobe.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QProcess>
+#include <QtCore/QRandomGenerator>
+#include <QtCore/QTemporaryDir>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr qint64 start = WatchedSite::start;
+
+Snapshot snapshotWith(StatusTokens tokens, double load = 40.0)
+{
+    Snapshot snapshot;
+    snapshot.link = Snapshot::Link::Ok;
+    snapshot.name = QStringLiteral("demo");
+    snapshot.tokens = tokens;
+    snapshot.measure(Quantity::Load).value = load;
+    snapshot.measure(Quantity::InputVoltage).value = tokens & StatusToken::OnBattery ? 0.0 : 230.0;
+    return snapshot;
+}
+
+/// Events as "severity kind text value xcount present|ended", the earliest first.
+QStringList linesOf(QVector<Event> events)
+{
+    std::sort(events.begin(), events.end(),
+              [](const Event &a, const Event &b) { return a.id < b.id; });
+    QStringList lines;
+    for (const Event &event : events)
+        lines.append(QStringLiteral("%1 %2 %3 [%4] x%5 %6")
+                         .arg(nameOf(event.severity), nameOf(event.kind), event.text, event.value)
+                         .arg(event.count)
+                         .arg(event.isPresent() ? QStringLiteral("present")
+                              : event.endSeen   ? QStringLiteral("ended")
+                                                : QStringLiteral("ended unseen")));
+    return lines;
+}
+
+/// A site with the events of its history in lines.
+struct Watch : WatchedSite
+{
+    using WatchedSite::WatchedSite;
+
+    QStringList lines()
+    {
+        return linesOf(events());
+    }
+};
+
+} // namespace
+
+#define VERIFY_SERVER(step) QVERIFY2(server.step, qPrintable(server.problem()))
+
+class HistoryTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anOutage();
+    void nothingHappensAtTheStart();
+    void silenceAtTheStart();
+    void lostCommunicationEndsNothing();
+    void whatStandsAtTheStartContinues();
+    void whatEndedUnseen();
+    void flickerIsOneEvent();
+    void alarmsThatCountAreOneEvent();
+    void severityGrows();
+    void unknownState();
+    void unwatchedUpsIsLeft();
+    void acknowledging();
+    void samplesOnChangeAndEachMinute();
+    void gapsWhenNothingIsHeard();
+    void clockJumps();
+    void secondWindowReadsAndTakesOver();
+    void goesOnWithoutAPlace();
+    void movesIntoTheFileWhenItCan();
+    void damageInUseBeginsAnew();
+    void exportsAndWrites();
+    void killedFiftyTimes();
+    void realOutage();
+};
+
+void HistoryTest::anOutage()
+{
+    Watch watch;
+    watch.pass(snapshotWith(StatusToken::OnLine), 60);
+    watch.pass(snapshotWith(StatusToken::OnBattery | StatusToken::Discharging), 60);
+    const qint64 began = start + 65 * secondMsecs;
+    watch.pass(snapshotWith(StatusToken::OnBattery | StatusToken::LowBattery), 30);
+    QCOMPARE(watch.lines(),
+             (QStringList{QStringLiteral("Warning State On battery [0 V] x1 present"),
+                          QStringLiteral("Critical State Battery low [] x1 present")}));
+    watch.pass(snapshotWith(StatusToken::OnLine | StatusToken::Charging), 60);
+    const QVector<Event> events = watch.events();
+    QCOMPARE(linesOf(events),
+             (QStringList{QStringLiteral("Warning State On battery [0 V] x1 ended"),
+                          QStringLiteral("Critical State Battery low [] x1 ended")}));
+    const Event &outage =
+        events.first().condition == QLatin1String("on-battery") ? events.first() : events.last();
+    QCOMPARE(outage.begin, began);
+    QCOMPARE(*outage.end, start + 155 * secondMsecs);
+    QCOMPARE(outage.lasted, 90 * secondMsecs);
+    const Trend trend = watch.trend({Quantity::InputVoltage}, {start, start + hourMsecs});
+    QCOMPARE(trend.onBattery.size(), 1);
+    QCOMPARE(trend.onBattery.first().from, began);
+    QCOMPARE(trend.onBattery.first().to, start + 155 * secondMsecs);
+}
+
+void HistoryTest::nothingHappensAtTheStart()
+{
+    Watch watch;
+    // Not reached yet, the driver not ready, then in order.
+    watch.pass(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("connecting")), 5);
+    watch.pass(snapshotWith(StatusToken::Waiting), 5);
+    watch.pass(snapshotWith(StatusToken::OnLine), 120);
+    QCOMPARE(watch.lines(), QStringList());
+}
+
+void HistoryTest::silenceAtTheStart()
+{
+    Watch watch;
+    watch.pass(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("refused")), 60);
+    QCOMPARE(
+        watch.lines(),
+        QStringList(QStringLiteral("Unknown Communication No communication: refused [] x1 present")
+                        .replace(QLatin1String("Unknown"), nameOf(Severity::Unknown))));
+    QCOMPARE(watch.events().first().begin, start + 5 * secondMsecs);
+    watch.pass(snapshotWith(StatusToken::OnLine));
+    QCOMPARE(watch.lines().size(), 1);
+    QVERIFY(watch.lines().first().endsWith(QLatin1String("x1 ended")));
+}
+
+void HistoryTest::lostCommunicationEndsNothing()
+{
+    Watch watch;
+    watch.pass(snapshotWith(StatusToken::OnLine | StatusToken::ReplaceBattery), 30);
+    for (int i = 0; i < 3; ++i) {
+        watch.pass(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("stale")), 30);
+        watch.pass(snapshotWith(StatusToken::Waiting), 5);
+        watch.pass(snapshotWith(StatusToken::OnLine | StatusToken::ReplaceBattery), 300);
+    }
+    const QStringList lines = watch.lines();
+    QCOMPARE(lines.size(), 4);
+    QCOMPARE(lines.first(), QStringLiteral("Warning State Replace the battery [] x1 present"));
+    for (int i = 1; i < 4; ++i)
+        QVERIFY2(lines.at(i).contains(QLatin1String("Communication No communication: stale [] x1 "
+                                                    "ended")),
+                 qPrintable(lines.at(i)));
+    // What is over after the silence is over.
+    watch.pass(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("stale")), 300);
+    watch.pass(snapshotWith(StatusToken::OnLine), 5);
+    QCOMPARE(watch.lines().first(),
+             QStringLiteral("Warning State Replace the battery [] x1 ended"));
+}
+
+void HistoryTest::whatStandsAtTheStartContinues()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("kivconsole"));
+    {
+        Watch watch(directory);
+        watch.pass(snapshotWith(StatusToken::OnLine), 60);
+        watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+        QCOMPARE(watch.lines().size(), 1);
+    }
+    Watch watch(directory);
+    watch.time = start + hourMsecs;
+    watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+    QCOMPARE(watch.lines(),
+             QStringList(QStringLiteral("Warning State On battery [0 V] x1 present")));
+    QCOMPARE(watch.events().first().begin, start + 65 * secondMsecs);
+}
+
+void HistoryTest::whatEndedUnseen()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("kivconsole"));
+    {
+        Watch watch(directory);
+        watch.pass(snapshotWith(StatusToken::OnBattery), 120);
+    }
+    Watch watch(directory);
+    watch.time = start + dayMsecs;
+    watch.pass(snapshotWith(StatusToken::OnLine), 60);
+    QCOMPARE(watch.lines(),
+             QStringList(QStringLiteral("Warning State On battery [0 V] x1 ended unseen")));
+    // It lasted at least until the UPS was heard for the last time.
+    QCOMPARE(*watch.events().first().end, start + 120 * secondMsecs);
+}
+
+void HistoryTest::flickerIsOneEvent()
+{
+    Watch watch;
+    for (int i = 0; i < 40; ++i) {
+        watch.pass(snapshotWith(StatusToken::OnLine), 10);
+        watch.pass(snapshotWith(StatusToken::OnLine | StatusToken::Boosting), 10);
+    }
+    QCOMPARE(watch.lines(),
+             QStringList(QStringLiteral("Warning State Input voltage low [230 V] x40 present")));
+}
+
+void HistoryTest::alarmsThatCountAreOneEvent()
+{
+    Watch watch;
+    for (int left = 30; left > 0; --left) {
+        Snapshot snapshot = snapshotWith(StatusToken::OnLine | StatusToken::Alarm);
+        snapshot.alarmTexts =
+            QStringList{QStringLiteral("Battery ends in %1 s").arg(left), QStringLiteral("Fan")};
+        watch.pass(snapshot);
+    }
+    QCOMPARE(watch.lines(),
+             (QStringList{QStringLiteral("Critical Alarm Battery ends in 30 s [] x1 present"),
+                          QStringLiteral("Critical Alarm Fan [] x1 present")}));
+}
+
+void HistoryTest::severityGrows()
+{
+    Watch watch;
+    watch.pass(snapshotWith(StatusToken::OnLine | StatusToken::LowBattery), 30);
+    QCOMPARE(watch.lines(), QStringList(QStringLiteral("Warning State Battery low [] x1 present")));
+    watch.pass(snapshotWith(StatusToken::OnBattery | StatusToken::LowBattery), 30);
+    QVERIFY(watch.lines().contains(QStringLiteral("Critical State Battery low [] x1 present")));
+    QCOMPARE(watch.lines().size(), 2);
+}
+
+void HistoryTest::unknownState()
+{
+    Watch watch;
+    watch.pass(snapshotWith(StatusToken::OnLine), 30);
+    watch.pass(snapshotWith(StatusToken::Charging), 30);
+    QCOMPARE(watch.lines().size(), 1);
+    QVERIFY(watch.lines().first().endsWith(QLatin1String("State State unknown [] x1 present")));
+    watch.pass(snapshotWith(StatusToken::OnLine), 30);
+    QVERIFY(watch.lines().first().endsWith(QLatin1String("ended")));
+}
+
+void HistoryTest::unwatchedUpsIsLeft()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("kivconsole"));
+    {
+        Watch watch(directory);
+        watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+        QCOMPARE(watch.lines().size(), 1);
+    }
+    History history(directory);
+    history.leaveOthers({QStringLiteral("another")});
+    QVector<Event> changed;
+    connect(&history, &History::eventsChanged, this,
+            [&](const QVector<Event> &events) { changed = events; });
+    QTRY_COMPARE_WITH_TIMEOUT(changed.size(), 1, 30000);
+    QVERIFY(!changed.first().isPresent());
+    QVERIFY(!changed.first().endSeen);
+}
+
+void HistoryTest::acknowledging()
+{
+    Watch watch;
+    watch.pass(snapshotWith(StatusToken::OnBattery | StatusToken::ReplaceBattery |
+                            StatusToken::Calibrating),
+               30);
+    QCOMPARE(watch.events().size(), 3);
+    const auto counted = [&](Severity severity) {
+        return watch.history->unacknowledged().at(std::size_t(severity));
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(counted(Severity::Warning), 2, 30000);
+    QCOMPARE(counted(Severity::Information), 1);
+    qint64 id = 0;
+    for (const Event &event : watch.events())
+        id = event.condition == QLatin1String("on-battery") ? event.id : id;
+    watch.history->acknowledge({id}, QStringLiteral("Ann"), watch.time);
+    QTRY_COMPARE_WITH_TIMEOUT(counted(Severity::Warning), 1, 30000);
+    watch.history->acknowledgeAll(QStringLiteral("Bob"), watch.time + 1);
+    QTRY_COMPARE_WITH_TIMEOUT(counted(Severity::Warning), 0, 30000);
+    QCOMPARE(counted(Severity::Information), 0);
+    for (const Event &event : watch.events())
+        QCOMPARE(event.acknowledgedBy,
+                 event.id == id ? QStringLiteral("Ann") : QStringLiteral("Bob"));
+}
+
+void HistoryTest::samplesOnChangeAndEachMinute()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("kivconsole"));
+    {
+        Watch watch(directory);
+        QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+        watch.pass(snapshotWith(StatusToken::OnLine, 40.0), 90);
+        watch.pass(snapshotWith(StatusToken::OnLine, 41.0), 90);
+        QCoreApplication::processEvents();
+    }
+    Store store;
+    QVERIFY(store.open(directory, Store::Mode::Reading, QDateTime::currentDateTimeUtc()));
+    QStringList load;
+    for (const Sample &sample : store.samples(QStringLiteral("demo"), start, start + hourMsecs)) {
+        if (sample.quantity == Quantity::Load)
+            load.append(QStringLiteral("%1:%2")
+                            .arg((sample.at - start) / secondMsecs)
+                            .arg(double(sample.value)));
+    }
+    QCOMPARE(load, (QStringList{QStringLiteral("5:40"), QStringLiteral("60:40"),
+                                QStringLiteral("95:41"), QStringLiteral("120:41"),
+                                QStringLiteral("180:41"), QStringLiteral("180:nan")}));
+    const auto minutes = store.rollups(QStringLiteral("demo"), Quantity::Load, minuteMsecs, start,
+                                       start + hourMsecs);
+    QCOMPARE(minutes.at(1).second.covered, minuteMsecs);
+    QVERIFY(std::abs(minutes.at(1).second.mean - (40.0 * 35 + 41.0 * 25) / 60) < 1e-6);
+}
+
+void HistoryTest::gapsWhenNothingIsHeard()
+{
+    Watch watch;
+    watch.pass(snapshotWith(StatusToken::OnLine), 60);
+    // The machine sleeps for an hour.
+    watch.time += hourMsecs;
+    watch.pass(snapshotWith(StatusToken::OnLine), 60);
+    // The link is cut, the UPS does not give the value any more.
+    watch.pass(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("stale")), 60);
+    watch.pass(snapshotWith(StatusToken::OnLine), 60);
+    const Trend trend =
+        watch.trend({Quantity::Load, Quantity::Temperature}, {start, start + 2 * hourMsecs});
+    int begins = 0;
+    for (const TrendPoint &point : trend.curves.at(0).points)
+        begins += point.joined ? 0 : 1;
+    QCOMPARE(begins, 3);
+    QVERIFY(trend.curves.at(1).points.isEmpty());
+}
+
+void HistoryTest::clockJumps()
+{
+    Watch watch;
+    watch.pass(snapshotWith(StatusToken::OnLine), 120);
+    watch.pass(snapshotWith(StatusToken::OnBattery), 30);
+    watch.time -= hourMsecs;
+    watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+    watch.pass(snapshotWith(StatusToken::OnLine), 60);
+    watch.time += 3 * hourMsecs;
+    watch.pass(snapshotWith(StatusToken::OnLine), 60);
+    const QVector<Event> events = watch.events();
+    QCOMPARE(events.size(), 1);
+    QVERIFY(*events.first().end >= events.first().begin);
+    QVERIFY(events.first().lasted >= 0);
+    const Trend trend =
+        watch.trend({Quantity::Load}, {start - 2 * hourMsecs, start + 4 * hourMsecs});
+    for (int i = 1; i < trend.curves.at(0).points.size(); ++i)
+        QVERIFY(trend.curves.at(0).points.at(i).at >= trend.curves.at(0).points.at(i - 1).at);
+}
+
+void HistoryTest::secondWindowReadsAndTakesOver()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("kivconsole"));
+    auto first = std::make_unique<Watch>(directory);
+    QVERIFY(first->waitFor(HistoryStatus::State::Kept));
+    first->pass(snapshotWith(StatusToken::OnBattery), 60);
+    QCOMPARE(first->events().size(), 1);
+    Watch second(directory);
+    QVERIFY(second.waitFor(HistoryStatus::State::Read));
+    QVERIFY(!second.history->status().canAcknowledge());
+    QVERIFY(!second.history->status().line.isEmpty());
+    second.time = first->time;
+    second.pass(snapshotWith(StatusToken::OnBattery), 60);
+    QCOMPARE(linesOf(second.events()), linesOf(first->events()));
+    // It follows what the first one writes.
+    int replaced = 0;
+    connect(second.history.get(), &History::replaced, this, [&] { ++replaced; });
+    first->pass(snapshotWith(StatusToken::OnLine), 5);
+    QCOMPARE(first->lines().first(), QStringLiteral("Warning State On battery [0 V] x1 ended"));
+    second.history->lookAgain();
+    QTRY_VERIFY_WITH_TIMEOUT(replaced > 0, 30000);
+    QCOMPARE(linesOf(second.events()), linesOf(first->events()));
+    first.reset();
+    second.history->lookAgain();
+    QVERIFY(second.waitFor(HistoryStatus::State::Kept));
+    second.pass(snapshotWith(StatusToken::OnLine | StatusToken::ReplaceBattery), 5);
+    QCOMPARE(second.lines().last(),
+             QStringLiteral("Warning State Replace the battery [] x1 present"));
+}
+
+void HistoryTest::goesOnWithoutAPlace()
+{
+    Watch watch(QStringLiteral("/proc/self/kivconsole"));
+    QVERIFY(watch.waitFor(HistoryStatus::State::NotKept));
+    const QString line = watch.history->status().line;
+    QVERIFY2(line.contains(QLatin1String("/proc/self/kivconsole")), qPrintable(line));
+    QVERIFY(!line.contains(QLatin1Char('\n')));
+    watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+    QCOMPARE(watch.lines().size(), 1);
+    watch.history->acknowledgeAll(QStringLiteral("Ann"), watch.time);
+    QVERIFY(watch.events().first().isAcknowledged());
+    QVERIFY(
+        !watch.trend({Quantity::Load}, {start, start + hourMsecs}).curves.first().points.isEmpty());
+}
+
+void HistoryTest::movesIntoTheFileWhenItCan()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("share/kivconsole"));
+    QFile inTheWay(place.filePath(QStringLiteral("share")));
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    inTheWay.close();
+    Watch watch(directory);
+    watch.time = QDateTime::currentMSecsSinceEpoch();
+    QVERIFY(watch.waitFor(HistoryStatus::State::NotKept));
+    watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+    watch.pass(snapshotWith(StatusToken::OnLine | StatusToken::ReplaceBattery), 10);
+    const QStringList before = watch.lines();
+    QCOMPARE(before.size(), 2);
+    watch.history->acknowledgeAll(QStringLiteral("Ann"), watch.time);
+    QVERIFY(inTheWay.remove());
+    watch.history->lookAgain();
+    QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+    QCOMPARE(watch.lines(), before);
+    QVERIFY(QFile::exists(directory + QStringLiteral("/history.db")));
+    for (const Event &event : watch.events())
+        QCOMPARE(event.acknowledgedBy, QStringLiteral("Ann"));
+}
+
+void HistoryTest::damageInUseBeginsAnew()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("kivconsole"));
+    // Too large to be checked when it is opened, and garbled deep inside.
+    {
+        Store store;
+        QVERIFY(store.open(directory, Store::Mode::Writing, QDateTime::currentDateTimeUtc()));
+        QVERIFY(store.begin());
+        for (int i = 0; i < 45000; ++i) {
+            Event event;
+            event.ups = QStringLiteral("demo");
+            event.condition = QStringLiteral("on-battery");
+            event.text = QString(450, QLatin1Char('x'));
+            event.user = QString(450, QLatin1Char('y'));
+            event.begin = start - i * minuteMsecs;
+            event.end = event.begin;
+            QVERIFY(store.write(&event));
+        }
+        QVERIFY(store.commit());
+    }
+    QFile file(directory + QStringLiteral("/history.db"));
+    QVERIFY2(file.size() > 33 * 1024 * 1024, qPrintable(QString::number(file.size())));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.seek(16 * 4096));
+    QVERIFY(file.write(QByteArray(int(file.size() - 16 * 4096), '\x5a')) > 0);
+    file.close();
+    Watch watch(directory);
+    QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+    watch.pass(snapshotWith(StatusToken::OnBattery), 5);
+    QTRY_VERIFY_WITH_TIMEOUT(watch.history->status().line.contains(QLatin1String("damaged")),
+                             30000);
+    watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+    QCOMPARE(watch.lines(),
+             QStringList(QStringLiteral("Warning State On battery [0 V] x1 present")));
+    QCOMPARE(QDir(directory).entryList({QStringLiteral("history.db.damaged-*")}).size() > 0, true);
+}
+
+void HistoryTest::exportsAndWrites()
+{
+    const QTemporaryDir place;
+    Watch watch;
+    watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+    QCOMPARE(watch.events().size(), 1);
+    QStringList problems;
+    connect(watch.history.get(), &History::fileWritten, this,
+            [&](int, const QString &, const QString &problem) { problems.append(problem); });
+    const QString file = place.filePath(QStringLiteral("events.csv"));
+    watch.history->exportEvents({}, file);
+    QTRY_COMPARE_WITH_TIMEOUT(problems.size(), 1, 30000);
+    QCOMPARE(problems.first(), QString());
+    QFile in(file);
+    QVERIFY(in.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(in.readAll());
+    QVERIFY2(text.contains(
+                 QLatin1String("2026-11-22 10:00:05,,,1,demo,State,Warning,On battery,0 V,,,\r\n")),
+             qPrintable(text));
+    watch.history->writeFile(place.filePath(QStringLiteral("no/such/place")), "x");
+    QTRY_COMPARE_WITH_TIMEOUT(problems.size(), 2, 30000);
+    QVERIFY(!problems.last().isEmpty());
+}
+
+void HistoryTest::killedFiftyTimes()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("kivconsole"));
+    QRandomGenerator random(7);
+    QVector<qint64> acknowledged;
+    for (int round = 0; round < 50; ++round) {
+        QProcess writer;
+        writer.start(QStringLiteral(KIV_HISTORY_WRITER), {directory});
+        QVERIFY2(writer.waitForStarted(), qPrintable(writer.errorString()));
+        const int wanted = random.bounded(1, 12);
+        QByteArray output;
+        while (output.count('\n') < wanted && writer.waitForReadyRead(30000))
+            output += writer.readAllStandardOutput();
+        writer.kill();
+        QVERIFY(writer.waitForFinished());
+        output += writer.readAllStandardOutput();
+        QVERIFY2(output.count('\n') >= wanted, writer.readAllStandardError().constData());
+        const QByteArray whole = output.left(output.lastIndexOf('\n'));
+        for (const QByteArray &line : whole.split('\n'))
+            acknowledged.append(line.toLongLong());
+        Store store;
+        QVERIFY2(store.open(directory, Store::Mode::Writing, QDateTime::currentDateTimeUtc()),
+                 qPrintable(store.problemText()));
+        QCOMPARE(store.setAsideAs(), QString());
+        for (const qint64 id : std::as_const(acknowledged)) {
+            const std::optional<Event> event = store.event(id);
+            QVERIFY2(event && event->acknowledgedBy == QLatin1String("operator"),
+                     qPrintable(QStringLiteral("event %1 in round %2").arg(id).arg(round)));
+        }
+    }
+    QVERIFY(acknowledged.size() >= 50);
+}
+
+/// A real server and driver through an outage, with a stale driver and a reconnection in it.
+void HistoryTest::realOutage()
+{
+    NutServer server;
+    const auto variables = [](const char *status, int charge, const char *voltage,
+                              const char *alarm = "\"\"") {
+        return QByteArray("ups.status: ") + status +
+               "\nbattery.charge: " + QByteArray::number(charge) + "\ninput.voltage: " + voltage +
+               "\ninput.voltage.nominal: 230\ninput.transfer.low: 180\nups.load: 42\nups.alarm: " +
+               alarm + "\n";
+    };
+    VERIFY_SERVER(writeVariables(variables("OL", 100, "231")));
+    VERIFY_SERVER(start());
+    QString error;
+    NutTimes times;
+    times.poll = 50;
+    NutFeed feed(*NutAddress::parse(server.address(), &error), times);
+    SiteModel site;
+    UpsModel *ups = site.add(QStringLiteral("demo"));
+    History history((QString()));
+    const Recorder recorder(&site, &history);
+    ups->setFeed(&feed);
+    feed.start();
+    const auto isNow = [&](const char *status, const char *alarm = "") {
+        const QMap<QString, QString> &given = ups->snapshot().variables;
+        return given.value(QStringLiteral("ups.status")) == QLatin1String(status) &&
+               given.value(QStringLiteral("ups.alarm")) == QLatin1String(alarm);
+    };
+    const auto become = [&](const char *status, int charge, const char *voltage,
+                            const char *alarm = "") {
+        return server.writeVariables(variables(status, charge, voltage, *alarm ? alarm : "\"\"")) &&
+               QTest::qWaitFor([&] { return isNow(status, alarm); }, 20000);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isNow("OL"), 20000);
+    QVERIFY(become("OB DISCHRG", 98, "0"));
+    QVERIFY(become("OB DISCHRG", 60, "0", "Fan failure"));
+    // The server restarts in the middle of it, which neither ends nor repeats what is present.
+    VERIFY_SERVER(killServer());
+    QTRY_VERIFY_WITH_TIMEOUT(ups->snapshot().isLost(), 20000);
+    VERIFY_SERVER(startServer());
+    QTRY_VERIFY_WITH_TIMEOUT(isNow("OB DISCHRG", "Fan failure"), 20000);
+    QVERIFY(become("OB DISCHRG LB", 15, "0"));
+    QVERIFY(become("OL CHRG", 20, "231"));
+    QVERIFY(become("OL", 100, "231"));
+    feed.stop();
+    QCoreApplication::processEvents();
+
+    QStringList found;
+    bool arrived = false;
+    connect(&history, &History::eventsRead, this, [&](int, const QVector<Event> &events, bool) {
+        arrived = true;
+        found = linesOf(events);
+    });
+    history.readEvents({}, 1000);
+    QTRY_VERIFY_WITH_TIMEOUT(arrived, 30000);
+    QCOMPARE(found.size(), 4);
+    QCOMPARE(found.at(0), QStringLiteral("Warning State On battery [0 V] x1 ended"));
+    QCOMPARE(found.at(1), QStringLiteral("Critical Alarm Fan failure [] x1 ended"));
+    QVERIFY2(found.at(2).startsWith(nameOf(Severity::Unknown) +
+                                    QStringLiteral(" Communication No communication")) &&
+                 found.at(2).endsWith(QLatin1String("x1 ended")),
+             qPrintable(found.at(2)));
+    QCOMPARE(found.at(3), QStringLiteral("Critical State Battery low [15 %] x1 ended"));
+}
+
+KIV_TEST_MAIN(HistoryTest)
+
+#include "tst_history.moc"

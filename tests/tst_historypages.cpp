@@ -1,0 +1,387 @@
+#include "consolewindow.h"
+#include "elidedlabel.h"
+#include "eventlist.h"
+#include "eventspage.h"
+#include "feed/scenario.h"
+#include "theme.h"
+
+#include "testmain.h"
+#include "watchedsite.h"
+#include "widgetprobe.h"
+
+#include <metrotabicon.h>
+
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QTemporaryDir>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QListView>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollBar>
+
+namespace {
+
+constexpr qint64 start = WatchedSite::start;
+
+/// A site on which the scenario was played, and the console's window on it.
+struct PlayedSite : WatchedSite
+{
+    explicit PlayedSite(int seconds = 0, int step = 5)
+    {
+        QApplication::setPalette(Theme::palette(false));
+        time = QDateTime::currentMSecsSinceEpoch() - seconds * secondMsecs;
+        for (int i = 0; i < seconds; i += step)
+            pass(Scenario::snapshotAt(i), step, step);
+        if (seconds == 0)
+            ups->take(Scenario::snapshotAt(Scenario::startOf(Scenario::Phase::Normal) + 5));
+        window = std::make_unique<ConsoleWindow>(&site);
+        window->setHistory(history.get());
+        window->show();
+        deliverAll();
+    }
+    ~PlayedSite()
+    {
+        window.reset();
+        prepareTestApplication();
+    }
+    PlayedSite(const PlayedSite &) = delete;
+    PlayedSite &operator=(const PlayedSite &) = delete;
+
+    template <typename W>
+    W *find(const char *name) const
+    {
+        return window->findChild<W *>(QLatin1String(name));
+    }
+    void showPage(const char *name)
+    {
+        window->showPage(int(window->pageNames().indexOf(QLatin1String(name))));
+        deliverAll();
+    }
+    EventList *list() const
+    {
+        return window->findChild<EventList *>();
+    }
+    /// Adds an event that is over.
+    void happen(const QString &text, Severity severity, qint64 at)
+    {
+        EventChange change;
+        change.what = EventChange::What::Moment;
+        change.ups = ups->id();
+        change.condition = text;
+        change.text = text;
+        change.severity = severity;
+        change.at = at;
+        history->addEvents({change});
+    }
+
+    std::unique_ptr<ConsoleWindow> window;
+};
+
+QStringList textsOf(const EventList *list)
+{
+    QStringList texts;
+    for (int row = 0; row < list->rowCount(); ++row)
+        texts.append(list->at(row).text);
+    return texts;
+}
+
+} // namespace
+
+class HistoryPagesTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void presentOnTopUntilAcknowledged();
+    void acknowledgesOne();
+    void acknowledgesAll();
+    void needsAName();
+    void filters();
+    void countsOnTheTab();
+    void exportsWhatIsListed();
+    void readerCannotAcknowledge();
+    void withoutHistory();
+    void tenThousandEventsScroll();
+    void hostileTexts();
+    void images();
+};
+
+void HistoryPagesTest::presentOnTopUntilAcknowledged()
+{
+    PlayedSite played;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    played.happen(QStringLiteral("later"), Severity::Warning, now + hourMsecs);
+    Snapshot snapshot = played.ups->snapshot();
+    snapshot.tokens |= StatusToken::ReplaceBattery;
+    played.time = now;
+    played.ups->take(snapshot);
+    played.happen(QStringLiteral("earlier"), Severity::Warning, now - hourMsecs);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 3, 30000);
+    QCOMPARE(textsOf(played.list()),
+             (QStringList{QStringLiteral("Replace the battery"), QStringLiteral("later"),
+                          QStringLiteral("earlier")}));
+    played.history->acknowledge({played.list()->at(0).id}, QStringLiteral("Ann"), now);
+    QTRY_COMPARE_WITH_TIMEOUT(
+        textsOf(played.list()),
+        (QStringList{QStringLiteral("later"), QStringLiteral("Replace the battery"),
+                     QStringLiteral("earlier")}),
+        30000);
+}
+
+void HistoryPagesTest::acknowledgesOne()
+{
+    PlayedSite played;
+    played.showPage("events");
+    played.happen(QStringLiteral("one"), Severity::Warning, start);
+    played.happen(QStringLiteral("two"), Severity::Warning, start + 1);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 2, 30000);
+    auto *button = played.find<QPushButton>("acknowledge");
+    QVERIFY(!button->isEnabled()); // nothing is chosen
+    auto *view = played.find<QListView>("events list");
+    played.find<QLineEdit>("user")->setText(QStringLiteral("Ann"));
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      view->visualRect(view->model()->index(1, 0)).center());
+    QVERIFY(button->isEnabled());
+    QTest::mouseClick(button, Qt::LeftButton);
+    // Only what is on the disk is shown as acknowledged.
+    QVERIFY(!played.list()->at(1).isAcknowledged());
+    QTRY_VERIFY_WITH_TIMEOUT(played.list()->at(1).isAcknowledged(), 30000);
+    QCOMPARE(played.list()->at(1).acknowledgedBy, QStringLiteral("Ann"));
+    QVERIFY(!played.list()->at(0).isAcknowledged());
+    QVERIFY(!button->isEnabled());
+    // By keyboard.
+    view->setFocus();
+    QTest::keyClick(view, Qt::Key_Up);
+    QTest::keyClick(view, Qt::Key_Return);
+    QTRY_VERIFY_WITH_TIMEOUT(played.list()->at(0).isAcknowledged(), 30000);
+}
+
+void HistoryPagesTest::acknowledgesAll()
+{
+    PlayedSite played;
+    played.showPage("events");
+    auto *button = played.find<QPushButton>("acknowledge all");
+    QVERIFY(!button->isEnabled());
+    for (int i = 0; i < 5; ++i)
+        played.happen(QString::number(i), Severity::Information, start + i);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 5, 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(button->isEnabled(), 30000);
+    // Also what the filter hides.
+    played.find<QLineEdit>("text filter")->setText(QStringLiteral("3"));
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 1, 30000);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(!button->isEnabled(), 30000);
+    for (const Event &event : played.events())
+        QVERIFY(event.isAcknowledged());
+}
+
+void HistoryPagesTest::needsAName()
+{
+    PlayedSite played;
+    played.showPage("events");
+    played.happen(QStringLiteral("one"), Severity::Warning, start);
+    auto *button = played.find<QPushButton>("acknowledge all");
+    QTRY_VERIFY_WITH_TIMEOUT(
+        button->isEnabled() || played.find<QLineEdit>("user")->text().isEmpty(), 30000);
+    played.find<QLineEdit>("user")->setText(QStringLiteral("  "));
+    QVERIFY(!button->isEnabled());
+    played.find<QLineEdit>("user")->setText(QStringLiteral("Ann"));
+    QVERIFY(button->isEnabled());
+}
+
+void HistoryPagesTest::filters()
+{
+    PlayedSite played;
+    played.showPage("events");
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    played.happen(QStringLiteral("calm"), Severity::Information, now);
+    played.happen(QStringLiteral("warm"), Severity::Warning, now - 2 * hourMsecs);
+    played.happen(QStringLiteral("hot"), Severity::Critical, now - 3 * dayMsecs);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 3, 30000);
+    const auto listed = [&] { return textsOf(played.list()).join(QLatin1Char(' ')); };
+    auto *severity = played.find<QComboBox>("severity filter");
+    severity->setCurrentIndex(1);
+    QTRY_COMPARE_WITH_TIMEOUT(listed(), QStringLiteral("warm hot"), 30000);
+    severity->setCurrentIndex(2);
+    QTRY_COMPARE_WITH_TIMEOUT(listed(), QStringLiteral("hot"), 30000);
+    severity->setCurrentIndex(0);
+    auto *period = played.find<QComboBox>("period filter");
+    period->setCurrentIndex(1);
+    QTRY_COMPARE_WITH_TIMEOUT(listed(), QStringLiteral("calm"), 30000);
+    period->setCurrentIndex(2);
+    QTRY_COMPARE_WITH_TIMEOUT(listed(), QStringLiteral("calm warm"), 30000);
+    period->setCurrentIndex(0);
+    auto *search = played.find<QLineEdit>("text filter");
+    search->setText(QStringLiteral("ALM"));
+    QTRY_COMPARE_WITH_TIMEOUT(listed(), QStringLiteral("calm"), 30000);
+    // What happens now is filtered, too.
+    played.happen(QStringLiteral("another"), Severity::Critical, now);
+    played.happen(QStringLiteral("almost"), Severity::Critical, now + 1);
+    QTRY_COMPARE_WITH_TIMEOUT(listed(), QStringLiteral("almost calm"), 30000);
+    search->clear();
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 5, 30000);
+    // With one UPS there is nothing to choose.
+    auto *ups = played.find<QComboBox>("ups filter");
+    QVERIFY(!ups->isVisible());
+    played.site.add(QStringLiteral("second"));
+    QVERIFY(ups->isVisible());
+    ups->setCurrentIndex(2);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 0, 30000);
+}
+
+void HistoryPagesTest::countsOnTheTab()
+{
+    PlayedSite played;
+    auto *tab = played.find<MetroTabicon>("Events");
+    const QImage calm = tab->grab().toImage();
+    QCOMPARE(tab->accessibleName(), QStringLiteral("Events"));
+    played.happen(QStringLiteral("calm"), Severity::Information, start);
+    played.happen(QStringLiteral("warm"), Severity::Warning, start);
+    played.happen(QStringLiteral("hot"), Severity::Critical, start);
+    QTRY_COMPARE_WITH_TIMEOUT(tab->accessibleName(), QStringLiteral("Events, 2 not acknowledged"),
+                              30000);
+    deliverAll();
+    QVERIFY(tab->grab().toImage() != calm);
+    played.history->acknowledgeAll(QStringLiteral("Ann"), start);
+    QTRY_COMPARE_WITH_TIMEOUT(tab->accessibleName(), QStringLiteral("Events"), 30000);
+    deliverAll();
+    QVERIFY(tab->grab().toImage() == calm);
+}
+
+void HistoryPagesTest::exportsWhatIsListed()
+{
+    const QTemporaryDir place;
+    PlayedSite played;
+    played.showPage("events");
+    played.happen(QStringLiteral("one"), Severity::Warning, start);
+    played.happen(QStringLiteral("two"), Severity::Critical, start);
+    played.find<QComboBox>("severity filter")->setCurrentIndex(2);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 1, 30000);
+    const QString file = place.filePath(QStringLiteral("events.csv"));
+    played.window->findChild<EventsPage *>()->exportTo(file);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        played.find<QLabel>("events status")->text().contains(QLatin1String("Written")), 30000);
+    QFile in(file);
+    QVERIFY(in.open(QIODevice::ReadOnly));
+    const QByteArray text = in.readAll();
+    QVERIFY(text.contains("two"));
+    QVERIFY(!text.contains("one"));
+}
+
+void HistoryPagesTest::readerCannotAcknowledge()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("kivconsole"));
+    WatchedSite first(directory);
+    QVERIFY(first.waitFor(HistoryStatus::State::Kept));
+    first.pass(Scenario::snapshotAt(Scenario::startOf(Scenario::Phase::OnBattery) + 3));
+    QCOMPARE(first.events().size() > 0, true);
+    WatchedSite second(directory);
+    ConsoleWindow window(&second.site);
+    window.setHistory(second.history.get());
+    QVERIFY(second.waitFor(HistoryStatus::State::Read));
+    QTRY_VERIFY_WITH_TIMEOUT(window.findChild<EventList *>()->rowCount() > 0, 30000);
+    QVERIFY(!window.findChild<QPushButton *>(QStringLiteral("acknowledge all"))->isEnabled());
+    QVERIFY(window.findChild<QLabel *>(QStringLiteral("events status"))
+                ->text()
+                .contains(QLatin1String("Another console")));
+}
+
+void HistoryPagesTest::withoutHistory()
+{
+    PlayedSite played;
+    played.happen(QStringLiteral("one"), Severity::Warning, start);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 1, 30000);
+    played.window->setHistory(nullptr);
+    QCOMPARE(played.list()->rowCount(), 0);
+    QVERIFY(!played.find<QPushButton>("acknowledge all")->isEnabled());
+    QVERIFY(!played.find<QPushButton>("export events")->isEnabled());
+    QCOMPARE(played.find<QLabel>("events status")->text(),
+             QStringLiteral("No history is kept for this source"));
+    QCOMPARE(played.find<MetroTabicon>("Events")->accessibleName(), QStringLiteral("Events"));
+}
+
+void HistoryPagesTest::tenThousandEventsScroll()
+{
+    PlayedSite played;
+    played.showPage("events");
+    QVector<EventChange> changes;
+    for (int i = 0; i < 10000; ++i) {
+        EventChange change;
+        change.what = EventChange::What::Moment;
+        change.ups = played.ups->id();
+        change.text = QStringLiteral("event %1").arg(i);
+        change.at = start + i;
+        changes.append(change);
+    }
+    played.window->setHistory(nullptr);
+    played.history->addEvents(changes);
+    played.window->setHistory(played.history.get());
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 10000, 60000);
+    auto *view = played.find<QListView>("events list");
+    // No widgets, and only the rows that are seen are painted.
+    const int children = int(view->findChildren<QWidget *>().size());
+    QTRY_VERIFY2_WITH_TIMEOUT(view->verticalScrollBar()->maximum() > 10000 * 40,
+                              qPrintable(QString::number(view->verticalScrollBar()->maximum())),
+                              30000);
+    view->scrollToBottom();
+    deliverAll();
+    QCOMPARE(int(view->findChildren<QWidget *>().size()), children);
+    QCOMPARE(played.list()->at(9999).text, QStringLiteral("event 0"));
+    // One more is put into its place without a reset.
+    int resets = 0;
+    connect(played.list(), &QAbstractItemModel::modelReset, this, [&] { ++resets; });
+    played.happen(QStringLiteral("newest"), Severity::Warning, start + dayMsecs);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 10001, 30000);
+    QCOMPARE(played.list()->at(0).text, QStringLiteral("newest"));
+    QCOMPARE(resets, 0);
+}
+
+void HistoryPagesTest::hostileTexts()
+{
+    PlayedSite played;
+    played.showPage("events");
+    played.happen(QStringLiteral("<b>bold</b>\n%1 & =1+1") + QString(2000, QLatin1Char('W')),
+                  Severity::Critical, start);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 1, 30000);
+    deliverAll();
+    QVERIFY(played.list()->at(0).text.size() <= 500);
+    QCOMPARE(played.window->grab().isNull(), false);
+}
+
+/// For looking at them: the pages are written where KIV_PAGE_IMAGES says, if anywhere.
+void HistoryPagesTest::images()
+{
+    const QString directory = qEnvironmentVariable("KIV_PAGE_IMAGES");
+    PlayedSite played(directory.isEmpty() ? 60 : int(2 * Scenario::length()));
+    const QSize sizes[] = {{480, 320}, {800, 480}, {1280, 800}, {1920, 1080}};
+    QTRY_VERIFY_WITH_TIMEOUT(played.list()->rowCount() > 0 || directory.isEmpty(), 30000);
+    for (const char *page : {"overview", "events", "trends"}) {
+        if (!played.window->pageNames().contains(QLatin1String(page)))
+            continue;
+        for (const bool dark : {false, true}) {
+            played.window->setDarkTheme(dark);
+            for (const QSize &size : sizes) {
+                played.window->resize(size);
+                played.showPage(page);
+                for (int i = 0; i < 5; ++i) {
+                    QTest::qWait(directory.isEmpty() ? 0 : 50);
+                    deliverAll();
+                }
+                const QPixmap image = played.window->grab();
+                QVERIFY(!image.isNull());
+                if (!directory.isEmpty())
+                    QVERIFY(image.save(QStringLiteral("%1/%2-%3%4.png")
+                                           .arg(directory, QLatin1String(page))
+                                           .arg(size.width())
+                                           .arg(dark ? QStringLiteral("-dark") : QString())));
+            }
+        }
+    }
+}
+
+KIV_TEST_MAIN(HistoryPagesTest)
+
+#include "tst_historypages.moc"
