@@ -108,9 +108,9 @@ void AeroButton::paintImage()
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
-    ImagePainter painter(image);
-    const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
-    paintBase(&painter, panel, band, outline, geometry());
+    const PanelColors colors = PanelColors{color, shadow, colorPen}.shownBy(this);
+    paintGlassPanel(image, size(), {widthPen, roundness, opacity}, colors);
+    PanelPainter painter(image, colors);
     paintText(&painter);
 }
 
@@ -146,6 +146,6 @@ void AeroButton::paintText(QPainter *painter)
     if (hasText) {
         painter->setFont(font);
         painter->setPen(colorText);
-        painter->drawText(QPointF(x, centredBaseline(metrics, height())), label);
+        drawLine(painter, QPointF(x, centredBaseline(metrics, height())), label);
     }
 }

@@ -157,18 +157,17 @@ void AeroGroupbox::paintImage()
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
-    ImagePainter painter(image);
     switch (backgroudType) {
-    case AeroStyleBG: {
-        const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
-        paintBase(&painter, panel, band, outline, QRect(QPoint(), logicalSize(*image)));
-        break;
-    }
+    case AeroStyleBG:
+        paintGlassPanel(image, logicalSize(*image), {widthPen, roundness, opacity},
+                        PanelColors{color, shadow, colorPen}.shownBy(this));
+        return;
     case ImageBG:
-        if (!backgroundGroup.isNull())
-            drawStretched(&painter, QRectF(QPointF(), logicalSize(*image)), backgroundGroup);
-        break;
+        paintStretched(image, logicalSize(*image), backgroundGroup);
+        return;
     }
+    // No background for a number that names none.
+    const ImagePainter cleared(image);
 }
 
 void AeroGroupbox::paintImageTitle()
@@ -190,7 +189,7 @@ void AeroGroupbox::paintTitle(QPainter *painter)
     painter->setFont(titleFont);
     painter->setPen(colorTitle);
     painter->setOpacity(1.0);
-    painter->drawText(QPointF(titleMargin, QFontMetrics(titleFont).ascent()), title());
+    drawLine(painter, QPointF(titleMargin, QFontMetrics(titleFont).ascent()), title());
 }
 
 void AeroGroupbox::createImages()

@@ -333,9 +333,8 @@ void AeroLinebar::paintImage()
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
-    ImagePainter painter(image);
-    const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
-    paintBase(&painter, panel, band, outline, QRect(QPoint(), logicalSize(*image)));
+    paintGlassPanel(image, logicalSize(*image), {widthPen, roundness, opacity},
+                    PanelColors{color, shadow, colorPen}.shownBy(this));
 }
 
 void AeroLinebar::paintImageShadow()
@@ -379,9 +378,9 @@ void AeroLinebar::paintText(QPainter *painter)
     painter->setFont(textFont);
     painter->setPen(colorText);
     painter->setOpacity(1.0);
-    painter->drawText(
-        QPointF(0, centredBaseline(QFontMetrics(textFont), logicalSize(*imageText).height())),
-        valueText);
+    drawLine(painter,
+             QPointF(0, centredBaseline(QFontMetrics(textFont), logicalSize(*imageText).height())),
+             valueText);
 }
 
 void AeroLinebar::paintTick()

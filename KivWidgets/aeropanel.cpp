@@ -1,9 +1,8 @@
 #include "aeropanel_p.h"
 
-#include "cachedimage_p.h"
+#include "imagememory_p.h"
 
 #include <QtGui/QLinearGradient>
-#include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 #include <QtGui/QTransform>
 #include <QtWidgets/QWidget>
@@ -77,6 +76,13 @@ QLinearGradient glass(const QColor &edge, const QColor &band, QSize size, int wi
     return gradient;
 }
 
+void useHighlight(QPainter *painter, const PanelColors &colors)
+{
+    painter->setBrush(QBrush(Qt::white));
+    painter->setPen(QPen(QBrush(Qt::white), 0.01));
+    painter->setOpacity(colors.panel.alpha() * highlightStrength / 255.0);
+}
+
 } // namespace
 
 QColor washedOut(const QColor &color)
@@ -116,10 +122,23 @@ void drawGlassPanel(QPainter *painter, QSize size, const PanelShape &shape,
     painter->setPen(QPen(QBrush(colors.panel), panel.pen * 0.5));
     painter->drawPath(roundedRect(panel.body, panel.innerRadius));
 
-    painter->setBrush(QBrush(Qt::white));
-    painter->setPen(QPen(QBrush(Qt::white), 0.01));
-    painter->setOpacity(colors.panel.alpha() * highlightStrength / 255.0);
+    useHighlight(painter, colors);
     painter->drawPath(highlightPath(panel, size));
+}
+
+void paintGlassPanel(QImage *image, QSize size, const PanelShape &shape, const PanelColors &colors)
+{
+    const ImageKey key(ImageKey::GlassPanel, size, shape.widthPen, shape.roundness, shape.opacity,
+                       colors.panel, colors.band, colors.outline);
+    paintOnce(image, key, ImagePainter::Antialiased,
+              [&](QPainter *painter) { drawGlassPanel(painter, size, shape, colors); });
+}
+
+PanelPainter::PanelPainter(QImage *image, const PanelColors &colors)
+    : QPainter(image)
+{
+    setRenderHint(QPainter::Antialiasing);
+    useHighlight(this, colors);
 }
 
 void showAeroImage(QWidget *widget, const QImage &image, double opacity, double rotate)

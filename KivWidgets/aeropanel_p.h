@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QtGui/QColor>
+#include <QtGui/QPainter>
 
 class QImage;
-class QPainter;
 class QSize;
 class QWidget;
 
@@ -39,6 +39,17 @@ struct PanelShape
 /// Paints a glass panel of @p size at the painter's origin. Pen, brush and opacity stay behind.
 void drawGlassPanel(QPainter *painter, QSize size, const PanelShape &shape,
                     const PanelColors &colors);
+
+/// Paints the panel on the whole of *@p image as on a cleared one. Equal panels are painted once.
+void paintGlassPanel(QImage *image, QSize size, const PanelShape &shape, const PanelColors &colors);
+
+/// A painter on an image with a glass panel of @p colors, in the state in which painting the panel
+/// leaves it.
+class PanelPainter : public QPainter
+{
+public:
+    PanelPainter(QImage *image, const PanelColors &colors);
+};
 
 /// Shows a finished image in the paint event of @p widget with @p opacity, turned by @p rotate
 /// degrees about the widget's vertical centre line.

@@ -79,9 +79,8 @@ void AeroStatusbar::paintImage()
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
-    ImagePainter painter(image);
-    const auto [panel, band, outline] = PanelColors{color, shadow, colorPen}.shownBy(this);
-    paintBase(&painter, panel, band, outline, geometry());
+    paintGlassPanel(image, size(), {widthPen, roundness, opacity},
+                    PanelColors{color, shadow, colorPen}.shownBy(this));
 }
 
 void AeroStatusbar::repaintSchedule(QImage **cached)

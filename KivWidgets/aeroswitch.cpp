@@ -94,8 +94,8 @@ void AeroSwitch::paintImagePressed()
         reportNullImage(KIV_HERE, this, "ImagePressed");
         return;
     }
-    ImagePainter painter(imagePressed);
-    const auto [panel, band, outline] = PanelColors{highlight, shadow, colorPen}.shownBy(this);
-    paintBase(&painter, panel, band, outline, geometry());
+    const PanelColors colors = PanelColors{highlight, shadow, colorPen}.shownBy(this);
+    paintGlassPanel(imagePressed, size(), {widthPen, roundness, opacity}, colors);
+    PanelPainter painter(imagePressed, colors);
     paintText(&painter);
 }

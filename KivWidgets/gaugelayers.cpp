@@ -1,15 +1,18 @@
 #include "gaugelayers_p.h"
 
+#include "applicationmemory_p.h"
+#include "composition_p.h"
+#include "imagememory_p.h"
 #include "text_p.h"
 
+#include <QtCore/QCache>
 #include <QtGui/QFontMetrics>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
 
 #include <algorithm>
 #include <limits>
-
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
+#include <memory>
 
 namespace KivPrivate {
 
@@ -18,39 +21,26 @@ namespace {
 /// Free columns between a bar and its text.
 constexpr int textGap = 2;
 
-/// @p pixel times @p factor / 255, each channel rounded as the raster paint engine does it.
-QRgb scaled(QRgb pixel, quint32 factor)
-{
-    quint32 even = (pixel & 0xff00ff) * factor;
-    even = ((even + ((even >> 8) & 0xff00ff) + 0x800080) >> 8) & 0xff00ff;
-    quint32 odd = ((pixel >> 8) & 0xff00ff) * factor;
-    odd = (odd + ((odd >> 8) & 0xff00ff) + 0x800080) & 0xff00ff00;
-    return odd | even;
-}
+/// Larger gauges would drive out too many others.
+constexpr int mostBytesOfOne = mostComposedBytes / 4;
 
-#ifdef __SSE2__
-/// Four pixels from @p out on, each times what the pixel of @p ink over it leaves.
-void scaleFour(QRgb *out, const QRgb *ink)
+struct Composed
 {
-    const __m128i mask = _mm_loadu_si128(reinterpret_cast<const __m128i *>(ink));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi32(mask, _mm_setzero_si128())) == 0xffff)
-        return;
-    auto *const place = reinterpret_cast<__m128i *>(out);
-    const __m128i pixels = _mm_loadu_si128(place);
-    __m128i factor = _mm_sub_epi32(_mm_set1_epi32(255), _mm_srli_epi32(mask, 24));
-    factor = _mm_or_si128(factor, _mm_slli_epi32(factor, 16));
-    // The arithmetic of scaled(), in lanes of 16 bits.
-    const auto scaledLanes = [factor](__m128i channels) {
-        const __m128i product = _mm_mullo_epi16(channels, factor);
-        return _mm_add_epi16(_mm_add_epi16(product, _mm_srli_epi16(product, 8)),
-                             _mm_set1_epi16(0x80));
-    };
-    const __m128i even = scaledLanes(_mm_and_si128(pixels, _mm_set1_epi16(0xff)));
-    const __m128i odd = scaledLanes(_mm_srli_epi16(pixels, 8));
-    _mm_storeu_si128(
-        place, _mm_or_si128(_mm_srli_epi16(even, 8), _mm_andnot_si128(_mm_set1_epi16(0xff), odd)));
+    GaugeLook look;
+    QImage image;
+};
+
+using ComposedImages = QCache<const QWidget *, Composed>;
+
+struct Memory
+{
+    std::unique_ptr<ComposedImages> images;
+};
+
+Memory &memory()
+{
+    return fontMemory<Memory>();
 }
-#endif
 
 /// Whether @p layer is like those that the gauges make for @p image; a class derived from one may
 /// bring others.
@@ -60,35 +50,24 @@ bool fits(const QImage &layer, const QImage &image)
            layer.devicePixelRatio() == image.devicePixelRatio();
 }
 
-/// The pixels of @p image without their ratio, for as long as it lives.
-QImage pixelsOf(const QImage &image)
+/// @p layer as it lies on @p image, beyond its edges transparent.
+QImage laidOn(const QImage &image, const QImage &layer)
 {
-    return QImage(image.constBits(), image.width(), image.height(), image.bytesPerLine(),
-                  image.format());
+    return layer.size() == image.size() ? layer : layer.copy(image.rect());
 }
 
-/// The same to paint on.
-QImage pixelsOf(QImage &image)
+const quint32 *rowOf(const QImage &layer, int y)
 {
-    return QImage(image.bits(), image.width(), image.height(), image.bytesPerLine(),
-                  image.format());
+    return reinterpret_cast<const quint32 *>(layer.constScanLine(y));
 }
 
-/// Takes the ink of @p mask out of @p image: DestinationOut, for which the paint engine has no fast
-/// way. Both are in the format of cached images.
-void cutOut(QImage &image, const QImage &mask)
+/// The same as painting the layers one after the other, of which each would take its time.
+void composePixels(QImage &image, const QImage &background, const QImage &value, const QImage &mask)
 {
-    const QSize common = image.size().boundedTo(mask.size());
-    for (int y = 0; y < common.height(); ++y) {
-        auto *out = reinterpret_cast<QRgb *>(image.scanLine(y));
-        const auto *ink = reinterpret_cast<const QRgb *>(mask.constScanLine(y));
-        int x = 0;
-#ifdef __SSE2__
-        for (; x + 4 <= common.width(); x += 4)
-            scaleFour(out + x, ink + x);
-#endif
-        for (; x < common.width(); ++x)
-            out[x] = scaled(out[x], 255 - quint32(qAlpha(ink[x])));
+    const ComposeRow composeRow = fastestComposeRow();
+    for (int y = 0; y < image.height(); ++y) {
+        composeRow(reinterpret_cast<quint32 *>(image.scanLine(y)), rowOf(background, y),
+                   rowOf(value, y), rowOf(mask, y), image.width());
     }
 }
 
@@ -96,22 +75,99 @@ void cutOut(QImage &image, const QImage &mask)
 
 void composeLayers(QImage &image, const QImage &background, const QImage &value, const QImage &mask)
 {
-    image.fill(Qt::transparent);
     if (fits(image, image) && fits(background, image) && fits(value, image) && fits(mask, image)) {
-        // Pixel by pixel, which is fast at every ratio.
-        QImage pixels = pixelsOf(image);
-        QPainter painter(&pixels);
-        painter.drawImage(0, 0, pixelsOf(background));
-        painter.drawImage(0, 0, pixelsOf(value));
-        painter.end();
-        cutOut(image, mask);
+        composePixels(image, laidOn(image, background), laidOn(image, value), laidOn(image, mask));
         return;
     }
+    image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.drawImage(0, 0, background);
     painter.drawImage(0, 0, value);
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
     painter.drawImage(0, 0, mask);
+}
+
+GaugeLook::GaugeLook(const QWidget *widget, const std::array<QImage **, 3> &layers,
+                     Identity identity, const QColor &textPen,
+                     const std::array<double, 6> &textNumbers, const QString &firstText,
+                     const QString &secondText)
+    : size(widget->size())
+    , ratio(widget->devicePixelRatioF())
+    , resolution(QGuiApplication::primaryScreen()->logicalDotsPerInch())
+    , font(widget->font())
+    , pen(textPen)
+    , numbers(textNumbers)
+    , text(firstText)
+    , otherText(secondText)
+{
+    for (std::size_t i = 0; i < layers.size(); ++i) {
+        const QImage *const layer = *layers[i];
+        isComplete = isComplete && layer;
+        if (!layer)
+            continue;
+        if (identity == OfImages)
+            layerKeys[i] = layer->cacheKey();
+        else
+            heldLayers[i] = *layer;
+    }
+}
+
+bool GaugeLook::operator==(const GaugeLook &other) const
+{
+    // While they are held, no other image can have its pixels at the same place.
+    const auto isSameLayer = [](const QImage &one, const QImage &another) {
+        return one.constBits() == another.constBits() && one.size() == another.size() &&
+               one.format() == another.format() &&
+               one.devicePixelRatio() == another.devicePixelRatio();
+    };
+    return layerKeys == other.layerKeys &&
+           std::equal(heldLayers.begin(), heldLayers.end(), other.heldLayers.begin(),
+                      isSameLayer) &&
+           numbers == other.numbers && size == other.size && ratio == other.ratio &&
+           resolution == other.resolution && pen == other.pen && text == other.text &&
+           otherText == other.otherText && isSameFont(font, other.font) &&
+           isSameFont(deviceFont, other.deviceFont);
+}
+
+QImage composedBefore(const QWidget *widget, const GaugeLook &look)
+{
+    if (!mayRemember() || !look.isComplete)
+        return QImage();
+    const auto &images = memory().images;
+    const Composed *const known = images ? images->object(widget) : nullptr;
+    return known && known->look == look ? known->image : QImage();
+}
+
+QImage imageToCompose(const QWidget *widget, const GaugeLook &look)
+{
+    QImage image;
+    if (mayRemember() && memory().images) {
+        const std::unique_ptr<Composed> known(memory().images->take(widget));
+        if (known && known->look.size == look.size && known->look.ratio == look.ratio &&
+            known->look.resolution == look.resolution) {
+            image = known->image;
+        }
+    }
+    return image.isNull() ? newImage(look.size, look.ratio) : image;
+}
+
+void rememberComposed(const QWidget *widget, const GaugeLook &look, const QImage &image)
+{
+    // Other gauges share the background and the scale, but rarely the value.
+    const auto cost =
+        image.sizeInBytes() + look.heldLayers[0].sizeInBytes() + qsizetype(sizeof(Composed));
+    if (!mayRemember() || !look.isComplete || cost > mostBytesOfOne)
+        return;
+    auto &images = memory().images;
+    if (!images)
+        images = std::make_unique<ComposedImages>(mostComposedBytes);
+    images->insert(widget, new Composed{look, image}, int(cost));
+}
+
+void forgetComposed(const QWidget *widget)
+{
+    if (mayRemember() && memory().images)
+        memory().images->remove(widget);
 }
 
 int barWidthBeside(int width, const QFont &font, const QString &widestText)
@@ -155,12 +211,19 @@ void drawBarFrame(QPainter *painter, int barWidth, int height)
     drawScaleLine(painter, barWidth, 1, barWidth, bottom);
 }
 
+void paintBarBackground(QImage *layer, const QColor &color, int barWidth, int height)
+{
+    const ImageKey key(ImageKey::BarBackground, color, barWidth, height);
+    paintOnce(layer, key, ImagePainter::Plain,
+              [&](QPainter *painter) { fillBar(painter, color, 1, 1, barWidth, height - 2); });
+}
+
 void drawBarText(QPainter *painter, const QFont &font, int barWidth, int height,
                  const QString &text)
 {
     painter->setFont(font);
-    painter->drawText(QPointF(barWidth + textGap, centredBaseline(QFontMetrics(font), height)),
-                      text);
+    drawLine(painter, QPointF(barWidth + textGap, centredBaseline(QFontMetrics(font), height)),
+             text);
 }
 
 } // namespace KivPrivate

@@ -119,6 +119,7 @@ MetroCirclerate::~MetroCirclerate()
 {
     for (QImage **layer : layers())
         MetroStyle::repaintSchedule(layer);
+    forgetComposed(this);
 }
 
 double MetroCirclerate::getValue() const
@@ -315,7 +316,11 @@ void MetroCirclerate::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    showComposed(this, [this](QImage &composed) { buildGraph(composed); });
+    const GaugeLook look(this, layers(), GaugeLook::OfImages, palette().color(QPalette::WindowText),
+                         {value, double(tickness), double(posLabel.x()), double(posLabel.y()),
+                          double(posStr.x()), double(posStr.y())},
+                         formatStr, label);
+    showComposed(this, look, [this](QImage &composed) { buildGraph(composed); });
 }
 
 void MetroCirclerate::resizeEvent(QResizeEvent *event)
@@ -409,17 +414,19 @@ void MetroCirclerate::buildGraph(QImage &img)
     const QFontMetrics labelMetrics(labelFont);
     painter.setFont(labelFont);
     const int labelWidth = singleLineSize(labelFont, label).width();
-    painter.drawText(QPointF((longer - labelWidth) / 2 + double(posLabel.x()),
-                             tickness + labelMetrics.ascent() + double(posLabel.y())),
-                     label);
+    drawLine(&painter,
+             QPointF((longer - labelWidth) / 2 + double(posLabel.x()),
+                     tickness + labelMetrics.ascent() + double(posLabel.y())),
+             label);
 
     const QFontMetrics metrics(font());
     painter.setFont(font());
     const QString text = formatValue(formatStr, value);
     const int textWidth = singleLineSize(font(), text).width();
-    painter.drawText(QPointF((longer - textWidth) / 2 + double(posStr.x()),
-                             height() / 2 + metrics.ascent() + double(posStr.y())),
-                     text);
+    drawLine(&painter,
+             QPointF((longer - textWidth) / 2 + double(posStr.x()),
+                     height() / 2 + metrics.ascent() + double(posStr.y())),
+             text);
 }
 
 std::array<QImage **, 3> MetroCirclerate::layers()

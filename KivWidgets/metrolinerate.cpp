@@ -5,6 +5,7 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "gaugelayers_p.h"
+#include "imagememory_p.h"
 
 #include <QtGui/QImage>
 
@@ -53,6 +54,7 @@ MetroLinerate::~MetroLinerate()
 {
     for (QImage **layer : layers())
         MetroStyle::repaintSchedule(layer);
+    forgetComposed(this);
 }
 
 QColor MetroLinerate::getBackgroundcolor() const
@@ -105,7 +107,9 @@ void MetroLinerate::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    showComposed(this, [this](QImage &composed) { buildGraph(composed); });
+    const GaugeLook look(this, layers(), GaugeLook::OfImages, QColor(),
+                         {double(value), double(barWidth)}, QString());
+    showComposed(this, look, [this](QImage &composed) { buildGraph(composed); });
 }
 
 void MetroLinerate::paintImageBG()
@@ -114,8 +118,7 @@ void MetroLinerate::paintImageBG()
         reportNullImage(KIV_HERE, this, "ImageBG");
         return;
     }
-    ImagePainter painter(ImageBG, ImagePainter::Plain);
-    fillBar(&painter, backgroundcolor, 1, 1, barWidth, height() - 2);
+    paintBarBackground(ImageBG, backgroundcolor, barWidth, height());
 }
 
 void MetroLinerate::paintImage()
@@ -143,16 +146,18 @@ void MetroLinerate::paintImageFG()
         reportNullImage(KIV_HERE, this, "ImageFG");
         return;
     }
-    ImagePainter painter(ImageFG, ImagePainter::Plain);
-    const int third = height() / 3;
-    for (int i = 0; i <= 10; ++i) {
-        const int x = scaleColumn(barWidth, i);
-        drawScaleLine(&painter, x, third, x, height() - 1);
-        if (i % 2 == 0)
-            drawScaleLine(&painter, x, 1, x, third);
-    }
-    drawBarFrame(&painter, barWidth, height());
-    drawScaleLine(&painter, 1, third, barWidth, third);
+    const ImageKey key(ImageKey::DivisionScale, barWidth, height());
+    paintOnce(ImageFG, key, ImagePainter::Plain, [this](QPainter *painter) {
+        const int third = height() / 3;
+        for (int i = 0; i <= 10; ++i) {
+            const int x = scaleColumn(barWidth, i);
+            drawScaleLine(painter, x, third, x, height() - 1);
+            if (i % 2 == 0)
+                drawScaleLine(painter, x, 1, x, third);
+        }
+        drawBarFrame(painter, barWidth, height());
+        drawScaleLine(painter, 1, third, barWidth, third);
+    });
 }
 
 void MetroLinerate::repaintSchedule(QImage **layer)

@@ -200,8 +200,8 @@ void MetroShelter::paintImage()
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
-    ImagePainter painter(image);
-    drawStretched(&painter, QRectF(0, 0, width(), height()), *ImageBackground);
+    paintStretched(image, size(), *ImageBackground);
+    StretchedPainter painter(image, size(), *ImageBackground);
     paintText(&painter);
 }
 
@@ -227,6 +227,6 @@ void MetroShelter::paintText(QPainter *painter)
     }
     if (hasText) {
         painter->setPen(colorText);
-        painter->drawText(QPointF(xLabel, centredBaseline(metrics, height())), label);
+        drawLine(painter, QPointF(xLabel, centredBaseline(metrics, height())), label);
     }
 }

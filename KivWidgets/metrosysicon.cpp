@@ -5,6 +5,7 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "iconpainting_p.h"
+#include "imagememory_p.h"
 #include "ownsize_p.h"
 
 #include <QtCore/QPointer>
@@ -23,6 +24,23 @@ namespace {
 int framedExtent(int iconExtent, int border)
 {
     return int(std::clamp<qint64>(iconExtent + 2 * qint64(border), 0, QWIDGETSIZE_MAX));
+}
+
+void usePlateColor(QPainter *painter, const QColor &color, int border)
+{
+    painter->setBrush(QBrush(color, Qt::SolidPattern));
+    painter->setPen(QPen(QBrush(color), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+}
+
+void drawPlate(QPainter *painter, QSize iconSize, int border, int roundness)
+{
+    const qint64 w = qint64(iconSize.width()) + border;
+    const qint64 h = qint64(iconSize.height()) + border;
+    const auto radius = double(((std::min(w, h) / 2) * roundness) / 100);
+    QPainterPath plate;
+    plate.addRoundedRect(QRectF(border / 2, border / 2, double(w), double(h)), radius, radius,
+                         Qt::AbsoluteSize);
+    painter->drawPath(plate);
 }
 
 } // namespace
@@ -74,17 +92,8 @@ void MetroSysIcon::setIcon(const QIcon &newIcon)
 
 void MetroSysIcon::paintBase(QPainter *painter)
 {
-    const QColor color = COLORTAB[getColorIdx()];
-    painter->setBrush(QBrush(color, Qt::SolidPattern));
-    painter->setPen(QPen(QBrush(color), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-
-    const qint64 w = qint64(iconSize().width()) + border;
-    const qint64 h = qint64(iconSize().height()) + border;
-    const auto radius = double(((std::min(w, h) / 2) * roundness) / 100);
-    QPainterPath plate;
-    plate.addRoundedRect(QRectF(border / 2, border / 2, double(w), double(h)), radius, radius,
-                         Qt::AbsoluteSize);
-    painter->drawPath(plate);
+    usePlateColor(painter, COLORTAB[getColorIdx()], border);
+    drawPlate(painter, iconSize(), border, roundness);
 }
 
 void MetroSysIcon::paintImage()
@@ -93,10 +102,18 @@ void MetroSysIcon::paintImage()
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
-    ImagePainter painter(image);
-    paintBase(&painter);
-    if (!isEnabled())
-        drawDisabledWash(&painter, this);
+    const QColor color = COLORTAB[getColorIdx()];
+    const ImageKey key(ImageKey::IconPlate, size(), iconSize(), border, roundness, color,
+                       int(isEnabled()));
+    paintOnce(image, key, ImagePainter::Antialiased, [&](QPainter *painter) {
+        usePlateColor(painter, color, border);
+        drawPlate(painter, iconSize(), border, roundness);
+        if (!isEnabled())
+            drawDisabledWash(painter, this);
+    });
+    QPainter painter(image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    usePlateColor(&painter, color, border);
     paintIcon(&painter);
 }
 

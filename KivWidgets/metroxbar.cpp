@@ -5,11 +5,13 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "gaugelayers_p.h"
+#include "imagememory_p.h"
 
 #include <QtGui/QImage>
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 using namespace KivPrivate;
 
@@ -21,6 +23,19 @@ constexpr int widestValue = 138;
 QString textOf(int value, const QString &unit)
 {
     return QStringLiteral("%1%2").arg(value).arg(unit);
+}
+
+/// The last column of the bar of @p value; none where the limits leave it open.
+std::optional<int> lastColumn(int value, int minimum, int maximum, int barWidth)
+{
+    if (value > maximum)
+        return barWidth;
+    const qint64 range = qint64(maximum) - minimum;
+    if (range == 0)
+        return std::nullopt;
+    using Limits = std::numeric_limits<int>;
+    const qint64 column = (qint64(value) - minimum) * barWidth / range;
+    return int(std::clamp<qint64>(column, Limits::min(), Limits::max()));
 }
 
 } // namespace
@@ -47,6 +62,7 @@ MetroXbar::~MetroXbar()
 {
     for (QImage **layer : layers())
         MetroStyle::repaintSchedule(layer);
+    forgetComposed(this);
 }
 
 QColor MetroXbar::getBackgroundcolor() const
@@ -138,7 +154,9 @@ void MetroXbar::paintEvent(QPaintEvent *)
         createImages();
         dirty = false;
     }
-    showComposed(this, [this](QImage &composed) { buildGraph(composed); });
+    const GaugeLook look(this, layers(), GaugeLook::OfPixels, QColor(),
+                         {double(value), double(barWidth)}, measure);
+    showComposed(this, look, [this](QImage &composed) { buildGraph(composed); });
 }
 
 void MetroXbar::paintImageBG()
@@ -147,8 +165,7 @@ void MetroXbar::paintImageBG()
         reportNullImage(KIV_HERE, this, "ImageBG");
         return;
     }
-    ImagePainter painter(ImageBG, ImagePainter::Plain);
-    fillBar(&painter, backgroundcolor, 1, 1, barWidth, height() - 2);
+    paintBarBackground(ImageBG, backgroundcolor, barWidth, height());
 }
 
 void MetroXbar::paintImage()
@@ -157,17 +174,12 @@ void MetroXbar::paintImage()
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
-    ImagePainter painter(Image, ImagePainter::Plain);
-    qint64 right = barWidth;
-    if (value <= maxValue) {
-        const qint64 range = qint64(maxValue) - minValue;
-        if (range == 0)
-            return;
-        right = (qint64(value) - minValue) * barWidth / range;
-    }
-    using Limits = std::numeric_limits<int>;
-    const int column = int(std::clamp<qint64>(right, Limits::min(), Limits::max()));
-    fillBar(&painter, lightBlue, 1, 1, column, height());
+    const std::optional<int> column = lastColumn(value, minValue, maxValue, barWidth);
+    const ImageKey key(ImageKey::BarValue, height(), int(column.has_value()), column.value_or(0));
+    paintOnce(Image, key, ImagePainter::Plain, [&](QPainter *painter) {
+        if (column)
+            fillBar(painter, lightBlue, 1, 1, *column, height());
+    });
 }
 
 void MetroXbar::paintImageFG()
@@ -176,12 +188,14 @@ void MetroXbar::paintImageFG()
         reportNullImage(KIV_HERE, this, "ImageFG");
         return;
     }
-    ImagePainter painter(ImageFG, ImagePainter::Plain);
-    for (int i = 0; i <= 10; ++i) {
-        const int x = scaleColumn(barWidth, i);
-        drawScaleLine(&painter, x, 1, x, height() - 1);
-    }
-    drawBarFrame(&painter, barWidth, height());
+    const ImageKey key(ImageKey::BarScale, barWidth, height());
+    paintOnce(ImageFG, key, ImagePainter::Plain, [this](QPainter *painter) {
+        for (int i = 0; i <= 10; ++i) {
+            const int x = scaleColumn(barWidth, i);
+            drawScaleLine(painter, x, 1, x, height() - 1);
+        }
+        drawBarFrame(painter, barWidth, height());
+    });
 }
 
 void MetroXbar::repaintSchedule(QImage **layer)

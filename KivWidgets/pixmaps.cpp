@@ -1,12 +1,12 @@
 #include "pixmaps_p.h"
 
 #include "applicationmemory_p.h"
+#include "imagememory_p.h"
 #include "numbers_p.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QResource>
 #include <QtCore/QString>
-#include <QtGui/QPainter>
 #include <QtGui/QPixmap>
 
 #include <array>
@@ -49,6 +49,35 @@ void useSmoothnessFor(QPainter *painter, double scale)
 {
     painter->setRenderHint(QPainter::SmoothPixmapTransform,
                            std::abs(scale - std::round(scale)) > ratioTolerance || scale < 0.5);
+}
+
+/// @p pixmap for @p target on a device of @p ratio, as sharp as there is one; null when Qt cannot
+/// draw it there.
+QPixmap sharpFor(const QRectF &target, const QPixmap &pixmap, double ratio)
+{
+    QPixmap sharp = atRatio(pixmap, ratio);
+    if (sharp.width() > mostShrinking * target.width() * ratio)
+        sharp = pixmap;
+    return canStretch(sharp.size(), target.size()) ? sharp : QPixmap();
+}
+
+/// At a ratio of 1 the painter stays as it is.
+void useStretching(QPainter *painter, const QRectF &target, const QPixmap &sharp)
+{
+    const double ratio = deviceRatio(painter);
+    if (ratio == 1.0 || sharp.isNull())
+        return;
+    const double across = target.width() * ratio / sharp.width();
+    const double down = target.height() * ratio / sharp.height();
+    useSmoothnessFor(painter, across == down ? across : 0.0);
+}
+
+void drawSharp(QPainter *painter, const QRectF &target, const QPixmap &sharp)
+{
+    if (sharp.isNull())
+        return;
+    useStretching(painter, target, sharp);
+    painter->drawPixmap(target, sharp, QRectF());
 }
 
 } // namespace
@@ -125,18 +154,24 @@ void useSmoothness(QPainter *painter, double sourceRatio)
 
 void drawStretched(QPainter *painter, const QRectF &target, const QPixmap &pixmap)
 {
-    const double ratio = deviceRatio(painter);
-    QPixmap sharp = atRatio(pixmap, ratio);
-    if (sharp.width() > mostShrinking * target.width() * ratio)
-        sharp = pixmap;
-    if (sharp.isNull() || !canStretch(sharp.size(), target.size()))
-        return;
-    if (ratio != 1.0) {
-        const double across = target.width() * ratio / sharp.width();
-        const double down = target.height() * ratio / sharp.height();
-        useSmoothnessFor(painter, across == down ? across : 0.0);
-    }
-    painter->drawPixmap(target, sharp, QRectF());
+    drawSharp(painter, target, sharpFor(target, pixmap, deviceRatio(painter)));
+}
+
+void paintStretched(QImage *image, QSize size, const QPixmap &pixmap)
+{
+    const QRectF target(QPointF(), size);
+    const QPixmap sharp = sharpFor(target, pixmap, image->devicePixelRatio());
+    const ImageKey key(ImageKey::StretchedBackground, size, sharp.cacheKey());
+    paintOnce(image, key, ImagePainter::Antialiased,
+              [&](QPainter *painter) { drawSharp(painter, target, sharp); });
+}
+
+StretchedPainter::StretchedPainter(QImage *image, QSize size, const QPixmap &pixmap)
+    : QPainter(image)
+{
+    setRenderHint(QPainter::Antialiasing);
+    const QRectF target(QPointF(), size);
+    useStretching(this, target, sharpFor(target, pixmap, image->devicePixelRatio()));
 }
 
 void drawPart(QPainter *painter, const QRectF &target, const QPixmap &pixmap, const QRectF &source)

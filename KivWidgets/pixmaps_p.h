@@ -2,8 +2,9 @@
 
 #include <QtCore/QRectF>
 #include <QtCore/QSize>
+#include <QtGui/QPainter>
 
-class QPainter;
+class QImage;
 class QPixmap;
 class QString;
 
@@ -38,6 +39,17 @@ void useSmoothness(QPainter *painter, double sourceRatio);
 
 /// Draws the whole of @p pixmap into @p target, as sharp as there is one; nothing when Qt cannot.
 void drawStretched(QPainter *painter, const QRectF &target, const QPixmap &pixmap);
+
+/// Paints the whole of @p pixmap into @p size at the origin of *@p image as on a cleared one; the
+/// same for an image like it is painted once.
+void paintStretched(QImage *image, QSize size, const QPixmap &pixmap);
+
+/// A painter on an image with that on it, in the state in which painting it leaves it.
+class StretchedPainter : public QPainter
+{
+public:
+    StretchedPainter(QImage *image, QSize size, const QPixmap &pixmap);
+};
 
 /// Draws the part @p source of @p pixmap into @p target, both in logical pixels. An empty source
 /// stands for all that is right of and below its corner.

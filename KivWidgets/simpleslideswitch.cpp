@@ -242,8 +242,9 @@ void SimpleSlideSwitch::paintEvent(QPaintEvent *)
         const QFontMetrics metrics(font());
         const int textWidth = singleLineSize(font(), text()).width();
         painter.setFont(font());
-        painter.drawText(QPointF((width() - textWidth) / 2 - 1, centredBaseline(metrics, height())),
-                         text());
+        drawLine(&painter,
+                 QPointF((width() - textWidth) / 2 - 1, centredBaseline(metrics, height())),
+                 text());
     }
 
     const QPixmap &knob = isEnabled() ? btnImg : btnDisImg;

@@ -2,6 +2,7 @@
 
 #include "assign_p.h"
 #include "iconpainting_p.h"
+#include "imagememory_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
 #include "pixmaps_p.h"
@@ -11,7 +12,11 @@
 #include <QtCore/QPointer>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QMouseEvent>
-#include <QtGui/QPainter>
+#include <QtGui/QPaintEngine>
+#include <QtGui/QPaintEvent>
+
+#include <algorithm>
+#include <cmath>
 
 using namespace KivPrivate;
 
@@ -38,6 +43,77 @@ constexpr QRgb knobColor = qRgb(65, 64, 66);
 QPixmap face(const char *name)
 {
     return picture(QStringLiteral("SlideSwitch-%1").arg(QLatin1String(name)));
+}
+
+void drawKnob(QPainter *painter, const QRect &knob)
+{
+    painter->setBrush(QBrush(QColor(knobColor)));
+    painter->setPen(QColor(knobColor));
+    painter->drawEllipse(knob);
+}
+
+bool isOpaque(const QImage &image, const QRect &part)
+{
+    if (!image.rect().contains(part))
+        return false;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        const auto *const row = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        if (!std::all_of(row + part.left(), row + part.right() + 1,
+                         [](QRgb pixel) { return qAlpha(pixel) == 255; })) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Whether a shape that is painted on opaque parts of an image of @p size looks the same on the
+/// device of @p painter as when it was painted on the image before. Where it is cut off by the
+/// @p region to paint or by the edge of the device, its edges have other pixels.
+bool addsUp(const QPainter &painter, const QRegion &region, QSize size)
+{
+    const QRect whole(QPoint(), size);
+    if (painter.hasClipping() || region.rectCount() != 1 || !region.boundingRect().contains(whole))
+        return false;
+    const QPaintEngine *const engine = painter.paintEngine();
+    if (!engine || engine->type() != QPaintEngine::Raster)
+        return false;
+    const QPaintDevice *const device = engine->paintDevice();
+    if (!device || device->devType() != QInternal::Image || device->devicePixelRatioF() != 1.0)
+        return false;
+    const QImage::Format format = static_cast<const QImage *>(device)->format();
+    const QTransform transform = painter.deviceTransform();
+    const auto isWhole = [](double number) { return number == std::floor(number); };
+    return (format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied) &&
+           transform.type() <= QTransform::TxTranslate && isWhole(transform.dx()) &&
+           isWhole(transform.dy()) && painter.opacity() == 1.0 &&
+           QRectF(0, 0, device->width(), device->height())
+               .contains(transform.mapRect(QRectF(whole))) &&
+           painter.compositionMode() == QPainter::CompositionMode_SourceOver;
+}
+
+/// @p face with the knob on it, painted once; a null image where the face is not opaque below the
+/// knob.
+QImage faceWithKnob(const QPixmap &face, const QRect &knob)
+{
+    const ImageKey key(ImageKey::SwitchFace, face.cacheKey(), knob.left());
+    const QImage known = rememberedImage(key);
+    if (!known.isNull())
+        return known;
+    QImage whole = newImage(face.size(), 1.0);
+    {
+        ImagePainter painter(&whole);
+        drawStretched(&painter, QRectF(QPointF(), face.size()), face);
+    }
+    // The knob's outline takes part in the pixels around it.
+    if (!isOpaque(whole, knob.adjusted(-2, -2, 2, 2)))
+        return QImage();
+    {
+        QPainter painter(&whole);
+        painter.setRenderHint(QPainter::Antialiasing);
+        drawKnob(&painter, knob);
+    }
+    rememberImage(key, whole);
+    return whole;
 }
 
 } // namespace
@@ -171,28 +247,35 @@ void SlideSwitch::mouseReleaseEvent(QMouseEvent *event)
     repaint();
 }
 
-void SlideSwitch::paintEvent(QPaintEvent *)
+void SlideSwitch::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
 
     const QIcon::Mode mode = locked ? QIcon::Active : QIcon::Normal;
-    drawStretched(&painter, QRectF(0, 0, width(), height()), iconPixmap(this, mode, shownState()));
+    const QPixmap shownFace = iconPixmap(this, mode, shownState());
+    if (!dragging() && text().isEmpty() && isEnabled() && shownFace.size() == size() &&
+        addsUp(painter, event->region(), size())) {
+        const QImage whole = faceWithKnob(shownFace, knobRect());
+        if (!whole.isNull()) {
+            painter.drawImage(0, 0, whole);
+            return;
+        }
+    }
+    drawStretched(&painter, QRectF(0, 0, width(), height()), shownFace);
 
     if (!text().isEmpty()) {
         const QFontMetrics metrics(font());
         const int textWidth = singleLineSize(font(), text()).width();
         painter.setFont(font());
-        painter.drawText(QPointF((width() - textWidth) / 2 - 1 + textOffset.x(),
-                                 centredBaseline(metrics, height()) + textOffset.y()),
-                         text());
+        drawLine(&painter,
+                 QPointF((width() - textWidth) / 2 - 1 + textOffset.x(),
+                         centredBaseline(metrics, height()) + textOffset.y()),
+                 text());
     }
 
-    if (isEnabled()) {
-        painter.setBrush(QBrush(QColor(knobColor)));
-        painter.setPen(QColor(knobColor));
-        painter.drawEllipse(knobRect());
-    }
+    if (isEnabled())
+        drawKnob(&painter, knobRect());
 }
 
 bool SlideSwitch::dragging() const

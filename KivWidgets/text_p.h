@@ -1,13 +1,15 @@
 #pragma once
 
+#include <QtCore/QPointF>
 #include <QtCore/QSize>
 #include <QtGui/QFont>
 
 class QFontMetrics;
+class QPainter;
 class QString;
 
-/// Measuring of texts, and fonts made from a widget's font. A repaint asks for the same ones as the
-/// last, and both are slow in Qt, so the latest are remembered. GUI thread only.
+/// Measuring and drawing of texts, and fonts made from a widget's font. A repaint asks for the same
+/// ones as the last, and all of them are slow in Qt, so the latest are remembered.
 namespace KivPrivate {
 
 /// @p font in bold weight, or in normal weight.
@@ -17,8 +19,18 @@ QFont withWeight(const QFont &font, bool bold);
 /// zero, as it comes out for a font sized in pixels, and keeps the old one.
 QFont smallerFont(const QFont &font, int percent);
 
+/// Whether two fonts draw alike, also where a painter takes from its device what they do not set.
+bool isSameFont(const QFont &one, const QFont &other);
+
 /// The size of @p text on one line.
 QSize singleLineSize(const QFont &font, const QString &text);
+
+/// Draws @p text on one line that begins at @p place, in the painter's font, as
+/// QPainter::drawText() does. Texts that are drawn again are not shaped again.
+void drawLine(QPainter *painter, QPointF place, const QString &text);
+
+/// The bytes that all shaped texts take at most, about.
+constexpr int mostShapedBytes = 192 * 1024;
 
 /// The baseline of one line of text that stands in the middle of @p height pixels.
 int centredBaseline(const QFontMetrics &metrics, int height);

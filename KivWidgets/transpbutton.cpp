@@ -71,6 +71,6 @@ void TranspButton::paintEvent(QPaintEvent *)
         const double y = centredBaseline(metrics, height()) + double(posLabel.y());
         painter.setFont(font());
         painter.setOpacity(1.0);
-        painter.drawText(QPointF(x, y), text());
+        drawLine(&painter, QPointF(x, y), text());
     }
 }

@@ -74,6 +74,7 @@ private Q_SLOTS:
     void dropsOfOneImage_data();
     void dropsOfOneImage();
     void errorLinesStayWhole();
+    void paintingElsewhere();
 
 private:
     template <typename Widget>
@@ -276,6 +277,26 @@ void ThreadsTest::errorLinesStayWhole()
     for (int i = 0; i < lines * threadCount; ++i)
         all.append(expected);
     QCOMPARE(takeErrorLines(), all);
+}
+
+/// A painting step that another thread calls while nothing else happens has its usual result.
+void ThreadsTest::paintingElsewhere()
+{
+    struct Painted : AeroButton
+    {
+        using AeroButton::image;
+        using AeroButton::paintImage;
+    };
+    Painted button;
+    button.resize(80, 40);
+    button.setText(QStringLiteral("Start"));
+    const QImage expected = pictureOf(&button);
+    for (int round = 0; round < 3; ++round) {
+        std::thread painter([&button] { button.paintImage(); });
+        painter.join();
+        COMPARE_PICTURES(*button.image, expected);
+        COMPARE_PICTURES(pictureOf(&button), expected);
+    }
 }
 
 int main(int argc, char **argv)

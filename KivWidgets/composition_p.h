@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtCore/QtGlobal>
+
+/// The composition of a gauge's three layers, in one pass over the pixels. All pixels are in the
+/// format of cached images, premultiplied ARGB of 32 bits.
+namespace KivPrivate {
+
+/// Computes @p count pixels of @p out: those of @p value over those of @p background, less the ink
+/// of @p mask over them.
+using ComposeRow = void (*)(quint32 *out, const quint32 *background, const quint32 *value,
+                            const quint32 *mask, int count);
+
+/// One way of doing that, for processors that have the instructions. All give the same bits.
+struct ComposeWay
+{
+    const char *name;
+    bool isAvailable;
+    ComposeRow compose;
+};
+
+/// The ways that this build has, the slowest first.
+struct ComposeWays
+{
+    const ComposeWay *first;
+    int count;
+};
+ComposeWays composeWays();
+
+/// The fastest way for this processor.
+ComposeRow fastestComposeRow();
+
+} // namespace KivPrivate

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "cachedimage_p.h"
+
+#include <QtGui/QImage>
+
+#include <array>
+#include <cstddef>
+
+class QColor;
+
+/// Images that equal widgets share: what many of them paint alike, or one of them again and again,
+/// is painted once. The memory is bounded in bytes and drops what was not used for longest. It
+/// serves the GUI thread only; elsewhere everything is painted each time, with the same pixels.
+namespace KivPrivate {
+
+/// What an image was made from, in words. Equal keys stand for equal pixels.
+class ImageKey
+{
+public:
+    enum Kind {
+        GlassPanel,
+        Trough,
+        IconPlate,
+        StretchedBackground,
+        SwitchFace,
+        BarBackground,
+        BarValue,
+        BarScale,
+        DivisionScale,
+    };
+    /// What an image is painted from decides how often there is another one, so each of these has
+    /// a memory of its own, in which its images drive out only each other.
+    enum Source {
+        Settings, ///< of a widget
+        Pixmaps,  ///< of the application
+        Values,   ///< of a gauge
+    };
+
+    template <typename... Parts>
+    explicit ImageKey(Kind kind, const Parts &...parts)
+    {
+        append(qint64(kind));
+        (append(parts), ...);
+    }
+
+    void append(qint64 word);
+    void append(int number);
+    void append(double number);
+    void append(QSize size);
+    /// By its specification too, since a painter may treat equal components differently.
+    void append(const QColor &color);
+    /// All of @p image that a painter on it takes into account.
+    void appendDevice(const QImage &image);
+
+    bool operator==(const ImageKey &other) const;
+    uint hash() const;
+    Source source() const;
+
+private:
+    std::array<qint64, 20> words{};
+    std::size_t count = 0;
+};
+
+uint qHash(const ImageKey &key, uint seed = 0);
+
+/// The image remembered under @p key; a null image when there is none.
+QImage rememberedImage(const ImageKey &key);
+
+/// An image with the pixels of @p known and an identity of its own. It shares the pixels until it
+/// is painted on.
+QImage copyOf(const QImage &known);
+
+/// Remembers @p image, if it is not too large for that.
+void rememberImage(const ImageKey &key, const QImage &image);
+
+/// The bytes that the remembered images take at most, by their source.
+constexpr int mostImageBytes[] = {1024 * 1024, 512 * 1024, 512 * 1024};
+
+/// Fills *@p image with what @p paint draws with an ImagePainter on it, which is painted only when
+/// an image like it was not with the same @p key.
+template <typename Paint>
+void paintOnce(QImage *image, ImageKey key, ImagePainter::Edges edges, Paint paint)
+{
+    const bool isOurs = image->format() == QImage::Format_ARGB32_Premultiplied;
+    key.appendDevice(*image);
+    if (isOurs) {
+        const QImage known = rememberedImage(key);
+        if (!known.isNull()) {
+            *image = copyOf(known);
+            return;
+        }
+    }
+    {
+        ImagePainter painter(image, edges);
+        paint(&painter);
+    }
+    if (isOurs)
+        rememberImage(key, *image);
+}
+
+} // namespace KivPrivate

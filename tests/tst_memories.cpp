@@ -1,0 +1,513 @@
+#include "freshness.h"
+#include "glasspanel.h"
+#include "pictures.h"
+#include "testmain.h"
+#include "widgetprobe.h"
+
+#include <aerobutton.h>
+#include <aerogroupbox.h>
+#include <aerostatusbar.h>
+#include <metrocirclerate.h>
+#include <metrolinerate.h>
+#include <metrosysicon.h>
+#include <metroxbar.h>
+#include <slideswitch.h>
+#include <transpbutton.h>
+
+#include <QtCore/QRandomGenerator>
+#include <QtGui/QPainter>
+#include <QtGui/QPainterPath>
+
+#include <dlfcn.h>
+#include <malloc.h>
+
+#include <memory>
+#include <vector>
+
+Q_DECLARE_METATYPE(GlassPanel)
+
+// What the library remembers for all of its widgets saves painting, and changes no pixel.
+
+namespace {
+
+int drawnPaths = 0;
+
+/// The paths that are drawn while @p work runs.
+int pathsDrawnBy(const std::function<void()> &work)
+{
+    drawnPaths = 0;
+    work();
+    return drawnPaths;
+}
+
+struct Strip : AeroStatusbar
+{
+    using AeroStatusbar::AeroStatusbar;
+    using AeroStatusbar::image;
+};
+
+struct Dial : MetroCirclerate
+{
+    using MetroCirclerate::Image;
+    using MetroCirclerate::ImageBG;
+    using MetroCirclerate::MetroCirclerate;
+};
+
+struct ValueBar : MetroXbar
+{
+    using MetroXbar::Image;
+    using MetroXbar::ImageBG;
+    using MetroXbar::ImageFG;
+    using MetroXbar::MetroXbar;
+};
+
+/// Draws its text in its middle, as plainly as can be.
+struct PlainText : QWidget
+{
+    using QWidget::QWidget;
+    void paintEvent(QPaintEvent *) override
+    {
+        const QFontMetrics metrics(font());
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setFont(font());
+        painter.drawText(QPointF((width() - metrics.size(Qt::TextSingleLine, text).width()) / 2 - 1,
+                                 (height() - metrics.height()) / 2 + metrics.ascent()),
+                         text);
+    }
+
+    QString text;
+};
+
+double usedBytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks) + double(info.hblkhd);
+}
+
+/// Paints widgets of all that is remembered, each unlike the others; @p seed decides them.
+void paintMany(int count, quint32 seed)
+{
+    QRandomGenerator random(seed);
+    for (int i = 0; i < count; ++i) {
+        std::vector<std::unique_ptr<QWidget>> widgets;
+        const auto add = [&](QWidget *widget, QSize size) {
+            widgets.emplace_back(widget);
+            widget->resize(size);
+        };
+        const QColor color = QColor::fromRgb(random.generate());
+        auto *button = new AeroButton;
+        button->setText(QString::number(random.generate()));
+        button->setColor(color);
+        add(button, {80 + random.bounded(90), 30 + random.bounded(30)});
+        auto *box = new AeroGroupbox;
+        box->setColor(color);
+        add(box, {150 + random.bounded(90), 100 + random.bounded(90)});
+        auto *icon = new MetroSysIcon;
+        icon->setBorder(1 + random.bounded(60));
+        add(icon, icon->size());
+        auto *dial = new MetroCirclerate;
+        dial->setValue(random.bounded(100.0));
+        add(dial, {76, 51});
+        auto *bar = new MetroXbar;
+        bar->setValue(random.bounded(300));
+        add(bar, {150 + random.bounded(90), 40});
+        for (const std::unique_ptr<QWidget> &widget : widgets) {
+            // What is drawn again is remembered, too.
+            pictureOf(widget.get());
+            pictureOf(widget.get());
+        }
+    }
+}
+
+} // namespace
+
+/// Stands before Qt's for the library, too.
+void QPainter::drawPath(const QPainterPath &path)
+{
+    ++drawnPaths;
+    using DrawPath = void (*)(QPainter *, const QPainterPath &);
+    static const auto original =
+        reinterpret_cast<DrawPath>(dlsym(RTLD_NEXT, "_ZN8QPainter8drawPathERK12QPainterPath"));
+    original(this, path);
+}
+
+class MemoriesTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void equalButtonsPaintOnePanel();
+    void equalPlatesAreOne();
+    void otherPanelsAreTheirOwn_data();
+    void otherPanelsAreTheirOwn();
+    void sharedImagesStayApart();
+    void paintedLayerShows();
+    void paintedBarLayerShows();
+    void layersOfAnIdleBarStay();
+    void gaugeFollowsItsPalette();
+    void gaugeFollowsTheFont();
+    void randomTexts();
+    void knobOnAnyDevice_data();
+    void knobOnAnyDevice();
+    void knobBelowAnother();
+    void boundedBytes();
+};
+
+void MemoriesTest::equalButtonsPaintOnePanel()
+{
+    constexpr int pathsOfAPanel = 3;
+    std::vector<std::unique_ptr<Stage<AeroButton>>> buttons;
+    const int drawn = pathsDrawnBy([&] {
+        for (int i = 0; i < 12; ++i) {
+            buttons.push_back(std::make_unique<Stage<AeroButton>>(QSize(97, 33)));
+            buttons.back()->widget->setText(QString::number(i));
+            deliverAll();
+            pictureOf(buttons.back()->widget);
+        }
+    });
+    QCOMPARE(drawn, pathsOfAPanel);
+
+    // Each has its own text.
+    for (int i = 0; i < 12; ++i) {
+        Stage<AeroButton> alone(QSize(97, 33));
+        alone->setText(QString::number(i));
+        deliverAll();
+        COMPARE_PICTURES(pictureOf(buttons[std::size_t(i)]->widget), pictureOf(alone.widget));
+    }
+
+    AeroButton &changed = *buttons.front()->widget;
+    QCOMPARE(pathsDrawnBy([&] {
+                 changed.setColor(Qt::darkGreen);
+                 deliverAll();
+                 pictureOf(&changed);
+             }),
+             pathsOfAPanel);
+    QCOMPARE(pathsDrawnBy([&] {
+                 changed.setColor(Qt::gray);
+                 deliverAll();
+                 pictureOf(&changed);
+             }),
+             0);
+}
+
+void MemoriesTest::equalPlatesAreOne()
+{
+    Stage<MetroSysIcon> icon;
+    icon->setBorder(13);
+    deliverAll();
+    const QImage before = pictureOf(icon.widget);
+    icon->setState({5, 5});
+    deliverAll();
+    QVERIFY(pictureOf(icon.widget) != before);
+    QCOMPARE(pathsDrawnBy([&] {
+                 icon->setState({0, 0});
+                 deliverAll();
+                 pictureOf(icon.widget);
+                 Stage<MetroSysIcon> other;
+                 other->setBorder(13);
+                 other->setState({5, 5});
+                 deliverAll();
+                 pictureOf(other.widget);
+             }),
+             0);
+}
+
+void MemoriesTest::otherPanelsAreTheirOwn_data()
+{
+    QTest::addColumn<GlassPanel>("panel");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("enabled");
+    const QSize size(61, 41);
+    const GlassPanel usual;
+    const auto add = [](const char *name, const GlassPanel &panel, QSize panelSize, bool enabled) {
+        QTest::newRow(name) << panel << panelSize << enabled;
+    };
+    const auto changed = [&](auto GlassPanel::*setting, auto value) {
+        GlassPanel panel = usual;
+        panel.*setting = value;
+        return panel;
+    };
+    add("usual", usual, size, true);
+    add("disabled", usual, size, false);
+    add("wider", usual, {62, 41}, true);
+    add("higher", usual, {61, 42}, true);
+    add("turned", usual, {41, 61}, true);
+    add("color", changed(&GlassPanel::color, QColor(1, 2, 3)), size, true);
+    add("translucent color", changed(&GlassPanel::color, QColor(1, 2, 3, 4)), size, true);
+    add("shadow", changed(&GlassPanel::shadow, QColor(1, 2, 3)), size, true);
+    add("pen", changed(&GlassPanel::colorPen, QColor(1, 2, 3)), size, true);
+    add("width", changed(&GlassPanel::widthPen, 5), size, true);
+    add("opacity", changed(&GlassPanel::opacity, 0.5), size, true);
+    add("roundness", changed(&GlassPanel::roundness, 70), size, true);
+}
+
+/// After each other, and each of them twice.
+void MemoriesTest::otherPanelsAreTheirOwn()
+{
+    QFETCH(GlassPanel, panel);
+    QFETCH(QSize, size);
+    QFETCH(bool, enabled);
+    const QImage expected = drawnPicture(
+        size, [&](QPainter *painter) { (enabled ? panel : panel.disabled()).draw(painter, size); });
+    for (int round = 0; round < 2; ++round) {
+        Stage<Strip> strip(size);
+        strip->setColor(panel.color);
+        strip->setShadow(panel.shadow);
+        strip->setColorPen(panel.colorPen);
+        strip->setWidthPen(panel.widthPen);
+        strip->setOpacity(panel.opacity);
+        strip->setRoundness(panel.roundness);
+        strip->setEnabled(enabled);
+        deliverAll();
+        pictureOf(strip.widget);
+        COMPARE_PICTURES(*strip->image, expected);
+    }
+}
+
+void MemoriesTest::sharedImagesStayApart()
+{
+    Stage<Strip> first(QSize(120, 30));
+    Stage<Strip> second(QSize(120, 30));
+    pictureOf(first.widget);
+    pictureOf(second.widget);
+    const QImage panel = pictureOf(second.widget);
+    COMPARE_PICTURES(pictureOf(first.widget), panel);
+    QPainter(first->image).fillRect(10, 10, 5, 5, Qt::red);
+    QVERIFY(pictureOf(first.widget) != panel);
+    COMPARE_PICTURES(pictureOf(second.widget), panel);
+    Stage<Strip> third(QSize(120, 30));
+    COMPARE_PICTURES(pictureOf(third.widget), panel);
+}
+
+void MemoriesTest::paintedLayerShows()
+{
+    Stage<Dial> dial;
+    const QImage before = pictureOf(dial.widget);
+    COMPARE_PICTURES(pictureOf(dial.widget), before);
+    for (QImage *layer : {dial->ImageBG, dial->Image}) {
+        const QImage plain = *layer;
+        QPainter(layer).fillRect(layer->rect(), Qt::darkGreen);
+        QVERIFY(pictureOf(dial.widget) != before);
+        *layer = plain;
+        COMPARE_PICTURES(pictureOf(dial.widget), before);
+    }
+}
+
+void MemoriesTest::paintedBarLayerShows()
+{
+    // Another bar of the same looks has the same layers.
+    Stage<ValueBar> other(QSize(150, 40));
+    const QImage before = pictureOf(other.widget);
+    struct Painted : ValueBar
+    {
+        using ValueBar::ValueBar;
+        void paintEvent(QPaintEvent *event) override
+        {
+            createImages();
+            QPainter(Image).fillRect(20, 20, 10, 10, Qt::red);
+            ValueBar::paintEvent(event);
+        }
+    };
+    Stage<Painted> bar(QSize(150, 40));
+    const QImage painted = pictureOf(bar.widget);
+    QCOMPARE(painted.pixelColor(24, 24), QColor(Qt::red));
+    COMPARE_PICTURES(pictureOf(bar.widget), painted);
+    COMPARE_PICTURES(pictureOf(other.widget), before);
+}
+
+void MemoriesTest::layersOfAnIdleBarStay()
+{
+    Stage<ValueBar> bar(QSize(150, 40));
+    pictureOf(bar.widget);
+    const QImage layers[] = {*bar->Image, *bar->ImageBG, *bar->ImageFG};
+    pictureOf(bar.widget);
+    COMPARE_PICTURES(*bar->Image, layers[0]);
+    COMPARE_PICTURES(*bar->ImageBG, layers[1]);
+    COMPARE_PICTURES(*bar->ImageFG, layers[2]);
+}
+
+void MemoriesTest::gaugeFollowsItsPalette()
+{
+    Stage<MetroCirclerate> dial;
+    const QImage before = pictureOf(dial.widget);
+    QPalette palette = dial->palette();
+    palette.setColor(QPalette::WindowText, Qt::red);
+    dial->setPalette(palette);
+    const QImage after = pictureOf(dial.widget);
+    QVERIFY(after != before);
+    Stage<MetroCirclerate> fresh;
+    fresh->setPalette(palette);
+    COMPARE_PICTURES(after, pictureOf(fresh.widget));
+}
+
+void MemoriesTest::gaugeFollowsTheFont()
+{
+    const QFont usual = QApplication::font();
+    Stage<MetroLinerate> bar(QSize(150, 40));
+    const QImage before = pictureOf(bar.widget);
+    QFont larger = usual;
+    larger.setPointSize(14);
+    bar->setFont(larger);
+    deliverAll();
+    QVERIFY(pictureOf(bar.widget) != before);
+    Stage<MetroLinerate> fresh(QSize(150, 40));
+    fresh->setFont(larger);
+    deliverAll();
+    COMPARE_PICTURES(pictureOf(bar.widget), pictureOf(fresh.widget));
+    bar->setFont(usual);
+    deliverAll();
+    COMPARE_PICTURES(pictureOf(bar.widget), before);
+}
+
+/// Each is drawn three times: as text, and as what is remembered of it.
+void MemoriesTest::randomTexts()
+{
+    QRandomGenerator random(20);
+    const QString families[] = {QStringLiteral("DejaVu Sans"), QStringLiteral("DejaVu Serif"),
+                                QStringLiteral("DejaVu Sans Mono"), QStringLiteral("Sans")};
+    const QString pieces[] = {QStringLiteral("AV"),     QStringLiteral("35%"),
+                              QStringLiteral("ffi"),    QString::fromUtf8("21,5 °C"),
+                              QStringLiteral("Wa. T,"), QString::fromUtf8("Ωש"),
+                              QStringLiteral("  "),     QStringLiteral("\t")};
+    const QSize size(260, 90);
+    for (int round = 0; round < 500; ++round) {
+        QString text;
+        for (int i = 1 + int(random.bounded(4)); i > 0; --i)
+            text += pieces[random.bounded(random.bounded(4) == 0 ? 8 : 5)];
+        QFont font(families[random.bounded(4)]);
+        if (random.bounded(3) == 0)
+            font.setPixelSize(4 + random.bounded(60));
+        else
+            font.setPointSizeF(4 + random.bounded(24.0));
+        font.setBold(random.bounded(4) == 0);
+        font.setItalic(random.bounded(4) == 0);
+        font.setUnderline(random.bounded(12) == 0);
+        font.setKerning(random.bounded(8) != 0);
+        if (random.bounded(12) == 0)
+            font.setCapitalization(QFont::SmallCaps);
+        if (random.bounded(12) == 0)
+            font.setLetterSpacing(QFont::PercentageSpacing, 120);
+        if (random.bounded(12) == 0)
+            font.setStyleStrategy(QFont::NoAntialias);
+
+        Stage<TranspButton> button(size);
+        button->setFont(font);
+        button->setText(text);
+        if (random.bounded(8) == 0)
+            button->setLayoutDirection(Qt::RightToLeft);
+        deliverAll();
+        Stage<PlainText> plain(size);
+        plain->setFont(font);
+        plain->setLayoutDirection(button->layoutDirection());
+        plain->text = text;
+        deliverAll();
+        const QImage expected = pictureOf(plain.widget);
+        for (int paint = 0; paint < 3; ++paint) {
+            const QString difference = differenceOf(pictureOf(button.widget), expected);
+            QVERIFY2(difference.isEmpty(), qPrintable(QStringLiteral("%1 in %2, paint %3: %4")
+                                                          .arg(text, font.toString())
+                                                          .arg(paint)
+                                                          .arg(difference)));
+        }
+    }
+}
+
+void MemoriesTest::knobOnAnyDevice_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::newRow("RGB32") << int(QImage::Format_RGB32);
+    QTest::newRow("ARGB32") << int(QImage::Format_ARGB32);
+    QTest::newRow("ARGB32_Premultiplied") << int(QImage::Format_ARGB32_Premultiplied);
+    QTest::newRow("RGB16") << int(QImage::Format_RGB16);
+    QTest::newRow("RGBA8888") << int(QImage::Format_RGBA8888);
+    QTest::newRow("Grayscale8") << int(QImage::Format_Grayscale8);
+}
+
+/// On every background and at places between pixels, twice each.
+void MemoriesTest::knobOnAnyDevice()
+{
+    QFETCH(int, format);
+    const QSize size(190, 60);
+    Stage<SlideSwitch> control(size);
+    const QPixmap face(QStringLiteral(":/Images/SlideSwitch-OFF.png"));
+    for (const QColor &background :
+         {QColor(Qt::transparent), QColor(200, 100, 50), QColor(10, 20, 30, 100)}) {
+        for (const QPointF &place : {QPointF(0, 0), QPointF(3, 4), QPointF(0.5, 0.25)}) {
+            const auto drawn = [&](const std::function<void(QPainter *)> &draw) {
+                QImage image(size + QSize(8, 8), QImage::Format(format));
+                image.fill(background);
+                QPainter painter(&image);
+                painter.translate(place);
+                draw(&painter);
+                return image;
+            };
+            const QImage expected = drawn([&](QPainter *painter) {
+                painter->setRenderHint(QPainter::Antialiasing);
+                painter->drawPixmap(QRectF(0, 0, 190, 60), face, QRectF());
+                painter->setPen(QColor(65, 64, 66));
+                painter->setBrush(QColor(65, 64, 66));
+                painter->drawEllipse(QRect(36, 10, 40, 40));
+            });
+            for (int paint = 0; paint < 2; ++paint) {
+                const QImage actual = drawn([&](QPainter *painter) {
+                    control->render(painter, QPoint(), QRegion(), QWidget::DrawChildren);
+                });
+                QVERIFY(actual == expected);
+            }
+        }
+    }
+}
+
+/// The edges of a shape that is cut off have other pixels.
+void MemoriesTest::knobBelowAnother()
+{
+    for (int cut = 70; cut < 120; ++cut) {
+        QWidget window;
+        window.resize(300, 100);
+        const QRect place(10, 10, 190, 60);
+        SlideSwitch control(&window);
+        control.setGeometry(place);
+        control.setLocked(true);
+        QWidget cover(&window);
+        cover.setAutoFillBackground(true);
+        cover.setPalette(Qt::white);
+        cover.setGeometry(10 + cut, 0, 100, 100);
+        window.show();
+        deliverAll();
+
+        QImage expected(window.size(), QImage::Format_ARGB32_Premultiplied);
+        expected.fill(window.palette().color(QPalette::Window));
+        {
+            QPainter painter(&expected);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setClipRect(0, 0, 10 + cut, 100);
+            painter.translate(place.topLeft());
+            painter.drawPixmap(0, 0,
+                               QPixmap(QStringLiteral(":/Images/SlideSwitch-LOCKED-OFF.png")));
+            painter.setPen(QColor(65, 64, 66));
+            painter.setBrush(QColor(65, 64, 66));
+            painter.drawEllipse(QRect(75, 10, 40, 40));
+        }
+        const QRect shown(0, 0, 10 + cut, 100);
+        COMPARE_PICTURES(window.grab().toImage().copy(shown).convertToFormat(expected.format()),
+                         expected.copy(shown));
+    }
+}
+
+/// What stays when all widgets are gone is what the library remembers, beside what Qt does.
+void MemoriesTest::boundedBytes()
+{
+    constexpr double mostBytes = 4.0 * 1024 * 1024;
+    const double before = usedBytes();
+    paintMany(200, 1);
+    const double filled = usedBytes() - before;
+    QVERIFY2(filled < mostBytes, qPrintable(QString::number(filled)));
+    paintMany(400, 2);
+    const double later = usedBytes() - before;
+    QVERIFY2(later < mostBytes, qPrintable(QString::number(later)));
+}
+
+KIV_TEST_MAIN(MemoriesTest)
+
+#include "tst_memories.moc"
