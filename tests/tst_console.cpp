@@ -125,6 +125,19 @@ double textContrast(const QImage &picture, const QRect &area)
     return best;
 }
 
+/// Where the text of @p bar is: around the end of its fill, but inside, above the ticks.
+QRect textArea(const AeroLinebar *bar)
+{
+    const double range = bar->getMaxValueF() - bar->getMinValueF();
+    const int end = int(bar->width() * (bar->getValueF() - bar->getMinValueF()) / range);
+    const int middle = (bar->height() - bar->height() * bar->getTickSize() / 100) / 2;
+    QRect area(QPoint(), QFontMetrics(bar->font()).size(0, bar->getText()));
+    area.moveCenter(QPoint(end, middle));
+    area.moveLeft(std::max(area.left(), 0));
+    area.moveRight(std::min(area.right(), bar->width() - 1));
+    return area;
+}
+
 template <typename W>
 int colorIndexOf(W *widget)
 {
@@ -808,9 +821,10 @@ void ConsoleTest::textsAreReadable()
                 text = tab->objectName();
                 area.setTop(tab->height() - QFontMetrics(Theme::font(Theme::Small)).height());
                 area.adjust(4, 0, -8, -2);
-            } else if (charge)
+            } else if (charge) {
                 text = charge->getText();
-            else if (const auto *dial = qobject_cast<const MetroCirclerate *>(widget)) {
+                area = textArea(charge);
+            } else if (const auto *dial = qobject_cast<const MetroCirclerate *>(widget)) {
                 // The middle of the inner disc.
                 text = dial->getFormatStr();
                 const int half = (dial->getRadius() - dial->getTickness()) * 7 / 10;

