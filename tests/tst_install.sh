@@ -18,5 +18,5 @@ for program in kivconsole kivgallery; do
         [ -s "$scratch/prefix/$file" ] || { echo "tst_install: no $file" >&2; exit 1; }
     done
 done
-"$tests/check_prefix.sh" "$cmake" "$scratch/prefix" "$tests/host" "$scratch" "$qt"
+"$tests/check_prefix.sh" "$cmake" "$scratch/prefix" "$tests/host" "$scratch" "$qt" compile
 echo "installed, moved, and used by both"
