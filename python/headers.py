@@ -5,7 +5,8 @@ import textwrap
 
 
 def read_docs(header):
-    """The doc comments of a header, by (class, member); the member is "" for the class itself."""
+    """The doc comments of a header, by (class, member); the member is "" for the class itself, and the class for a
+    function of its own."""
     docs = {}
     scope = ""
     comment = []
@@ -18,6 +19,7 @@ def read_docs(header):
                 if documented:
                     comment = []
                 comment.append(text[3:].removeprefix(" "))
+                declaration = ""
                 documented = False
                 continue
             if not text:
@@ -35,7 +37,7 @@ def read_docs(header):
             if not text.endswith((";", "{", "}")):
                 continue
             name = re.search(r"(\w+)\(|enum (?:class )?(\w+)|(\w+)(?:\[\d+\])?;", declaration)
-            if scope and name and comment:
+            if name and comment:
                 # A comment stands before a getter and holds for the setter after it.
                 docs[scope, next(filter(None, name.groups()))] = plain(comment)
             declaration = ""
@@ -79,6 +81,8 @@ def document_sip(source, docs):
                 statement = ""
         elif line == "};":
             scope = ""
+        elif function := re.match(r"\w+ (\w+)\(.*\);$", line):
+            result += docstring(docs.get(("", function.group(1))), '%Docstring(signature="prepended")\n{}\n%End')
     return "\n".join(result) + "\n"
 
 
@@ -96,8 +100,8 @@ def document_stub(source, docs):
             text = docs.get((classes[0], "" if indent == 0 else classes[-1]))
             result.append(line)
             result += docstring(text, '"""{}"""', indent + 4)
-        elif method and classes and indent == 4 and line.endswith(": ..."):
-            text = docs.get((classes[0], method.group(1)))
+        elif method and (not indent or classes and indent == 4) and line.endswith(": ..."):
+            text = docs.get((classes[0] if indent else "", method.group(1)))
             result.append(line.removesuffix(" ...") if text else line)
             result += docstring(text, '"""{}"""', indent + 4)
         else:

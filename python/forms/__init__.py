@@ -7,6 +7,8 @@ import types
 import kivwidgets
 
 for _name in kivwidgets.__all__:
-    _module = types.ModuleType(f"{__name__}.{_name.lower()}")
-    setattr(_module, _name, getattr(kivwidgets, _name))
-    sys.modules[_module.__name__] = globals()[_name.lower()] = _module
+    _class = getattr(kivwidgets, _name)
+    if isinstance(_class, type):
+        _module = types.ModuleType(f"{__name__}.{_name.lower()}")
+        setattr(_module, _name, _class)
+        sys.modules[_module.__name__] = globals()[_name.lower()] = _module

@@ -2,6 +2,9 @@
 
 The classes come for the PyQt that the program has imported; for PyQt5, or else PyQt6, where it has imported
 neither. A program that wants to say which imports ``kivwidgets.qt5`` or ``kivwidgets.qt6``.
+
+``__version__`` and ``KIVWIDGETS_VERSION`` are the version of the library's headers that the module was compiled with;
+``kivWidgetsVersion()`` is that of the library it runs with.
 """
 
 import importlib
@@ -10,6 +13,8 @@ from typing import TYPE_CHECKING
 
 if TYPE_CHECKING:
     from .qt5 import *
+
+    __version__: str
 
 
 def _bindings():
@@ -24,12 +29,15 @@ def _bindings():
 
 
 def _names():
-    return [name for name, value in vars(_bindings()).items() if isinstance(value, type)]
+    return [name for name in vars(_bindings()) if not name.startswith("_")]
 
 
 def __getattr__(name):
     if name == "__all__":
         return _names()
+    if name == "__version__":
+        version = _bindings().KIVWIDGETS_VERSION
+        return f"{version >> 16}.{version >> 8 & 0xff}.{version & 0xff}"
     if name.startswith("__"):
         raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
     try:
@@ -39,4 +47,4 @@ def __getattr__(name):
 
 
 def __dir__():
-    return sorted([*globals(), *_names()])
+    return sorted({*globals(), *_names(), "__all__", "__version__"})

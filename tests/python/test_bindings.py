@@ -33,8 +33,9 @@ def properties():
     return found
 
 
-CLASSES = sorted((getattr(kivwidgets, name) for name in kivwidgets.__all__
-                  if issubclass(getattr(kivwidgets, name), QtWidgets.QWidget)), key=lambda cls: cls.__name__)
+ALL = {name: getattr(kivwidgets, name) for name in kivwidgets.__all__}
+CLASSES = sorted((value for value in ALL.values()
+                  if isinstance(value, type) and issubclass(value, QtWidgets.QWidget)), key=lambda cls: cls.__name__)
 AERO = [cls for cls in CLASSES if issubclass(cls, kivwidgets.AeroStyle)]
 METRO = [cls for cls in CLASSES if issubclass(cls, kivwidgets.MetroStyle)]
 PROPERTIES = properties()
@@ -96,9 +97,21 @@ class Classes(BindingsTest):
     def test_all_are_there(self):
         headers = {match.group(1) for header in SOURCES.glob("*.h") if not header.name.endswith("_p.h")
                    for match in re.finditer(r"^(?:class KIVWIDGETS_EXPORT|struct) (\w+)", header.read_text(), re.M)}
-        self.assertEqual(set(kivwidgets.__all__), headers)
+        self.assertEqual({name for name, value in ALL.items() if isinstance(value, type)}, headers)
+        self.assertEqual(ALL.keys() - headers, {"KIVWIDGETS_VERSION", "kivWidgetsVersion"})
+        self.assertLessEqual(ALL.keys() | {"__all__", "__version__"}, set(dir(kivwidgets)))
         self.assertEqual(len(CLASSES), 18)
         self.assertEqual((len(AERO), len(METRO)), (5, 9))
+
+    def test_version(self):
+        header = (SOURCES / "kivglobal.h").read_text()
+        parts = [int(re.search(rf"#define KIVWIDGETS_VERSION_{part} (\d+)", header).group(1))
+                 for part in ("MAJOR", "MINOR", "PATCH")]
+        self.assertEqual(kivwidgets.__version__, "{}.{}.{}".format(*parts))
+        number = parts[0] << 16 | parts[1] << 8 | parts[2]
+        self.assertEqual((kivwidgets.KIVWIDGETS_VERSION, kivwidgets.kivWidgetsVersion()), (number, number))
+        with self.assertRaises(TypeError):
+            kivwidgets.kivWidgetsVersion(1)
 
     def test_construct(self):
         parent = QtWidgets.QWidget()
@@ -138,6 +151,7 @@ class Classes(BindingsTest):
         for cls in CLASSES:
             self.assertGreater(len(cls.__doc__), 100, cls.__name__)
         self.assertIn("dial gauge", kivwidgets.MetroCirclerate.__doc__)
+        self.assertIn("KIVWIDGETS_VERSION of the library", kivwidgets.kivWidgetsVersion.__doc__)
         text = kivwidgets.MetroCirclerate.setValue.__doc__
         self.assertTrue(text.startswith("setValue(self, value: float)\n"), text)
         self.assertIn("Default: 35.0", text)
@@ -152,6 +166,8 @@ class Classes(BindingsTest):
         for cls in CLASSES:
             self.assertRegex(stub, rf"class {cls.__name__}\(.*\):\n    \"\"\"")
         self.assertIn('def setValue(self, value: float) -> None:\n        """The value shown.', stub)
+        self.assertIn('def kivWidgetsVersion() -> int:\n    """The KIVWIDGETS_VERSION of the library', stub)
+        self.assertRegex(stub, r"(?m)^KIVWIDGETS_VERSION = \.\.\. # type: int$")
         self.assertTrue(pathlib.Path(module.__file__).with_name("py.typed").exists())
 
 

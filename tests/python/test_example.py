@@ -21,6 +21,12 @@ def load_example():
     return module
 
 
+def shown(console):
+    load, battery = console.dials["ups.load"], console.dials["battery.charge"]
+    return (console.inverter.getElementState(), load.getValue(), load.getFormatStr(),
+            battery.getValue(), battery.getFormatStr())
+
+
 class Server:
     """upsd with a dummy UPS "demo" on a free port of the loopback."""
 
@@ -86,20 +92,19 @@ class FirstConsole(unittest.TestCase):
         self.server.start()
         console = self.example.FirstConsole("demo", "127.0.0.1", self.server.port)
         console.show()
-        self.wait_for(lambda: console.inverter.getElementState() == (1, 5))
-        self.assertEqual((console.load.getValue(), console.battery.getValueF()), (42, 87))
+        self.assertEqual(shown(console), ((0, 0), 0, "no data", 0, "no data"))
+        self.wait_for(lambda: shown(console) == ((1, 5), 42, "%.0f%%", 87, "%.0f%%"))
         if "KIV_PICTURE" in os.environ:
             self.application.processEvents()
             self.assertTrue(console.grab().save(os.environ["KIV_PICTURE"]))
 
         self.server.write(ups_load="n/a", battery_charge=12, ups_status="OB LB")
-        self.wait_for(lambda: console.inverter.getElementState() == (2, 6))
-        self.assertEqual((console.load.getValue(), console.battery.getValueF()), (42, 12))
+        self.wait_for(lambda: shown(console) == ((2, 6), 0, "no data", 12, "%.0f%%"))
 
         self.server.stop()
-        self.wait_for(lambda: console.inverter.getElementState() == (0, 0))
+        self.wait_for(lambda: shown(console) == ((0, 0), 0, "no data", 0, "no data"))
         self.server.start()
-        self.wait_for(lambda: console.inverter.getElementState() == (2, 6))
+        self.wait_for(lambda: shown(console) == ((2, 6), 0, "no data", 12, "%.0f%%"))
 
 
 if __name__ == "__main__":

@@ -15,6 +15,7 @@ QtWidgets = importlib.import_module(f"PyQt{QT}.QtWidgets")
 uic = importlib.import_module(f"PyQt{QT}.uic")
 import kivwidgets  # noqa: E402
 
+CLASSES = [value for value in (getattr(kivwidgets, name) for name in kivwidgets.__all__) if isinstance(value, type)]
 FORM = pathlib.Path(__file__).resolve().parent.parent / "allwidgets.ui"
 application = QtWidgets.QApplication.instance() or QtWidgets.QApplication(["test"])
 # The form's images are the library's own, so the module that pyrcc would make has nothing to add.
@@ -40,8 +41,7 @@ ENUMERATIONS = """<ui version="4.0"><class>Form</class><widget class="QWidget" n
 class Forms(unittest.TestCase):
     def check(self, form):
         """The form has one widget of every class, with the properties of the form."""
-        classes = {getattr(kivwidgets, name) for name in kivwidgets.__all__
-                   if issubclass(getattr(kivwidgets, name), QtWidgets.QWidget)}
+        classes = {cls for cls in CLASSES if issubclass(cls, QtWidgets.QWidget)}
         self.assertEqual({type(child) for child in form.findChildren(QtWidgets.QWidget)} & classes, classes)
         self.assertEqual(form.findChild(kivwidgets.MetroCirclerate).getLabel(), "Load")
         self.assertEqual(form.findChild(kivwidgets.MetroCirclerate).getValue(), 42.5)
@@ -71,9 +71,9 @@ class Forms(unittest.TestCase):
         self.assertEqual(form.bar.getValuePosition(), kivwidgets.AeroLinebar.leftVal)
 
     def test_modules_of_the_headers(self):
-        for name in kivwidgets.__all__:
-            module = importlib.import_module(f"KivWidgets.{name.lower()}")
-            self.assertIs(getattr(module, name), getattr(kivwidgets, name))
+        for cls in CLASSES:
+            module = importlib.import_module(f"KivWidgets.{cls.__name__.lower()}")
+            self.assertIs(getattr(module, cls.__name__), cls)
 
 
 if __name__ == "__main__":
