@@ -4,7 +4,7 @@
 import re
 import sys
 
-from PyQt5.QtCore import QPoint, QRect, QTimer
+from PyQt5.QtCore import QPoint, QRect, QSize, QTimer
 from PyQt5.QtGui import QColor, QPalette
 from PyQt5.QtNetwork import QTcpSocket
 from PyQt5.QtWidgets import QApplication, QWidget
@@ -14,8 +14,8 @@ from kivwidgets import MetroCirclerate, MetroShelter
 
 class FirstConsole(QWidget):
     def __init__(self, ups, host, port=3493):
-        super().__init__(windowTitle=ups, palette=QPalette(QColor(29, 33, 37)))
-        self.dials = {name: MetroCirclerate(self, label=label, radius=60, tickness=18, pos=QPoint(x, 20))
+        super().__init__(windowTitle=ups, size=QSize(300, 184), palette=QPalette(QColor(29, 33, 37)))
+        self.dials = {name: MetroCirclerate(self, label=label, radius=60, posLabel=QPoint(0, 5), pos=QPoint(x, 20))
                       for name, label, x in (("ups.load", "Load", 20), ("battery.charge", "Battery", 160))}
         self.inverter = MetroShelter(self, text="Inverter", geometry=QRect(20, 124, 260, 40))
         self.server = host, int(port)
