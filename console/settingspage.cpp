@@ -2,6 +2,7 @@
 
 #include "display.h"
 #include "elidedlabel.h"
+#include "qtversion_p.h"
 #include "scrollroom.h"
 #include "theme.h"
 
@@ -82,12 +83,13 @@ protected:
     }
     void mouseMoveEvent(QMouseEvent *event) override
     {
-        if (!rect().contains(mapFromGlobal(placeOf(event))))
+        if (!rect().contains(mapFromGlobal(KivPrivate::globalPointerPosition(event))))
             setPressed(false);
     }
     void mouseReleaseEvent(QMouseEvent *event) override
     {
-        const bool hit = pressed && rect().contains(mapFromGlobal(placeOf(event)));
+        const bool hit =
+            pressed && rect().contains(mapFromGlobal(KivPrivate::globalPointerPosition(event)));
         setPressed(false);
         if (hit && control->isEnabled())
             control->setChecked(!control->isChecked());
@@ -104,14 +106,6 @@ protected:
     }
 
 private:
-    static QPoint placeOf(const QMouseEvent *event)
-    {
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-        return event->globalPosition().toPoint();
-#else
-        return event->globalPos();
-#endif
-    }
     void setPressed(bool down)
     {
         pressed = down;
