@@ -59,7 +59,11 @@ done
     fail "a header does not compile alone"
 
 run() {
-    output=$(LD_LIBRARY_PATH=$library QT_QPA_PLATFORM=offscreen "$1")
+    # The form loader finds the classes through the plugin for Qt Designer, where that is installed.
+    plugins=$library/qt$qt/plugins
+    form=
+    [ ! -e "$plugins/designer" ] || form=$host/host.ui
+    output=$(LD_LIBRARY_PATH=$library QT_PLUGIN_PATH=$plugins QT_QPA_PLATFORM=offscreen "$1" ${form:+"$form"})
     [ "$output" = "host works" ] || fail "the host built with $2 says: $output"
 }
 
@@ -68,7 +72,7 @@ mkdir "$scratch/host" "$scratch/firstconsole"
 cp "$host"/* "$scratch/host"
 cp "$host"/../../docs/firstconsole/* "$scratch/firstconsole"
 if [ "$qt" = 6 ]; then
-    sed -i 's/(KivWidgets 1 /(KivWidgets-qt6 1 /' "$scratch"/*/CMakeLists.txt
+    sed -i 's/(KivWidgets 1 /(KivWidgets-qt6 1 /; s/Qt5/Qt6/' "$scratch"/*/CMakeLists.txt
     sed -i 's/+= kivwidgets$/+= kivwidgets-qt6/' "$scratch/host/host.pro"
 fi
 host=$scratch/host
@@ -88,7 +92,7 @@ LD_LIBRARY_PATH=$library QT_QPA_PLATFORM=offscreen \
 # Another major version is refused.
 mkdir "$scratch/other"
 sed "s/KivWidgets$suffix 1 /KivWidgets$suffix 2 /" "$host/CMakeLists.txt" >"$scratch/other/CMakeLists.txt"
-cp "$host/main.cpp" "$scratch/other"
+cp "$host/main.cpp" "$host/host.ui" "$scratch/other"
 if "$cmake" -S "$scratch/other" -B "$scratch/refused" -DCMAKE_PREFIX_PATH="$prefix" \
     >"$scratch/refused.log" 2>&1; then
     fail "version 2 was found"
@@ -97,9 +101,9 @@ grep -q 'requested version "2"' "$scratch/refused.log" || fail "$(cat "$scratch/
 
 # So is the other Qt, by name.
 mkdir "$scratch/mixed"
-sed "s/^find_package/find_package(Qt$other REQUIRED COMPONENTS Core)\nfind_package/" "$host/CMakeLists.txt" \
+sed "s/^find_package(Kiv/find_package(Qt$other REQUIRED COMPONENTS Core)\n&/" "$host/CMakeLists.txt" \
     >"$scratch/mixed/CMakeLists.txt"
-cp "$host/main.cpp" "$scratch/mixed"
+cp "$host/main.cpp" "$host/host.ui" "$scratch/mixed"
 if "$cmake" -S "$scratch/mixed" -B "$scratch/mixed/build" -DCMAKE_PREFIX_PATH="$prefix" \
     >"$scratch/mixed.log" 2>&1; then
     fail "a project of Qt $other got the library of Qt $qt"
