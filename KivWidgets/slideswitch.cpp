@@ -196,7 +196,7 @@ void SlideSwitch::mousePressEvent(QMouseEvent *event)
     if (!dragging())
         return;
     // A press that the base class takes repaints the switch; the knob follows any.
-    if (event->button() != Qt::LeftButton || !hitButton(event->pos()))
+    if (event->button() != Qt::LeftButton || !hitButton(pointerPos))
         update();
     QAbstractButton::mousePressEvent(event);
 }

@@ -153,6 +153,8 @@ void Host::build()
         window = new QWidget;
         window->resize(windowSize);
     }
+    // Qt leaves standing what a widget covered that went while its updates were off.
+    window->update();
     const int kind = bytes.byte();
     // Most inputs begin as most applications do: with a shown widget inside a window.
     const bool shown = kind < 224;
@@ -160,6 +162,7 @@ void Host::build()
     trace("build %s %s", inside ? "inside a window" : "on its own", shown ? "shown" : "hidden");
     widget = subject.make(inside ? window.data() : nullptr);
     paintedAside = false;
+    wasWindow = !inside;
     widget->installEventFilter(this);
     if (auto *stack = qobject_cast<QStackedWidget *>(widget)) {
         for (int page = 0; page < 3; ++page)
@@ -686,8 +689,13 @@ void Host::changeSurroundings()
 
 void Host::changeParent()
 {
+    // Qt cannot move a widget from a slot that its own move calls.
+    if (moves > 0)
+        return;
     const Keeper keeper(keepers);
+    const Keeper move(moves);
     const bool inside = bytes.flag();
+    wasWindow = wasWindow || !inside;
     trace("parent %d", inside);
     widget->setParent(inside ? window.data() : nullptr);
     if (bytes.flag())
@@ -732,8 +740,9 @@ void Host::destroy()
         widget->deleteLater();
         break;
     case 2:
+        // Slots meanwhile add nothing to the window.
         if (widget->window() == window)
-            delete window;
+            delete std::exchange(window, nullptr);
         break;
     default:
         delete widget;
@@ -761,6 +770,9 @@ bool Host::showsAllOnTheScreen() const
     const QWidget *top = widget->window();
     const QWindow *surface = top->windowHandle();
     if (paintedAside || !widget->isVisible() || !surface || !surface->isExposed())
+        return false;
+    // The offscreen platform cannot make a window a child again.
+    if (wasWindow && !widget->isWindow())
         return false;
     for (const QWidget *part = widget; part; part = part->parentWidget()) {
         if (!part->updatesEnabled())

@@ -67,6 +67,8 @@ private:
     int actionsLeft = 100;
     int depth = 0;
     int keepers = 0;
+    int moves = 0;
+    bool wasWindow = false;
     int reactions = 0;
     int paints = 0;
     /// Whether a painting step was called since the last paint, which no application needs to call.

@@ -295,8 +295,10 @@ void call(QWidget *widget, Bytes &bytes)
 {
     if (bytes.flag()) {
         for (const auto &[widgetClass, callOwn] : withMethods) {
-            if (widget->metaObject() == &widgetClass)
-                callOwn(widget, bytes);
+            if (widget->metaObject() == &widgetClass) {
+                callOwn(widget, bytes); // may delete the widget
+                return;
+            }
         }
         return;
     }
