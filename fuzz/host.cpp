@@ -690,10 +690,10 @@ void Host::changeSurroundings()
 void Host::changeParent()
 {
     // Qt cannot move a widget from a slot that its own move calls.
-    if (moves > 0)
+    if (parentChanges > 0)
         return;
     const Keeper keeper(keepers);
-    const Keeper move(moves);
+    const Keeper move(parentChanges);
     const bool inside = bytes.flag();
     wasWindow = wasWindow || !inside;
     trace("parent %d", inside);

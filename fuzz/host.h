@@ -67,7 +67,7 @@ private:
     int actionsLeft = 100;
     int depth = 0;
     int keepers = 0;
-    int moves = 0;
+    int parentChanges = 0;
     bool wasWindow = false;
     int reactions = 0;
     int paints = 0;
