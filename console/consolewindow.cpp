@@ -2,6 +2,7 @@
 
 #include "banner.h"
 #include "controlpage.h"
+#include "danger.h"
 #include "display.h"
 #include "elidedlabel.h"
 #include "eventspage.h"
@@ -214,6 +215,11 @@ void ConsoleWindow::follow(UpsModel *followed)
     connect(ups, &UpsModel::changed, this, &ConsoleWindow::showUps);
     connect(ups, &UpsModel::commandsChanged, this, &ConsoleWindow::offerCommands);
     connect(ups, &UpsModel::commandGiven, this, &ConsoleWindow::showResult);
+    connect(ups, &UpsModel::commandFinished, this, &ConsoleWindow::showRecord);
+    connect(ups, &UpsModel::commandBegan, this, [this](const QString &name, const QString &value) {
+        say(value.isEmpty() ? tr("%1: asked …").arg(wordsOf(name))
+                            : tr("%1 to %2: asked …").arg(wordsOf(name), value));
+    });
     offerCommands();
     showUps();
 }
@@ -288,7 +294,10 @@ void ConsoleWindow::makeTabs()
     settings = new SettingsPage;
     addTab(tr("Overview"), Pictogram::Overview, new OverviewPage, systemState);
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
-    addTab(tr("Control"), Pictogram::Control, new ControlPage, batteryState);
+    auto *control = new ControlPage;
+    addTab(tr("Control"), Pictogram::Control, control, batteryState);
+    connect(control, &ControlPage::said, this, &ConsoleWindow::say);
+    connect(control, &ControlPage::keepUser, this, &ConsoleWindow::keepUser);
     addTab(tr("Events"), Pictogram::Events, events, noState);
     addTab(tr("Information"), Pictogram::Help, new InformationPage, noState);
     addTab(tr("Settings"), Pictogram::Settings, settings, noState);
@@ -548,8 +557,36 @@ void ConsoleWindow::showUnacknowledged()
 
 void ConsoleWindow::showResult(Command command, bool taken)
 {
-    message->setText(taken ? tr("%1: taken").arg(nameOf(command))
-                           : tr("%1: refused in this state").arg(nameOf(command)));
+    say(taken ? tr("%1: taken").arg(nameOf(command))
+              : tr("%1: refused in this state").arg(nameOf(command)));
+}
+
+void ConsoleWindow::showRecord(const CommandRecord &record)
+{
+    QString end;
+    switch (record.outcome) {
+    case CommandOutcome::Done:
+        end = tr("done");
+        break;
+    case CommandOutcome::Refused:
+        end = tr("refused");
+        break;
+    case CommandOutcome::Failed:
+        end = tr("failed");
+        break;
+    case CommandOutcome::Unconfirmed:
+        end = tr("not confirmed");
+        break;
+    }
+    QString text = wordsOf(record.name) + QStringLiteral(": ") + end;
+    if (!record.text.isEmpty())
+        text += QStringLiteral(", ") + record.text;
+    say(text);
+}
+
+void ConsoleWindow::say(const QString &text)
+{
+    message->setText(text);
     message->show();
     messageTimer->start(messageMsecs);
 }

@@ -56,12 +56,17 @@ public:
     /// Sets whether changes are announced on the desktop and shows it on the settings page.
     void chooseNotify(bool notify);
 
+    /// Shows @p text, which stays plain, in the strip for a while.
+    void say(const QString &text);
+
 public Q_SLOTS:
     void setFilled(bool fullScreen);
 
 Q_SIGNALS:
     /// The user switched announcements on the desktop on or off.
     void notifyChosen(bool notify);
+    /// A user wants to be kept in the file of credentials; the server has checked them.
+    void keepUser(const QString &upsId, const QString &user, const QString &password);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -101,6 +106,7 @@ private:
                 ElementState (*state)(const Snapshot &));
     void showClock();
     void showResult(Command command, bool taken);
+    void showRecord(const CommandRecord &record);
     void showTabStates();
     void showUnacknowledged();
     void drawTab(const Tab &tab, bool hovered);

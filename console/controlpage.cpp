@@ -2,6 +2,9 @@
 
 #include "display.h"
 #include "elidedlabel.h"
+#include "glass.h"
+#include "holdguard.h"
+#include "offerpanel.h"
 #include "pictograms.h"
 #include "scrollroom.h"
 #include "theme.h"
@@ -22,12 +25,11 @@
 
 namespace {
 
-const QColor glass(62, 78, 94);
-const QColor glassShadow(27, 34, 42);
-const QColor outline(16, 21, 26);
+using Glass::faintColor;
+using Glass::outline;
+using Glass::textColor;
+
 const QColor lit(0, 150, 210);
-const QColor textColor(232, 238, 243);
-const QColor faintColor(150, 162, 173);
 
 constexpr int switchUnits = 46;
 constexpr int pushUnits = 88;
@@ -37,36 +39,12 @@ constexpr int leastBar = 36;
 constexpr int stripUnits = 40;
 constexpr int narrowUnits = 560;
 
-void setTextColor(QWidget *label, const QColor &color)
-{
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, color);
-    label->setPalette(palette);
-}
-
 ElidedLabel *glassText(QWidget *parent, const QColor &color)
 {
     auto *label = new ElidedLabel(parent);
     Theme::setText(label, Theme::Normal);
-    setTextColor(label, color);
+    Glass::setTextColor(label, color);
     return label;
-}
-
-/// The look that all glass on this page shares.
-void makeGlass(AeroStyle *style, int roundness)
-{
-    style->setColor(glass);
-    style->setShadow(glassShadow);
-    style->setColorPen(outline);
-    style->setWidthPen(2);
-    style->setRoundness(roundness);
-}
-
-/// Whether @p command drives the simulation, and is nothing that a UPS does.
-bool isOfSimulator(Command command)
-{
-    return command == Command::LoseCommunication || command == Command::RestoreCommunication ||
-           command == Command::FollowScenario;
 }
 
 /// A printf format that prints @p text.
@@ -87,28 +65,27 @@ ControlPage::ControlPage(QWidget *parent)
     content = room->content();
     QVBoxLayout *layout = Theme::pageLayout(content);
     layout->addWidget(makeBattery());
-    layout->addWidget(makeSwitches(), 1);
+    groups = new QBoxLayout(QBoxLayout::LeftToRight);
+    groups->addWidget(makeSwitches(), 3);
+    groups->addWidget(makeSimulator(), 1);
+    layout->addLayout(groups);
+    nothing = Theme::label(content, Theme::Normal);
+    nothing->setObjectName(QStringLiteral("noCommands"));
+    nothing->setWordWrap(true);
+    Glass::setTextColor(nothing, textColor);
+    layout->addWidget(nothing);
+    offers = new OfferPanel(content);
+    connect(offers, &OfferPanel::said, this, &ControlPage::said);
+    connect(offers, &OfferPanel::keepUser, this, &ControlPage::keepUser);
+    layout->addWidget(offers);
+    layout->addStretch(1);
     layout->addWidget(makeStrip());
     applyScale();
 }
 
-AeroGroupbox *ControlPage::makeBox(const QString &title)
-{
-    auto *box = new AeroGroupbox(content);
-    Theme::setText(box, Theme::Normal);
-    box->setColor(QColor(84, 100, 116, 70));
-    box->setShadow(QColor(52, 64, 76, 70));
-    box->setColorPen(QColor(92, 108, 124));
-    box->setWidthPen(2);
-    box->setRoundness(12);
-    box->setColorTitle(textColor);
-    box->setTitle(title);
-    return box;
-}
-
 QWidget *ControlPage::makeBattery()
 {
-    AeroGroupbox *box = makeBox(tr("Battery charge"));
+    AeroGroupbox *box = Glass::box(content, tr("Battery charge"));
     charge = new AeroLinebar(box);
     charge->setObjectName(QStringLiteral("charge"));
     charge->setAccessibleName(box->title());
@@ -131,40 +108,55 @@ QWidget *ControlPage::makeBattery()
 
 QWidget *ControlPage::makeSwitches()
 {
-    AeroGroupbox *box = makeBox(tr("Commands"));
-    commandBox = box;
+    commandBox = Glass::box(content, tr("Commands"));
     addSwitch(
-        box, tr("Run on battery"), Command::ForceBattery, Command::ReturnToMains,
-        [](const Snapshot &now) { return now.system.operating == OperatingState::OnBattery; });
-    addSwitch(box, tr("Bypass"), Command::GoToBypass, Command::ReturnToMains,
-              [](const Snapshot &now) { return now.system.operating == OperatingState::OnBypass; });
-    addSwitch(box, tr("Lock"), Command::Lock, Command::ClearAlarm,
-              [](const Snapshot &now) { return now.system.alarm == AlarmState::Locked; });
-    addSwitch(box, tr("Simulator: cut the link"), Command::LoseCommunication,
-              Command::RestoreCommunication, [](const Snapshot &now) { return now.isLost(); });
-    addPush(box, Pictogram::Check, tr("Clear alarm"), Command::ClearAlarm);
-    addPush(box, Pictogram::Restart, tr("Simulator: resume"), Command::FollowScenario);
+        &commands, tr("Run on battery"), Command::ForceBattery, Command::ReturnToMains,
+        [](const Snapshot &now) { return now.system.operating == OperatingState::OnBattery; },
+        tr("Runs the load on battery: a weak battery drops it."));
+    addSwitch(
+        &commands, tr("Bypass"), Command::GoToBypass, Command::ReturnToMains,
+        [](const Snapshot &now) { return now.system.operating == OperatingState::OnBypass; },
+        tr("Feeds the load straight from the mains: it is not protected."));
+    addSwitch(
+        &commands, tr("Lock"), Command::Lock, Command::ClearAlarm,
+        [](const Snapshot &now) { return now.system.alarm == AlarmState::Locked; },
+        tr("Switches the output off: everything that the UPS feeds loses power."));
+    addPush(&commands, Pictogram::Check, tr("Clear alarm"), Command::ClearAlarm);
+    commands.layout = new QGridLayout(commandBox);
+    return commandBox;
+}
 
-    commandLayout = new QGridLayout(box);
+/// What drives the simulation, and is nothing that a UPS does.
+QWidget *ControlPage::makeSimulator()
+{
+    simulatorBox = Glass::box(content, tr("Simulator"));
+    addSwitch(
+        &simulation, tr("Cut the link"), Command::LoseCommunication, Command::RestoreCommunication,
+        [](const Snapshot &now) { return now.isLost(); }, QString());
+    addPush(&simulation, Pictogram::Restart, tr("Resume"), Command::FollowScenario);
+    simulation.layout = new QGridLayout(simulatorBox);
+    simulation.layout->setColumnStretch(0, 1);
     arrangeCommands();
-    return box;
+    return simulatorBox;
 }
 
 /// The buttons stand beside the switches, or below them where there is little room.
 void ControlPage::arrangeCommands()
 {
     constexpr int columns = 2;
-    for (int i = 0; i < int(switches.size()); ++i)
-        commandLayout->addWidget(switches[std::size_t(i)].control, i / columns, i % columns);
-    for (int i = 0; i < int(pushes.size()); ++i) {
-        TranspButton *control = pushes[std::size_t(i)].control;
-        if (narrow)
-            commandLayout->addWidget(control, columns, i, Qt::AlignCenter);
-        else
-            commandLayout->addWidget(control, 0, columns + i, 2, 1, Qt::AlignCenter);
-    }
-    commandLayout->setColumnStretch(0, 1);
-    commandLayout->setColumnStretch(1, 1);
+    for (int i = 0; i < int(commands.switches.size()); ++i)
+        commands.layout->addWidget(commands.switches[std::size_t(i)].control, i / columns,
+                                   i % columns);
+    for (int column = 0; column < columns; ++column)
+        commands.layout->setColumnStretch(column, 1);
+    simulation.layout->addWidget(simulation.switches.front().control, 0, 0);
+    TranspButton *clear = commands.pushes.front().control;
+    TranspButton *resume = simulation.pushes.front().control;
+    simulation.layout->addWidget(resume, 0, 1, Qt::AlignCenter);
+    if (narrow)
+        commands.layout->addWidget(clear, 1, 1, Qt::AlignCenter);
+    else
+        commands.layout->addWidget(clear, 0, columns, 2, 1, Qt::AlignCenter);
 }
 
 void ControlPage::applyScale()
@@ -174,16 +166,28 @@ void ControlPage::applyScale()
     const int side = Theme::px(18);
     batteryLayout->setContentsMargins(side, title, side, Theme::px(6));
     batteryLayout->setSpacing(Theme::px(4));
-    commandLayout->setContentsMargins(side, title, side, Theme::px(10));
-    commandLayout->setHorizontalSpacing(Theme::px(Theme::margin));
-    commandLayout->setVerticalSpacing(Theme::px(Theme::spacing));
-    for (const StateSwitch &entry : switches) {
+    groups->setSpacing(Theme::px(Theme::spacing));
+    offers->applyScale();
+    for (const Group *group : {&commands, &simulation})
+        scale(*group, title, side);
+    strip->setFixedHeight(
+        std::max(Theme::px(stripUnits), QFontMetrics(Theme::font(Theme::Normal)).height() + 8));
+    strip->layout()->setContentsMargins(side, 0, side, 0);
+    strip->layout()->setSpacing(Theme::px(Theme::margin));
+}
+
+void ControlPage::scale(const Group &group, int title, int side)
+{
+    group.layout->setContentsMargins(side, title, side, Theme::px(10));
+    group.layout->setHorizontalSpacing(Theme::px(Theme::margin));
+    group.layout->setVerticalSpacing(Theme::px(Theme::spacing));
+    for (const StateSwitch &entry : group.switches) {
         const QFontMetrics metrics(Theme::font(Theme::Normal, true));
         entry.control->setFixedHeight(std::max(Theme::touchSize(), Theme::px(switchUnits)));
         entry.control->setMinimumWidth(metrics.horizontalAdvance(entry.control->text()) +
                                        Theme::px(28));
     }
-    for (const PushControl &entry : pushes) {
+    for (const PushControl &entry : group.pushes) {
         const int icon = Theme::px(pushIconUnits);
         const QFontMetrics metrics(Theme::font(Theme::Normal));
         const int height =
@@ -200,10 +204,6 @@ void ControlPage::applyScale()
         entry.control->setIcon(faces);
         entry.control->setPosLabel(QPoint(0, (icon + metrics.height()) / 2 + Theme::px(4)));
     }
-    strip->setFixedHeight(
-        std::max(Theme::px(stripUnits), QFontMetrics(Theme::font(Theme::Normal)).height() + 8));
-    strip->layout()->setContentsMargins(side, 0, side, 0);
-    strip->layout()->setSpacing(Theme::px(Theme::margin));
 }
 
 QSize ControlPage::minimumSizeHint() const
@@ -220,27 +220,45 @@ void ControlPage::resizeEvent(QResizeEvent *event)
     const bool narrowNow = width() < Theme::px(narrowUnits);
     if (narrowNow != narrow) {
         narrow = narrowNow;
+        groups->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
         arrangeCommands();
     }
 }
 
-void ControlPage::addSwitch(QWidget *box, const QString &text, Command enter, Command leave,
-                            bool (*holds)(const Snapshot &))
+void ControlPage::addSwitch(Group *group, const QString &text, Command enter, Command leave,
+                            bool (*holds)(const Snapshot &), const QString &consequence)
 {
-    auto *control = new AeroSwitch(box);
+    auto *control = new AeroSwitch(group == &commands ? commandBox : simulatorBox);
     control->setObjectName(text);
     Theme::setText(control, Theme::Normal);
-    makeGlass(control, 40);
+    Glass::apply(control, 40);
     control->setHighlight(lit);
     control->setText(text);
-    connect(control, &AeroSwitch::clicked, this,
-            [=](bool checked) { give(checked ? enter : leave); });
-    switches.push_back({control, enter, leave, holds});
+    HoldGuard *guard = nullptr;
+    if (!consequence.isEmpty()) {
+        guard = new HoldGuard(control);
+        control->setToolTip(tr("Hold for two seconds. %1").arg(consequence));
+        control->setAccessibleDescription(control->toolTip());
+        connect(guard, &HoldGuard::began, this,
+                [=] { Q_EMIT said(tr("Keep holding. %1").arg(consequence)); });
+        connect(guard, &HoldGuard::broken, this,
+                [=] { Q_EMIT said(tr("%1: not given. Hold for two seconds.").arg(text)); });
+        connect(guard, &HoldGuard::armed, this, [=] {
+            refresh(); // it is not switched yet
+            Q_EMIT said(tr("%1 Press again to confirm.").arg(consequence));
+        });
+        connect(guard, &HoldGuard::held, this, [=] { give(enter); });
+    }
+    connect(control, &AeroSwitch::clicked, this, [=](bool checked) {
+        if (!guard || !guard->isActive())
+            give(checked ? enter : leave);
+    });
+    group->switches.push_back({control, enter, leave, holds, guard});
 }
 
-void ControlPage::addPush(QWidget *box, Pictogram picture, const QString &text, Command command)
+void ControlPage::addPush(Group *group, Pictogram picture, const QString &text, Command command)
 {
-    auto *control = new TranspButton(box);
+    auto *control = new TranspButton(group == &commands ? commandBox : simulatorBox);
     control->setObjectName(text);
     Theme::setText(control, Theme::Normal);
     QPalette palette = control->palette();
@@ -249,16 +267,16 @@ void ControlPage::addPush(QWidget *box, Pictogram picture, const QString &text, 
     control->setPalette(palette);
     control->setText(text);
     connect(control, &TranspButton::clicked, this, [=] { give(command); });
-    pushes.push_back({control, picture, command});
+    group->pushes.push_back({control, picture, command});
 }
 
 QWidget *ControlPage::makeStrip()
 {
     strip = new AeroStatusbar(content);
     strip->setAccessibleName(tr("Status"));
-    makeGlass(strip, 40);
+    Glass::apply(strip, 40);
     linkText = Theme::label(strip, Theme::Normal);
-    setTextColor(linkText, textColor);
+    Glass::setTextColor(linkText, textColor);
     statusText = glassText(strip, textColor);
     statusText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto *layout = new QHBoxLayout(strip);
@@ -277,12 +295,19 @@ void ControlPage::showUps(const UpsModel &ups)
     else if (ups.headline().showsTimeLeft)
         battery += tr("time left unknown");
     chargeText->setText(battery.join(Theme::separator()));
-    for (const StateSwitch &entry : switches) {
-        if (entry.holds(snapshot))
-            entry.control->selectSwitch();
-        else
-            entry.control->unselectSwitch();
+    for (const Group *group : {&commands, &simulation}) {
+        for (const StateSwitch &entry : group->switches) {
+            const bool holds = entry.holds(snapshot);
+            if (holds)
+                entry.control->selectSwitch();
+            else
+                entry.control->unselectSwitch();
+            // To leave a state needs no second thought.
+            if (entry.guard)
+                entry.guard->setActive(!holds);
+        }
     }
+    offers->refresh();
     linkText->setText(snapshot.isLost() ? tr("Link lost") : tr("Link in order"));
     statusText->setText(snapshot.isLost() ? sentence(snapshot.reason)
                                           : snapshot.status.join(Theme::separator()));
@@ -302,20 +327,52 @@ void ControlPage::showCharge(const Reading &reading)
 
 void ControlPage::offerCommands()
 {
-    bool any = false;
-    const auto offer = [&](QWidget *control, Command command) {
-        const bool offered = supports(command);
-        any = any || offered;
-        control->setEnabled(offered);
-        // What only a simulator can do is no command that a UPS lacks.
-        if (isOfSimulator(command))
-            control->setVisible(offered);
+    const auto offer = [this](const Group &group) {
+        bool any = false;
+        for (const StateSwitch &entry : group.switches) {
+            entry.control->setEnabled(supports(entry.enter));
+            any = any || supports(entry.enter);
+        }
+        for (const PushControl &entry : group.pushes) {
+            entry.control->setEnabled(supports(entry.command));
+            any = any || supports(entry.command);
+        }
+        return any;
     };
-    for (const StateSwitch &entry : switches)
-        offer(entry.control, entry.enter);
-    for (const PushControl &entry : pushes)
-        offer(entry.control, entry.command);
-    commandBox->setTitle(any ? tr("Commands") : tr("Commands · this UPS is only watched"));
+    const bool any = offer(commands);
+    commandBox->setVisible(any);
+    simulatorBox->setVisible(offer(simulation));
+    showWhatIsMissing();
+}
+
+void ControlPage::followModel(UpsModel *followed)
+{
+    shown = followed;
+    offers->setModel(followed);
+    if (followed) {
+        connect(followed, &UpsModel::offerChanged, this, &ControlPage::showWhatIsMissing);
+        if (isVisible())
+            followed->askForOffer();
+    }
+}
+
+void ControlPage::showEvent(QShowEvent *event)
+{
+    Page::showEvent(event);
+    if (shown)
+        shown->askForOffer();
+}
+
+/// Where there is nothing to ask for, a line says why.
+void ControlPage::showWhatIsMissing()
+{
+    const bool any =
+        supports(Command::ForceBattery) || supports(Command::LoseCommunication) ||
+        (shown && !(shown->offer().commands.isEmpty() && shown->offer().settings.isEmpty()));
+    nothing->setVisible(!any);
+    nothing->setText(shown && shown->needsUser()
+                         ? tr("The server has not said what this UPS can be asked for.")
+                         : tr("This UPS is only watched: it takes no commands here."));
 }
 
 void ControlPage::paintEvent(QPaintEvent *)

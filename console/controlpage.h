@@ -9,6 +9,9 @@ class AeroLinebar;
 class AeroStatusbar;
 class AeroSwitch;
 class ElidedLabel;
+class HoldGuard;
+class OfferPanel;
+class QBoxLayout;
 class QGridLayout;
 class QLabel;
 class QVBoxLayout;
@@ -26,9 +29,17 @@ public:
     void applyScale() override;
     QSize minimumSizeHint() const override;
 
+Q_SIGNALS:
+    /// What a command will do, or why it was not given, in a sentence.
+    void said(const QString &text);
+    /// A user wants to be kept in the file of credentials.
+    void keepUser(const QString &upsId, const QString &user, const QString &password);
+
 protected:
     void showUps(const UpsModel &ups) override;
     void offerCommands() override;
+    void followModel(UpsModel *model) override;
+    void showEvent(QShowEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
@@ -40,6 +51,7 @@ private:
         Command enter;
         Command leave;
         bool (*holds)(const Snapshot &);
+        HoldGuard *guard; // where entering it is dangerous
     };
     struct PushControl
     {
@@ -48,14 +60,23 @@ private:
         Command command;
     };
 
-    AeroGroupbox *makeBox(const QString &title);
+    struct Group
+    {
+        std::vector<StateSwitch> switches;
+        std::vector<PushControl> pushes;
+        QGridLayout *layout = nullptr;
+    };
+
     QWidget *makeBattery();
     QWidget *makeSwitches();
+    QWidget *makeSimulator();
     QWidget *makeStrip();
     void arrangeCommands();
-    void addSwitch(QWidget *box, const QString &text, Command enter, Command leave,
-                   bool (*holds)(const Snapshot &));
-    void addPush(QWidget *box, Pictogram picture, const QString &text, Command command);
+    void addSwitch(Group *group, const QString &text, Command enter, Command leave,
+                   bool (*holds)(const Snapshot &), const QString &consequence);
+    void addPush(Group *group, Pictogram picture, const QString &text, Command command);
+    static void scale(const Group &group, int title, int side);
+    void showWhatIsMissing();
 
     void showCharge(const Reading &reading);
 
@@ -66,10 +87,14 @@ private:
     ElidedLabel *chargeText;
     QVBoxLayout *batteryLayout;
     AeroGroupbox *commandBox;
-    QGridLayout *commandLayout;
+    AeroGroupbox *simulatorBox;
+    QBoxLayout *groups;
     bool narrow = false;
-    std::vector<StateSwitch> switches;
-    std::vector<PushControl> pushes;
+    Group commands;
+    Group simulation;
+    QLabel *nothing;
+    OfferPanel *offers;
+    QPointer<UpsModel> shown;
     AeroStatusbar *strip;
     QLabel *linkText;
     ElidedLabel *statusText;

@@ -44,8 +44,10 @@ int main(int argc, char **argv)
     SiteEntries entries;
     QVector<Credentials> users;
     QString error;
+    // Users whom earlier runs were asked to keep.
+    const QString kept = Program::settingsFile(QStringLiteral("credentials"));
     if (options.task != Options::Task::Refuse && options.task != Options::Task::PrintText &&
-        !readSite(options, &entries, &users, &error))
+        !readSite(options, kept, &entries, &users, &error))
         return Program::refuse(error, Program::wrongOptions);
     if (const std::optional<int> status = Program::begin(options))
         return *status;
@@ -88,6 +90,14 @@ int main(int argc, char **argv)
     History history(options.simulates() ? QString() : Program::dataDirectory(), keptTimes());
     const Recorder recorder(&site, &history);
     window.setHistory(&history);
+    const QString credentialsFile =
+        entries.credentialsFile.isEmpty() ? kept : entries.credentialsFile;
+    QObject::connect(&window, &ConsoleWindow::keepUser, &window,
+                     [&](const QString &ups, const QString &user, const QString &password) {
+                         QString reason;
+                         if (!feeds.keepUser(credentialsFile, ups, user, password, &reason))
+                             window.say(reason);
+                     });
     Notifier notifier(&site);
     QObject::connect(&window, &ConsoleWindow::notifyChosen, &notifier, &Notifier::setEnabled);
     if (const QString file = Program::settingsFile(QStringLiteral("console.ini"));

@@ -5,6 +5,7 @@ void Page::setModel(UpsModel *newModel)
     if (model)
         model->disconnect(this);
     model = newModel;
+    followModel(model);
     if (model) {
         connect(model, &UpsModel::changed, this, [this] { showUps(*model); });
         connect(model, &UpsModel::commandsChanged, this, [this] { offerCommands(); });
@@ -37,4 +38,7 @@ void Page::applyScale()
 {}
 
 void Page::offerCommands()
+{}
+
+void Page::followModel(UpsModel *)
 {}

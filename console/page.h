@@ -26,6 +26,8 @@ protected:
     virtual void showUps(const UpsModel &ups) = 0;
     /// Enables and disables the page's controls after a change of what the UPS supports.
     virtual void offerCommands();
+    /// For pages that follow more of @p model, which may be null, than its state. Here: nothing.
+    virtual void followModel(UpsModel *model);
 
     bool supports(Command command) const;
     void give(Command command);

@@ -42,6 +42,19 @@ bool takePages(ConsoleWindow &window, const QString &directory, const QString &s
     return true;
 }
 
+/// Lets the server say what can be asked of the UPS that is shown.
+void waitForOffer(SiteModel &site)
+{
+    UpsModel *ups = site.count() > 0 ? site.at(0) : nullptr;
+    if (!ups || !ups->needsUser() || ups->snapshot().isLost())
+        return;
+    QEventLoop loop;
+    QObject::connect(ups, &UpsModel::offerChanged, &loop, &QEventLoop::quit);
+    QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
+    ups->askForOffer();
+    loop.exec();
+}
+
 } // namespace
 
 bool takeScenarioScreenshots(ConsoleWindow &window, UpsModel &ups, const Options &options,
@@ -82,6 +95,7 @@ LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, cons
     QObject::connect(&site, &SiteModel::changed, &loop, check);
     QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
     loop.exec();
+    waitForOffer(site);
     if (!takePages(window, options.directory, QString(), error))
         return LiveScreenshots::Failed;
     for (int i = 0; i < site.count(); ++i) {

@@ -3,6 +3,8 @@
 #include "feed/privatefile.h"
 #include "options.h"
 
+#include <QtCore/QFile>
+
 #include <algorithm>
 
 namespace {
@@ -66,8 +68,8 @@ bool readAuthorities(const QString &file, QList<QSslCertificate> *authorities, Q
 
 } // namespace
 
-bool readSite(const Options &options, SiteEntries *entries, QVector<Credentials> *users,
-              QString *error)
+bool readSite(const Options &options, const QString &kept, SiteEntries *entries,
+              QVector<Credentials> *users, QString *error)
 {
     if (!options.config.isEmpty()) {
         const std::optional<QByteArray> text = readSmallFile(options.config, mostSiteBytes, error);
@@ -82,6 +84,8 @@ bool readSite(const Options &options, SiteEntries *entries, QVector<Credentials>
         return false;
     if (!options.credentials.isEmpty())
         entries->credentialsFile = options.credentials;
+    else if (entries->credentialsFile.isEmpty() && QFile::exists(kept) && !options.simulates())
+        entries->credentialsFile = kept;
     if (entries->credentialsFile.isEmpty())
         return true;
     const std::optional<QByteArray> text =
@@ -147,6 +151,30 @@ void SiteFeeds::start()
         site->setProblem(server->entry.host.toString(), QStringLiteral("connecting"));
         server->link->discover();
     }
+}
+
+bool SiteFeeds::keepUser(const QString &path, const QString &upsId, const QString &user,
+                         const QString &password, QString *error)
+{
+    const std::optional<NutAddress> ups = NutAddress::parse(upsId, error);
+    if (!ups || path.isEmpty())
+        return false;
+    QVector<Credentials> all;
+    if (QFile::exists(path)) {
+        // One that cannot be read is not replaced either.
+        const std::optional<QByteArray> text = readPrivateFile(path, mostSiteBytes, error);
+        const std::optional<QVector<Credentials>> read =
+            text ? parseCredentials(*text, path, error) : std::nullopt;
+        if (!read)
+            return false;
+        all = *read;
+    }
+    const NutHost host = ups->server();
+    all.erase(std::remove_if(all.begin(), all.end(),
+                             [&host](const Credentials &one) { return one.host == host; }),
+              all.end());
+    all.append({host, user, password});
+    return writePrivateFile(path, credentialsText(all), error);
 }
 
 void SiteFeeds::addUps(NutServerFeed *link, const ServerEntry &entry, const UpsEntry &ups,

@@ -10,10 +10,10 @@
 struct Options;
 
 /// The servers and UPSes that the command line and its configuration file name, and the users in
-/// its file of credentials.
+/// its file of credentials, or, where none is named, in the file @p kept if it is there.
 /// @return false with the reason in @p error, in one line.
-bool readSite(const Options &options, SiteEntries *entries, QVector<Credentials> *users,
-              QString *error);
+bool readSite(const Options &options, const QString &kept, SiteEntries *entries,
+              QVector<Credentials> *users, QString *error);
 
 /// Fills a site with all UPSes of its servers: those that are named, and those that the servers
 /// say they have.
@@ -32,6 +32,10 @@ public:
     bool add(const SiteEntries &entries, const QVector<Credentials> &users, QString *error,
              const NutTimes &times = NutTimes());
     void start();
+    /// Adds a user of the server of @p upsId to those in the file @p path, or replaces them there.
+    /// @return false with the reason in @p error.
+    bool keepUser(const QString &path, const QString &upsId, const QString &user,
+                  const QString &password, QString *error);
 
 private:
     struct Server

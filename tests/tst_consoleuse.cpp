@@ -66,6 +66,15 @@ private:
         QTest::touchEvent(window->windowHandle(), finger).press(0, place, window->windowHandle());
         QTest::touchEvent(window->windowHandle(), finger).release(0, place, window->windowHandle());
     }
+    /// A finger that stays until @p done.
+    template <typename Condition>
+    void hold(const QWidget *widget, const Condition &done)
+    {
+        const QPoint place = placeOf(widget);
+        QTest::touchEvent(window->windowHandle(), finger).press(0, place, window->windowHandle());
+        QTRY_VERIFY(done());
+        QTest::touchEvent(window->windowHandle(), finger).release(0, place, window->windowHandle());
+    }
     /// A finger that goes from one place to another, and off.
     void drag(QPoint from, QPoint to)
     {
@@ -163,7 +172,9 @@ void ConsoleUseTest::switchByTouch()
 {
     touch(find<MetroTabicon>("Control"));
     QTRY_VERIFY(find<AeroSwitch>("Bypass")->isVisible());
-    touch(find<AeroSwitch>("Bypass"));
+    int given = 0;
+    connect(ups, &UpsModel::commandGiven, window.get(), [&given] { ++given; });
+    hold(find<AeroSwitch>("Bypass"), [&] { return given == 1; });
     simulator->advance(500);
     QTRY_COMPARE(ups->snapshot().system.operating, OperatingState::OnBypass);
     QTRY_VERIFY(find<AeroSwitch>("Bypass")->isChecked());
@@ -179,7 +190,14 @@ void ConsoleUseTest::switchByKeyboard()
         key(Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget(), control);
     QVERIFY(find<QWidget>("focusFrame")->isVisible());
+    int given = 0;
+    connect(ups, &UpsModel::commandGiven, window.get(), [&given] { ++given; });
+    // A short press does nothing.
     key(Qt::Key_Space);
+    QTest::keyPress(window->windowHandle(), Qt::Key_Space);
+    QCOMPARE(given, 0);
+    QTRY_COMPARE(given, 1);
+    QTest::keyRelease(window->windowHandle(), Qt::Key_Space);
     simulator->advance(500);
     QTRY_COMPARE(ups->snapshot().system.operating, OperatingState::OnBattery);
 }
@@ -265,10 +283,9 @@ void ConsoleUseTest::flickOverASwitchScrollsOnly()
     QCOMPARE(given, 0);
     QVERIFY(!control->isDown());
     // A touch afterwards does.
-    area->verticalScrollBar()->setValue(0);
     QTRY_COMPARE(QScroller::scroller(area->viewport())->state(), QScroller::Inactive);
-    touch(control);
-    QTRY_COMPARE(given, 1);
+    area->verticalScrollBar()->setValue(0);
+    hold(control, [&] { return given == 1; });
     // The settings alike.
     showPage(QStringLiteral("settings"));
     deliverAll();
@@ -286,8 +303,8 @@ void ConsoleUseTest::flickOverASwitchScrollsOnly()
     setting->setAttribute(Qt::WA_UnderMouse, false);
     QCOMPARE(find<QWidget>("Beeper row")->grab().toImage(), untouched);
     // And the one that switches the UPS off.
-    area->verticalScrollBar()->setValue(0);
     QTRY_COMPARE(QScroller::scroller(area->viewport())->state(), QScroller::Inactive);
+    area->verticalScrollBar()->setValue(0);
     const QPoint off = placeOf(find<SlideSwitch>("mainSwitch"));
     drag(off, off - QPoint(0, 50));
     QTRY_VERIFY(area->verticalScrollBar()->value() > 0);

@@ -78,7 +78,7 @@ void SiteFeedsTest::severalServers()
     SiteEntries entries;
     QVector<Credentials> users;
     QString error;
-    QVERIFY2(readSite(options, &entries, &users, &error), qPrintable(error));
+    QVERIFY2(readSite(options, QString(), &entries, &users, &error), qPrintable(error));
     SiteModel site;
     SiteFeeds feeds(&site);
     QVERIFY2(feeds.add(entries, users, &error, shortTimes()), qPrintable(error));
@@ -159,7 +159,7 @@ void SiteFeedsTest::argumentsAddToTheFile()
     const Options options =
         optionsFor({QStringLiteral("--config"), path, QStringLiteral("--ups"),
                     QStringLiteral("b@host"), QStringLiteral("--server"), QStringLiteral("other")});
-    QVERIFY2(readSite(options, &entries, &users, &error), qPrintable(error));
+    QVERIFY2(readSite(options, QString(), &entries, &users, &error), qPrintable(error));
     QCOMPARE(entries.servers.size(), 2);
     QCOMPARE(entries.servers.at(0).upses.size(), 2);
     QCOMPARE(entries.servers.at(0).tls, std::optional<bool>(true));
@@ -189,7 +189,7 @@ void SiteFeedsTest::wrongSites()
     SiteEntries entries;
     QVector<Credentials> users;
     QString error;
-    QVERIFY(!readSite(optionsFor(arguments), &entries, &users, &error));
+    QVERIFY(!readSite(optionsFor(arguments), QString(), &entries, &users, &error));
     QVERIFY2(error.contains(part), qPrintable(error));
     QVERIFY(!error.contains(QLatin1Char('\n')));
 }

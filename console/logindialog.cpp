@@ -1,0 +1,78 @@
+#include "logindialog.h"
+
+#include "display.h"
+#include "theme.h"
+
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QDialogButtonBox>
+#include <QtWidgets/QFormLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
+
+LoginDialog::LoginDialog(UpsModel *askedUps, QWidget *parent)
+    : QDialog(parent)
+    , ups(askedUps)
+    , user(new QLineEdit(this))
+    , password(new QLineEdit(this))
+    , keeps(new QCheckBox(tr("Keep in a file that only I may read"), this))
+    , answer(Theme::label(this, Theme::Normal))
+    , buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this))
+{
+    setWindowTitle(tr("Log in"));
+    setObjectName(QStringLiteral("login"));
+    constexpr int longest = 128;
+    for (QLineEdit *edit : {user, password}) {
+        edit->setMaxLength(longest);
+        edit->setMinimumHeight(Theme::touchSize());
+        Theme::setText(edit, Theme::Normal);
+    }
+    user->setObjectName(QStringLiteral("user"));
+    user->setText(ups->user());
+    password->setObjectName(QStringLiteral("password"));
+    password->setEchoMode(QLineEdit::Password);
+    keeps->setObjectName(QStringLiteral("keep"));
+    Theme::setText(keeps, Theme::Normal);
+    answer->setObjectName(QStringLiteral("answer"));
+    answer->setWordWrap(true);
+    answer->setText(tr("The server of %1 takes commands of its users alone.").arg(ups->title()));
+    auto *layout = new QFormLayout(this);
+    layout->setSizeConstraint(QLayout::SetMinimumSize);
+    layout->addRow(answer);
+    layout->addRow(Theme::label(this, Theme::Normal, false, tr("User")), user);
+    layout->addRow(Theme::label(this, Theme::Normal, false, tr("Password")), password);
+    layout->addRow(keeps);
+    layout->addRow(buttons);
+    buttons->button(QDialogButtonBox::Ok)->setText(tr("Log in"));
+    for (const auto which : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel})
+        buttons->button(which)->setMinimumHeight(Theme::touchSize());
+    connect(buttons, &QDialogButtonBox::accepted, this, &LoginDialog::ask);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(ups, &UpsModel::userChecked, this, &LoginDialog::takeAnswer);
+    connect(ups, &QObject::destroyed, this, &QDialog::reject);
+    (user->text().isEmpty() ? user : password)->setFocus();
+}
+
+void LoginDialog::ask()
+{
+    if (!ups)
+        return;
+    buttons->button(QDialogButtonBox::Ok)->setEnabled(false);
+    answer->setText(tr("Asking the server …"));
+    ups->logIn(user->text(), password->text());
+}
+
+void LoginDialog::takeAnswer(CommandOutcome outcome, const QString &text)
+{
+    buttons->button(QDialogButtonBox::Ok)->setEnabled(true);
+    if (outcome != CommandOutcome::Done) {
+        answer->setText(sentence(text) + QLatin1Char('.'));
+        password->selectAll();
+        password->setFocus();
+        return;
+    }
+    if (keeps->isChecked() && ups)
+        Q_EMIT keep(ups->id(), user->text(), password->text());
+    password->clear();
+    accept();
+}

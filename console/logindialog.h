@@ -1,0 +1,35 @@
+#pragma once
+
+#include "model/upsmodel.h"
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QDialog>
+
+class QCheckBox;
+class QDialogButtonBox;
+class QLabel;
+class QLineEdit;
+
+/// Asks who gives commands to a UPS, and lets its server check the answer.
+class LoginDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    LoginDialog(UpsModel *ups, QWidget *parent);
+
+Q_SIGNALS:
+    /// The server took the user, who asks to be kept in the file of credentials.
+    void keep(const QString &upsId, const QString &user, const QString &password);
+
+private:
+    void ask();
+    void takeAnswer(CommandOutcome outcome, const QString &text);
+
+    QPointer<UpsModel> ups;
+    QLineEdit *user;
+    QLineEdit *password;
+    QCheckBox *keeps;
+    QLabel *answer;
+    QDialogButtonBox *buttons;
+};

@@ -1,0 +1,385 @@
+#include "offerpanel.h"
+
+#include "danger.h"
+#include "display.h"
+#include "glass.h"
+#include "holdguard.h"
+#include "logindialog.h"
+#include "theme.h"
+
+#include <aerobutton.h>
+#include <aerogroupbox.h>
+
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QGridLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QSpinBox>
+#include <QtWidgets/QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int buttonUnits = 40;
+constexpr int mostButtonUnits = 210;
+
+QLabel *glassLabel(QWidget *parent, const QColor &color, const QString &text)
+{
+    QLabel *label = Theme::label(parent, Theme::Normal, false, text);
+    label->setWordWrap(true);
+    Glass::setTextColor(label, color);
+    return label;
+}
+
+/// The two choices of a setting that is a switch, the one for "on" first.
+std::optional<QPair<QString, QString>> switchOf(const QStringList &choices)
+{
+    static const QPair<QString, QString> pairs[] = {
+        {QStringLiteral("yes"), QStringLiteral("no")},
+        {QStringLiteral("on"), QStringLiteral("off")},
+        {QStringLiteral("enabled"), QStringLiteral("disabled")},
+        {QStringLiteral("true"), QStringLiteral("false")},
+    };
+    for (const auto &pair : pairs) {
+        if (choices.size() == 2 && choices.contains(pair.first) && choices.contains(pair.second))
+            return pair;
+    }
+    return std::nullopt;
+}
+
+bool isWhole(double number)
+{
+    constexpr double largest = 1e9;
+    return number == std::floor(number) && std::abs(number) <= largest;
+}
+
+} // namespace
+
+OfferPanel::OfferPanel(QWidget *parent)
+    : QWidget(parent)
+    , column(new QVBoxLayout(this))
+{
+    column->setContentsMargins(0, 0, 0, 0);
+}
+
+void OfferPanel::setModel(UpsModel *newModel)
+{
+    if (model)
+        model->disconnect(this);
+    model = newModel;
+    if (model) {
+        connect(model, &UpsModel::offerChanged, this, &OfferPanel::build);
+        connect(model, &UpsModel::userChecked, this, &OfferPanel::refresh);
+        connect(model, &UpsModel::commandFinished, this, &OfferPanel::refresh);
+    }
+    build();
+}
+
+void OfferPanel::build()
+{
+    for (QWidget *part : parts) {
+        part->hide();
+        part->deleteLater();
+    }
+    parts.clear();
+    grids.clear();
+    buttons.clear();
+    editors.clear();
+    rows.clear();
+    commandGrid = nullptr;
+    userText = nullptr;
+    const bool any = model && model->needsUser() &&
+                     !(model->offer().commands.isEmpty() && model->offer().settings.isEmpty());
+    setVisible(any);
+    if (!any)
+        return;
+    addUserRow();
+    addCommands();
+    addSettings();
+    applyScale();
+    refresh();
+}
+
+AeroGroupbox *OfferPanel::addBox(const QString &title, QGridLayout **grid)
+{
+    auto *box = Glass::box(this, title);
+    // The box may be high, and its corners grow with it.
+    constexpr int flat = 3;
+    box->setRoundness(flat);
+    *grid = new QGridLayout(box);
+    (*grid)->setColumnStretch(1, 1);
+    parts.push_back(box);
+    grids.push_back(*grid);
+    column->addWidget(box);
+    return box;
+}
+
+AeroButton *OfferPanel::addButton(QWidget *box, const QString &text)
+{
+    auto *button = new AeroButton(box);
+    Theme::setText(button, Theme::Normal);
+    Glass::apply(button, 40);
+    QPalette palette = button->palette();
+    palette.setColor(QPalette::ButtonText, Glass::textColor);
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, Glass::faintColor);
+    button->setPalette(palette);
+    button->setText(text);
+    button->setAccessibleName(text);
+    button->setCursor(Qt::PointingHandCursor);
+    buttons.push_back(button);
+    return button;
+}
+
+void OfferPanel::addUserRow()
+{
+    auto *row = new QWidget(this);
+    auto *grid = new QGridLayout(row);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setColumnStretch(1, 1);
+    AeroButton *logIn = addButton(row, tr("Log in …"));
+    logIn->setObjectName(QStringLiteral("logIn"));
+    connect(logIn, &AeroButton::clicked, this, &OfferPanel::askForUser);
+    userText = glassLabel(row, Glass::textColor, QString());
+    userText->setObjectName(QStringLiteral("commandUser"));
+    grid->addWidget(logIn, 0, 0);
+    grid->addWidget(userText, 0, 1);
+    parts.push_back(row);
+    column->addWidget(row);
+}
+
+void OfferPanel::addCommands()
+{
+    AeroGroupbox *box = nullptr;
+    // The harmless ones first.
+    for (const bool dangerous : {false, true}) {
+        for (const OfferedCommand &command : model->offer().commands) {
+            const QString consequence = consequenceOf(command.name);
+            if (consequence.isEmpty() == dangerous || isNeverOffered(command.name))
+                continue;
+            if (!box)
+                box = addBox(tr("Commands"), &commandGrid);
+            AeroButton *button = addButton(box, wordsOf(command.name));
+            button->setObjectName(command.name);
+            button->setToolTip(command.name);
+            const QString name = command.name;
+            const auto act = [this, name] { model->run(name); };
+            const bool described = !command.description.isEmpty() &&
+                                   command.description != QLatin1String("Description unavailable");
+            QString text = described ? command.description : command.name;
+            if (dangerous) {
+                text = consequence + QLatin1Char('\n') + tr("Hold for two seconds.");
+                guard(button, consequence, act);
+            } else {
+                connect(button, &AeroButton::clicked, this, [=] { give(act); });
+            }
+            button->setAccessibleDescription(text);
+            rows.push_back(
+                {button,
+                 glassLabel(box, dangerous ? Glass::dangerColor : Glass::faintColor, text)});
+        }
+    }
+    columns = 0;
+    arrangeRows();
+}
+
+/// Two commands beside each other where there is room.
+void OfferPanel::arrangeRows()
+{
+    constexpr int wideUnits = 760;
+    const int wanted = width() >= Theme::px(wideUnits) ? 2 : 1;
+    if (!commandGrid || wanted == columns)
+        return;
+    columns = wanted;
+    const int perColumn = (int(rows.size()) + columns - 1) / columns;
+    for (int i = 0; i < int(rows.size()); ++i) {
+        const int place = 2 * (i / perColumn);
+        commandGrid->addWidget(rows[std::size_t(i)].button, i % perColumn, place);
+        commandGrid->addWidget(rows[std::size_t(i)].label, i % perColumn, place + 1);
+    }
+    constexpr int labelColumns[] = {1, 3};
+    for (const int place : labelColumns)
+        commandGrid->setColumnStretch(place, place < 2 * columns ? 1 : 0);
+}
+
+void OfferPanel::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    arrangeRows();
+}
+
+void OfferPanel::addSettings()
+{
+    if (model->offer().settings.isEmpty())
+        return;
+    QGridLayout *grid = nullptr;
+    AeroGroupbox *box = addBox(tr("Settings of the UPS"), &grid);
+    for (const OfferedSetting &setting : model->offer().settings) {
+        Editor editor = makeEditor(box, setting);
+        editor.apply = addButton(box, tr("Set"));
+        editor.apply->setObjectName(QStringLiteral("set ") + setting.name);
+        editor.apply->setAccessibleName(tr("Set %1").arg(wordsOf(setting.name)));
+        const QString name = setting.name;
+        const auto value = editor.value;
+        const auto act = [this, name, value] { model->set(name, value()); };
+        const QString consequence = consequenceOfSetting(setting.name);
+        if (consequence.isEmpty())
+            connect(editor.apply, &AeroButton::clicked, this, [=] { give(act); });
+        else
+            guard(editor.apply, consequence, act);
+        const bool described = !setting.description.isEmpty() &&
+                               setting.description != QLatin1String("Description unavailable");
+        QLabel *label = glassLabel(box, Glass::textColor,
+                                   described ? setting.description : wordsOf(setting.name));
+        label->setToolTip(setting.name);
+        const int row = grid->rowCount();
+        grid->addWidget(label, row, 0, 1, 2);
+        grid->addWidget(editor.control, row, 2);
+        grid->addWidget(editor.apply, row, 3);
+        editors.push_back(editor);
+    }
+}
+
+OfferPanel::Editor OfferPanel::makeEditor(QWidget *box, const OfferedSetting &setting)
+{
+    Editor editor;
+    editor.name = setting.name;
+    if (const auto pair = switchOf(setting.choices)) {
+        auto *check = new QCheckBox(box);
+        QPalette palette = check->palette();
+        palette.setColor(QPalette::WindowText, Glass::textColor);
+        check->setPalette(palette);
+        editor.control = check;
+        const QPair<QString, QString> words = *pair;
+        const auto say = [=] { check->setText(check->isChecked() ? words.first : words.second); };
+        editor.value = [=] { return check->isChecked() ? words.first : words.second; };
+        editor.show = [=](const QString &value) {
+            check->setChecked(value == words.first);
+            say();
+        };
+        connect(check, &QCheckBox::toggled, this, [=] {
+            say();
+            enableEditors();
+        });
+    } else if (!setting.choices.isEmpty()) {
+        auto *combo = new QComboBox(box);
+        // Items are plain text in a combo box.
+        combo->addItems(setting.choices);
+        editor.control = combo;
+        editor.value = [=] { return combo->currentText(); };
+        editor.show = [=](const QString &value) { combo->setCurrentText(value); };
+        connect(combo, &QComboBox::currentTextChanged, this, &OfferPanel::enableEditors);
+    } else if (setting.ranges.size() == 1 && isWhole(setting.ranges.first().from) &&
+               isWhole(setting.ranges.first().to)) {
+        auto *spin = new QSpinBox(box);
+        spin->setRange(int(setting.ranges.first().from), int(setting.ranges.first().to));
+        editor.control = spin;
+        editor.value = [=] { return QString::number(spin->value()); };
+        editor.show = [=](const QString &value) { spin->setValue(int(value.toDouble())); };
+        connect(spin, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &OfferPanel::enableEditors);
+    } else {
+        auto *edit = new QLineEdit(box);
+        constexpr int usual = 200;
+        edit->setMaxLength(setting.longest > 0 ? std::min(setting.longest, usual) : usual);
+        editor.control = edit;
+        editor.value = [=] { return edit->text(); };
+        editor.show = [=](const QString &value) { edit->setText(value); };
+        connect(edit, &QLineEdit::textChanged, this, &OfferPanel::enableEditors);
+    }
+    editor.control->setObjectName(setting.name);
+    editor.control->setAccessibleName(wordsOf(setting.name));
+    Theme::setText(editor.control, Theme::Normal);
+    editor.shown = setting.value;
+    editor.show(setting.value);
+    return editor;
+}
+
+void OfferPanel::guard(AeroButton *button, const QString &consequence,
+                       const std::function<void()> &act)
+{
+    auto *guarding = new HoldGuard(button);
+    const QString words = button->accessibleName();
+    connect(guarding, &HoldGuard::began, this,
+            [=] { Q_EMIT said(tr("Keep holding. %1").arg(consequence)); });
+    connect(guarding, &HoldGuard::broken, this,
+            [=] { Q_EMIT said(tr("%1: not given. Hold for two seconds.").arg(words)); });
+    connect(guarding, &HoldGuard::armed, this,
+            [=] { Q_EMIT said(tr("%1 Press again to confirm.").arg(consequence)); });
+    connect(guarding, &HoldGuard::held, this, [=] { give(act); });
+}
+
+void OfferPanel::give(const std::function<void()> &act)
+{
+    if (!model)
+        return;
+    if (model->needsUser() && model->user().isEmpty())
+        askForUser();
+    else
+        act();
+}
+
+void OfferPanel::askForUser()
+{
+    if (!model)
+        return;
+    auto *dialog = new LoginDialog(model, window());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &LoginDialog::keep, this, &OfferPanel::keepUser);
+    dialog->open();
+}
+
+void OfferPanel::enableEditors()
+{
+    for (const Editor &editor : editors) {
+        const QString value = editor.value();
+        editor.apply->setEnabled(value != editor.shown && !value.isEmpty());
+    }
+}
+
+void OfferPanel::refresh()
+{
+    if (!model || !userText)
+        return;
+    userText->setText(model->user().isEmpty() ? tr("Nobody is logged in. Commands ask for a user.")
+                                              : tr("Commands are given as %1.").arg(model->user()));
+    const QMap<QString, QString> &variables = model->snapshot().variables;
+    for (Editor &editor : editors) {
+        const auto now = variables.constFind(editor.name);
+        if (now == variables.cend() || *now == editor.shown)
+            continue;
+        // What somebody is about to set stays.
+        const bool untouched = editor.value() == editor.shown;
+        editor.shown = *now;
+        if (untouched)
+            editor.show(*now);
+    }
+    enableEditors();
+}
+
+void OfferPanel::applyScale()
+{
+    const int title = QFontMetrics(Theme::font(Theme::Normal, true)).height() + Theme::px(8);
+    const int side = Theme::px(18);
+    column->setSpacing(Theme::px(Theme::spacing));
+    for (QGridLayout *grid : grids) {
+        grid->setContentsMargins(side, title, side, Theme::px(10));
+        grid->setHorizontalSpacing(Theme::px(Theme::margin));
+        grid->setVerticalSpacing(Theme::px(Theme::spacing));
+    }
+    const QFontMetrics metrics(Theme::font(Theme::Normal));
+    int width = 0;
+    for (const AeroButton *button : buttons)
+        width = std::max(width, metrics.horizontalAdvance(button->text()) + Theme::px(28));
+    width = std::min(width, Theme::px(mostButtonUnits));
+    const int height = std::max(Theme::touchSize(), Theme::px(buttonUnits));
+    for (AeroButton *button : buttons) {
+        const bool sets = button->objectName().startsWith(QLatin1String("set "));
+        button->setFixedSize(
+            sets ? metrics.horizontalAdvance(button->text()) + Theme::px(36) : width, height);
+    }
+    for (const Editor &editor : editors)
+        editor.control->setFixedHeight(height);
+}

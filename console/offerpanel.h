@@ -1,0 +1,79 @@
+#pragma once
+
+#include "model/upsmodel.h"
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+#include <functional>
+#include <vector>
+
+class AeroButton;
+class AeroGroupbox;
+class QGridLayout;
+class QLabel;
+class QVBoxLayout;
+
+/// The commands and settings that the server of a UPS offers, on glass: what this UPS has, and
+/// nothing else.
+class OfferPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit OfferPanel(QWidget *parent = nullptr);
+
+    void setModel(UpsModel *model);
+    void applyScale();
+    /// Takes up what the UPS now says.
+    void refresh();
+
+Q_SIGNALS:
+    /// What happened, or will, in a sentence.
+    void said(const QString &text);
+    void keepUser(const QString &upsId, const QString &user, const QString &password);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    struct Editor
+    {
+        QString name;
+        QWidget *control;
+        std::function<QString()> value;
+        std::function<void(const QString &)> show;
+        AeroButton *apply;
+        QString shown; // as the UPS has it
+    };
+
+    struct Row
+    {
+        AeroButton *button;
+        QLabel *label;
+    };
+
+    void build();
+    void arrangeRows();
+    AeroGroupbox *addBox(const QString &title, QGridLayout **grid);
+    AeroButton *addButton(QWidget *box, const QString &text);
+    void addUserRow();
+    void addCommands();
+    void addSettings();
+    Editor makeEditor(QWidget *box, const OfferedSetting &setting);
+    void guard(AeroButton *button, const QString &consequence, const std::function<void()> &act);
+    void give(const std::function<void()> &act);
+    void askForUser();
+    void enableEditors();
+
+    QPointer<UpsModel> model;
+    QVBoxLayout *column;
+    std::vector<QWidget *> parts;
+    std::vector<QGridLayout *> grids;
+    std::vector<AeroButton *> buttons;
+    std::vector<Row> rows; // of commands
+    QGridLayout *commandGrid = nullptr;
+    int columns = 0;
+    std::vector<Editor> editors;
+    QLabel *userText = nullptr;
+};

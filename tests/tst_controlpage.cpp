@@ -1,0 +1,569 @@
+#include "consolewindow.h"
+#include "danger.h"
+#include "feed/nutfeed.h"
+#include "holdguard.h"
+#include "logindialog.h"
+
+#include "nutserver.h"
+#include "testmain.h"
+#include "widgetprobe.h"
+
+#include <aerobutton.h>
+#include <aeroswitch.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QDialogButtonBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QSpinBox>
+
+#include <memory>
+
+namespace {
+
+constexpr int patience = 20000;
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+/// A UPS whose server offers what the test says.
+class OfferingFeed : public UpsFeed
+{
+public:
+    void start() override
+    {}
+    void stop() override
+    {}
+    void askForOffer() override
+    {
+        ++asked;
+        Q_EMIT offerReady(offer);
+    }
+    void run(const QString &name, const QString &value) override
+    {
+        given += name + QLatin1Char(' ') + value;
+    }
+    void set(const QString &name, const QString &value) override
+    {
+        given += name + QLatin1Char('=') + value;
+    }
+    bool needsUser() const override
+    {
+        return true;
+    }
+    QString user() const override
+    {
+        return who;
+    }
+    void logIn(const QString &user, const QString &password) override
+    {
+        who = user;
+        const bool right = password == QLatin1String("right");
+        Q_EMIT userChecked(right ? CommandOutcome::Done : CommandOutcome::Refused,
+                           right ? QString() : text("the server refuses this user"));
+    }
+
+    Offer offer;
+    QString who = text("oper");
+    QStringList given;
+    int asked = 0;
+};
+
+Offer fullOffer()
+{
+    Offer offer;
+    offer.commands = {{text("beeper.disable"), text("Disable the <b>beeper</b>")},
+                      {text("load.off"), text("Turn off the load immediately")},
+                      {text("test.battery.start"), QString()},
+                      {text("shutdown.stop"), text("Stop a shutdown in progress")},
+                      {text("FSD"), QString()}};
+    OfferedSetting delay;
+    delay.name = text("ups.delay.shutdown");
+    delay.description = text("Interval to wait after shutdown");
+    delay.value = text("20");
+    delay.ranges = {{10, 600}};
+    OfferedSetting sensitivity;
+    sensitivity.name = text("input.sensitivity");
+    sensitivity.value = text("medium");
+    sensitivity.choices = QStringList{text("low"), text("medium"), text("high")};
+    OfferedSetting start;
+    start.name = text("ups.start.auto");
+    start.value = text("yes");
+    start.choices = QStringList{text("no"), text("yes")};
+    OfferedSetting id;
+    id.name = text("ups.id");
+    id.value = text("rack1");
+    id.longest = 8;
+    OfferedSetting outlet;
+    outlet.name = text("outlet.1.switch");
+    outlet.value = text("on");
+    outlet.choices = QStringList{text("on"), text("off")};
+    offer.settings = {delay, sensitivity, start, id, outlet};
+    return offer;
+}
+
+Snapshot online()
+{
+    Snapshot snapshot;
+    snapshot.link = Snapshot::Link::Ok;
+    snapshot.name = text("demo");
+    snapshot.tokens = StatusToken::OnLine;
+    return snapshot;
+}
+
+} // namespace
+
+class ControlPageTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void offersWhatThereIs();
+    void nothingOffered();
+    void consequences_data();
+    void consequences();
+    void harmlessAtOnce();
+    void dangerousHeld_data();
+    void dangerousHeld();
+    void letGoTooEarly_data();
+    void letGoTooEarly();
+    void twoPresses();
+    void editors();
+    void dangerousSetting();
+    void editedValueStays();
+    void asksForAUser();
+    void keepsAUserOnlyWhenAsked();
+    void outcomesAreSaid_data();
+    void outcomesAreSaid();
+    void simulatorHasItsOwnGroup();
+    void realServer();
+
+private:
+    template <typename T>
+    T *find(const char *name) const
+    {
+        return window->findChild<T *>(QLatin1String(name));
+    }
+    QString message() const
+    {
+        return find<QLabel>("message")->text();
+    }
+    void show(UpsFeed *shown)
+    {
+        ups->setFeed(shown);
+        ups->take(online());
+        window->showPage(int(window->pageNames().indexOf(text("control"))));
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        deliverAll();
+    }
+
+    std::unique_ptr<SiteModel> site;
+    UpsModel *ups = nullptr;
+    std::unique_ptr<ConsoleWindow> window;
+    std::unique_ptr<OfferingFeed> feed;
+    decltype(QTest::createTouchDevice()) finger = QTest::createTouchDevice();
+};
+
+void ControlPageTest::init()
+{
+    site = std::make_unique<SiteModel>();
+    ups = site->add(text("demo@host:3493"));
+    window = std::make_unique<ConsoleWindow>(site.get());
+    window->resize(1000, 900);
+    feed = std::make_unique<OfferingFeed>();
+    feed->offer = fullOffer();
+}
+
+void ControlPageTest::cleanup()
+{
+    window.reset();
+    site.reset();
+    feed.reset();
+}
+
+void ControlPageTest::offersWhatThereIs()
+{
+    show(feed.get());
+    QVERIFY(feed->asked > 0);
+    for (const char *name : {"beeper.disable", "load.off", "test.battery.start", "shutdown.stop"})
+        QVERIFY2(find<AeroButton>(name) && find<AeroButton>(name)->isVisible(), name);
+    // Never the order to all machines to shut down.
+    QVERIFY(!find<QWidget>("FSD"));
+    QVERIFY(!find<QWidget>("bypass.start"));
+    // The server's words are no markup.
+    bool described = false;
+    for (const QLabel *label : window->findChildren<QLabel *>()) {
+        if (label->text() != text("Disable the <b>beeper</b>"))
+            continue;
+        described = true;
+        QCOMPARE(label->textFormat(), Qt::PlainText);
+    }
+    QVERIFY(described);
+    // What a simulator can do is not offered here.
+    QVERIFY(!find<QWidget>("Cut the link")->isVisible());
+    QVERIFY(!find<QWidget>("Run on battery")->isVisible());
+    // Another UPS has other commands.
+    feed->offer = Offer();
+    feed->offer.commands = {{text("bypass.start"), QString()}};
+    feed->askForOffer();
+    deliverAll();
+    QVERIFY(find<AeroButton>("bypass.start")->isVisible());
+    QTRY_VERIFY(!find<QWidget>("load.off"));
+}
+
+void ControlPageTest::nothingOffered()
+{
+    feed->offer = Offer();
+    show(feed.get());
+    QVERIFY(find<QLabel>("noCommands")->isVisible());
+    for (const AeroButton *button : window->findChildren<AeroButton *>())
+        QVERIFY(!button->isVisible());
+}
+
+void ControlPageTest::consequences_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("part");
+    const auto row = [](const char *name, const char *part) {
+        QTest::newRow(name) << text(name) << text(part);
+    };
+    row("load.off", "output off");
+    row("load.off.delay", "output off");
+    row("shutdown.return", "UPS down");
+    row("shutdown.stayoff", "UPS down");
+    row("shutdown.reboot.graceful", "UPS down");
+    row("driver.killpower", "UPS down");
+    row("outlet.1.load.off", "outlet off");
+    row("outlet.2.shutdown.return", "outlet off");
+    row("outlet.group.1.load.cycle", "outlet off");
+    row("bypass.start", "not protected");
+    row("test.battery.start.deep", "on battery");
+    row("test.failure.start", "on battery");
+    row("calibrate.start", "on battery");
+    row("experimental.power_off", "switch off");
+    row("shutdown.stop", "");
+    row("load.on", "");
+    row("bypass.stop", "");
+    row("beeper.disable", "");
+    row("test.battery.stop", "");
+    row("test.panel.start", "");
+    row("reset.watchdog", "");
+}
+
+void ControlPageTest::consequences()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, part);
+    const QString consequence = consequenceOf(name);
+    QCOMPARE(consequence.isEmpty(), part.isEmpty());
+    QVERIFY2(consequence.contains(part), qPrintable(consequence));
+}
+
+void ControlPageTest::harmlessAtOnce()
+{
+    show(feed.get());
+    QTest::mouseClick(find<AeroButton>("beeper.disable"), Qt::LeftButton);
+    QCOMPARE(feed->given, QStringList{text("beeper.disable ")});
+    QTest::mouseClick(find<AeroButton>("shutdown.stop"), Qt::LeftButton);
+    QCOMPARE(feed->given.size(), 2);
+}
+
+void ControlPageTest::dangerousHeld_data()
+{
+    QTest::addColumn<QString>("by");
+    for (const char *by : {"mouse", "key", "finger"})
+        QTest::newRow(by) << text(by);
+}
+
+void ControlPageTest::dangerousHeld()
+{
+    QFETCH(QString, by);
+    show(feed.get());
+    auto *button = find<AeroButton>("load.off");
+    const QPoint place = button->mapTo(window.get(), button->rect().center());
+    QElapsedTimer clock;
+    clock.start();
+    if (by == QLatin1String("mouse")) {
+        QTest::mousePress(button, Qt::LeftButton);
+    } else if (by == QLatin1String("key")) {
+        button->setFocus();
+        QTest::keyPress(button, Qt::Key_Space);
+    } else {
+        QTest::touchEvent(window->windowHandle(), finger).press(0, place, window->windowHandle());
+    }
+    QTRY_VERIFY(message().contains(text("loses power")));
+    QVERIFY(feed->given.isEmpty());
+    QTRY_COMPARE(feed->given, QStringList{text("load.off ")});
+    QVERIFY2(clock.elapsed() >= HoldGuard::holdMsecs - 100,
+             qPrintable(QString::number(clock.elapsed())));
+    // Once, however long it is held; then again.
+    if (by == QLatin1String("mouse"))
+        QTest::mouseRelease(button, Qt::LeftButton);
+    else if (by == QLatin1String("key"))
+        QTest::keyRelease(button, Qt::Key_Space);
+    else
+        QTest::touchEvent(window->windowHandle(), finger).release(0, place, window->windowHandle());
+    deliverAll();
+    QCOMPARE(feed->given.size(), 1);
+}
+
+void ControlPageTest::letGoTooEarly_data()
+{
+    QTest::addColumn<QString>("by");
+    for (const char *by : {"release", "leaving", "key", "focus", "disabling", "hiding"})
+        QTest::newRow(by) << text(by);
+}
+
+void ControlPageTest::letGoTooEarly()
+{
+    QFETCH(QString, by);
+    show(feed.get());
+    auto *button = find<AeroButton>("load.off");
+    auto *guard = button->findChild<HoldGuard *>();
+    int broken = 0;
+    connect(guard, &HoldGuard::broken, this, [&broken] { ++broken; });
+    button->setFocus();
+    if (by == QLatin1String("key"))
+        QTest::keyPress(button, Qt::Key_Space);
+    else
+        QTest::mousePress(button, Qt::LeftButton);
+    QTest::qWait(HoldGuard::holdMsecs / 4);
+    if (by == QLatin1String("release")) {
+        QTest::mouseRelease(button, Qt::LeftButton);
+    } else if (by == QLatin1String("leaving")) {
+        QMouseEvent away(QEvent::MouseMove, QPointF(-30, 5), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(button, &away);
+    } else if (by == QLatin1String("key")) {
+        QTest::keyRelease(button, Qt::Key_Space);
+    } else if (by == QLatin1String("focus")) {
+        QFocusEvent out(QEvent::FocusOut);
+        QCoreApplication::sendEvent(button, &out);
+    } else if (by == QLatin1String("disabling")) {
+        button->setEnabled(false);
+    } else {
+        button->hide();
+    }
+    QCOMPARE(broken, 1);
+    QTest::qWait(HoldGuard::holdMsecs + 200);
+    QVERIFY(feed->given.isEmpty());
+}
+
+/// A program that acts for its user cannot hold.
+void ControlPageTest::twoPresses()
+{
+    show(feed.get());
+    auto *button = find<AeroButton>("load.off");
+    QVERIFY(button->accessibleDescription().contains(text("loses power")));
+    button->click();
+    QVERIFY(feed->given.isEmpty());
+    QVERIFY2(message().contains(text("Press again")), qPrintable(message()));
+    button->click();
+    QCOMPARE(feed->given, QStringList{text("load.off ")});
+    button->click();
+    QCOMPARE(feed->given.size(), 1);
+}
+
+void ControlPageTest::editors()
+{
+    show(feed.get());
+    auto *delay = find<QSpinBox>("ups.delay.shutdown");
+    auto *set = find<AeroButton>("set ups.delay.shutdown");
+    QCOMPARE(delay->value(), 20);
+    QCOMPARE(delay->minimum(), 10);
+    QCOMPARE(delay->maximum(), 600);
+    QVERIFY(!set->isEnabled());
+    delay->setValue(60);
+    QVERIFY(set->isEnabled());
+    QTest::mouseClick(set, Qt::LeftButton);
+    QCOMPARE(feed->given.last(), text("ups.delay.shutdown=60"));
+    auto *sensitivity = find<QComboBox>("input.sensitivity");
+    QCOMPARE(sensitivity->count(), 3);
+    QCOMPARE(sensitivity->currentText(), text("medium"));
+    sensitivity->setCurrentText(text("high"));
+    QTest::mouseClick(find<AeroButton>("set input.sensitivity"), Qt::LeftButton);
+    QCOMPARE(feed->given.last(), text("input.sensitivity=high"));
+    auto *start = find<QCheckBox>("ups.start.auto");
+    QVERIFY(start->isChecked());
+    start->click();
+    QTest::mouseClick(find<AeroButton>("set ups.start.auto"), Qt::LeftButton);
+    QCOMPARE(feed->given.last(), text("ups.start.auto=no"));
+    auto *id = find<QLineEdit>("ups.id");
+    QCOMPARE(id->maxLength(), 8);
+    id->setText(QString());
+    QVERIFY(!find<AeroButton>("set ups.id")->isEnabled());
+    id->setText(text("rack 22 and more").left(id->maxLength()));
+    QTest::mouseClick(find<AeroButton>("set ups.id"), Qt::LeftButton);
+    QCOMPARE(feed->given.last(), text("ups.id=rack 22 "));
+}
+
+void ControlPageTest::dangerousSetting()
+{
+    show(feed.get());
+    find<QCheckBox>("outlet.1.switch")->click();
+    auto *set = find<AeroButton>("set outlet.1.switch");
+    QVERIFY(set->isEnabled());
+    QTest::mouseClick(set, Qt::LeftButton);
+    QVERIFY(feed->given.isEmpty());
+    QTest::mousePress(set, Qt::LeftButton);
+    QTRY_COMPARE(feed->given, QStringList{text("outlet.1.switch=off")});
+}
+
+void ControlPageTest::editedValueStays()
+{
+    show(feed.get());
+    auto *delay = find<QSpinBox>("ups.delay.shutdown");
+    auto *id = find<QLineEdit>("ups.id");
+    delay->setValue(60);
+    Snapshot changed = online();
+    changed.variables.insert(text("ups.delay.shutdown"), text("30"));
+    changed.variables.insert(text("ups.id"), text("other"));
+    ups->take(changed);
+    QCOMPARE(delay->value(), 60);
+    QCOMPARE(id->text(), text("other"));
+    QVERIFY(!find<AeroButton>("set ups.id")->isEnabled());
+    delay->setValue(30);
+    QVERIFY(!find<AeroButton>("set ups.delay.shutdown")->isEnabled());
+}
+
+void ControlPageTest::asksForAUser()
+{
+    feed->who.clear();
+    show(feed.get());
+    QTest::mouseClick(find<AeroButton>("beeper.disable"), Qt::LeftButton);
+    QVERIFY(feed->given.isEmpty());
+    auto *dialog = find<LoginDialog>("login");
+    QVERIFY(dialog);
+    QCOMPARE(dialog->findChild<QLineEdit *>(text("password"))->echoMode(), QLineEdit::Password);
+    dialog->findChild<QLineEdit *>(text("user"))->setText(text("oper"));
+    auto *password = dialog->findChild<QLineEdit *>(text("password"));
+    auto *ok = dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+    password->setText(text("wrong"));
+    ok->click();
+    // It stays, and says why.
+    QVERIFY(dialog->isVisible());
+    const QString answer = dialog->findChild<QLabel *>(text("answer"))->text();
+    QVERIFY2(answer.contains(text("refuses this user")), qPrintable(answer));
+    password->setText(text("right"));
+    ok->click();
+    QTRY_VERIFY(!find<LoginDialog>("login"));
+    QVERIFY(find<QLabel>("commandUser")->text().contains(text("oper")));
+    QTest::mouseClick(find<AeroButton>("beeper.disable"), Qt::LeftButton);
+    QCOMPARE(feed->given.size(), 1);
+}
+
+void ControlPageTest::keepsAUserOnlyWhenAsked()
+{
+    feed->who.clear();
+    show(feed.get());
+    QStringList kept;
+    connect(window.get(), &ConsoleWindow::keepUser, this,
+            [&](const QString &id, const QString &user, const QString &password) {
+                kept += id + QLatin1Char('/') + user + QLatin1Char('/') + password;
+            });
+    for (const bool keep : {false, true}) {
+        QTest::mouseClick(find<AeroButton>("logIn"), Qt::LeftButton);
+        auto *dialog = find<LoginDialog>("login");
+        dialog->findChild<QLineEdit *>(text("user"))->setText(text("oper"));
+        dialog->findChild<QLineEdit *>(text("password"))->setText(text("right"));
+        auto *keeps = dialog->findChild<QCheckBox *>(text("keep"));
+        QVERIFY(!keeps->isChecked());
+        keeps->setChecked(keep);
+        dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
+        QTRY_VERIFY(!find<LoginDialog>("login"));
+        QCOMPARE(kept.size(), keep ? 1 : 0);
+    }
+    QCOMPARE(kept.constFirst(), text("demo@host:3493/oper/right"));
+}
+
+void ControlPageTest::outcomesAreSaid_data()
+{
+    QTest::addColumn<int>("outcome");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("done") << int(CommandOutcome::Done) << "Load off: done";
+    QTest::newRow("refused") << int(CommandOutcome::Refused) << "Load off: refused, <i>why</i>";
+    QTest::newRow("failed") << int(CommandOutcome::Failed) << "Load off: failed, <i>why</i>";
+    QTest::newRow("unconfirmed") << int(CommandOutcome::Unconfirmed)
+                                 << "Load off: not confirmed, <i>why</i>";
+}
+
+void ControlPageTest::outcomesAreSaid()
+{
+    QFETCH(int, outcome);
+    QFETCH(QString, words);
+    show(feed.get());
+    QVector<CommandRecord> records;
+    connect(site.get(), &SiteModel::commandFinished, this,
+            [&](UpsModel *, const CommandRecord &record) { records += record; });
+    ups->run(text("load.off"));
+    QCOMPARE(message(), text("Load off: asked …"));
+    QCOMPARE(ups->commandsUnderWay(), 1);
+    const bool done = outcome == int(CommandOutcome::Done);
+    Q_EMIT feed->commandFinished({text("load.off"), QString(), text("oper"),
+                                  CommandOutcome(outcome), done ? QString() : text("<i>why</i>")});
+    QCOMPARE(message(), words);
+    QCOMPARE(find<QLabel>("message")->textFormat(), Qt::PlainText);
+    QCOMPARE(ups->commandsUnderWay(), 0);
+    QCOMPARE(records.size(), 1);
+    QCOMPARE(records.first().user, text("oper"));
+    QCOMPARE(records.first().ups, ups->id());
+}
+
+void ControlPageTest::simulatorHasItsOwnGroup()
+{
+    class SwitchingFeed : public OfferingFeed
+    {
+    public:
+        bool supports(Command command) const override
+        {
+            return command == Command::GoToBypass || command == Command::ReturnToMains;
+        }
+        bool needsUser() const override
+        {
+            return false;
+        }
+    };
+    SwitchingFeed switching;
+    show(&switching);
+    QVERIFY(find<AeroSwitch>("Bypass")->isVisible());
+    QVERIFY(!find<AeroSwitch>("Cut the link")->isVisible());
+    QVERIFY(find<AeroSwitch>("Cut the link")->parentWidget() !=
+            find<AeroSwitch>("Bypass")->parentWidget());
+    ups->setFeed(nullptr);
+}
+
+/// From the button to the UPS and back to the screen.
+void ControlPageTest::realServer()
+{
+    NutServer server;
+    server.useDriver(QStringLiteral(KIV_UPS_DRIVER));
+    QVERIFY(server.writeUsers("[oper]\n  password = secret\n  actions = SET\n  instcmds = ALL\n"));
+    QVERIFY2(server.start(), qPrintable(server.problem()));
+    NutFeed real({text("demo"), text("127.0.0.1"), server.port()});
+    ups->setFeed(&real);
+    real.start();
+    window->showPage(int(window->pageNames().indexOf(text("control"))));
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    QTRY_VERIFY_WITH_TIMEOUT(find<AeroButton>("load.off"), patience);
+    ups->logIn(text("oper"), text("secret"));
+    deliverAll();
+    QTest::mousePress(find<AeroButton>("load.off"), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(message(), text("Load off: done"), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(ups->headline().state, text("Output off"), patience);
+    ups->run(text("test.failure.start"));
+    QTRY_VERIFY_WITH_TIMEOUT(message().contains(text("failed")), patience);
+    ups->setFeed(nullptr);
+}
+
+KIV_TEST_MAIN(ControlPageTest)
+
+#include "tst_controlpage.moc"
