@@ -67,6 +67,10 @@ std::optional<int> Program::begin(const CommonOptions &options)
 
 std::unique_ptr<QApplication> Program::makeApplication(int &argc, char **argv)
 {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    // Icons with all pixels of a dense screen, as Qt 6 shows them by itself.
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
     const QtMessageHandler previous = qInstallMessageHandler(StartMessages::keep);
     auto application = std::make_unique<QApplication>(argc, argv);
     qInstallMessageHandler(previous);
