@@ -18,6 +18,7 @@
 #include "settingspage.h"
 #include "severitylook.h"
 #include "theme.h"
+#include "trendspage.h"
 
 #include <metronavdrawer.h>
 #include <metrostatusbar.h>
@@ -48,6 +49,7 @@ namespace {
 constexpr int stripUnits = 34;
 constexpr int tabUnits = 84;
 constexpr int tabPictogram = 34;
+constexpr int alarmPictogram = 18;
 constexpr int stripMargin = 14;
 
 /// The lamp of a tab is drawn here, whatever the tab's size, so its name starts below.
@@ -90,7 +92,7 @@ double scaleFor(QSize window, int dotsPerInch)
 /// A tab's face: the drawing with its name under it; the chosen one is lit, with a bar towards the
 /// pages.
 QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size, bool lamp,
-                bool hovered, const QString &badge, Severity badgeSeverity)
+                bool hovered, const QString &badge, Severity badgeSeverity, Severity alarm)
 {
     QPixmap face = transparentPixmap(size);
     QPainter painter(&face);
@@ -117,6 +119,17 @@ QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size,
     painter.setPen(color);
     painter.setFont(font);
     painter.drawText(QRect(0, above, size.width(), textHeight), Qt::AlignCenter, name);
+    if (alarm != Severity::Normal) {
+        // In the place of the lamp.
+        const SeverityLook look = lookOf(alarm, true);
+        constexpr int ringLighter = 190;
+        const bool isRing = alarm == Severity::Unknown;
+        const int sign = std::max(Theme::px(alarmPictogram), 12);
+        painter.drawPixmap(4, (above - sign) / 2,
+                           severitySign(alarm, sign,
+                                        isRing ? look.plate.lighter(ringLighter) : look.plate,
+                                        look.ink, face.devicePixelRatio()));
+    }
     if (!badge.isEmpty()) {
         const SeverityLook look = lookOf(badgeSeverity, true);
         painter.setFont(Theme::font(Theme::Small, true));
@@ -290,15 +303,18 @@ void ConsoleWindow::makeTabs()
     stack->changeTimePosition(shrinkTime);
     stack->changeTimeRotation(turnTime);
 
+    overview = new OverviewPage;
     events = new EventsPage(site);
+    trends = new TrendsPage;
     settings = new SettingsPage;
-    addTab(tr("Overview"), Pictogram::Overview, new OverviewPage, systemState);
+    addTab(tr("Overview"), Pictogram::Overview, overview, systemState);
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
     auto *control = new ControlPage;
     addTab(tr("Control"), Pictogram::Control, control, batteryState);
     connect(control, &ControlPage::said, this, &ConsoleWindow::say);
     connect(control, &ControlPage::keepUser, this, &ConsoleWindow::keepUser);
     addTab(tr("Events"), Pictogram::Events, events, noState);
+    addTab(tr("Trends"), Pictogram::Trends, trends, noState);
     addTab(tr("Information"), Pictogram::Help, new InformationPage, noState);
     addTab(tr("Settings"), Pictogram::Settings, settings, noState);
     connect(settings, &SettingsPage::darkThemeChosen, this, &ConsoleWindow::setDarkTheme);
@@ -338,7 +354,8 @@ void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
     page->setAutoFillBackground(false);
     scrollByFinger(room);
     stack->addWidget(room);
-    tabs.push_back({button, page, room, picture, name, state, QString(), Severity::Normal});
+    tabs.push_back(
+        {button, page, room, picture, name, state, QString(), Severity::Normal, Severity::Normal});
 }
 
 void ConsoleWindow::makeDrawer()
@@ -515,9 +532,20 @@ void ConsoleWindow::showUps()
 
 void ConsoleWindow::showTabStates()
 {
-    for (const Tab &tab : tabs)
-        tab.button->setState(
-            shownState(tabsHaveLamps ? tab.state(ups->snapshot()) : noState(ups->snapshot())));
+    for (Tab &tab : tabs) {
+        const ElementState state = tab.state(ups->snapshot());
+        tab.button->setState(shownState(tabsHaveLamps ? state : noState(ups->snapshot())));
+        // A tab that is too low for its lamp has a sign instead.
+        const Severity alarm = tabsHaveLamps ? Severity::Normal : severityOf(state.alarm);
+        if (alarm == tab.alarm)
+            continue;
+        tab.alarm = alarm;
+        tab.button->setAccessibleDescription(
+            alarm == Severity::Normal
+                ? QString()
+                : sentence(nameOf(state.alarm)) + QStringLiteral(". ") + tab.button->toolTip());
+        drawTab(tab, tab.button->underMouse());
+    }
 }
 
 void ConsoleWindow::setHistory(History *shown)
@@ -525,7 +553,9 @@ void ConsoleWindow::setHistory(History *shown)
     if (history)
         history->disconnect(this);
     history = shown;
+    overview->setHistory(history);
     events->setHistory(history);
+    trends->setHistory(history);
     if (history)
         connect(history, &History::unacknowledgedChanged, this, &ConsoleWindow::showUnacknowledged);
     showUnacknowledged();
@@ -699,7 +729,7 @@ void ConsoleWindow::drawTab(const Tab &tab, bool hovered)
     QIcon icon;
     for (const bool chosen : {false, true})
         icon.addPixmap(tabFace(tab.picture, tab.name, chosen, tab.button->iconSize(), tabsHaveLamps,
-                               hovered, tab.badge, tab.badgeSeverity),
+                               hovered, tab.badge, tab.badgeSeverity, tab.alarm),
                        QIcon::Normal, chosen ? QIcon::On : QIcon::Off);
     tab.button->setIcon(icon);
     // A new icon shows when the tab drops its picture, as it does for a removed child.

@@ -15,6 +15,7 @@ class KeyHelp;
 class MetroNavdrawer;
 class MetroStatusbar;
 class MetroTabicon;
+class OverviewPage;
 class Page;
 class QLabel;
 class QScrollArea;
@@ -23,6 +24,7 @@ class QTimer;
 class RotateStackedWidget;
 class SettingsPage;
 class TranspButton;
+class TrendsPage;
 enum class Pictogram;
 
 /// The console: tabs at the left, a strip with the UPS's name, the banner with its state, the
@@ -86,6 +88,7 @@ private:
         ElementState (*state)(const Snapshot &);
         QString badge; ///< a number beside the drawing; may be empty
         Severity badgeSeverity = Severity::Normal;
+        Severity alarm = Severity::Normal; ///< that is drawn for want of a lamp
     };
 
     struct DrawerEntry
@@ -133,7 +136,9 @@ private:
     Banner *banner;
     QWidget *rail;
     RotateStackedWidget *stack;
+    OverviewPage *overview;
     EventsPage *events;
+    TrendsPage *trends;
     SettingsPage *settings;
     History *history = nullptr;
     MetroNavdrawer *drawer;

@@ -7,7 +7,6 @@
 #include "severitylook.h"
 #include "theme.h"
 
-#include <QShortcut>
 #include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QComboBox>
@@ -16,6 +15,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListView>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QShortcut>
 #include <QtWidgets/QStyledItemDelegate>
 #include <QtWidgets/QToolButton>
 

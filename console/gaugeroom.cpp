@@ -261,6 +261,63 @@ void GaugeRoom::redraw()
     update();
 }
 
+Quantity GaugeRoom::shownQuantity() const
+{
+    return quantity;
+}
+
+void GaugeRoom::showTrend(const QVector<TrendPoint> &points, TimeSpan span)
+{
+    if (points.isEmpty() && trend.isEmpty())
+        return;
+    trend = points;
+    trendSpan = span;
+    redraw();
+}
+
+void GaugeRoom::drawTrend(QPainter *painter) const
+{
+    // Between the ends of the ring, under the figures.
+    const QRectF room(center.x() - radius * 0.42, center.y() + radius * 0.4, radius * 0.84,
+                      radius * 0.34);
+    constexpr double leastRadius = 40.0;
+    const qint64 length = trendSpan.to - trendSpan.from;
+    if (radius < leastRadius || trend.isEmpty() || length <= 0)
+        return;
+    double low = double(trend.first().low);
+    double high = double(trend.first().high);
+    for (const TrendPoint &point : trend) {
+        low = std::min(low, double(point.low));
+        high = std::max(high, double(point.high));
+    }
+    // What hardly moves is a flat line: a tenth of the scale has the full height.
+    const double least = (scale.maximum - scale.minimum) / 10.0;
+    if (high - low < least) {
+        const double middle = (low + high) / 2;
+        low = middle - least / 2;
+        high = middle + least / 2;
+    }
+    const auto placeOf = [&](qint64 at, float value) {
+        return QPointF(room.left() + double(at - trendSpan.from) / double(length) * room.width(),
+                       room.bottom() - (double(value) - low) / (high - low) * room.height());
+    };
+    painter->setPen(QPen(palette().color(QPalette::Mid), 0));
+    painter->setBrush(Qt::NoBrush);
+    QPolygonF line;
+    for (const TrendPoint &point : trend) {
+        if (!point.joined && !line.isEmpty()) {
+            painter->drawPolyline(line);
+            line.clear();
+        }
+        line.append(placeOf(std::max(point.at, trendSpan.from), point.mean));
+    }
+    painter->drawPolyline(line);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(palette().color(QPalette::WindowText));
+    const double dot = std::max(1.6 * Theme::scale(), 1.6);
+    painter->drawEllipse(line.last(), dot, dot);
+}
+
 void GaugeRoom::drawSurroundings()
 {
     QPainter painter(&surroundings);
@@ -304,6 +361,8 @@ void GaugeRoom::drawSurroundings()
         drawMark(&painter, *highest, radius - ring * 0.3, reach);
     if (lowest && *lowest != *highest)
         drawMark(&painter, *lowest, radius - ring * 0.3, reach);
+
+    drawTrend(&painter);
 
     // The ends of the scale, under the ends of the ring.
     painter.setPen(palette().color(QPalette::Mid));

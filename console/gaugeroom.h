@@ -1,5 +1,6 @@
 #pragma once
 
+#include "history/store.h"
 #include "model/upsmodel.h"
 
 #include <QtGui/QPixmap>
@@ -10,8 +11,9 @@
 class MetroCirclerate;
 
 /// A dial with what operators expect around it: the scale's end numbers, a mark for the nominal
-/// value, arcs where a value is too low or too high, and marks for the highest and the lowest value
-/// that were seen. The dial takes the largest radius that the room has.
+/// value, arcs where a value is too low or too high, marks for the highest and the lowest value
+/// that were seen; and a small curve of the past. The dial takes the largest radius that the room
+/// has.
 class GaugeRoom : public QWidget
 {
     Q_OBJECT
@@ -20,6 +22,10 @@ public:
     GaugeRoom(Quantity quantity, const QString &label, QWidget *parent = nullptr);
 
     void showUps(const UpsModel &ups);
+    /// Draws @p points of @p span as a small curve below the figures, where there is room for it;
+    /// none: no curve.
+    void showTrend(const QVector<TrendPoint> &points, TimeSpan span);
+    Quantity shownQuantity() const;
     /// Forgets the highest and the lowest value.
     void forgetPeaks();
 
@@ -45,6 +51,7 @@ private:
     bool isSeen(double before, double now) const;
     void redraw();
     void drawSurroundings();
+    void drawTrend(QPainter *painter) const;
 
     Quantity quantity;
     MetroCirclerate *dial;
@@ -54,6 +61,8 @@ private:
     std::optional<double> lowest;
     std::optional<double> drawnHighest;
     std::optional<double> drawnLowest;
+    QVector<TrendPoint> trend;
+    TimeSpan trendSpan;
     QPixmap surroundings; // all but the dial, as drawn last
     QPointF center;
     int radius = 0;

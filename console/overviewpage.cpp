@@ -7,6 +7,7 @@
 
 #include <metrobatticon.h>
 
+#include <QtCore/QTimer>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QVBoxLayout>
 
@@ -18,11 +19,19 @@ constexpr int diagramShare = 5;
 constexpr int dialShare = 3;
 constexpr int narrowMargin = 6;
 
+// What is drawn beside the dials.
+constexpr qint64 trendLength = hourMsecs;
+constexpr int trendColumns = 60;
+constexpr int trendRefresh = 20000;
+
 } // namespace
 
 OverviewPage::OverviewPage(QWidget *parent)
     : Page(parent)
+    , trendTimer(new QTimer(this))
 {
+    connect(trendTimer, &QTimer::timeout, this, &OverviewPage::readTrends);
+    trendTimer->start(trendRefresh);
     diagramCard = new Card(this);
     diagram = new SingleLineDiagram(diagramCard);
     auto *inside = new QVBoxLayout(diagramCard);
@@ -109,8 +118,54 @@ void OverviewPage::resizeEvent(QResizeEvent *event)
     showBattery();
 }
 
+void OverviewPage::setHistory(History *shown)
+{
+    if (history)
+        history->disconnect(this);
+    history = shown;
+    for (GaugeRoom *dial : dials)
+        dial->showTrend({}, {});
+    if (history) {
+        connect(history, &History::trendRead, this, &OverviewPage::takeTrends);
+        connect(history, &History::replaced, this, &OverviewPage::readTrends);
+        readTrends();
+    }
+}
+
+void OverviewPage::readTrends()
+{
+    // What nobody sees need not be read.
+    if (!history || upsId.isEmpty() || !isVisibleTo(window()))
+        return;
+    QVector<Quantity> quantities;
+    for (const GaugeRoom *dial : dials)
+        quantities.append(dial->shownQuantity());
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    askedTrends = history->readTrend(upsId, quantities, {now - trendLength, now}, trendColumns);
+}
+
+void OverviewPage::takeTrends(int number, const Trend &trend)
+{
+    if (number != askedTrends || trend.ups != upsId)
+        return;
+    for (std::size_t i = 0; i < dials.size() && int(i) < trend.curves.size(); ++i)
+        dials[i]->showTrend(trend.curves.at(int(i)).points, trend.span);
+}
+
+void OverviewPage::showEvent(QShowEvent *event)
+{
+    Page::showEvent(event);
+    readTrends();
+}
+
 void OverviewPage::showUps(const UpsModel &ups)
 {
+    if (ups.id() != upsId) {
+        upsId = ups.id();
+        for (GaugeRoom *dial : dials)
+            dial->showTrend({}, {});
+        readTrends();
+    }
     latest = diagramOf(ups, latest);
     diagram->showDiagram(latest);
     battery->setState(shownState(ups.snapshot().element(Element::Battery)));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "diagram.h"
+#include "history/history.h"
 #include "page.h"
 
 #include <vector>
@@ -8,6 +9,7 @@
 class Card;
 class GaugeRoom;
 class MetroBattIcon;
+class QTimer;
 class SingleLineDiagram;
 
 /// The UPS at a glance: where energy flows and what each element does, and the main values.
@@ -18,16 +20,22 @@ class OverviewPage : public Page
 public:
     explicit OverviewPage(QWidget *parent = nullptr);
 
+    /// Shows the past hour beside the dials as @p history has it, which must live as long; null:
+    /// nothing.
+    void setHistory(History *history);
     void applyScale() override;
     QSize minimumSizeHint() const override;
 
 protected:
     void showUps(const UpsModel &ups) override;
     void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     Card *makeDials();
     void showBattery();
+    void readTrends();
+    void takeTrends(int number, const Trend &trend);
 
     SingleLineDiagram *diagram;
     Card *diagramCard;
@@ -35,4 +43,8 @@ private:
     MetroBattIcon *battery;
     std::vector<GaugeRoom *> dials;
     Diagram latest;
+    QPointer<History> history;
+    QString upsId;
+    QTimer *trendTimer;
+    int askedTrends = 0;
 };

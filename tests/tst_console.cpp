@@ -157,6 +157,7 @@ private Q_SLOTS:
     void wrongOptions();
     void followsTheScenario_data();
     void followsTheScenario();
+    void lowTabsShowAlarms();
     void valuesFollow();
     void noDataIsNotZero();
     void lostCommunicationLeavesNothing();
@@ -263,6 +264,7 @@ void ConsoleTest::followsTheScenario()
 {
     QFETCH(int, phase);
     Console console;
+    console.window.resize(1024, 700); // so high that the tabs have lamps
     console.seek(Scenario::Phase(phase));
     const Snapshot now = console.simulator.current();
     const auto shown = [](ElementState state) {
@@ -284,6 +286,27 @@ void ConsoleTest::followsTheScenario()
         worst = qMax(worst, state.alarm == AlarmState::Fault ? 4 : 0);
     if (worst) {
         QCOMPARE(int(console.find<MetroTabicon>("Power")->getElementState().alarmSt), worst);
+    }
+}
+
+/// Tabs that are too low for a lamp show an alarm by a sign.
+void ConsoleTest::lowTabsShowAlarms()
+{
+    for (const QSize size : {QSize(480, 320), QSize(800, 480)}) {
+        Console console;
+        console.window.resize(size);
+        const auto look = [&](Scenario::Phase phase) {
+            console.seek(phase);
+            deliverAll();
+            return console.find<MetroTabicon>("Power")->grab().toImage();
+        };
+        const QImage normal = look(Scenario::Phase::Normal);
+        const QImage fault = look(Scenario::Phase::InverterFault);
+        const QImage lost = look(Scenario::Phase::CommunicationLost);
+        QVERIFY(fault != normal);
+        QVERIFY(lost != normal);
+        QVERIFY(lost != fault);
+        QCOMPARE(look(Scenario::Phase::Normal), normal);
     }
 }
 
@@ -509,16 +532,19 @@ void ConsoleTest::tabsChangePages()
 {
     Console console;
     auto *stack = console.find<RotateStackedWidget>("pages");
-    QCOMPARE(console.window.pageNames(),
-             QStringList({QStringLiteral("overview"), QStringLiteral("power"),
-                          QStringLiteral("control"), QStringLiteral("events"),
-                          QStringLiteral("information"), QStringLiteral("settings")}));
-    const char *const names[] = {"Overview", "Power",       "Control",
-                                 "Events",   "Information", "Settings"};
-    for (const int index : {2, 1, 3, 5, 4, 0}) {
-        QTest::mouseClick(console.find<MetroTabicon>(names[index]), Qt::LeftButton);
+    const QStringList names = {QStringLiteral("Overview"), QStringLiteral("Power"),
+                               QStringLiteral("Control"),  QStringLiteral("Events"),
+                               QStringLiteral("Trends"),   QStringLiteral("Information"),
+                               QStringLiteral("Settings")};
+    QStringList files;
+    for (const QString &name : names)
+        files.append(name.toLower());
+    QCOMPARE(console.window.pageNames(), files);
+    for (const int index : {2, 1, 3, 6, 4, 5, 0}) {
+        auto *tab = console.window.findChild<MetroTabicon *>(names.at(index));
+        QTest::mouseClick(tab, Qt::LeftButton);
         QCOMPARE(stack->currentIndex(), index);
-        QVERIFY(console.find<MetroTabicon>(names[index])->isChecked());
+        QVERIFY(tab->isChecked());
     }
 }
 

@@ -3,6 +3,7 @@
 #include "feed/scenario.h"
 
 #include "testmain.h"
+#include "watchedsite.h"
 #include "widgetprobe.h"
 
 #include <aerobutton.h>
@@ -202,9 +203,14 @@ void ConsoleLayoutTest::everythingHasItsRoom_data()
 void ConsoleLayoutTest::everythingHasItsRoom()
 {
     QFETCH(QSize, size);
-    SiteModel site;
-    UpsModel *ups = site.add(QStringLiteral("ups"));
-    ConsoleWindow window(&site);
+    // With a history that has something to show.
+    WatchedSite watched;
+    for (int i = 0; i < 120; i += 5)
+        watched.pass(Scenario::snapshotAt(i));
+    UpsModel *ups = watched.ups;
+    ConsoleWindow window(&watched.site);
+    window.setHistory(watched.history.get());
+    QCOMPARE(watched.events().isEmpty(), false);
     // Only the geometry counts; painting 8 million pixels takes its time.
     window.setUpdatesEnabled(false);
     window.resize(size);

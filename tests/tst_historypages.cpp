@@ -1,9 +1,12 @@
+#include "chart.h"
 #include "consolewindow.h"
 #include "elidedlabel.h"
 #include "eventlist.h"
 #include "eventspage.h"
 #include "feed/scenario.h"
+#include "gaugeroom.h"
 #include "theme.h"
+#include "trendspage.h"
 
 #include "testmain.h"
 #include "watchedsite.h"
@@ -105,6 +108,10 @@ private Q_SLOTS:
     void withoutHistory();
     void tenThousandEventsScroll();
     void hostileTexts();
+    void trendsFollowThePeriod();
+    void trendsShowWhatIsChosen();
+    void trendsAreExported();
+    void curvesBesideTheDials();
     void images();
 };
 
@@ -351,14 +358,128 @@ void HistoryPagesTest::hostileTexts()
     QCOMPARE(played.window->grab().isNull(), false);
 }
 
+void HistoryPagesTest::trendsFollowThePeriod()
+{
+    PlayedSite played(300);
+    played.showPage("trends");
+    auto *chart = played.window->findChild<Chart *>();
+    const struct
+    {
+        const char *name;
+        qint64 length;
+    } periods[] = {{"10 min", 10 * minuteMsecs},
+                   {"1 h", hourMsecs},
+                   {"24 h", dayMsecs},
+                   {"7 d", 7 * dayMsecs},
+                   {"30 d", 30 * dayMsecs}};
+    for (const auto &period : periods) {
+        auto *button = played.find<QPushButton>(period.name);
+        QTest::mouseClick(button, Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(chart->span().to - chart->span().from, period.length, 30000);
+        QVERIFY(button->isChecked());
+        QVERIFY(std::abs(chart->span().to - QDateTime::currentMSecsSinceEpoch()) < minuteMsecs);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !chart->lanes().isEmpty() && !chart->lanes().first().points.isEmpty(), 30000);
+    }
+    // Into the past, and not into the future.
+    const TimeSpan before = chart->span();
+    QTest::keyClick(chart, Qt::Key_PageUp);
+    QCOMPARE(chart->span().to, before.to - 15 * dayMsecs);
+    QVERIFY(!played.find<QPushButton>("30 d")->isChecked());
+    for (int i = 0; i < 5; ++i)
+        QTest::keyClick(chart, Qt::Key_PageDown);
+    QVERIFY(chart->span().to <= QDateTime::currentMSecsSinceEpoch());
+}
+
+void HistoryPagesTest::trendsShowWhatIsChosen()
+{
+    PlayedSite played(300);
+    played.showPage("trends");
+    auto *chart = played.window->findChild<Chart *>();
+    const auto shown = [&] {
+        QStringList names;
+        for (const ChartLane &lane : chart->lanes())
+            names.append(nameOf(lane.quantity));
+        return names.join(QLatin1Char(','));
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(
+        shown(), QStringLiteral("Load,Battery charge,Input voltage,Output voltage"), 30000);
+    for (const char *name : {"Load choice", "Battery charge choice", "Input voltage choice",
+                             "Temperature choice", "Input frequency choice", "Runtime choice"})
+        QTest::mouseClick(played.find<QPushButton>(name), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(
+        shown(), QStringLiteral("Runtime,Output voltage,Temperature,Input frequency"), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!chart->lanes().at(2).points.isEmpty(), 30000);
+    // Without a history there is a word of it.
+    played.window->setHistory(nullptr);
+    QVERIFY(chart->lanes().isEmpty());
+    QVERIFY(chart->accessibleDescription().contains(QLatin1String("No history")));
+    QVERIFY(!played.find<QPushButton>("export csv")->isEnabled());
+}
+
+void HistoryPagesTest::trendsAreExported()
+{
+    const QTemporaryDir place;
+    PlayedSite played(300);
+    played.showPage("trends");
+    auto *chart = played.window->findChild<Chart *>();
+    QTRY_VERIFY_WITH_TIMEOUT(!chart->lanes().isEmpty() && !chart->lanes().first().points.isEmpty(),
+                             30000);
+    auto *page = played.window->findChild<TrendsPage *>();
+    const QString image = place.filePath(QStringLiteral("trend.png"));
+    const QString values = place.filePath(QStringLiteral("trend.csv"));
+    page->exportImage(image);
+    page->exportValues(values);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(values) && QFile::exists(image), 30000);
+    QCOMPARE(QImage(image).size(), chart->size());
+    QFile in(values);
+    QVERIFY(in.open(QIODevice::ReadOnly));
+    const QStringList lines =
+        QString::fromUtf8(in.readAll()).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+    int points = 0;
+    for (const ChartLane &lane : chart->lanes())
+        points += int(lane.points.size());
+    QCOMPARE(lines.size(), points + 1);
+    QVERIFY2(lines.at(1).startsWith(csvTime(chart->lanes().first().points.first().at) +
+                                    QStringLiteral(",demo,Load,%,")),
+             qPrintable(lines.at(1)));
+    page->exportValues(place.filePath(QStringLiteral("no/such/place")));
+    QTRY_VERIFY_WITH_TIMEOUT(chart->accessibleDescription().contains(QLatin1String("Not written")),
+                             30000);
+}
+
+void HistoryPagesTest::curvesBesideTheDials()
+{
+    PlayedSite played(1200, 30);
+    played.window->resize(1280, 800);
+    played.showPage("overview");
+    auto *dial = played.find<GaugeRoom>("LoadRoom");
+    QVERIFY(dial);
+    dial->showTrend({}, {});
+    deliverAll();
+    const QImage without = dial->grab().toImage();
+    played.window->setHistory(played.history.get());
+    const auto differs = [&] {
+        const QImage with = dial->grab().toImage();
+        int pixels = 0;
+        for (int y = 0; y < with.height(); ++y) {
+            for (int x = 0; x < with.width(); ++x)
+                pixels += with.pixel(x, y) != without.pixel(x, y) ? 1 : 0;
+        }
+        return pixels;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(differs() > 50, 30000);
+}
+
 /// For looking at them: the pages are written where KIV_PAGE_IMAGES says, if anywhere.
 void HistoryPagesTest::images()
 {
     const QString directory = qEnvironmentVariable("KIV_PAGE_IMAGES");
-    PlayedSite played(directory.isEmpty() ? 60 : int(2 * Scenario::length()));
+    PlayedSite played(directory.isEmpty() ? 60 : int(15 * Scenario::length()),
+                      directory.isEmpty() ? 5 : 2);
     const QSize sizes[] = {{480, 320}, {800, 480}, {1280, 800}, {1920, 1080}};
     QTRY_VERIFY_WITH_TIMEOUT(played.list()->rowCount() > 0 || directory.isEmpty(), 30000);
-    for (const char *page : {"overview", "events", "trends"}) {
+    for (const char *page : {"trends", "events", "overview"}) {
         if (!played.window->pageNames().contains(QLatin1String(page)))
             continue;
         for (const bool dark : {false, true}) {

@@ -105,6 +105,7 @@ private Q_SLOTS:
     void curveHasGaps();
     void curveShowsPeaksWhateverItsSpan_data();
     void curveShowsPeaksWhateverItsSpan();
+    void curveKeepsSteps();
     void curveOfWhatIsNotWrittenYet();
     void flickerIsOneEvent();
     void aWorseConditionAsksAgain();
@@ -522,6 +523,40 @@ void HistoryStoreTest::curveShowsPeaksWhateverItsSpan()
     QCOMPARE(low, 3.0F);
     QCOMPARE(high, 99.0F);
     QCOMPARE(breaks, 1);
+}
+
+/// A value that seldom changes is drawn as the steps that it makes, also with few columns.
+void HistoryStoreTest::curveKeepsSteps()
+{
+    Store store;
+    QVERIFY(store.openInMemory());
+    QVector<UpsSample> samples;
+    for (int minute = 0; minute < 60; ++minute) {
+        const float carried = minute > 10 && minute <= 20 ? 0.0F : 230.0F;
+        samples.append(sampleAt(start + minute * minuteMsecs, carried));
+    }
+    samples.append(sampleAt(start + 10 * minuteMsecs + 30000, 0.0F));
+    samples.append(sampleAt(start + 20 * minuteMsecs + 30000, 230.0F));
+    QVERIFY(store.addSamples(samples));
+    for (const int columns : {40, 60, 97, 118, 120, 240, 3000}) {
+        const auto points = store.curve(ups, Quantity::Load, {start, start + hourMsecs}, columns);
+        QVERIFY(points.size() <= std::max(columns, 130));
+        const qint64 width = hourMsecs / columns + 1;
+        for (const TrendPoint &point : points) {
+            const qint64 at = point.at - start;
+            const bool nearStep = std::abs(at - 10 * minuteMsecs - 30000) <= width ||
+                                  std::abs(at - 20 * minuteMsecs - 30000) <= width;
+            const bool down = at > 10 * minuteMsecs + 30000 && at < 20 * minuteMsecs + 30000;
+            if (!nearStep)
+                QCOMPARE(point.mean, down ? 0.0F : 230.0F);
+        }
+        // No longer stretch without a point that the line would cross aslant.
+        for (int i = 1; i < points.size(); ++i) {
+            QVERIFY(points.at(i).joined);
+            if (points.at(i).mean != points.at(i - 1).mean)
+                QVERIFY(points.at(i).at - points.at(i - 1).at <= width);
+        }
+    }
 }
 
 void HistoryStoreTest::curveOfWhatIsNotWrittenYet()

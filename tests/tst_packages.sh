@@ -117,6 +117,6 @@ takes_pictures() {
     [ "$(find "$scratch/$program" -name '*.png' -size +4k | wc -l)" = "$count" ] ||
         fail "$program's pictures: $(cat "$scratch/$program.log")"
 }
-takes_pictures kivconsole 6 --at 30
+takes_pictures kivconsole 7 --at 30
 takes_pictures kivgallery 1 --widget AeroButton
 echo "packed, unpacked, and used"

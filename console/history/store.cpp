@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <limits>
 #include <map>
 
 #include <fcntl.h>
@@ -128,6 +129,53 @@ QVector<TrendPoint> reduced(const QVector<TrendPoint> &points, TimeSpan span, in
         last = column;
     }
     return result;
+}
+
+/// The samples as one point for each of @p columns in which there was a value: what each value was
+/// there for counts, however seldom it changed.
+QVector<TrendPoint> columnsOf(const QVector<Sample> &samples, TimeSpan span, int columns)
+{
+    QVector<TrendPoint> points;
+    const double width = double(span.to - span.from) / columns;
+    int last = -1;    // the column of the last point
+    double sum = 0.0; // of its values, each times its time
+    double time = 0.0;
+    qint64 coveredUntil = std::numeric_limits<qint64>::min();
+    for (int i = 0; i < samples.size(); ++i) {
+        const Sample &sample = samples.at(i);
+        if (sample.isGap())
+            continue;
+        // The last one, and one before a long silence, is there for an instant.
+        qint64 until = sample.at + 1;
+        if (i + 1 < samples.size() && samples.at(i + 1).at - sample.at <= longestHold)
+            until = std::max(samples.at(i + 1).at, until);
+        const qint64 from = std::max(sample.at, span.from);
+        until = std::min(until, span.to);
+        if (from >= until)
+            continue;
+        const int first = std::min(int(double(from - span.from) / width), columns - 1);
+        const int end = std::min(int(double(until - 1 - span.from) / width), columns - 1);
+        for (int column = first; column <= end; ++column) {
+            const double begin = std::max(double(from - span.from), column * width);
+            const double part = std::min(double(until - span.from), (column + 1) * width) - begin;
+            const bool goesOn = column > first || from <= coveredUntil;
+            if (column != last || !goesOn) {
+                const qint64 middle = span.from + qint64((column + 0.5) * width);
+                points.append({middle, sample.value, sample.value, sample.value, goesOn});
+                sum = time = 0.0;
+                last = column;
+            }
+            TrendPoint &point = points.last();
+            sum += double(sample.value) * part;
+            time += part;
+            point.low = std::min(point.low, sample.value);
+            point.high = std::max(point.high, sample.value);
+            if (time > 0.0)
+                point.mean = std::clamp(float(sum / time), point.low, point.high);
+        }
+        coveredUntil = until;
+    }
+    return points;
 }
 
 TrendPoint pointOf(qint64 begin, qint64 step, const Rollup &rollup)
@@ -782,7 +830,7 @@ QVector<QPair<qint64, Rollup>> Store::rollups(const QString &ups, Quantity quant
 }
 
 QVector<TrendPoint> Store::rawPoints(const QString &ups, Quantity quantity, TimeSpan span,
-                                     const QVector<Sample> &more)
+                                     int columns, const QVector<Sample> &more)
 {
     // From before, so that the value at the begin is known.
     QVector<Sample> all = samples(ups, span.from - longestHold, span.to);
@@ -794,7 +842,8 @@ QVector<TrendPoint> Store::rawPoints(const QString &ups, Quantity quantity, Time
                              }),
               all.end());
     putInOrder(&all);
-    return stepsOf(all);
+    // A step takes two points.
+    return 2 * all.size() > columns ? columnsOf(all, span, columns) : stepsOf(all);
 }
 
 QVector<TrendPoint> Store::curve(const QString &ups, Quantity quantity, TimeSpan span, int columns,
@@ -841,7 +890,7 @@ QVector<TrendPoint> Store::curve(const QString &ups, Quantity quantity, TimeSpan
     }
     QVector<TrendPoint> fine;
     if (step == 0) {
-        fine = rawPoints(ups, quantity, {finest, span.to}, more);
+        fine = rawPoints(ups, quantity, {finest, span.to}, columns, more);
     } else {
         for (const auto &[at, rollup] :
              rollups(ups, quantity, step, floorTo(finest, step), span.to))
