@@ -101,8 +101,24 @@ Banner::Banner(QWidget *parent)
     applyLook();
 }
 
+void Banner::showSite(Severity shown, const QString &line, const QString &below)
+{
+    ofSite = true;
+    severity = shown;
+    timeIsLow = false;
+    headline->setText(line);
+    detail->setText(below);
+    time->setText(QString());
+    sign->setToolTip(nameOf(severity));
+    sign->setAccessibleName(nameOf(severity));
+    setAccessibleName(nameOf(severity) + QStringLiteral(": ") + line);
+    showParts();
+    applyLook();
+}
+
 void Banner::showUps(const UpsModel &ups)
 {
+    ofSite = false;
     system->setState(shownState(ups.snapshot().system));
     headline->setText(ups.headline().text);
     QString below = conditionText(ups);
@@ -133,7 +149,8 @@ void Banner::showParts()
     const int others = around + sign->sizeHint().width() + 4 * layout()->spacing() +
                        (timed ? time->sizeHint().width() : 0) + system->width();
     const int headlineWidth = headline->fontMetrics().horizontalAdvance(headline->text());
-    system->setVisible(width() >= Theme::px(roomForIcon) && width() >= others + headlineWidth);
+    system->setVisible(!ofSite && width() >= Theme::px(roomForIcon) &&
+                       width() >= others + headlineWidth);
     detail->setVisible(!detail->text().isEmpty());
 }
 

@@ -18,6 +18,8 @@ public:
     explicit Banner(QWidget *parent = nullptr);
 
     void showUps(const UpsModel &ups);
+    /// Shows a whole site: @p headline in the look of @p severity, over @p detail.
+    void showSite(Severity severity, const QString &headline, const QString &detail);
     /// Takes the scale of the theme.
     void applyScale();
 
@@ -34,6 +36,7 @@ private:
 
     Severity severity = Severity::Unknown;
     bool timeIsLow = false;
+    bool ofSite = false;
     MetroSysIcon *system;
     QLabel *sign;
     ElidedLabel *headline;

@@ -6,6 +6,7 @@
 #include "display.h"
 #include "elidedlabel.h"
 #include "eventspage.h"
+#include "fleetpage.h"
 #include "focusframe.h"
 #include "history/history.h"
 #include "informationpage.h"
@@ -307,6 +308,26 @@ void ConsoleWindow::makeTabs()
     events = new EventsPage(site);
     trends = new TrendsPage;
     settings = new SettingsPage;
+    if (site->count() != 1 || site->isGrowing()) {
+        fleet = new FleetPage(site);
+        addTab(tr("Fleet"), Pictogram::Ups, fleet, noState);
+        connect(fleet, &FleetPage::chosen, this, [this](UpsModel *chosen) {
+            follow(chosen);
+            showPage(1);
+        });
+        // Counting is not for every value of a thousand UPSes.
+        siteTimer = new QTimer(this);
+        siteTimer->setSingleShot(true);
+        constexpr int countMsecs = 250;
+        siteTimer->setInterval(countMsecs);
+        connect(siteTimer, &QTimer::timeout, this, &ConsoleWindow::showSite);
+        const auto later = [this] {
+            if (!siteTimer->isActive())
+                siteTimer->start();
+        };
+        connect(site, &SiteModel::changed, this, later);
+        connect(site, &SiteModel::added, this, later);
+    }
     addTab(tr("Overview"), Pictogram::Overview, overview, systemState);
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
     auto *control = new ControlPage;
@@ -507,9 +528,11 @@ void ConsoleWindow::showUps()
 {
     const Snapshot &snapshot = ups->snapshot();
     const QString name = ups->title().isEmpty() ? tr("UPS") : ups->title();
-    upsName->setText(name);
-    simulatedMark->setVisible(snapshot.simulated);
-    banner->showUps(*ups);
+    if (!showsFleet()) {
+        upsName->setText(name);
+        simulatedMark->setVisible(snapshot.simulated);
+        banner->showUps(*ups);
+    }
     showTabStates();
 
     const Severity severity = worseOf(ups->headline().severity, ups->severity());
@@ -528,6 +551,43 @@ void ConsoleWindow::showUps()
                                : severitySign(severity, side, look.plate, look.ink));
         setWindowIcon(icon);
     }
+}
+
+bool ConsoleWindow::showsFleet() const
+{
+    return fleet && !tabs.empty() && stack->currentIndex() == 0;
+}
+
+/// The counts of the site, on its page and, by a badge, on all others.
+void ConsoleWindow::showSite()
+{
+    const auto counts = site->counts();
+    const int bad = counts.at(std::size_t(Severity::Critical)) +
+                    counts.at(std::size_t(Severity::Warning)) +
+                    counts.at(std::size_t(Severity::Unknown));
+    Tab &tab = tabs.front();
+    constexpr int most = 99;
+    const QString badge = bad == 0     ? QString()
+                          : bad > most ? QStringLiteral("99+")
+                                       : QString::number(bad);
+    const Severity severity = site->severity();
+    if (tab.badge != badge || tab.badgeSeverity != severity) {
+        tab.badge = badge;
+        tab.badgeSeverity = severity;
+        tab.button->setAccessibleName(bad == 0 ? tab.name
+                                               : tr("%1, %2 not in order").arg(tab.name).arg(bad));
+        drawTab(tab, tab.button->underMouse());
+    }
+    if (!showsFleet())
+        return;
+    upsName->setText(tr("All UPSes (%1)").arg(site->count()));
+    simulatedMark->hide();
+    const UpsModel *worst = site->worst();
+    const bool calm = severity == Severity::Normal || !worst;
+    banner->showSite(site->count() == 0 ? Severity::Unknown : severity,
+                     site->count() == 0 ? tr("No UPS is known yet") : countText(*site),
+                     calm ? QString()
+                          : worst->title() + QStringLiteral(": ") + worst->headline().text);
 }
 
 void ConsoleWindow::showTabStates()
@@ -633,6 +693,10 @@ void ConsoleWindow::showPage(int index)
 {
     tabs.at(std::size_t(index)).button->setChecked(true);
     stack->setCurrentIndex(index);
+    if (fleet) {
+        showUps();
+        showSite();
+    }
     // What it left out while nobody saw it.
     tabs.at(std::size_t(index)).page->refresh();
     keep("page", pageNames().at(index));

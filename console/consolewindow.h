@@ -9,6 +9,7 @@
 
 class Banner;
 class ElidedLabel;
+class FleetPage;
 class EventsPage;
 class History;
 class KeyHelp;
@@ -99,6 +100,8 @@ private:
     };
 
     void follow(UpsModel *ups);
+    bool showsFleet() const;
+    void showSite();
     void showUps();
     void offerCommands();
     void makeStrip();
@@ -123,6 +126,8 @@ private:
     void keep(const char *key, const QVariant &value);
 
     SiteModel *site;
+    FleetPage *fleet = nullptr; // where there may be more than one UPS
+    QTimer *siteTimer = nullptr;
     UpsModel nobody{QString()}; // shown while the site has no UPS
     UpsModel *ups = &nobody;    // the one that is shown
     MetroStatusbar *strip;

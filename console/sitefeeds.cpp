@@ -132,6 +132,7 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
             addUps(server->link.get(), entry, ups, false);
         if (!entry.all)
             continue;
+        site->setGrowing(true);
         const QString source = entry.host.toString();
         connect(server->link.get(), &NutServerFeed::found, this,
                 [this, server](const QVector<NutUps> &all) { takeFound(*server, all); });

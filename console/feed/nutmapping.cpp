@@ -108,14 +108,20 @@ constexpr PhaseRow phaseTable[] = {
 
 constexpr int phaseCount = 3;
 
-QStringList split(const char *text, char separator)
+/// The parts of a text of the tables, which is split once.
+const QStringList &split(const char *text, char separator)
 {
-    return QString::fromLatin1(text).split(QLatin1Char(separator), Qt::SkipEmptyParts);
+    thread_local QHash<const char *, QStringList> known;
+    const auto found = known.constFind(text);
+    if (found != known.cend())
+        return *found;
+    return *known.insert(
+        text, QString::fromLatin1(text).split(QLatin1Char(separator), Qt::SkipEmptyParts));
 }
 
 QString firstText(const NutVariables &variables, const char *alternatives)
 {
-    const QStringList names = split(alternatives, '|');
+    const QStringList &names = split(alternatives, '|');
     for (const QString &variable : names) {
         QString text = plainText(variables.value(variable));
         if (!text.isEmpty())
@@ -126,7 +132,7 @@ QString firstText(const NutVariables &variables, const char *alternatives)
 
 std::optional<double> firstNumber(const NutVariables &variables, const char *alternatives)
 {
-    const QStringList names = split(alternatives, '|');
+    const QStringList &names = split(alternatives, '|');
     for (const QString &alternative : names) {
         const std::optional<double> literal = nutNumber(alternative);
         const std::optional<double> number =
@@ -157,7 +163,7 @@ QVector<PhaseValue> phasesOf(const NutVariables &variables, const char *alternat
     static const QStringList singles = split("L1 L2 L3", ' ');
     static const QStringList pairs = split("L1-L2 L2-L3 L3-L1", ' ');
     QVector<PhaseValue> phases;
-    const QStringList names = split(alternatives, '|');
+    const QStringList &names = split(alternatives, '|');
     for (const QString &name : names) {
         const QLatin1Char mark(name.contains(QLatin1Char('*')) ? '*' : '#');
         for (int i = 0; i < phaseCount; ++i) {
@@ -308,7 +314,7 @@ void takeStatus(Snapshot *snapshot, const QStringList &tokens)
 {
     QStringList untold = tokens;
     for (const StatusRow &row : statusTable) {
-        const QStringList needed = split(row.tokens, ' ');
+        const QStringList &needed = split(row.tokens, ' ');
         const bool holds = std::all_of(needed.begin(), needed.end(), [&](const QString &token) {
             return tokens.contains(token);
         });
@@ -365,6 +371,12 @@ std::optional<bool> beeperOf(const NutVariables &variables)
 
 QString plainText(const QString &text)
 {
+    // Most texts are plain already, and stay shared.
+    const bool plainAlready = std::all_of(text.cbegin(), text.cend(), [](QChar c) {
+        return c.unicode() > 0x20 && c.unicode() < 0x7f;
+    });
+    if (plainAlready)
+        return text;
     QString plain;
     plain.reserve(text.size());
     for (const QChar c : text) {

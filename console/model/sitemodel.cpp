@@ -40,6 +40,24 @@ UpsModel *SiteModel::find(const QString &id) const
     return byId.value(id);
 }
 
+std::array<int, severityCount> SiteModel::counts() const
+{
+    std::array<int, severityCount> counts{};
+    for (const UpsModel *ups : all)
+        ++counts.at(std::size_t(worseOf(ups->severity(), ups->headline().severity)));
+    return counts;
+}
+
+void SiteModel::setGrowing(bool growing)
+{
+    grows = growing;
+}
+
+bool SiteModel::isGrowing() const
+{
+    return grows;
+}
+
 void SiteModel::setProblem(const QString &source, const QString &text)
 {
     if (wrong.value(source) == text)

@@ -5,6 +5,7 @@
 #include <QtCore/QHash>
 #include <QtCore/QMap>
 
+#include <array>
 #include <vector>
 
 /// All UPSes that the console watches.
@@ -28,6 +29,12 @@ public:
     /// The worst severity of all; normal on an empty site.
     Severity severity() const;
 
+    /// How many UPSes are in a state of each severity, in the order of Severity.
+    std::array<int, severityCount> counts() const;
+    /// Whether UPSes may come later; not at first.
+    void setGrowing(bool growing);
+    bool isGrowing() const;
+
     /// Something that keeps a whole @p source, such as a server, from being read; no text: nothing
     /// any more.
     void setProblem(const QString &source, const QString &text);
@@ -48,4 +55,5 @@ private:
     std::vector<UpsModel *> all; // children
     QHash<QString, UpsModel *> byId;
     QMap<QString, QString> wrong;
+    bool grows = false;
 };

@@ -1,0 +1,158 @@
+#include "fleetpage.h"
+
+#include "elidedlabel.h"
+#include "severitylook.h"
+#include "theme.h"
+
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QToolButton>
+#include <QtWidgets/QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+/// The worst first.
+constexpr Severity shownSeverities[] = {Severity::Critical, Severity::Unknown, Severity::Warning,
+                                        Severity::Information, Severity::Normal};
+
+QString wordOf(Severity severity)
+{
+    return severity == Severity::Unknown ? FleetPage::tr("no communication")
+                                         : nameOf(severity).toLower();
+}
+
+} // namespace
+
+QString countText(const SiteModel &site)
+{
+    const auto counts = site.counts();
+    QStringList parts;
+    for (const Severity severity : shownSeverities) {
+        const int count = counts.at(std::size_t(severity));
+        if (count > 0)
+            parts += QStringLiteral("%1 %2").arg(count).arg(wordOf(severity));
+    }
+    return parts.join(Theme::separator());
+}
+
+FleetPage::FleetPage(SiteModel *shownSite, QWidget *parent)
+    : Page(parent)
+    , site(shownSite)
+    , problems(new ElidedLabel(this))
+    , view(new FleetView(this))
+{
+    QVBoxLayout *layout = Theme::pageLayout(this);
+    makeFilter();
+    layout->addLayout(bar);
+    problems->setObjectName(QStringLiteral("problems"));
+    Theme::setText(problems, Theme::Normal);
+    layout->addWidget(problems);
+    layout->addWidget(view, 1);
+    connect(view, &FleetView::chosen, this, &FleetPage::chosen);
+    connect(view, &FleetView::rearranged, this, &FleetPage::showCounts);
+    connect(site, &SiteModel::problemsChanged, this, &FleetPage::showProblems);
+    view->setSite(site);
+    showCounts();
+    showProblems();
+    applyScale();
+}
+
+void FleetPage::makeFilter()
+{
+    bar = new QHBoxLayout;
+    search = new QLineEdit(this);
+    search->setObjectName(QStringLiteral("search"));
+    search->setAccessibleName(tr("Search"));
+    search->setPlaceholderText(tr("Search by name, group or state"));
+    search->setClearButtonEnabled(true);
+    constexpr int longest = 100;
+    search->setMaxLength(longest);
+    Theme::setText(search, Theme::Normal);
+    connect(search, &QLineEdit::textChanged, this, &FleetPage::takeFilter);
+    bar->addWidget(search, 1);
+    for (const Severity severity : shownSeverities) {
+        auto *button = new QToolButton(this);
+        button->setObjectName(QStringLiteral("only ") + nameOf(severity));
+        button->setCheckable(true);
+        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+        Theme::setText(button, Theme::Normal);
+        connect(button, &QToolButton::toggled, this, &FleetPage::takeFilter);
+        bar->addWidget(button);
+        severities.push_back(button);
+    }
+}
+
+/// No severity chosen is all of them.
+void FleetPage::takeFilter()
+{
+    FleetFilter filter;
+    filter.words = search->text();
+    quint32 chosenOnes = 0;
+    for (std::size_t i = 0; i < severities.size(); ++i) {
+        if (severities[i]->isChecked())
+            chosenOnes |= 1U << int(shownSeverities[i]);
+    }
+    if (chosenOnes != 0)
+        filter.severities = chosenOnes;
+    view->setFilter(filter);
+}
+
+void FleetPage::showCounts()
+{
+    const auto counts = site->counts();
+    for (std::size_t i = 0; i < severities.size(); ++i) {
+        const Severity severity = shownSeverities[i];
+        const QString count = QString::number(counts.at(std::size_t(severity)));
+        severities[i]->setText(count);
+        severities[i]->setAccessibleName(tr("%1 %2, show only these").arg(count, wordOf(severity)));
+        severities[i]->setToolTip(severities[i]->accessibleName());
+    }
+}
+
+void FleetPage::showProblems()
+{
+    QStringList texts;
+    const QMap<QString, QString> &all = site->problems();
+    for (auto one = all.cbegin(); one != all.cend(); ++one)
+        texts += one.key() + QStringLiteral(": ") + one.value();
+    problems->setText(texts.join(Theme::separator()));
+    problems->setVisible(!texts.isEmpty());
+}
+
+void FleetPage::applyScale()
+{
+    const int height = Theme::touchSize();
+    search->setFixedHeight(height);
+    const int icon = Theme::px(18);
+    for (std::size_t i = 0; i < severities.size(); ++i) {
+        severities[i]->setMinimumHeight(height);
+        severities[i]->setIconSize(QSize(icon, icon));
+        const Severity severity = shownSeverities[i];
+        const SeverityLook look = lookOf(severity, Theme::isDark());
+        QColor color = look.plate;
+        QColor ink = look.ink;
+        // Two plates' colours would be lost on the window's.
+        if (severity == Severity::Normal) {
+            color = QColor(0xff4a7d4a);
+            ink = Qt::white;
+        } else if (severity == Severity::Unknown && Theme::isDark()) {
+            color = QColor(0xffb79be0);
+        }
+        severities[i]->setIcon(severitySign(severity, icon, color, ink, devicePixelRatioF()));
+    }
+    bar->setSpacing(Theme::px(6));
+    view->applyScale();
+}
+
+QSize FleetPage::minimumSizeHint() const
+{
+    // The view scrolls.
+    constexpr int leastTiles = 2;
+    return {std::min(Page::minimumSizeHint().width(), Theme::px(400)),
+            Theme::touchSize() * (leastTiles + 1) + 2 * Theme::px(Theme::margin)};
+}
+
+void FleetPage::showUps(const UpsModel &)
+{}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "fleetview.h"
+#include "page.h"
+
+class ElidedLabel;
+class QBoxLayout;
+class QLineEdit;
+class QToolButton;
+
+/// All UPSes of the site: tiles, the worst first, with a search and a filter by severity.
+class FleetPage : public Page
+{
+    Q_OBJECT
+
+public:
+    /// Shows @p site, which must live as long.
+    explicit FleetPage(SiteModel *site, QWidget *parent = nullptr);
+
+    void applyScale() override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    /// A UPS was pressed.
+    void chosen(UpsModel *ups);
+
+protected:
+    void showUps(const UpsModel &ups) override;
+
+private:
+    void makeFilter();
+    void takeFilter();
+    void showCounts();
+    void showProblems();
+
+    SiteModel *site;
+    QBoxLayout *bar;
+    QLineEdit *search;
+    std::vector<QToolButton *> severities;
+    ElidedLabel *problems;
+    FleetView *view;
+};
+
+/// The counts of @p site in words, the worst first: "2 critical · 3 warning · 995 normal".
+QString countText(const SiteModel &site);

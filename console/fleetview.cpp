@@ -1,0 +1,512 @@
+#include "fleetview.h"
+
+#include "display.h"
+#include "scrollroom.h"
+#include "severitylook.h"
+#include "theme.h"
+
+#include <metroshelter.h>
+
+#include <QtGui/QKeyEvent>
+#include <QtGui/QPainter>
+#include <QtGui/QPixmapCache>
+#include <QtWidgets/QScrollBar>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int tileUnits = 172; // the least width
+constexpr int tileHeightUnits = 50;
+constexpr int titleUnits = 26;
+constexpr int gapUnits = 6;
+constexpr int soonMsecs = 200;
+constexpr int ledRoom = 30;
+
+QPixmap plateOf(Severity severity, QSize size, qreal ratio)
+{
+    const QColor color = lookOf(severity, Theme::isDark()).plate;
+    const QString key = QStringLiteral("kiv-fleet-%1-%2x%3-%4")
+                            .arg(color.name())
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(ratio);
+    QPixmap plate;
+    if (!QPixmapCache::find(key, &plate)) {
+        plate = QPixmap(size * ratio);
+        plate.setDevicePixelRatio(ratio);
+        plate.fill(color);
+        QPixmapCache::insert(key, plate);
+    }
+    return plate;
+}
+
+QString stateText(const UpsModel &ups)
+{
+    QStringList parts{ups.headline().state};
+    if (const Condition *worst = ups.worst()) {
+        // What the state says already is not said again.
+        const bool said = worst->text.startsWith(ups.headline().state, Qt::CaseInsensitive);
+        if (!said)
+            parts = QStringList{worst->text};
+    }
+    if (!ups.timeLeft().isEmpty() && ups.severity() != Severity::Normal)
+        parts += ups.timeLeft();
+    else if (const auto load = ups.snapshot().value(Quantity::Load))
+        parts += Values::text(Quantity::Load, load, 0);
+    return parts.join(Theme::separator());
+}
+
+} // namespace
+
+/// The tile of one UPS: its name, what it is doing, and how bad that is by colour, sign and words.
+class FleetTile : public MetroShelter
+{
+public:
+    explicit FleetTile(QWidget *parent)
+        : MetroShelter(parent)
+    {
+        setCursor(Qt::PointingHandCursor);
+        setFocusPolicy(Qt::StrongFocus);
+    }
+
+    void showUps(UpsModel *shown, bool force)
+    {
+        ups = shown;
+        const Severity now = worseOf(ups->severity(), ups->headline().severity);
+        const QString newTitle = ups->title();
+        const QString newText = stateText(*ups);
+        const elemDesc_t element = shownState(ups->snapshot().system);
+        const bool same = !force && now == severity && newTitle == title && newText == text &&
+                          element.alarmSt == shown_.alarmSt && element.elemSt == shown_.elemSt;
+        if (same)
+            return;
+        severity = now;
+        title = newTitle;
+        text = newText;
+        shown_ = element;
+        const QString described = nameOf(severity) + QStringLiteral(": ") + text;
+        setAccessibleName(title);
+        setAccessibleDescription(described);
+        setToolTip(QString()); // texts of a UPS would be taken for markup
+        const SeverityLook look = lookOf(severity, Theme::isDark());
+        setState(element);
+        setColorText(look.ink);
+        // Drops the tile's image in any case.
+        setBackgroundImage(plateOf(severity, size(), devicePixelRatioF()));
+    }
+
+    void paintText(QPainter *painter) override
+    {
+        MetroShelter::paintText(painter);
+        const SeverityLook look = lookOf(severity, Theme::isDark());
+        const int margin = Theme::px(8);
+        const int sign = Theme::px(18);
+        painter->drawPixmap(
+            margin, (height() - sign) / 2,
+            severitySign(severity, sign, look.ink, look.plate, devicePixelRatioF()));
+        const int x = 2 * margin + sign;
+        const int room = width() - x - ledRoom;
+        painter->setPen(look.ink);
+        const QFont bold = Theme::font(Theme::Normal, true);
+        const QFont plain = Theme::font(Theme::Small);
+        const QFontMetrics first(bold);
+        const QFontMetrics second(plain);
+        const int top = (height() - first.height() - second.height()) / 2;
+        painter->setFont(bold);
+        painter->drawText(x, top + first.ascent(), first.elidedText(title, Qt::ElideRight, room));
+        painter->setFont(plain);
+        painter->drawText(x, top + first.height() + second.ascent(),
+                          second.elidedText(text, Qt::ElideRight, room));
+    }
+
+    UpsModel *ups = nullptr;
+    int position = 0; // in the order
+
+private:
+    Severity severity = Severity::Unknown;
+    elemDesc_t shown_ = {0, 0};
+    QString title;
+    QString text;
+};
+
+FleetView::FleetView(QWidget *parent)
+    : QAbstractScrollArea(parent)
+{
+    setObjectName(QStringLiteral("fleet"));
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setAutoFillBackground(false);
+    soon.setSingleShot(true);
+    soon.setInterval(soonMsecs);
+    connect(&soon, &QTimer::timeout, this, &FleetView::refresh);
+    scrollByFinger(this);
+}
+
+void FleetView::setSite(SiteModel *newSite)
+{
+    site = newSite;
+    for (int i = 0; i < site->count(); ++i)
+        add(site->at(i));
+    connect(site, &SiteModel::added, this, &FleetView::add);
+    connect(site, &SiteModel::changed, this, &FleetView::changed);
+    refresh();
+}
+
+void FleetView::add(UpsModel *ups)
+{
+    indexes.insert(ups, int(entries.size()));
+    entries.push_back({ups, worseOf(ups->severity(), ups->headline().severity)});
+    orderIsOld = true;
+    if (!soon.isActive())
+        soon.start();
+}
+
+void FleetView::changed(UpsModel *ups)
+{
+    const auto index = indexes.constFind(ups);
+    if (index == indexes.cend())
+        return;
+    entries[std::size_t(*index)].dirty = true;
+    // However many change, the screen follows five times a second.
+    if (!soon.isActive())
+        soon.start();
+}
+
+void FleetView::setFilter(const FleetFilter &newFilter)
+{
+    filter = newFilter;
+    orderIsOld = true;
+    refresh();
+}
+
+int FleetView::shownCount() const
+{
+    return int(order.size());
+}
+
+int FleetView::tileCount() const
+{
+    return int(tiles.size());
+}
+
+QWidget *FleetView::tileOf(const UpsModel *ups) const
+{
+    for (FleetTile *tile : tiles) {
+        if (tile->ups == ups && !tile->isHidden())
+            return tile;
+    }
+    return nullptr;
+}
+
+bool FleetView::passes(const UpsModel &ups, Severity severity) const
+{
+    if ((filter.severities & (1U << int(severity))) == 0)
+        return false;
+    if (filter.words.isEmpty())
+        return true;
+    const QString all = ups.title() + QLatin1Char('\n') + ups.site() + QLatin1Char('\n') +
+                        ups.id() + QLatin1Char('\n') + stateText(ups);
+    const QStringList words = filter.words.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    return std::all_of(words.cbegin(), words.cend(), [&all](const QString &word) {
+        return all.contains(word, Qt::CaseInsensitive);
+    });
+}
+
+void FleetView::refresh()
+{
+    soon.stop();
+    bool reordered = orderIsOld;
+    for (Entry &entry : entries) {
+        if (!entry.dirty)
+            continue;
+        const Severity now = worseOf(entry.ups->severity(), entry.ups->headline().severity);
+        reordered = reordered || now != entry.severity;
+        entry.severity = now;
+    }
+    // A search may look for what changes.
+    if (reordered || !filter.words.isEmpty())
+        arrange();
+    if (isVisible()) {
+        place();
+        for (Entry &entry : entries)
+            entry.dirty = false;
+    }
+    if (reordered)
+        Q_EMIT rearranged();
+}
+
+void FleetView::arrange()
+{
+    orderIsOld = false;
+    struct Key
+    {
+        int group;
+        int urgency;
+        int index;
+    };
+    QHash<QString, int> groups;
+    std::vector<int> worst; // by group
+    std::vector<Key> keys;
+    keys.reserve(entries.size());
+    for (int i = 0; i < int(entries.size()); ++i) {
+        const Entry &entry = entries[std::size_t(i)];
+        if (!passes(*entry.ups, entry.severity))
+            continue;
+        const auto known = groups.constFind(entry.ups->site());
+        const int group = known == groups.cend() ? int(worst.size()) : *known;
+        if (known == groups.cend()) {
+            groups.insert(entry.ups->site(), group);
+            worst.push_back(0);
+        }
+        const int urgency = urgencyOf(entry.severity);
+        worst[std::size_t(group)] = std::max(worst[std::size_t(group)], urgency);
+        keys.push_back({group, urgency, i});
+    }
+    // Equals stay in the order of the site.
+    std::sort(keys.begin(), keys.end(), [&worst](const Key &a, const Key &b) {
+        if (a.group != b.group) {
+            const int left = worst[std::size_t(a.group)];
+            const int right = worst[std::size_t(b.group)];
+            return left != right ? left > right : a.group < b.group;
+        }
+        return a.urgency != b.urgency ? a.urgency > b.urgency : a.index < b.index;
+    });
+    order.clear();
+    for (const Key &key : keys)
+        order.push_back(key.index);
+    layOut();
+}
+
+void FleetView::layOut()
+{
+    const int gap = Theme::px(gapUnits);
+    const int width = viewport()->width() - gap;
+    columns = std::max(1, width / (Theme::px(tileUnits) + gap));
+    tileWidth = std::max(1, width / columns - gap);
+    const int tileHeight = std::max(Theme::touchSize(), Theme::px(tileHeightUnits));
+    const int titleHeight =
+        std::max(Theme::px(titleUnits), QFontMetrics(Theme::font(Theme::Normal, true)).height());
+    lines.clear();
+    int y = 0;
+    int position = 0;
+    const int all = int(order.size());
+    while (position < all) {
+        const QString group = entries[std::size_t(order[std::size_t(position)])].ups->site();
+        int end = position;
+        while (end < all && entries[std::size_t(order[std::size_t(end)])].ups->site() == group)
+            ++end;
+        const QString count = tr("%n UPS(es)", nullptr, end - position)
+                                  .replace(QStringLiteral("(es)"),
+                                           end - position == 1 ? QString() : QStringLiteral("es"));
+        lines.push_back({y, titleHeight,
+                         group.isEmpty() ? count : group + Theme::separator() + count, position,
+                         0});
+        y += titleHeight;
+        for (; position < end; position += columns) {
+            lines.push_back({y, tileHeight, {}, position, std::min(columns, end - position)});
+            y += tileHeight + gap;
+        }
+        position = end;
+    }
+    verticalScrollBar()->setRange(0, std::max(0, y - viewport()->height()));
+    verticalScrollBar()->setPageStep(viewport()->height());
+    verticalScrollBar()->setSingleStep(tileHeight / 2);
+    viewport()->update();
+}
+
+FleetTile *FleetView::freeTile()
+{
+    for (FleetTile *tile : tiles) {
+        if (!tile->ups)
+            return tile;
+    }
+    auto *tile = new FleetTile(viewport());
+    tile->installEventFilter(this);
+    connect(tile, &MetroShelter::clicked, this, [this, tile] {
+        if (tile->ups)
+            Q_EMIT chosen(tile->ups);
+    });
+    tile->hide();
+    tiles.push_back(tile);
+    return tile;
+}
+
+/// Gives the visible lines their tiles.
+void FleetView::place()
+{
+    const int top = verticalScrollBar()->value();
+    const int bottom = top + viewport()->height();
+    const auto from =
+        std::lower_bound(lines.cbegin(), lines.cend(), top,
+                         [](const Line &line, int y) { return line.y + line.height <= y; });
+    const auto to = std::lower_bound(from, lines.cend(), bottom,
+                                     [](const Line &line, int y) { return line.y < y; });
+    // Those that stay keep their tile, and with it its image and the focus.
+    QHash<const UpsModel *, FleetTile *> before;
+    for (FleetTile *tile : tiles) {
+        if (tile->ups)
+            before.insert(tile->ups, tile);
+    }
+    for (auto line = from; line != to; ++line) {
+        for (int i = 0; i < line->count; ++i)
+            before.remove(entries[std::size_t(order[std::size_t(line->first + i)])].ups);
+    }
+    for (FleetTile *tile : std::as_const(before))
+        tile->ups = nullptr;
+    QHash<const UpsModel *, FleetTile *> kept;
+    for (FleetTile *tile : tiles) {
+        if (tile->ups)
+            kept.insert(tile->ups, tile);
+    }
+    const int gap = Theme::px(gapUnits);
+    for (auto line = from; line != to; ++line) {
+        for (int i = 0; i < line->count; ++i) {
+            const int position = line->first + i;
+            const Entry &entry = entries[std::size_t(order[std::size_t(position)])];
+            FleetTile *tile = kept.value(entry.ups);
+            const bool isNew = !tile;
+            if (!tile) {
+                tile = freeTile();
+                tile->ups = entry.ups;
+            }
+            tile->position = position;
+            const QRect place(gap + i * (tileWidth + gap), line->y - top, tileWidth, line->height);
+            const bool resized = tile->size() != place.size();
+            if (tile->geometry() != place)
+                tile->setGeometry(place);
+            if (isNew || resized || entry.dirty)
+                tile->showUps(entry.ups, isNew || resized);
+            if (tile->isHidden())
+                tile->show();
+        }
+    }
+    for (FleetTile *tile : tiles) {
+        if (!tile->ups && !tile->isHidden())
+            tile->hide();
+    }
+}
+
+void FleetView::applyScale()
+{
+    layOut();
+    for (FleetTile *tile : tiles) {
+        if (tile->ups)
+            tile->showUps(tile->ups, true);
+    }
+    if (isVisible())
+        place();
+}
+
+void FleetView::resizeEvent(QResizeEvent *event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    layOut();
+    if (isVisible())
+        place();
+}
+
+void FleetView::scrollContentsBy(int, int)
+{
+    place();
+    viewport()->update();
+}
+
+void FleetView::showEvent(QShowEvent *event)
+{
+    QAbstractScrollArea::showEvent(event);
+    refresh();
+    place();
+}
+
+void FleetView::changeEvent(QEvent *event)
+{
+    QAbstractScrollArea::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyScale();
+}
+
+bool FleetView::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::Paint) {
+        QPainter painter(viewport());
+        paintTitles(&painter);
+        return true;
+    }
+    return QAbstractScrollArea::viewportEvent(event);
+}
+
+void FleetView::paintTitles(QPainter *painter)
+{
+    painter->setPen(palette().color(QPalette::WindowText));
+    painter->setFont(Theme::font(Theme::Normal, true));
+    const int top = verticalScrollBar()->value();
+    const int gap = Theme::px(gapUnits);
+    for (const Line &line : lines) {
+        if (line.count > 0 || line.y + line.height < top)
+            continue;
+        if (line.y > top + viewport()->height())
+            break;
+        const QRect place(gap, line.y - top, viewport()->width() - 2 * gap, line.height);
+        painter->drawText(
+            place, Qt::AlignVCenter | Qt::AlignLeft,
+            painter->fontMetrics().elidedText(line.title, Qt::ElideRight, place.width()));
+    }
+    if (order.empty())
+        painter->drawText(viewport()->rect(), Qt::AlignCenter,
+                          entries.empty() ? tr("No UPS is known yet") : tr("No UPS fits"));
+}
+
+/// Arrows go from tile to tile, and scroll.
+bool FleetView::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const int position = static_cast<FleetTile *>(object)->position;
+        switch (static_cast<QKeyEvent *>(event)->key()) {
+        case Qt::Key_Left:
+            focusOn(position - 1);
+            return true;
+        case Qt::Key_Right:
+            focusOn(position + 1);
+            return true;
+        case Qt::Key_Up:
+            focusOn(position - columns);
+            return true;
+        case Qt::Key_Down:
+            focusOn(position + columns);
+            return true;
+        case Qt::Key_Home:
+            focusOn(0);
+            return true;
+        case Qt::Key_End:
+            focusOn(int(order.size()) - 1);
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            static_cast<FleetTile *>(object)->click();
+            return true;
+        default:
+            break;
+        }
+    }
+    return QAbstractScrollArea::eventFilter(object, event);
+}
+
+void FleetView::focusOn(int position)
+{
+    if (order.empty())
+        return;
+    position = std::min(std::max(position, 0), int(order.size()) - 1);
+    const auto line = std::find_if(lines.cbegin(), lines.cend(), [position](const Line &one) {
+        return one.count > 0 && position >= one.first && position < one.first + one.count;
+    });
+    QScrollBar *bar = verticalScrollBar();
+    if (line->y < bar->value())
+        bar->setValue(line->y);
+    else if (line->y + line->height > bar->value() + viewport()->height())
+        bar->setValue(line->y + line->height - viewport()->height());
+    place();
+    if (QWidget *tile = tileOf(entries[std::size_t(order[std::size_t(position)])].ups))
+        tile->setFocus(Qt::OtherFocusReason);
+}

@@ -1,0 +1,352 @@
+#include "consolewindow.h"
+#include "fleetpage.h"
+#include "nutmapping.h"
+
+#include "testmain.h"
+#include "widgetprobe.h"
+
+#include <metroshelter.h>
+#include <metrotabicon.h>
+#include <rotatestackedwidget.h>
+
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QToolButton>
+
+#include <memory>
+
+namespace {
+
+Snapshot ups(const QString &name, const QByteArray &status, int load = 40)
+{
+    NutVariables variables;
+    variables.insert(QStringLiteral("ups.status"), QString::fromLatin1(status));
+    variables.insert(QStringLiteral("ups.load"), QString::number(load));
+    return snapshotOf(name, variables);
+}
+
+/// A site of many UPSes in order, in groups of 100.
+std::unique_ptr<SiteModel> siteOf(int count)
+{
+    auto site = std::make_unique<SiteModel>();
+    for (int i = 0; i < count; ++i) {
+        const QString name = QStringLiteral("u%1").arg(i, 5, 10, QLatin1Char('0'));
+        UpsModel *model = site->add(name + QStringLiteral("@host:3493"));
+        model->setNames(QString(), QStringLiteral("Hall %1").arg(i / 100));
+        model->take(ups(name, "OL"));
+    }
+    return site;
+}
+
+/// The page inside a window.
+class ShownPage : public QWidget
+{
+public:
+    explicit ShownPage(SiteModel *site)
+        : page(site, this)
+    {
+        resize(800, 480);
+        page.resize(size());
+        show();
+    }
+
+    FleetPage page;
+};
+
+} // namespace
+
+class FleetTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tilesExistForWhatIsVisible();
+    void worstFirst();
+    void groupsWithTheWorstFirst();
+    void followsChanges();
+    void searches();
+    void filtersBySeverity();
+    void countsInTheBanner();
+    void pressOpensTheUps();
+    void everyTileByKeyboard();
+    void upsesFoundLater();
+    void problemsOfServers();
+    void textsStayPlain();
+    void oneUpsHasNoFleet();
+
+private:
+    /// The titles of the visible tiles, from top to bottom.
+    static QStringList shown(const QWidget &page)
+    {
+        QVector<const MetroShelter *> tiles;
+        for (const MetroShelter *tile : page.findChildren<MetroShelter *>()) {
+            if (!tile->isHidden())
+                tiles += tile;
+        }
+        std::sort(tiles.begin(), tiles.end(), [](const MetroShelter *a, const MetroShelter *b) {
+            return a->y() != b->y() ? a->y() < b->y() : a->x() < b->x();
+        });
+        QStringList titles;
+        for (const MetroShelter *tile : std::as_const(tiles))
+            titles += tile->accessibleName();
+        return titles;
+    }
+    static FleetView *viewOf(const QWidget &page)
+    {
+        return page.findChild<FleetView *>(QStringLiteral("fleet"));
+    }
+};
+
+/// Ten thousand take no more tiles than a screen has, wherever one scrolls to.
+void FleetTest::tilesExistForWhatIsVisible()
+{
+    const auto site = siteOf(10000);
+    ShownPage host(site.get());
+    FleetPage &page = host.page;
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    FleetView *view = viewOf(page);
+    QCOMPARE(view->shownCount(), 10000);
+    QScrollBar *bar = view->verticalScrollBar();
+    QVERIFY(bar->maximum() > 100000);
+    QCOMPARE(shown(page).first(), QStringLiteral("u00000"));
+    for (int i = 1; i <= 50; ++i)
+        bar->setValue(int(qint64(bar->maximum()) * i / 50));
+    QCOMPARE(shown(page).last(), QStringLiteral("u09999"));
+    QVERIFY2(view->tileCount() < 100, qPrintable(QString::number(view->tileCount())));
+    bar->setValue(0);
+    QCOMPARE(shown(page).first(), QStringLiteral("u00000"));
+}
+
+void FleetTest::worstFirst()
+{
+    SiteModel site;
+    const char *const states[] = {"OL", "OB", "OL", "OB LB", "OL OFF", "OL ALARM"};
+    int number = 0;
+    for (const char *state : states) {
+        const QString name = QStringLiteral("ups%1").arg(number++);
+        site.add(name)->take(ups(name, state));
+    }
+    site.at(2)->take(Snapshot::lost(QStringLiteral("ups2"), QStringLiteral("gone")));
+    ShownPage host(&site);
+    FleetPage &page = host.page;
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    QCOMPARE(shown(page).join(QLatin1Char(' ')), QStringLiteral("ups3 ups5 ups2 ups1 ups4 ups0"));
+}
+
+void FleetTest::groupsWithTheWorstFirst()
+{
+    const auto site = siteOf(250);
+    site->at(220)->take(ups(QStringLiteral("u00220"), "OB"));
+    ShownPage host(site.get());
+    FleetPage &page = host.page;
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    const QStringList titles = shown(page);
+    QCOMPARE(titles.at(0), QStringLiteral("u00220"));
+    QCOMPARE(titles.at(1), QStringLiteral("u00200"));
+}
+
+void FleetTest::followsChanges()
+{
+    const auto site = siteOf(20);
+    ShownPage host(site.get());
+    FleetPage &page = host.page;
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    auto *tile = qobject_cast<MetroShelter *>(viewOf(page)->tileOf(site->at(0)));
+    QVERIFY(tile);
+    QVERIFY2(tile->accessibleDescription().contains(QStringLiteral("40 %")),
+             qPrintable(tile->accessibleDescription()));
+    const QImage before = tile->grab().toImage();
+    site->at(0)->take(ups(QStringLiteral("u00000"), "OL", 77));
+    QTRY_VERIFY(tile->accessibleDescription().contains(QStringLiteral("77 %")));
+    QVERIFY(tile->grab().toImage() != before);
+    // Another order keeps the tile of a UPS.
+    site->at(19)->take(ups(QStringLiteral("u00019"), "OB LB"));
+    QTRY_COMPARE(shown(page).first(), QStringLiteral("u00019"));
+    QCOMPARE(viewOf(page)->tileOf(site->at(0)), static_cast<QWidget *>(tile));
+    const elemDesc_t state =
+        qobject_cast<MetroShelter *>(viewOf(page)->tileOf(site->at(19)))->getElementState();
+    QCOMPARE(int(state.elemSt), int(site->at(19)->snapshot().system.operating));
+}
+
+void FleetTest::searches()
+{
+    const auto site = siteOf(300);
+    ShownPage host(site.get());
+    FleetPage &page = host.page;
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    auto *search = page.findChild<QLineEdit *>(QStringLiteral("search"));
+    search->setText(QStringLiteral("u0012"));
+    QCOMPARE(viewOf(page)->shownCount(), 10);
+    search->setText(QStringLiteral("HALL 2"));
+    QCOMPARE(viewOf(page)->shownCount(), 100 + 38);
+    search->setText(QStringLiteral("u0025 hall"));
+    QCOMPARE(viewOf(page)->shownCount(), 10);
+    search->setText(QStringLiteral("nothing like it"));
+    QCOMPARE(viewOf(page)->shownCount(), 0);
+    QVERIFY(shown(page).isEmpty());
+    // What comes to fit appears.
+    search->setText(QStringLiteral("on battery"));
+    QCOMPARE(viewOf(page)->shownCount(), 0);
+    site->at(5)->take(ups(QStringLiteral("u00005"), "OB"));
+    QTRY_COMPARE(viewOf(page)->shownCount(), 1);
+    search->clear();
+    QCOMPARE(viewOf(page)->shownCount(), 300);
+}
+
+void FleetTest::filtersBySeverity()
+{
+    const auto site = siteOf(10);
+    site->at(3)->take(ups(QStringLiteral("u00003"), "OB"));
+    site->at(4)->take(ups(QStringLiteral("u00004"), "OB LB"));
+    ShownPage host(site.get());
+    FleetPage &page = host.page;
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    auto *critical = page.findChild<QToolButton *>(QStringLiteral("only Critical"));
+    auto *warning = page.findChild<QToolButton *>(QStringLiteral("only Warning"));
+    QCOMPARE(critical->text(), QStringLiteral("1"));
+    critical->click();
+    QCOMPARE(shown(page), QStringList{QStringLiteral("u00004")});
+    warning->click();
+    QCOMPARE(viewOf(page)->shownCount(), 2);
+    critical->click();
+    warning->click();
+    QCOMPARE(viewOf(page)->shownCount(), 10);
+}
+
+void FleetTest::countsInTheBanner()
+{
+    const auto site = siteOf(10);
+    site->at(3)->take(ups(QStringLiteral("u00003"), "OB"));
+    site->at(4)->take(ups(QStringLiteral("u00004"), "OB LB"));
+    site->at(5)->take(Snapshot::lost(QStringLiteral("u00005"), QStringLiteral("gone")));
+    ConsoleWindow window(site.get());
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    auto *headline = window.findChild<QLabel *>(QStringLiteral("headline"));
+    QCOMPARE(headline->text(),
+             QStringLiteral("1 critical  ·  1 no communication  ·  1 warning  ·  7 normal"));
+    auto *tab = window.findChild<MetroTabicon *>(QStringLiteral("Fleet"));
+    QVERIFY2(tab->accessibleName().contains(QStringLiteral("3 not in order")),
+             qPrintable(tab->accessibleName()));
+    // Also while another page is shown.
+    window.showPage(1);
+    QVERIFY(!headline->text().contains(QStringLiteral("normal")));
+    site->at(4)->take(ups(QStringLiteral("u00004"), "OL"));
+    QTRY_VERIFY(tab->accessibleName().contains(QStringLiteral("2 not in order")));
+    window.showPage(0);
+    QCOMPARE(headline->text(), QStringLiteral("1 no communication  ·  1 warning  ·  8 normal"));
+}
+
+void FleetTest::pressOpensTheUps()
+{
+    const auto site = siteOf(10);
+    ConsoleWindow window(site.get());
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    deliverAll();
+    auto *view = window.findChild<FleetView *>(QStringLiteral("fleet"));
+    QWidget *tile = view->tileOf(site->at(7));
+    QVERIFY(tile);
+    QTest::mouseClick(tile, Qt::LeftButton);
+    auto *stack = window.findChild<RotateStackedWidget *>(QStringLiteral("pages"));
+    QTRY_COMPARE(stack->currentIndex(),
+                 int(window.pageNames().indexOf(QStringLiteral("overview"))));
+    QCOMPARE(window.findChild<QLabel *>(QStringLiteral("upsName"))->text(),
+             QStringLiteral("u00007"));
+    site->at(7)->take(ups(QStringLiteral("u00007"), "OB"));
+    QCOMPARE(window.findChild<QLabel *>(QStringLiteral("headline"))->text(),
+             site->at(7)->headline().text);
+    // What the others do does not show there.
+    site->at(2)->take(ups(QStringLiteral("u00002"), "OB LB"));
+    QCOMPARE(window.findChild<QLabel *>(QStringLiteral("headline"))->text(),
+             site->at(7)->headline().text);
+}
+
+void FleetTest::everyTileByKeyboard()
+{
+    const auto site = siteOf(250);
+    ShownPage host(site.get());
+    FleetPage &page = host.page;
+    host.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&host));
+    FleetView *view = viewOf(page);
+    view->tileOf(site->at(0))->setFocus();
+    const auto focused = [] {
+        return QApplication::focusWidget() ? QApplication::focusWidget()->accessibleName()
+                                           : QString();
+    };
+    for (int i = 1; i < 250; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        QCOMPARE(focused(), QStringLiteral("u%1").arg(i, 5, 10, QLatin1Char('0')));
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    QCOMPARE(focused(), QStringLiteral("u00249"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home);
+    QCOMPARE(focused(), QStringLiteral("u00000"));
+    UpsModel *opened = nullptr;
+    connect(&page, &FleetPage::chosen, this, [&opened](UpsModel *one) { opened = one; });
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QCOMPARE(opened, site->at(0));
+}
+
+void FleetTest::upsesFoundLater()
+{
+    SiteModel site;
+    ConsoleWindow window(&site);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    auto *view = window.findChild<FleetView *>(QStringLiteral("fleet"));
+    QVERIFY(view);
+    QCOMPARE(view->shownCount(), 0);
+    for (int i = 0; i < 3; ++i)
+        site.add(QString::number(i))->take(ups(QString::number(i), "OL"));
+    QTRY_COMPARE(view->shownCount(), 3);
+    auto *headline = window.findChild<QLabel *>(QStringLiteral("headline"));
+    QTRY_COMPARE(headline->text(), QStringLiteral("3 normal"));
+}
+
+void FleetTest::problemsOfServers()
+{
+    SiteModel site;
+    FleetPage page(&site);
+    auto *problems = page.findChild<QLabel *>(QStringLiteral("problems"));
+    QVERIFY(problems->isHidden());
+    site.setProblem(QStringLiteral("host:3493"), QStringLiteral("connection refused"));
+    QVERIFY(!problems->isHidden());
+    QCOMPARE(problems->text(), QStringLiteral("host:3493: connection refused"));
+    site.setProblem(QStringLiteral("host:3493"), QString());
+    QVERIFY(problems->isHidden());
+}
+
+/// Names from a server are no markup, and no shortcut.
+void FleetTest::textsStayPlain()
+{
+    SiteModel site;
+    UpsModel *one = site.add(QStringLiteral("x"));
+    one->setNames(QStringLiteral("<b>&Rack</b> %s"), QStringLiteral("<i>Hall</i>"));
+    one->take(ups(QStringLiteral("x"), "OL"));
+    site.add(QStringLiteral("y"));
+    ShownPage host(&site);
+    FleetPage &page = host.page;
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    const auto *tile = qobject_cast<MetroShelter *>(viewOf(page)->tileOf(one));
+    QCOMPARE(tile->accessibleName(), QStringLiteral("<b>&Rack</b> %s"));
+    QVERIFY(tile->text().isEmpty());
+    QVERIFY(tile->shortcut().isEmpty());
+    QVERIFY(tile->toolTip().isEmpty());
+}
+
+void FleetTest::oneUpsHasNoFleet()
+{
+    const auto site = siteOf(1);
+    const ConsoleWindow window(site.get());
+    QVERIFY(!window.pageNames().contains(QStringLiteral("fleet")));
+    site->setGrowing(true);
+    const ConsoleWindow growing(site.get());
+    QCOMPARE(growing.pageNames().first(), QStringLiteral("fleet"));
+}
+
+KIV_TEST_MAIN(FleetTest)
+
+#include "tst_fleet.moc"
