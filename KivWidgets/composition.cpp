@@ -169,9 +169,9 @@ ComposeWays composeWays()
     return {ways, int(sizeof ways / sizeof *ways)};
 }
 
-ComposeRow fastestComposeRow()
+ComposePixels fastestCompose()
 {
-    static const ComposeRow fastest = [] {
+    static const ComposePixels fastest = [] {
         const ComposeWays ways = composeWays();
         int best = ways.count - 1;
         while (!ways.first[best].isAvailable)

@@ -8,15 +8,15 @@ namespace KivPrivate {
 
 /// Computes @p count pixels of @p out: those of @p value over those of @p background, less the ink
 /// of @p mask over them.
-using ComposeRow = void (*)(quint32 *out, const quint32 *background, const quint32 *value,
-                            const quint32 *mask, int count);
+using ComposePixels = void (*)(quint32 *out, const quint32 *background, const quint32 *value,
+                               const quint32 *mask, int count);
 
 /// One way of doing that, for processors that have the instructions. All give the same bits.
 struct ComposeWay
 {
     const char *name;
     bool isAvailable;
-    ComposeRow compose;
+    ComposePixels compose;
 };
 
 /// The ways that this build has, the slowest first.
@@ -28,6 +28,6 @@ struct ComposeWays
 ComposeWays composeWays();
 
 /// The fastest way for this processor.
-ComposeRow fastestComposeRow();
+ComposePixels fastestCompose();
 
 } // namespace KivPrivate

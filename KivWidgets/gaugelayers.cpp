@@ -61,13 +61,16 @@ const quint32 *rowOf(const QImage &layer, int y)
     return reinterpret_cast<const quint32 *>(layer.constScanLine(y));
 }
 
-/// The same as painting the layers one after the other, of which each would take its time.
+/// In one pass, since painting the layers one after the other takes its time for each.
 void composePixels(QImage &image, const QImage &background, const QImage &value, const QImage &mask)
 {
-    const ComposeRow composeRow = fastestComposeRow();
-    for (int y = 0; y < image.height(); ++y) {
-        composeRow(reinterpret_cast<quint32 *>(image.scanLine(y)), rowOf(background, y),
-                   rowOf(value, y), rowOf(mask, y), image.width());
+    const ComposePixels compose = fastestCompose();
+    const bool hasGaps =
+        !isGapless(image) || !isGapless(background) || !isGapless(value) || !isGapless(mask);
+    const int count = hasGaps ? image.width() : image.width() * image.height();
+    for (int y = 0; y < (hasGaps ? image.height() : 1); ++y) {
+        compose(reinterpret_cast<quint32 *>(image.scanLine(y)), rowOf(background, y),
+                rowOf(value, y), rowOf(mask, y), count);
     }
 }
 
@@ -88,44 +91,31 @@ void composeLayers(QImage &image, const QImage &background, const QImage &value,
 }
 
 GaugeLook::GaugeLook(const QWidget *widget, const std::array<QImage **, 3> &layers,
-                     Identity identity, const QColor &textPen,
-                     const std::array<double, 6> &textNumbers, const QString &firstText,
+                     Identity identity, const QColor &ownColor,
+                     const std::array<double, 6> &ownNumbers, const QString &firstText,
                      const QString &secondText)
     : size(widget->size())
     , ratio(widget->devicePixelRatioF())
     , resolution(QGuiApplication::primaryScreen()->logicalDotsPerInch())
     , font(widget->font())
-    , pen(textPen)
-    , numbers(textNumbers)
+    , color(ownColor)
+    , numbers(ownNumbers)
     , text(firstText)
     , otherText(secondText)
 {
     for (std::size_t i = 0; i < layers.size(); ++i) {
         const QImage *const layer = *layers[i];
         isComplete = isComplete && layer;
-        if (!layer)
-            continue;
-        if (identity == OfImages)
+        if (layer && identity == OfImages)
             layerKeys[i] = layer->cacheKey();
-        else
-            heldLayers[i] = *layer;
     }
 }
 
 bool GaugeLook::operator==(const GaugeLook &other) const
 {
-    // While they are held, no other image can have its pixels at the same place.
-    const auto isSameLayer = [](const QImage &one, const QImage &another) {
-        return one.constBits() == another.constBits() && one.size() == another.size() &&
-               one.format() == another.format() &&
-               one.devicePixelRatio() == another.devicePixelRatio();
-    };
-    return layerKeys == other.layerKeys &&
-           std::equal(heldLayers.begin(), heldLayers.end(), other.heldLayers.begin(),
-                      isSameLayer) &&
-           numbers == other.numbers && size == other.size && ratio == other.ratio &&
-           resolution == other.resolution && pen == other.pen && text == other.text &&
-           otherText == other.otherText && isSameFont(font, other.font) &&
+    return layerKeys == other.layerKeys && numbers == other.numbers && size == other.size &&
+           ratio == other.ratio && resolution == other.resolution && color == other.color &&
+           text == other.text && otherText == other.otherText && isSameFont(font, other.font) &&
            isSameFont(deviceFont, other.deviceFont);
 }
 
@@ -153,9 +143,7 @@ QImage imageToCompose(const QWidget *widget, const GaugeLook &look)
 
 void rememberComposed(const QWidget *widget, const GaugeLook &look, const QImage &image)
 {
-    // Other gauges share the background and the scale, but rarely the value.
-    const auto cost =
-        image.sizeInBytes() + look.heldLayers[0].sizeInBytes() + qsizetype(sizeof(Composed));
+    const auto cost = image.sizeInBytes() + qsizetype(sizeof(Composed));
     if (!mayRemember() || !look.isComplete || cost > mostBytesOfOne)
         return;
     auto &images = memory().images;

@@ -24,26 +24,25 @@ void composeLayers(QImage &image, const QImage &background, const QImage &value,
 /// What the image of a gauge is composed from. Equal ones stand for equal pixels of one widget.
 struct GaugeLook
 {
-    /// How a layer is known again: as the same image, or as one with the same pixels, which are
-    /// held for that, since a gauge that drops its layers with each paint has new images.
-    enum Identity { OfImages, OfPixels };
+    /// How layers are known again: as the same images, or by the settings that they were just
+    /// painted from, since a gauge that drops its layers with each paint has new images.
+    enum Identity { OfImages, OfSettings };
 
     /// Of layers in their order, with the gauge's own settings: what its texts are drawn with and
-    /// where. Size, font and screen are the widget's.
+    /// where, and what its layers were painted from. Size, font and screen are the widget's.
     GaugeLook(const QWidget *widget, const std::array<QImage **, 3> &layers, Identity identity,
-              const QColor &pen, const std::array<double, 6> &numbers, const QString &text,
+              const QColor &color, const std::array<double, 6> &numbers, const QString &text,
               const QString &otherText = QString());
     bool operator==(const GaugeLook &other) const;
 
     bool isComplete = true; ///< whether all layers are there
     std::array<qint64, 3> layerKeys{};
-    std::array<QImage, 3> heldLayers;
     QSize size;
     double ratio;
     double resolution; ///< of the screen, from which an image takes the size of its texts
     QFont font;
     QFont deviceFont; ///< gives what @p font does not set itself
-    QColor pen;
+    QColor color;
     std::array<double, 6> numbers;
     QString text;
     QString otherText;
@@ -57,7 +56,7 @@ QImage imageToCompose(const QWidget *widget, const GaugeLook &look);
 void rememberComposed(const QWidget *widget, const GaugeLook &look, const QImage &image);
 void forgetComposed(const QWidget *widget);
 /// The bytes that they take at most.
-constexpr int mostComposedBytes = 1024 * 1024;
+constexpr int mostComposedBytes = 768 * 1024;
 
 /// Shows on @p widget what @p build draws into an image of the widget's size. It is not built again
 /// for the same look.

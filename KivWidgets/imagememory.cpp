@@ -1,6 +1,7 @@
 #include "imagememory_p.h"
 
 #include "applicationmemory_p.h"
+#include "packedimage_p.h"
 
 #include <QtCore/QCache>
 #include <QtGui/QColor>
@@ -18,6 +19,21 @@ using Images = QCache<ImageKey, QImage>;
 
 /// By source. They are created when they are first needed; a cache itself cannot be assigned.
 using ImageMemory = std::array<std::unique_ptr<Images>, std::size(mostImageBytes)>;
+
+using PackedImages = QCache<ImageKey, PackedImage>;
+
+struct PackedMemory
+{
+    std::unique_ptr<PackedImages> images;
+};
+
+PackedImages &packedImages()
+{
+    std::unique_ptr<PackedImages> &images = applicationMemory<PackedMemory>().images;
+    if (!images)
+        images = std::make_unique<PackedImages>(mostPackedBytes);
+    return *images;
+}
 
 Images &imagesLike(const ImageKey &key)
 {
@@ -112,14 +128,42 @@ QImage copyOf(const QImage &known)
     return isAlike ? copy : known.copy();
 }
 
+bool isRememberable(const ImageKey &key, qsizetype bytes)
+{
+    // Larger ones would drive out too many others.
+    return bytes <= mostImageBytes[key.source()] / 2;
+}
+
 void rememberImage(const ImageKey &key, const QImage &image)
 {
     if (!mayRemember() || image.isNull())
         return;
-    Images &images = imagesLike(key);
-    // Larger ones would drive out too many others.
-    if (image.sizeInBytes() <= images.maxCost() / 2)
-        images.insert(key, new QImage(image), int(image.sizeInBytes()));
+    if (isRememberable(key, image.sizeInBytes()))
+        imagesLike(key).insert(key, new QImage(image), int(image.sizeInBytes()));
+}
+
+bool unpackRemembered(QImage *image, const ImageKey &key)
+{
+    const PackedImage *const known = mayRemember() ? packedImages().object(key) : nullptr;
+    if (!known || known->isEmpty())
+        return false;
+    known->unpackTo(image);
+    return true;
+}
+
+void rememberPacked(const ImageKey &key, const QImage &image)
+{
+    if (!mayRemember() || image.isNull())
+        return;
+    PackedImages &images = packedImages();
+    const bool isFirst = !images.contains(key);
+    auto *const packed = isFirst ? new PackedImage : new PackedImage(image);
+    // About, with what the memory itself needs for it.
+    const int bytes = packed->byteCount() + int(sizeof key) + 64;
+    if (bytes <= mostPackedBytes / 8)
+        images.insert(key, packed, bytes);
+    else
+        delete packed;
 }
 
 } // namespace KivPrivate

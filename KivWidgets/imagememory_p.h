@@ -28,6 +28,7 @@ public:
         BarValue,
         BarScale,
         DivisionScale,
+        Pie,
     };
     /// What an image is painted from decides how often there is another one, so each of these has
     /// a memory of its own, in which its images drive out only each other.
@@ -71,18 +72,25 @@ QImage rememberedImage(const ImageKey &key);
 /// is painted on.
 QImage copyOf(const QImage &known);
 
+/// Whether an image of @p bytes is not too large to be remembered under @p key.
+bool isRememberable(const ImageKey &key, qsizetype bytes);
+
 /// Remembers @p image, if it is not too large for that.
 void rememberImage(const ImageKey &key, const QImage &image);
 
 /// The bytes that the remembered images take at most, by their source.
-constexpr int mostImageBytes[] = {1024 * 1024, 512 * 1024, 512 * 1024};
+constexpr int mostImageBytes[] = {1024 * 1024, 384 * 1024, 384 * 1024};
+/// The same for packed images.
+constexpr int mostPackedBytes = 640 * 1024;
 
 /// Fills *@p image with what @p paint draws with an ImagePainter on it, which is painted only when
 /// an image like it was not with the same @p key.
 template <typename Paint>
 void paintOnce(QImage *image, ImageKey key, ImagePainter::Edges edges, Paint paint)
 {
-    const bool isOurs = image->format() == QImage::Format_ARGB32_Premultiplied;
+    // The layers of a bar are painted faster than their pixels are copied, and shared at 1 alone.
+    const bool isOurs = image->format() == QImage::Format_ARGB32_Premultiplied &&
+                        (image->devicePixelRatio() == 1.0 || key.source() != ImageKey::Values);
     key.appendDevice(*image);
     if (isOurs) {
         const QImage known = rememberedImage(key);
@@ -97,6 +105,38 @@ void paintOnce(QImage *image, ImageKey key, ImagePainter::Edges edges, Paint pai
     }
     if (isOurs)
         rememberImage(key, *image);
+}
+
+/// Whether an image's rows of 32-bit pixels follow each other without a gap, as those of all cached
+/// images do; a class derived from a widget may bring others.
+inline bool isGapless(const QImage &image)
+{
+    return image.bytesPerLine() == image.width() * 4;
+}
+
+/// Fills *@p image with the packed image that is remembered under @p key.
+/// @return whether there is one.
+bool unpackRemembered(QImage *image, const ImageKey &key);
+
+/// Notes that @p image was painted for @p key. It is packed and remembered when that happens again,
+/// since most are needed only once.
+void rememberPacked(const ImageKey &key, const QImage &image);
+
+/// The same as paintOnce() for an image that is of one colour in large parts, and of which there
+/// are many.
+template <typename Paint>
+void paintPacked(QImage *image, ImageKey key, ImagePainter::Edges edges, Paint paint)
+{
+    const bool isOurs = image->format() == QImage::Format_ARGB32_Premultiplied && isGapless(*image);
+    key.appendDevice(*image);
+    if (isOurs && unpackRemembered(image, key))
+        return;
+    {
+        ImagePainter painter(image, edges);
+        paint(&painter);
+    }
+    if (isOurs)
+        rememberPacked(key, *image);
 }
 
 } // namespace KivPrivate

@@ -5,6 +5,7 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "gaugelayers_p.h"
+#include "imagememory_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
 #include "text_p.h"
@@ -73,6 +74,17 @@ void usePlainColor(QPainter *painter, const QColor &color)
 {
     painter->setBrush(QBrush(color, Qt::SolidPattern));
     painter->setPen(QPen(color));
+}
+
+/// Paints a layer of one pie. Values come back, and other dials show them, too.
+void paintPie(QImage *layer, const QColor &color, const QRect &circle, int start, int span)
+{
+    const ImageKey key(ImageKey::Pie, color, QSize(circle.x(), circle.y()), circle.size(), start,
+                       span);
+    paintPacked(layer, key, ImagePainter::Antialiased, [&](QPainter *painter) {
+        usePlainColor(painter, color);
+        painter->drawPie(QRectF(circle), start, span);
+    });
 }
 
 /// Makes the resize event compute the dial's size and drop its layers, which the size 0 x 0 does.
@@ -344,9 +356,7 @@ void MetroCirclerate::paintImageBG()
         reportNullImage(KIV_HERE, this, "ImageBG");
         return;
     }
-    ImagePainter painter(ImageBG);
-    usePlainColor(&painter, background);
-    painter.drawPie(QRectF(arcRect), val2angle(minValue), spanBetween(minValue, maxValue));
+    paintPie(ImageBG, background, arcRect, val2angle(minValue), spanBetween(minValue, maxValue));
 }
 
 void MetroCirclerate::paintImage()
@@ -355,16 +365,13 @@ void MetroCirclerate::paintImage()
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
-    ImagePainter painter(Image);
     QColor color = cursor;
     if (value > maxValue)
         color = maxValue * warningPercent / 100.0 >= value ? orange : red;
-    usePlainColor(&painter, color);
-
     const double start = paintFromZero ? std::max(minValue, 0.0) : minValue;
     const double held = std::max(minValue, std::min(value, maxValue));
-    painter.drawPie(QRectF(arcRect), val2angle(start),
-                    spanBetween(maxValue - held + start, maxValue));
+    paintPie(Image, color, arcRect, val2angle(start),
+             spanBetween(maxValue - held + start, maxValue));
 }
 
 void MetroCirclerate::paintImageFG()

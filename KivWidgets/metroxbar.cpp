@@ -150,12 +150,15 @@ bool MetroXbar::event(QEvent *event)
 void MetroXbar::paintEvent(QPaintEvent *)
 {
     dropOutdated(this, lock, dirty, layers());
+    const bool hasLayers = Image || ImageBG || ImageFG;
     if (dirty) {
         createImages();
         dirty = false;
     }
-    const GaugeLook look(this, layers(), GaugeLook::OfPixels, QColor(),
-                         {double(value), double(barWidth)}, measure);
+    const GaugeLook look(
+        this, layers(), hasLayers ? GaugeLook::OfImages : GaugeLook::OfSettings, backgroundcolor,
+        {double(value), double(minValue), double(maxValue), double(barWidth), double(hasLayers)},
+        measure);
     showComposed(this, look, [this](QImage &composed) { buildGraph(composed); });
 }
 

@@ -72,40 +72,47 @@ bool isOpaque(const QImage &image, const QRect &part)
 bool addsUp(const QPainter &painter, const QRegion &region, QSize size)
 {
     const QRect whole(QPoint(), size);
-    if (painter.hasClipping() || region.rectCount() != 1 || !region.boundingRect().contains(whole))
+    if (!painter.isActive() || painter.hasClipping() || region.rectCount() != 1 || !region.boundingRect().contains(whole))
         return false;
     const QPaintEngine *const engine = painter.paintEngine();
     if (!engine || engine->type() != QPaintEngine::Raster)
         return false;
     const QPaintDevice *const device = engine->paintDevice();
-    if (!device || device->devType() != QInternal::Image || device->devicePixelRatioF() != 1.0)
+    if (!device || device->devType() != QInternal::Image)
         return false;
     const QImage::Format format = static_cast<const QImage *>(device)->format();
+    const double ratio = device->devicePixelRatioF();
     const QTransform transform = painter.deviceTransform();
     const auto isWhole = [](double number) { return number == std::floor(number); };
     return (format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied) &&
-           transform.type() <= QTransform::TxTranslate && isWhole(transform.dx()) &&
+           transform.type() <= QTransform::TxScale && transform.m11() == ratio &&
+           transform.m22() == ratio && isWhole(ratio) && isWhole(transform.dx()) &&
            isWhole(transform.dy()) && painter.opacity() == 1.0 &&
            QRectF(0, 0, device->width(), device->height())
                .contains(transform.mapRect(QRectF(whole))) &&
            painter.compositionMode() == QPainter::CompositionMode_SourceOver;
 }
 
-/// @p face with the knob on it, painted once; a null image where the face is not opaque below the
-/// knob.
-QImage faceWithKnob(const QPixmap &face, const QRect &knob)
+/// @p face with the knob on it for a whole @p ratio, painted once; a null image where it cannot be
+/// remembered, or the face is not opaque below the knob.
+QImage faceWithKnob(const QPixmap &face, const QRect &knob, double ratio)
 {
-    const ImageKey key(ImageKey::SwitchFace, face.cacheKey(), knob.left());
+    const ImageKey key(ImageKey::SwitchFace, face.cacheKey(), atRatio(face, ratio).cacheKey(),
+                       knob.left(), ratio);
+    const QSize size = pixelSize(face.size(), ratio);
+    if (!isRememberable(key, qsizetype(size.width()) * size.height() * 4))
+        return QImage();
     const QImage known = rememberedImage(key);
     if (!known.isNull())
         return known;
-    QImage whole = newImage(face.size(), 1.0);
+    QImage whole = newImage(face.size(), ratio);
     {
         ImagePainter painter(&whole);
         drawStretched(&painter, QRectF(QPointF(), face.size()), face);
     }
     // The knob's outline takes part in the pixels around it.
-    if (!isOpaque(whole, knob.adjusted(-2, -2, 2, 2)))
+    const QRect reached = knob.adjusted(-2, -2, 2, 2);
+    if (!isOpaque(whole, QRect(reached.topLeft() * ratio, reached.size() * ratio)))
         return QImage();
     {
         QPainter painter(&whole);
@@ -256,9 +263,9 @@ void SlideSwitch::paintEvent(QPaintEvent *event)
     const QPixmap shownFace = iconPixmap(this, mode, shownState());
     if (!dragging() && text().isEmpty() && isEnabled() && shownFace.size() == size() &&
         addsUp(painter, event->region(), size())) {
-        const QImage whole = faceWithKnob(shownFace, knobRect());
-        if (!whole.isNull()) {
-            painter.drawImage(0, 0, whole);
+        const QImage whole = faceWithKnob(shownFace, knobRect(), devicePixelRatioF());
+        if (!whole.isNull() && painter.device()->devicePixelRatioF() == devicePixelRatioF()) {
+            drawAt(&painter, QPointF(0, 0), whole);
             return;
         }
     }

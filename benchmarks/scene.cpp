@@ -8,16 +8,22 @@
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
 
+#include <valgrind/callgrind.h>
+
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <functional>
 #include <initializer_list>
+#include <memory>
 #include <numeric>
 #include <vector>
 
 // Measures what a console does all day: many widgets that change ten times a second, through the
-// event loop and into a window; the same with peers; and a page change.
+// event loop and into a window; the same with peers; and a page change. With "scale", how time and
+// memory grow with the number of widgets. With "own" or "peers" it only shows such a scene.
 
 namespace {
 
@@ -81,17 +87,31 @@ public:
     {
         return int(widgets.size());
     }
+    /// Changes what changes with the next update.
+    void change()
+    {
+        ++step;
+        // Each widget has a value of its own.
+        constexpr int distance = 7;
+        int own = 0;
+        for (const Placed &placed : widgets) {
+            own += distance;
+            if (step % placed.interval == 0)
+                placed.subject->change(placed.widget, step / placed.interval + own);
+        }
+    }
     /// The milliseconds that the next update takes, until everything is in the window.
     double update()
     {
-        ++step;
         return millisecondsOf([this] {
-            for (const Placed &placed : widgets) {
-                if (step % placed.interval == 0)
-                    placed.subject->change(placed.widget, step / placed.interval);
-            }
+            change();
             QCoreApplication::processEvents();
         });
+    }
+    /// Of the window's own image.
+    double windowBytes() const
+    {
+        return 4.0 * window.width() * window.height();
     }
 
 private:
@@ -111,23 +131,81 @@ double mean(const std::vector<double> &values)
     return std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
 }
 
+constexpr int always = 1;
+constexpr int eachSecond = updatesPerSecond;
+
+/// Values come with every update; states and labels change once a second at most.
+constexpr std::initializer_list<Share> ownShares = {
+    {"MetroCirclerate", 12, always}, {"MetroLinerate", 12, always},
+    {"AeroLinebar", 8, always},      {"MetroShelter", 14, eachSecond},
+    {"MetroSysIcon", 6, eachSecond}, {"AeroButton", 8, eachSecond},
+};
+/// Qt's widgets that show the same.
+constexpr std::initializer_list<Share> peerShares = {
+    {"QDial", 12, always},          {"QProgressBar", 20, always},   {"QPushButton", 14, eachSecond},
+    {"QToolButton", 6, eachSecond}, {"QPushButton", 8, eachSecond},
+};
+
+double usedBytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks) + double(info.hblkhd);
+}
+
+/// @p count times the same scene, each in its window: what a widget takes of time and memory, and
+/// under callgrind (started with --instr-atstart=no) of instructions, in a dump of its own.
+void measureScale(int count, int seconds)
+{
+    constexpr int warmUp = 2 * updatesPerSecond;
+    const double before = usedBytes();
+    std::vector<std::unique_ptr<Scene>> scenes;
+    int widgets = 0;
+    double windows = 0.0;
+    for (int i = 0; i < count; ++i) {
+        scenes.push_back(std::make_unique<Scene>(ownShares));
+        widgets += scenes.back()->count();
+        windows += scenes.back()->windowBytes();
+    }
+    const auto update = [&] {
+        return millisecondsOf([&] {
+            for (const std::unique_ptr<Scene> &scene : scenes)
+                scene->change();
+            QCoreApplication::processEvents();
+        });
+    };
+    for (int i = 0; i < warmUp; ++i)
+        update();
+    // The median of whole seconds, which all have the same changes.
+    std::vector<double> times;
+    CALLGRIND_START_INSTRUMENTATION;
+    CALLGRIND_ZERO_STATS;
+    for (int second = 0; second < seconds; ++second) {
+        double time = 0.0;
+        for (int i = 0; i < updatesPerSecond; ++i)
+            time += update();
+        times.push_back(time / updatesPerSecond);
+    }
+    CALLGRIND_DUMP_STATS_AT(QByteArray::number(widgets * seconds * updatesPerSecond).constData());
+    CALLGRIND_STOP_INSTRUMENTATION;
+    const double taken = usedBytes() - before - windows;
+    scenes.clear();
+    std::printf(
+        "%d widgets: %.2f us of each update and %.1f KB a widget; %.2f MB stay when all are "
+        "gone\n",
+        widgets, median(times) * 1000.0 / widgets, taken / 1024.0 / widgets,
+        (usedBytes() - before) / 1024.0 / 1024.0);
+}
+
+/// Shows a scene until it is in its window, for who watches that from outside.
+void showOnce(std::initializer_list<Share> shares)
+{
+    const Scene scene(shares);
+}
+
 bool compareScenes()
 {
-    constexpr int always = 1;
-    constexpr int eachSecond = updatesPerSecond;
-    // Values come with every update; states and labels change once a second at most.
-    Scene own({{"MetroCirclerate", 12, always},
-               {"MetroLinerate", 12, always},
-               {"AeroLinebar", 8, always},
-               {"MetroShelter", 14, eachSecond},
-               {"MetroSysIcon", 6, eachSecond},
-               {"AeroButton", 8, eachSecond}});
-    // Qt's widgets that show the same.
-    Scene peers({{"QDial", 12, always},
-                 {"QProgressBar", 20, always},
-                 {"QPushButton", 14, eachSecond},
-                 {"QToolButton", 6, eachSecond},
-                 {"QPushButton", 8, eachSecond}});
+    Scene own(ownShares);
+    Scene peers(peerShares);
     if (own.count() != peers.count())
         return false;
     std::vector<double> ownTimes;
@@ -205,13 +283,25 @@ void measureCard()
 
 int main(int argc, char *argv[])
 {
-    if (argc != 1) {
-        std::fprintf(stderr, "usage: kivscene\n");
+    const QByteArray task = argc > 1 ? argv[1] : "";
+    const int seconds = argc > 2 ? QByteArray(argv[2]).toInt() : 5;
+    const bool isKnown = task.isEmpty() || task == "scale" || task == "own" || task == "peers";
+    if (argc > 3 || !isKnown || seconds < 1 || seconds > 1000) {
+        std::fprintf(stderr, "usage: kivscene [scale [SECONDS]|own|peers]\n");
         return 2;
     }
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
+    if (task == "own" || task == "peers") {
+        showOnce(task == "own" ? ownShares : peerShares);
+        return 0;
+    }
+    if (task == "scale") {
+        for (const int count : {1, 10, 100})
+            measureScale(count, seconds);
+        return 0;
+    }
     if (!compareScenes())
         return 1;
     measureCard();

@@ -64,8 +64,10 @@ SubjectStage::SubjectStage(const Subject &measured)
     shower->show();
     shower->setUpdatesEnabled(false);
     QCoreApplication::sendPostedEvents();
-    // The first ones load fonts and fill Qt's caches.
-    for (int i = 0; i < 3; ++i)
+    // The first ones load fonts and fill Qt's caches and the library's: what comes back is
+    // remembered from the second time on.
+    constexpr int valuesInTurn = 61;
+    for (int i = 0; i < 3 * valuesInTurn; ++i)
         changeAndRepaint();
     floor();
 }

@@ -29,6 +29,8 @@
 #include <QtWidgets/QSlider>
 #include <QtWidgets/QToolButton>
 
+#include <cmath>
+
 #ifdef KIV_HAS_QWT
 #include <qwt_dial.h>
 #include <qwt_dial_needle.h>
@@ -101,6 +103,15 @@ template <typename W>
 void changeValue(QWidget *widget, int step)
 {
     static_cast<W *>(widget)->setValue(percentOf(step));
+}
+
+/// A value that did not come before, nor will soon.
+template <typename W>
+void changeToFreshValue(QWidget *widget, int step)
+{
+    constexpr double goldenRatio = 0.6180339887498949;
+    constexpr double range = 61.0;
+    static_cast<W *>(widget)->setValue(20.0 + std::fmod(step * goldenRatio * range, range));
 }
 
 template <typename W>
@@ -180,6 +191,14 @@ void changeIcon(QWidget *widget, int step)
     static_cast<QToolButton *>(widget)->setIcon(lamp(36 - step % 2));
 }
 
+/// A dial of 200 x 134 pixels.
+QWidget *largeDial(QWidget *parent)
+{
+    auto *dial = new MetroCirclerate(parent);
+    dial->setRadius(99);
+    return dial;
+}
+
 QWidget *slider(QWidget *parent)
 {
     return new QSlider(Qt::Horizontal, parent);
@@ -239,15 +258,21 @@ const Subject ownSubjects[] = {
 };
 
 const Subject others[] = {
+    {"LargeDial", library, {200, 134}, largeDial, changeValue<MetroCirclerate>},
+    {"LargeGroupbox", library, {300, 200}, glassBox, changeTitle<AeroGroupbox>},
+    {"FreshDial", library, {76, 51}, plain<MetroCirclerate>, changeToFreshValue<MetroCirclerate>},
+    {"LargeFreshDial", library, {200, 134}, largeDial, changeToFreshValue<MetroCirclerate>},
     {"MinimalGauge", minimal, {76, 51}, plain<MinimalGauge>, changeValue<MinimalGauge>},
     {"QPushButton", peer, {100, 32}, pushButton, changeText<QPushButton>},
     {"QToolButton", peer, {52, 52}, toolButton, changeIcon},
     {"QGroupBox", peer, {200, 120}, groupBox, changeTitle<QGroupBox>},
     {"QSlider", peer, {200, 40}, slider, changeValue<QSlider>},
     {"QDial", peer, {76, 51}, range<QDial>, changeValue<QDial>},
+    {"LargeQDial", peer, {200, 134}, range<QDial>, changeValue<QDial>},
     {"QProgressBar", peer, {200, 40}, range<QProgressBar>, changeValue<QProgressBar>},
 #ifdef KIV_HAS_QWT
     {"QwtDial", peer, {76, 51}, qwtDial, changeValue<QwtDial>},
+    {"LargeQwtDial", peer, {200, 134}, qwtDial, changeValue<QwtDial>},
     {"QwtThermo", peer, {200, 40}, qwtThermo, changeValue<QwtThermo>},
 #endif
 };

@@ -145,6 +145,7 @@ private Q_SLOTS:
     void paintedLayerShows();
     void paintedBarLayerShows();
     void layersOfAnIdleBarStay();
+    void valuesComeBack();
     void gaugeFollowsItsPalette();
     void gaugeFollowsTheFont();
     void randomTexts();
@@ -325,6 +326,29 @@ void MemoriesTest::layersOfAnIdleBarStay()
     COMPARE_PICTURES(*bar->Image, layers[0]);
     COMPARE_PICTURES(*bar->ImageBG, layers[1]);
     COMPARE_PICTURES(*bar->ImageFG, layers[2]);
+}
+
+/// Painted, painted again, and from what is remembered.
+void MemoriesTest::valuesComeBack()
+{
+    Stage<Dial> dial;
+    Stage<Dial> other;
+    other->setCursor(QColor(20, 30, 40, 50));
+    for (int round = 0; round < 4; ++round) {
+        for (int eighths = 0; eighths <= 8; ++eighths) {
+            const double value = eighths * 12.5;
+            for (const Stage<Dial> *shown : {&dial, &other}) {
+                shown->widget->setValue(value);
+                pictureOf(shown->widget);
+                const QImage expected = drawnPicture(QSize(76, 51), [&](QPainter *painter) {
+                    painter->setBrush(shown->widget->getCursor());
+                    painter->setPen(shown->widget->getCursor());
+                    painter->drawPie(QRectF(1, 1, 72, 72), 200 * 16, -eighths * 25 * 16);
+                });
+                COMPARE_PICTURES(*shown->widget->Image, expected);
+            }
+        }
+    }
 }
 
 void MemoriesTest::gaugeFollowsItsPalette()
