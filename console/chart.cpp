@@ -2,6 +2,7 @@
 
 #include "display.h"
 #include "model/values.h"
+#include "qtversion_p.h"
 #include "theme.h"
 
 #include <QtGui/QKeyEvent>
@@ -31,7 +32,7 @@ QColor batteryColor()
 
 double placeOf(const QMouseEvent *event)
 {
-    return event->localPos().x();
+    return KivPrivate::pointerPosition(event).x();
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "severitylook.h"
 #include "theme.h"
 
+#include <QShortcut>
 #include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QComboBox>
@@ -15,7 +16,6 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListView>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QShortcut>
 #include <QtWidgets/QStyledItemDelegate>
 #include <QtWidgets/QToolButton>
 
