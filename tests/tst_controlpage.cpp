@@ -4,6 +4,7 @@
 #include "holdguard.h"
 #include "logindialog.h"
 
+#include "mouse.h"
 #include "nutserver.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -339,9 +340,7 @@ void ControlPageTest::letGoTooEarly()
     if (by == QLatin1String("release")) {
         QTest::mouseRelease(button, Qt::LeftButton);
     } else if (by == QLatin1String("leaving")) {
-        QMouseEvent away(QEvent::MouseMove, QPointF(-30, 5), Qt::NoButton, Qt::LeftButton,
-                         Qt::NoModifier);
-        QCoreApplication::sendEvent(button, &away);
+        Mouse::drag(button, {-30, 5});
     } else if (by == QLatin1String("key")) {
         QTest::keyRelease(button, Qt::Key_Space);
     } else if (by == QLatin1String("focus")) {
