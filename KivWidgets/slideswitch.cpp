@@ -72,7 +72,8 @@ bool isOpaque(const QImage &image, const QRect &part)
 bool addsUp(const QPainter &painter, const QRegion &region, QSize size)
 {
     const QRect whole(QPoint(), size);
-    if (!painter.isActive() || painter.hasClipping() || region.rectCount() != 1 || !region.boundingRect().contains(whole))
+    if (!painter.isActive() || painter.hasClipping() || region.rectCount() != 1 ||
+        !region.boundingRect().contains(whole))
         return false;
     const QPaintEngine *const engine = painter.paintEngine();
     if (!engine || engine->type() != QPaintEngine::Raster)
