@@ -30,11 +30,6 @@ QColor batteryColor()
     return {255, 176, 46, batteryAlpha};
 }
 
-double placeOf(const QMouseEvent *event)
-{
-    return KivPrivate::pointerPosition(event).x();
-}
-
 } // namespace
 
 Chart::Chart(QWidget *parent)
@@ -82,6 +77,7 @@ void Chart::setSpan(TimeSpan span)
     if (span.from == shownSpan.from && span.to == shownSpan.to)
         return;
     shownSpan = span;
+    arrange();
     redraw();
 }
 
@@ -93,6 +89,7 @@ TimeSpan Chart::span() const
 void Chart::setZone(const QTimeZone &newZone)
 {
     zone = newZone;
+    arrange();
     redraw();
 }
 
@@ -122,7 +119,8 @@ void Chart::setCursorTime(std::optional<qint64> at)
     }
     setAccessibleDescription(readings.join(QStringLiteral(", ")));
     // The names of the lanes say what is read.
-    redraw();
+    frame = QPixmap();
+    update();
 }
 
 int Chart::columns() const
@@ -132,24 +130,24 @@ int Chart::columns() const
 
 QRect Chart::plotRect() const
 {
-    const int text = QFontMetrics(Theme::font(Theme::Small)).height();
-    return QRect(labelWidth, 0, width() - labelWidth - Theme::px(gapUnits), height() - text - 4);
+    return QRect(labelWidth, 0, width() - labelWidth - Theme::px(gapUnits),
+                 height() - textHeight - 4);
 }
 
 QRect Chart::laneRect(int lane) const
 {
     const QRect plot = plotRect();
-    const int text = QFontMetrics(Theme::font(Theme::Small)).height();
     const int count = std::max(int(shown.size()), 1);
     const int top = plot.height() * lane / count;
     const int bottom = plot.height() * (lane + 1) / count;
-    return QRect(plot.left(), top + text + 2, plot.width(),
-                 std::max(bottom - top - text - 2 - (lane + 1 < count ? 2 : 0), 1));
+    return QRect(plot.left(), top + textHeight + 2, plot.width(),
+                 std::max(bottom - top - textHeight - 2 - (lane + 1 < count ? 2 : 0), 1));
 }
 
 void Chart::arrange()
 {
     const QFontMetrics metrics(Theme::font(Theme::Small));
+    textHeight = metrics.height(); // asked for with every point
     axes.clear();
     int widest = 0;
     for (int i = 0; i < shown.size(); ++i) {
@@ -168,6 +166,8 @@ void Chart::arrange()
                 std::max(widest, metrics.horizontalAdvance(axisLabel(lane.quantity, value, axis)));
     }
     labelWidth = std::min(widest, width() / 4) + Theme::px(gapUnits);
+    const int room = metrics.horizontalAdvance(QStringLiteral("00:00:00")) * 3 / 2;
+    ticks = timeTicks(shownSpan, zone, std::max(plotRect().width() / room, 1));
 }
 
 double Chart::xOf(qint64 at) const
@@ -186,7 +186,8 @@ qint64 Chart::timeAt(double x) const
 
 void Chart::redraw()
 {
-    drawn = QPixmap();
+    frame = QPixmap();
+    curves = QPixmap();
     update();
 }
 
@@ -194,10 +195,9 @@ void Chart::paintAxis(QPainter *painter) const
 {
     const QRect plot = plotRect();
     const QFontMetrics metrics(painter->font());
-    const int widest = metrics.horizontalAdvance(QStringLiteral("00:00:00")) * 3 / 2;
     const QColor line = palette().color(QPalette::Window);
     int right = -1;
-    for (const TimeTick &tick : timeTicks(shownSpan, zone, std::max(plot.width() / widest, 1))) {
+    for (const TimeTick &tick : ticks) {
         const double x = std::floor(xOf(tick.at)) + 0.5;
         painter->setPen(QPen(tick.isDay ? palette().color(QPalette::Mid) : line, 0));
         for (int i = 0; i < shown.size(); ++i) {
@@ -214,7 +214,7 @@ void Chart::paintAxis(QPainter *painter) const
     }
 }
 
-void Chart::paintLane(QPainter *painter, int index) const
+void Chart::paintScale(QPainter *painter, int index) const
 {
     const ChartLane &lane = shown.at(index);
     const ValueAxis &axis = axes.at(index);
@@ -223,14 +223,6 @@ void Chart::paintLane(QPainter *painter, int index) const
     const auto yOf = [&](double value) {
         return room.bottom() + 1 - (value - axis.low) / (axis.high - axis.low) * room.height();
     };
-    painter->setRenderHint(QPainter::Antialiasing, false);
-    for (const TimeSpan &battery : onBattery) {
-        const double from = std::max(xOf(battery.from), double(room.left()));
-        const double to = std::min(xOf(battery.to), double(room.right() + 1));
-        if (to > from)
-            painter->fillRect(QRectF(from, room.top(), std::max(to - from, 1.0), room.height()),
-                              batteryColor());
-    }
     // Whole steps, with a number where there is room for it.
     double lastLabel = room.bottom() + metrics.height();
     for (const double value : axis.ticks()) {
@@ -245,16 +237,6 @@ void Chart::paintLane(QPainter *painter, int index) const
         painter->drawText(QRectF(0, y - metrics.height() / 2.0, labelWidth - 4, metrics.height()),
                           Qt::AlignRight | Qt::AlignVCenter, label);
     }
-    QPen limit(Theme::gaugeColors(Theme::isDark()).outOfLimits, 0, Qt::CustomDashLine);
-    limit.setDashPattern({6, 4});
-    painter->setPen(limit);
-    for (const std::optional<double> &value : {lane.measure.low, lane.measure.high}) {
-        if (!value || *value < axis.low || *value > axis.high)
-            continue;
-        const double y = std::floor(yOf(*value)) + 0.5;
-        painter->drawLine(QPointF(room.left(), y), QPointF(room.right() + 1, y));
-    }
-    paintCurve(painter, lane, axis, room);
     painter->setPen(palette().color(QPalette::WindowText));
     painter->drawText(
         QRect(room.left(), room.top() - metrics.height() - 1, room.width(), metrics.height()),
@@ -262,46 +244,124 @@ void Chart::paintLane(QPainter *painter, int index) const
         metrics.elidedText(readingOf(lane), Qt::ElideRight, room.width()));
 }
 
-void Chart::paintCurve(QPainter *painter, const ChartLane &lane, const ValueAxis &axis,
-                       const QRect &room) const
+double Chart::Place::x(qint64 at) const
 {
+    return left + double(at - from) * perMsec;
+}
+
+double Chart::Place::y(float value) const
+{
+    return bottom - (std::clamp(double(value), -largestValue, largestValue) - low) * perUnit;
+}
+
+Chart::Place Chart::placeOf(int lane) const
+{
+    const QRect room = laneRect(lane);
+    const ValueAxis &axis = axes.at(lane);
+    Place place;
+    place.from = shownSpan.from;
+    place.left = room.left();
+    place.perMsec = room.width() / double(std::max<qint64>(shownSpan.to - shownSpan.from, 1));
+    place.low = axis.low;
+    place.bottom = room.bottom() + 1;
+    place.perUnit = room.height() / (axis.high - axis.low);
+    return place;
+}
+
+/// From the lowest to the highest: a column for each point where they are close, else a surface
+/// between them. Time on battery is shaded over it.
+void Chart::paintBand(QPainter *painter, int index) const
+{
+    const ChartLane &lane = shown.at(index);
+    const QRect room = laneRect(index);
+    const Place place = placeOf(index);
+    painter->setClipRect(room);
+    const double pixel = 1.0 / painter->device()->devicePixelRatioF();
+    const QColor ink = Theme::gaugeColors(Theme::isDark()).fill;
+    const QColor base = palette().color(QPalette::Base);
+    // Opaque, which is much faster.
+    const auto mixed = [](int a, int b) { return (a * bandAlpha + b * (255 - bandAlpha)) / 255; };
+    const QColor shade(mixed(ink.red(), base.red()), mixed(ink.green(), base.green()),
+                       mixed(ink.blue(), base.blue()));
+    const double spacing = room.width() / double(std::max(int(lane.points.size()), 1));
+    if (spacing < 1.5 * pixel) {
+        QVector<QLineF> columns;
+        columns.reserve(lane.points.size());
+        for (const TrendPoint &point : lane.points) {
+            if (point.high <= point.low)
+                continue;
+            const double x = (std::floor(place.x(point.at) / pixel) + 0.5) * pixel;
+            columns.append(QLineF(x, place.y(point.high), x, place.y(point.low)));
+        }
+        painter->setPen(QPen(shade, 0));
+        painter->drawLines(columns);
+    } else {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(shade);
+        QPolygonF upper;
+        QPolygonF lower;
+        const auto flush = [&] {
+            std::reverse(lower.begin(), lower.end());
+            if (lower.size() > 1)
+                painter->drawPolygon(upper + lower);
+            upper.clear();
+            lower.clear();
+        };
+        for (const TrendPoint &point : lane.points) {
+            if (!point.joined)
+                flush();
+            const double x = place.x(point.at);
+            upper.append(QPointF(x, place.y(point.high)));
+            lower.append(QPointF(x, place.y(point.low)));
+        }
+        flush();
+    }
+    for (const TimeSpan &battery : onBattery) {
+        const double from = std::max(xOf(battery.from), double(room.left()));
+        const double to = std::min(xOf(battery.to), double(room.right() + 1));
+        if (to > from)
+            painter->fillRect(QRectF(from, room.top(), std::max(to - from, 1.0), room.height()),
+                              batteryColor());
+    }
+    painter->setClipping(false);
+}
+
+void Chart::paintLimits(QPainter *painter, int index) const
+{
+    const ChartLane &lane = shown.at(index);
+    const ValueAxis &axis = axes.at(index);
+    const QRect room = laneRect(index);
+    QPen limit(Theme::gaugeColors(Theme::isDark()).outOfLimits, 0, Qt::CustomDashLine);
+    limit.setDashPattern({6, 4});
+    painter->setPen(limit);
+    for (const std::optional<double> &value : {lane.measure.low, lane.measure.high}) {
+        if (!value || *value < axis.low || *value > axis.high)
+            continue;
+        const double y = std::floor(placeOf(index).y(float(*value))) + 0.5;
+        painter->drawLine(QPointF(room.left(), y), QPointF(room.right() + 1, y));
+    }
+}
+
+void Chart::paintLine(QPainter *painter, int index) const
+{
+    const ChartLane &lane = shown.at(index);
+    const QRect room = laneRect(index);
+    const Place place = placeOf(index);
     if (lane.points.isEmpty()) {
         painter->setPen(palette().color(QPalette::Mid));
         painter->drawText(room, Qt::AlignCenter, Values::noData());
         return;
     }
-    const double scale = room.height() / (axis.high - axis.low);
-    const auto yOf = [&](float value) {
-        const double clamped = std::clamp(double(value), -largestValue, largestValue);
-        return room.bottom() + 1 - (clamped - axis.low) * scale;
-    };
     painter->save();
     painter->setClipRect(room);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(Theme::gaugeColors(Theme::isDark()).fill, 0));
+    painter->setBrush(Qt::NoBrush);
     const double pixel = 1.0 / painter->device()->devicePixelRatioF();
-    const QColor ink = Theme::gaugeColors(Theme::isDark()).fill;
-    QColor shade = ink;
-    shade.setAlpha(bandAlpha);
-    // Where points are close, the band is a column for each; else a surface between them.
-    const double spacing = room.width() / double(lane.points.size());
-    constexpr double dense = 2.0;
-    QVector<QRectF> columns;
-    QPolygonF upper;
-    QPolygonF lower;
     QPolygonF line;
     const auto flush = [&] {
-        if (lower.size() > 1) {
-            std::reverse(lower.begin(), lower.end());
-            painter->setPen(Qt::NoPen);
-            painter->setBrush(shade);
-            painter->drawPolygon(upper + lower);
-        }
-        upper.clear();
-        lower.clear();
         if (line.isEmpty())
             return;
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(QPen(ink, 0));
-        painter->setBrush(Qt::NoBrush);
         if (line.size() == 1)
             line.append(line.first() + QPointF(std::max(pixel, 1.0), 0));
         // A wide pen takes a hundred times as long: on dense screens the thin line is drawn more
@@ -311,40 +371,38 @@ void Chart::paintCurve(QPainter *painter, const ChartLane &lane, const ValueAxis
             painter->drawPolyline(line);
             line.translate(pixel / 2, pixel);
         }
-        painter->setRenderHint(QPainter::Antialiasing, false);
         line.clear();
     };
     for (const TrendPoint &point : lane.points) {
-        const double x = xOf(point.at);
         if (!point.joined)
             flush();
-        line.append(QPointF(x, yOf(point.mean)));
-        if (point.high <= point.low && spacing < dense)
-            continue;
-        if (spacing < dense) {
-            const double top = yOf(point.high);
-            columns.append(QRectF(std::floor(x / pixel) * pixel, top,
-                                  std::max(std::ceil(spacing / pixel) * pixel, pixel),
-                                  yOf(point.low) - top));
-        } else {
-            upper.append(QPointF(x, yOf(point.high)));
-            lower.append(QPointF(x, yOf(point.low)));
-        }
+        line.append(QPointF(place.x(point.at), place.y(point.mean)));
     }
     flush();
-    if (!columns.isEmpty()) {
-        for (const QRectF &column : std::as_const(columns))
-            painter->fillRect(column, shade);
-    }
     painter->restore();
 }
 
 void Chart::paint(QPainter *painter) const
 {
+    paintFrame(painter);
+    paintCurves(painter);
+}
+
+void Chart::paintFrame(QPainter *painter) const
+{
     painter->setFont(Theme::font(Theme::Small));
     paintAxis(painter);
     for (int i = 0; i < shown.size(); ++i)
-        paintLane(painter, i);
+        paintScale(painter, i);
+}
+
+void Chart::paintCurves(QPainter *painter) const
+{
+    for (int i = 0; i < shown.size(); ++i) {
+        paintBand(painter, i);
+        paintLimits(painter, i);
+        paintLine(painter, i);
+    }
 }
 
 void Chart::paintCursor(QPainter *painter) const
@@ -386,15 +444,20 @@ void Chart::paintCursor(QPainter *painter) const
 void Chart::paintEvent(QPaintEvent *)
 {
     const double ratio = devicePixelRatioF();
-    if (drawn.isNull() || drawn.devicePixelRatio() != ratio) {
-        drawn = QPixmap(int(std::ceil(width() * ratio)), int(std::ceil(height() * ratio)));
-        drawn.setDevicePixelRatio(ratio);
-        drawn.fill(Qt::transparent);
-        QPainter painter(&drawn);
-        paint(&painter);
-    }
+    const auto fresh = [&](QPixmap *layer, void (Chart::*paintLayer)(QPainter *) const) {
+        if (!layer->isNull() && layer->devicePixelRatio() == ratio)
+            return;
+        *layer = QPixmap(int(std::ceil(width() * ratio)), int(std::ceil(height() * ratio)));
+        layer->setDevicePixelRatio(ratio);
+        layer->fill(Qt::transparent);
+        QPainter painter(layer);
+        (this->*paintLayer)(&painter);
+    };
+    fresh(&frame, &Chart::paintFrame);
+    fresh(&curves, &Chart::paintCurves);
     QPainter painter(this);
-    painter.drawPixmap(0, 0, drawn);
+    painter.drawPixmap(0, 0, frame);
+    painter.drawPixmap(0, 0, curves);
     painter.setFont(Theme::font(Theme::Small));
     paintCursor(&painter);
     if (notice.isEmpty())
@@ -515,14 +578,14 @@ void Chart::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    dragFrom = placeOf(event);
+    dragFrom = KivPrivate::pointerPosition(event).x();
     dragSpan = shownSpan;
-    setCursorTime(timeAt(placeOf(event)));
+    setCursorTime(timeAt(KivPrivate::pointerPosition(event).x()));
 }
 
 void Chart::mouseMoveEvent(QMouseEvent *event)
 {
-    const double x = placeOf(event);
+    const double x = KivPrivate::pointerPosition(event).x();
     if (dragFrom && event->buttons().testFlag(Qt::LeftButton)) {
         constexpr double least = 5.0;
         const double share = (*dragFrom - x) / std::max(plotRect().width(), 1);

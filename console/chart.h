@@ -44,6 +44,8 @@ public:
     QRect plotRect() const;
     /// Draws all but the cursor.
     void paint(QPainter *painter) const;
+    /// Of that, the curves with their bands and limits and the time on battery.
+    void paintCurves(QPainter *painter) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -65,18 +67,35 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    /// Where instants and values are in a lane.
+    struct Place
+    {
+        double x(qint64 at) const;
+        double y(float value) const;
+
+        qint64 from = 0;
+        double left = 0.0;
+        double perMsec = 0.0;
+        double low = 0.0;
+        double bottom = 0.0;
+        double perUnit = 0.0;
+    };
+
     QRect laneRect(int lane) const;
     double xOf(qint64 at) const;
     qint64 timeAt(double x) const;
+    Place placeOf(int lane) const;
     void zoom(double factor, double x);
     void moveBy(qint64 msecs);
     void redraw();
     void arrange();
     const TrendPoint *pointAt(const ChartLane &lane, qint64 at) const;
     void paintAxis(QPainter *painter) const;
-    void paintLane(QPainter *painter, int index) const;
-    void paintCurve(QPainter *painter, const ChartLane &lane, const ValueAxis &axis,
-                    const QRect &room) const;
+    void paintFrame(QPainter *painter) const;
+    void paintScale(QPainter *painter, int index) const;
+    void paintLimits(QPainter *painter, int index) const;
+    void paintBand(QPainter *painter, int index) const;
+    void paintLine(QPainter *painter, int index) const;
     void paintCursor(QPainter *painter) const;
 
     QVector<ChartLane> shown;
@@ -89,5 +108,8 @@ private:
     std::optional<double> dragFrom;
     TimeSpan dragSpan;
     int labelWidth = 0;
-    QPixmap drawn; // all but the cursor
+    int textHeight = 0;
+    QVector<TimeTick> ticks;
+    QPixmap frame;  // axes and texts
+    QPixmap curves; // on top of it
 };

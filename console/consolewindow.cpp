@@ -772,7 +772,9 @@ void ConsoleWindow::arrangeTabs()
 {
     const int count = int(tabs.size());
     const int railWidth = std::max(leastRail, Theme::px(tabUnits));
-    const int tabHeight = std::max(std::min(Theme::px(tabUnits), height() / count), leastTab);
+    // Small ones rather than one that is out of reach.
+    const int tabHeight = std::max(std::min(Theme::px(tabUnits), height() / count),
+                                   std::min(leastTab, height() / count));
     rail->setGeometry(0, 0, railWidth, height());
     const int textHeight = QFontMetrics(Theme::font(Theme::Small, true)).height();
     tabsHaveLamps = tabHeight >= lampEnd + textHeight + 4;

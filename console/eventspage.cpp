@@ -189,6 +189,7 @@ EventsPage::EventsPage(SiteModel *shown, QWidget *parent)
     , view(new EventView(card))
     , readTimer(new QTimer(this))
     , clockTimer(new QTimer(this))
+    , listTimer(new QTimer(this))
 {
     QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(card);
@@ -226,7 +227,10 @@ EventsPage::EventsPage(SiteModel *shown, QWidget *parent)
             view->viewport()->update(); // what is present lasts longer
     });
     clockTimer->start();
-    connect(site, &SiteModel::added, this, &EventsPage::listUpses);
+    // A site may get thousands of UPSes at once.
+    listTimer->setSingleShot(true);
+    connect(listTimer, &QTimer::timeout, this, &EventsPage::listUpses);
+    connect(site, &SiteModel::added, listTimer, QOverload<>::of(&QTimer::start));
     listUpses();
     applyScale();
     showStatus();

@@ -73,4 +73,5 @@ private:
     QPushButton *exportButton;
     QTimer *readTimer;
     QTimer *clockTimer;
+    QTimer *listTimer;
 };

@@ -4,6 +4,7 @@
 #include "notifier.h"
 #include "options.h"
 #include "program.h"
+#include "reportfile.h"
 #include "screenshots.h"
 #include "sitefeeds.h"
 
@@ -52,6 +53,12 @@ int main(int argc, char **argv)
     if (const std::optional<int> status = Program::begin(options))
         return *status;
 
+    if (options.report) {
+        const QCoreApplication application(argc, argv);
+        return writeReport(options, Program::dataDirectory(), &error)
+                   ? 0
+                   : Program::refuse(error, Program::failed);
+    }
     const std::unique_ptr<QApplication> application = Program::makeApplication(argc, argv);
 
     SiteModel site;

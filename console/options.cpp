@@ -80,8 +80,18 @@ Options parseOptions(const QStringList &arguments)
                                     QStringLiteral("Whether changes of state are announced on the "
                                                    "desktop: on or off."),
                                     QStringLiteral("on|off"));
-    for (const QCommandLineOption &option :
-         {ups, server, config, credentials, tls, ca, speed, at, size, fullScreen, fresh, notify})
+    const QCommandLineOption report(
+        QStringLiteral("report"),
+        QStringLiteral("Write a report of the past day, week or month to the file of --output, of "
+                       "the UPSes of --ups or all that the history knows, and exit; needs no "
+                       "display."),
+        QStringLiteral("day|week|month"));
+    const QCommandLineOption output(QStringLiteral("output"),
+                                    QStringLiteral("With --report: the file, whose name ends with "
+                                                   ".html or .csv."),
+                                    QStringLiteral("FILE"));
+    for (const QCommandLineOption &option : {ups, server, config, credentials, tls, ca, speed, at,
+                                             size, fullScreen, fresh, notify, report, output})
         line.add(option);
 
     Options options;
@@ -138,6 +148,27 @@ Options parseOptions(const QStringList &arguments)
         if (answer != QLatin1String("on") && answer != QLatin1String("off"))
             return refused(QStringLiteral("--notify takes on or off, not '%1'").arg(answer));
         options.notify = answer == QLatin1String("on");
+    }
+
+    if (line.isSet(report)) {
+        const QStringList names = {QStringLiteral("day"), QStringLiteral("week"),
+                                   QStringLiteral("month")};
+        const int period = int(names.indexOf(line.value(report)));
+        if (period < 0)
+            return refused(QStringLiteral("--report takes day, week or month, not '%1'")
+                               .arg(line.value(report)));
+        options.report = ReportPeriod(period);
+        options.output = line.value(output);
+        const bool known = options.output.endsWith(QLatin1String(".html"), Qt::CaseInsensitive) ||
+                           options.output.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive);
+        if (!known)
+            return refused(QStringLiteral("--report needs --output with a file that ends with "
+                                          ".html or .csv"));
+        if (options.task == Options::Task::TakeScreenshots || !options.servers.isEmpty() ||
+            !options.config.isEmpty())
+            return refused(QStringLiteral("--report goes with --ups and --output alone"));
+    } else if (line.isSet(output)) {
+        return refused(QStringLiteral("--output goes with --report"));
     }
 
     const bool takesScreenshots = options.task == Options::Task::TakeScreenshots;

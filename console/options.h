@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commandline.h"
+#include "history/report.h"
 
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
@@ -20,8 +21,10 @@ struct Options : CommonOptions
     QVector<double> instants; ///< scenario instants of the screenshots, in seconds
     QSize size;               ///< of the window; invalid when not given
     bool fullScreen = false;
-    bool fresh = false;         ///< forget what earlier runs remembered
-    std::optional<bool> notify; ///< desktop notifications; absent: as remembered
+    bool fresh = false;                 ///< forget what earlier runs remembered
+    std::optional<bool> notify;         ///< desktop notifications; absent: as remembered
+    std::optional<ReportPeriod> report; ///< write a report instead of showing a window
+    QString output;                     ///< the report's file
 
     /// Whether the console shows the simulator: nothing else was named.
     bool simulates() const;

@@ -10,8 +10,8 @@ namespace {
 
 /// A UPS that is not heard for so long at the start has no communication.
 constexpr qint64 patience = 15 * secondMsecs;
-/// After this time the UPSes that are watched are known.
-constexpr int leaveAfterMsecs = 30000;
+/// After this time the UPSes that are watched are known: servers have said which they have.
+constexpr int leaveAfterMsecs = 600000;
 constexpr float none = std::numeric_limits<float>::quiet_NaN();
 
 const QLatin1String silence("no-communication");

@@ -34,7 +34,8 @@ constexpr int longestText = 500;
 
 const char *const tables[] = {
     "CREATE TABLE ups(id INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE)",
-    // at: seconds since 1970 UTC, the begin of the minute or hour; covered: milliseconds
+    // at: seconds since 1970 UTC, the begin of the minute or hour; covered: milliseconds. What is
+    // left out: high and mean are low, and covered is all of the time.
     "CREATE TABLE raw(ups INTEGER, at INTEGER, samples BLOB, PRIMARY KEY(ups, at)) WITHOUT ROWID",
     "CREATE TABLE minute(ups INTEGER, quantity INTEGER, at INTEGER, low REAL, high REAL, mean REAL,"
     " covered INTEGER, PRIMARY KEY(ups, quantity, at)) WITHOUT ROWID",
@@ -88,6 +89,28 @@ std::optional<qint64> numberOrNone(const QVariant &value)
     return value.isNull() ? std::nullopt : std::optional<qint64>(value.toLongLong());
 }
 
+/// The last columns of a row of roll-ups, and back.
+QVariantList columnsOf(const Rollup &sum, qint64 step)
+{
+    const bool flat = sum.high == sum.low;
+    return {sum.low, flat ? QVariant() : QVariant(sum.high), flat ? QVariant() : QVariant(sum.mean),
+            sum.covered == step ? QVariant() : QVariant(sum.covered)};
+}
+
+Rollup rollupFrom(const QSqlQuery &query, int first, qint64 step)
+{
+    Rollup sum;
+    sum.low = sum.high = sum.mean = query.value(first).toDouble();
+    sum.covered = step;
+    if (!query.isNull(first + 1))
+        sum.high = query.value(first + 1).toDouble();
+    if (!query.isNull(first + 2))
+        sum.mean = query.value(first + 2).toDouble();
+    if (!query.isNull(first + 3))
+        sum.covered = query.value(first + 3).toLongLong();
+    return sum;
+}
+
 /// Values as they change: the old one stays until the new one is there.
 QVector<TrendPoint> stepsOf(const QVector<Sample> &samples)
 {
@@ -133,7 +156,7 @@ QVector<TrendPoint> reduced(const QVector<TrendPoint> &points, TimeSpan span, in
 
 /// The samples as one point for each of @p columns in which there was a value: what each value was
 /// there for counts, however seldom it changed.
-QVector<TrendPoint> columnsOf(const QVector<Sample> &samples, TimeSpan span, int columns)
+QVector<TrendPoint> resampled(const QVector<Sample> &samples, TimeSpan span, int columns)
 {
     QVector<TrendPoint> points;
     const double width = double(span.to - span.from) / columns;
@@ -671,7 +694,7 @@ bool Store::addMinute(qint64 ups, qint64 minute, QVector<Sample> samples)
     for (int i = 0; i < quantityCount; ++i) {
         const auto sum = rollUp(byQuantity.at(std::size_t(i)), minute + minuteMsecs);
         if (sum && !query("INSERT OR REPLACE INTO minute VALUES(?, ?, ?, ?, ?, ?, ?)",
-                          {ups, i, at, sum->low, sum->high, sum->mean, sum->covered}))
+                          QVariantList{ups, i, at} + columnsOf(*sum, minuteMsecs)))
             return false;
     }
     openHours.insert({ups, floorTo(minute, hourMsecs)});
@@ -725,14 +748,13 @@ bool Store::rollUpHours(qint64 now)
                                      "quantity=? AND at>=? AND at<?",
                                      {ups, quantity, toSeconds(hour), toSeconds(hour + hourMsecs)});
             while (found && found->next())
-                parts.append({found->value(0).toDouble(), found->value(1).toDouble(),
-                              found->value(2).toDouble(), found->value(3).toLongLong()});
+                parts.append(rollupFrom(*found, 0, minuteMsecs));
             if (found)
                 found->finish();
             const std::optional<Rollup> sum = rollUp(parts);
             if (!found || (sum && !query("INSERT OR REPLACE INTO hour VALUES(?, ?, ?, ?, ?, ?, ?)",
-                                         {ups, quantity, toSeconds(hour), sum->low, sum->high,
-                                          sum->mean, sum->covered}))) {
+                                         QVariantList{ups, quantity, toSeconds(hour)} +
+                                             columnsOf(*sum, hourMsecs)))) {
                 rollBack();
                 return false;
             }
@@ -822,8 +844,7 @@ QVector<QPair<qint64, Rollup>> Store::rollups(const QString &ups, Quantity quant
                toSeconds(to + secondMsecs - 1)});
     while (found && found->next())
         all.append({found->value(0).toLongLong() * secondMsecs,
-                    Rollup{found->value(1).toDouble(), found->value(2).toDouble(),
-                           found->value(3).toDouble(), found->value(4).toLongLong()}});
+                    rollupFrom(*found, 1, step >= hourMsecs ? hourMsecs : minuteMsecs)});
     if (found)
         found->finish();
     return all;
@@ -843,7 +864,7 @@ QVector<TrendPoint> Store::rawPoints(const QString &ups, Quantity quantity, Time
               all.end());
     putInOrder(&all);
     // A step takes two points.
-    return 2 * all.size() > columns ? columnsOf(all, span, columns) : stepsOf(all);
+    return 2 * all.size() > columns ? resampled(all, span, columns) : stepsOf(all);
 }
 
 QVector<TrendPoint> Store::curve(const QString &ups, Quantity quantity, TimeSpan span, int columns,
