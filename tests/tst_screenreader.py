@@ -158,7 +158,7 @@ def window():
     # Everything is requested again: what was asked while the window was being made would stay.
     console.clear_cache()
     console.set_cache_mask(Atspi.Cache.NONE)
-    if any(found.get_description() == "Overview, page 1 of 5" for found in descendants(console)):
+    if any(found.get_description().startswith("Overview, page 1 of ") for found in descendants(console)):
         return console
     return None
 
