@@ -223,7 +223,9 @@ ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
 void ConsoleWindow::follow(UpsModel *followed)
 {
     ups->disconnect(this);
+    ups->setFollowed(false);
     ups = followed;
+    ups->setFollowed(true);
     for (const Tab &tab : tabs)
         tab.page->setModel(ups);
     connect(ups, &UpsModel::changed, this, &ConsoleWindow::showUps);

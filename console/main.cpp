@@ -94,7 +94,9 @@ int main(int argc, char **argv)
         }
     }
     // What a simulation does is not to be mixed with what happened: it is forgotten with it.
-    History history(options.simulates() ? QString() : Program::dataDirectory(), keptTimes());
+    // Prometheus keeps its own.
+    const bool isKept = !options.simulates() && !entries.servers.isEmpty();
+    History history(!isKept ? QString() : Program::dataDirectory(), keptTimes());
     const Recorder recorder(&site, &history);
     window.setHistory(&history);
     const QString credentialsFile =

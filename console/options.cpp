@@ -22,7 +22,7 @@ bool readNumber(const QString &text, double least, double most, double *number)
 
 bool Options::simulates() const
 {
-    return upses.isEmpty() && servers.isEmpty() && config.isEmpty();
+    return upses.isEmpty() && servers.isEmpty() && config.isEmpty() && prometheus.isEmpty();
 }
 
 Options parseOptions(const QStringList &arguments)
@@ -41,6 +41,16 @@ Options parseOptions(const QStringList &arguments)
                                     QStringLiteral("Follow all UPSes of a server. May be given "
                                                    "several times."),
                                     QStringLiteral("HOST[:PORT]"));
+    const QCommandLineOption prometheus(
+        QStringLiteral("prometheus"),
+        QStringLiteral(
+            "Follow the UPSes that a Prometheus-compatible server knows from exporters."),
+        QStringLiteral("URL"));
+    const QCommandLineOption prometheusAuth(
+        QStringLiteral("prometheus-auth"),
+        QStringLiteral("User and password, or token, for --prometheus; only the file's owner may "
+                       "read it."),
+        QStringLiteral("FILE"));
     const QCommandLineOption config(QStringLiteral("config"),
                                     QStringLiteral("Follow what a configuration file names."),
                                     QStringLiteral("FILE"));
@@ -90,8 +100,9 @@ Options parseOptions(const QStringList &arguments)
                                     QStringLiteral("With --report: the file, whose name ends with "
                                                    ".html or .csv."),
                                     QStringLiteral("FILE"));
-    for (const QCommandLineOption &option : {ups, server, config, credentials, tls, ca, speed, at,
-                                             size, fullScreen, fresh, notify, report, output})
+    for (const QCommandLineOption &option :
+         {ups, server, prometheus, prometheusAuth, config, credentials, tls, ca, speed, at, size,
+          fullScreen, fresh, notify, report, output})
         line.add(option);
 
     Options options;
@@ -111,7 +122,13 @@ Options parseOptions(const QStringList &arguments)
     options.config = line.value(config);
     options.credentials = line.value(credentials);
     options.authorities = line.value(ca);
-    for (const QCommandLineOption &file : {config, credentials, ca}) {
+    options.prometheus = line.value(prometheus);
+    options.prometheusAuth = line.value(prometheusAuth);
+    if (line.isSet(prometheus) && options.prometheus.isEmpty())
+        return refused(QStringLiteral("--prometheus needs an address"));
+    if (line.isSet(prometheusAuth) && options.prometheus.isEmpty())
+        return refused(QStringLiteral("--prometheus-auth goes with --prometheus"));
+    for (const QCommandLineOption &file : {config, credentials, ca, prometheusAuth}) {
         if (line.isSet(file) && line.value(file).isEmpty())
             return refused(QStringLiteral("--%1 needs a file").arg(file.names().constFirst()));
     }
@@ -124,7 +141,8 @@ Options parseOptions(const QStringList &arguments)
     if (!options.simulates() && (line.isSet(speed) || line.isSet(at)))
         return refused(QStringLiteral("--speed and --at are for the simulated UPS, not for --ups, "
                                       "--server and --config"));
-    if (options.upses.isEmpty() && options.servers.isEmpty() && (line.isSet(tls) || line.isSet(ca)))
+    const bool anyServer = !options.upses.isEmpty() || !options.servers.isEmpty();
+    if (!anyServer && (line.isSet(tls) || (line.isSet(ca) && options.prometheus.isEmpty())))
         return refused(QStringLiteral("--tls and --ca go with --ups and --server"));
     if (options.simulates() && line.isSet(credentials))
         return refused(QStringLiteral("--credentials goes with --ups, --server or --config"));

@@ -13,6 +13,8 @@ struct Options : CommonOptions
 {
     QStringList upses;        ///< NAME@HOST[:PORT] each
     QStringList servers;      ///< HOST[:PORT] each: all of their UPSes
+    QString prometheus;       ///< address of a Prometheus server; may be empty
+    QString prometheusAuth;   ///< file with its user or token; may be empty
     QString config;           ///< file that names servers and UPSes; may be empty
     QString credentials;      ///< file with users and passwords; may be empty
     std::optional<bool> tls;  ///< whether TLS is required for these servers

@@ -53,6 +53,20 @@ bool takeArguments(const Options &options, SiteEntries *entries, QString *error)
     return true;
 }
 
+bool takePrometheus(const Options &options, SiteEntries *entries, QString *error)
+{
+    if (options.prometheus.isEmpty())
+        return true;
+    if (!PromServer::parseUrl(options.prometheus, error))
+        return false;
+    PromEntry entry;
+    entry.url = options.prometheus;
+    entry.auth = options.prometheusAuth;
+    entry.authorities = options.authorities;
+    entries->prometheus.append(entry);
+    return true;
+}
+
 bool readAuthorities(const QString &file, QList<QSslCertificate> *authorities, QString *error)
 {
     if (file.isEmpty())
@@ -80,7 +94,7 @@ bool readSite(const Options &options, const QString &kept, SiteEntries *entries,
             return false;
         *entries = *read;
     }
-    if (!takeArguments(options, entries, error))
+    if (!takeArguments(options, entries, error) || !takePrometheus(options, entries, error))
         return false;
     if (!options.credentials.isEmpty())
         entries->credentialsFile = options.credentials;
@@ -139,11 +153,46 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
         connect(server->link.get(), &NutServerFeed::lost, this,
                 [this, source](const QString &reason) { site->setProblem(source, reason); });
     }
+    for (const PromEntry &entry : entries.prometheus) {
+        if (!addPrometheus(entry, error))
+            return false;
+    }
+    return true;
+}
+
+bool SiteFeeds::addPrometheus(const PromEntry &entry, QString *error)
+{
+    PromServer server;
+    const std::optional<QUrl> url = PromServer::parseUrl(entry.url, error);
+    if (!url || !readAuthorities(entry.authorities, &server.authorities, error))
+        return false;
+    server.url = *url;
+    server.job = entry.job;
+    server.dialect = entry.dialect;
+    if (!entry.auth.isEmpty()) {
+        const std::optional<QByteArray> text = readPrivateFile(entry.auth, mostSiteBytes, error);
+        if (!text || !server.takeSecrets(*text, entry.auth, error))
+            return false;
+    }
+    site->setGrowing(true);
+    sources.push_back(std::make_unique<PromSource>(server));
+    PromSource *source = sources.back().get();
+    const QString name = url->host();
+    connect(source, &PromSource::problemChanged, this,
+            [this, name](const QString &text) { site->setProblem(name, text); });
+    connect(source, &PromSource::found, this, [this](PromFeed *feed) {
+        UpsModel *model = site->add(feed->key());
+        model->setNames(QString(), feed->instance());
+        model->setFeed(feed);
+        feed->start();
+    });
     return true;
 }
 
 void SiteFeeds::start()
 {
+    for (const auto &source : sources)
+        source->start();
     for (const auto &feed : feeds)
         feed->start();
     for (const auto &server : servers) {

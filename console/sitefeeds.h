@@ -1,6 +1,7 @@
 #pragma once
 
 #include "feed/nutfeed.h"
+#include "feed/prometheus.h"
 #include "feed/sitefile.h"
 #include "model/sitemodel.h"
 
@@ -44,10 +45,12 @@ private:
         std::unique_ptr<NutServerFeed> link;
     };
 
+    bool addPrometheus(const PromEntry &entry, QString *error);
     void addUps(NutServerFeed *link, const ServerEntry &entry, const UpsEntry &ups, bool begin);
     void takeFound(const Server &server, const QVector<NutUps> &all);
 
     SiteModel *site;
     std::vector<std::unique_ptr<Server>> servers;
     std::vector<std::unique_ptr<NutFeed>> feeds;
+    std::vector<std::unique_ptr<PromSource>> sources;
 };

@@ -15,6 +15,7 @@ class SiteFileTest : public WidgetTest
 
 private Q_SLOTS:
     void wholeFile();
+    void documentedFiles();
     void wrongFiles_data();
     void wrongFiles();
     void anyBytes();
@@ -75,6 +76,32 @@ void SiteFileTest::wholeFile()
     QCOMPARE(two.upses.at(2).site, QStringLiteral("Cellar"));
 }
 
+/// The files that the documentation shows are read as they stand there.
+void SiteFileTest::documentedFiles()
+{
+    QFile page(QStringLiteral(KIV_SOURCE_DIRECTORY "/docs/fleet.md"));
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = page.readAll().split('\n');
+    QList<QByteArray> blocks;
+    bool inside = false;
+    for (const QByteArray &line : lines) {
+        if (line == "```ini")
+            blocks.append(QByteArray());
+        else if (inside && line != "```")
+            blocks.last() += line + '\n';
+        inside = line == "```ini" || (inside && line != "```");
+    }
+    QCOMPARE(blocks.size(), 2);
+    QString error;
+    const auto site = parseSiteFile(blocks.at(0), QStringLiteral("site.ini"), &error);
+    QVERIFY2(site, qPrintable(error));
+    QCOMPARE(site->servers.size(), 2);
+    QCOMPARE(site->servers.at(1).upses.size(), 2);
+    QCOMPARE(site->prometheus.size(), 1);
+    QVERIFY2(parseCredentials(blocks.at(1), QStringLiteral("credentials"), &error),
+             qPrintable(error));
+}
+
 void SiteFileTest::wrongFiles_data()
 {
     QTest::addColumn<QByteArray>("text");
@@ -104,6 +131,10 @@ void SiteFileTest::wrongFiles_data()
     row("wrong name", server + "[ups x y@a]\n", ":3: a UPS is named");
     row("long text", server + "site = " + QByteArray(201, 'x'), ":3: the text has more than 200");
     row("long line", "# " + QByteArray(5000, 'x'), ":1: the line has more than 4096 bytes");
+    row("no url", "[prometheus p]\njob = x\n", ":1: [prometheus p] has no url");
+    row("wrong url", "[prometheus p]\nurl = http://u:p@host\n",
+        ":2: the address must have no user");
+    row("wrong dialect", "[prometheus p]\ndialect = x\n", ":2: dialect is one of");
     row("binary", QByteArray("[server a]\n\0\n", 13), ":2: the line is no text");
 }
 

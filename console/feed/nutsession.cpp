@@ -1,14 +1,13 @@
 #include "nutsession.h"
 
 #include "nutmapping.h"
+#include "privatefile.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QPointer>
 
 #include <algorithm>
 #include <utility>
-
-#include <sys/prctl.h>
 
 namespace {
 
@@ -91,8 +90,7 @@ bool NutSession::setUser(const QString &name, const QString &password)
     std::optional<QByteArray> quotedPassword = quotedForNut(password);
     if (!quotedName || !quotedPassword || name.isEmpty() || password.isEmpty())
         return false;
-    // From now on no image of this process's memory is written to a disk.
-    ::prctl(PR_SET_DUMPABLE, 0);
+    keepOutOfDumps();
     link.close();
     lose(QStringLiteral("another user logged in"));
     wipe();

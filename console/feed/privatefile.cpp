@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -58,6 +59,11 @@ std::optional<QByteArray> read(const QString &path, int mostBytes, bool secret, 
 
 } // namespace
 
+void keepOutOfDumps()
+{
+    ::prctl(PR_SET_DUMPABLE, 0);
+}
+
 std::optional<QByteArray> readSmallFile(const QString &path, int mostBytes, QString *error)
 {
     return read(path, mostBytes, false, error);
@@ -65,6 +71,7 @@ std::optional<QByteArray> readSmallFile(const QString &path, int mostBytes, QStr
 
 std::optional<QByteArray> readPrivateFile(const QString &path, int mostBytes, QString *error)
 {
+    keepOutOfDumps();
     return read(path, mostBytes, true, error);
 }
 

@@ -13,6 +13,10 @@ std::optional<QByteArray> readSmallFile(const QString &path, int mostBytes, QStr
 /// read or write it.
 std::optional<QByteArray> readPrivateFile(const QString &path, int mostBytes, QString *error);
 
+/// From now on no image of this process's memory is written to a disk, and no other process of the
+/// user may look into it. readPrivateFile() does this.
+void keepOutOfDumps();
+
 /// Replaces the file @p path, which only its owner may read from its first moment on. Returns
 /// whether it succeeded, with the reason in @p error when not.
 bool writePrivateFile(const QString &path, const QByteArray &content, QString *error);

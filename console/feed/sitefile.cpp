@@ -1,6 +1,7 @@
 #include "sitefile.h"
 
 #include "nutmapping.h"
+#include "prometheus.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -147,10 +148,16 @@ protected:
         }
         if (kind == QLatin1String("server") && !subject.isEmpty())
             return beginServer();
+        if (kind == QLatin1String("prometheus") && !subject.isEmpty()) {
+            section = Section::Prometheus;
+            prometheus = PromEntry();
+            return {};
+        }
         if (kind == QLatin1String("ups") && !subject.isEmpty())
             return beginUps();
         return QStringLiteral(
-            "unknown section; there are [console], [server NAME] and [ups UPS@SERVER]");
+            "unknown section; there are [console], [server NAME], [ups UPS@SERVER] and "
+            "[prometheus NAME]");
     }
 
     QString takeValue(const QString &key, const QString &value) override
@@ -165,6 +172,8 @@ protected:
             return {};
         case Section::Server:
             return takeServerValue(key, value);
+        case Section::Prometheus:
+            return takePrometheusValue(key, value);
         case Section::Ups:
             if (key == QLatin1String("name"))
                 return takeText(value, &ups.name);
@@ -182,6 +191,11 @@ protected:
             return {};
         case Section::Server:
             return endServer();
+        case Section::Prometheus:
+            result.prometheus.append(prometheus);
+            return prometheus.url.isEmpty()
+                       ? QStringLiteral("[prometheus %1] has no url").arg(subject.left(longestText))
+                       : QString();
         case Section::Ups:
             break;
         }
@@ -199,7 +213,7 @@ protected:
     }
 
 private:
-    enum class Section { Console, Server, Ups };
+    enum class Section { Console, Server, Prometheus, Ups };
 
     QString beginServer()
     {
@@ -254,6 +268,30 @@ private:
         return {};
     }
 
+    QString takePrometheusValue(const QString &key, const QString &value)
+    {
+        QString reason;
+        if (key == QLatin1String("url")) {
+            if (!PromServer::parseUrl(value, &reason))
+                return reason;
+            prometheus.url = value;
+        } else if (key == QLatin1String("auth")) {
+            prometheus.auth = directory.absoluteFilePath(value);
+        } else if (key == QLatin1String("ca")) {
+            prometheus.authorities = directory.absoluteFilePath(value);
+        } else if (key == QLatin1String("job")) {
+            return takeText(value, &prometheus.job);
+        } else if (key == QLatin1String("dialect")) {
+            if (!PromDialect::find(value))
+                return QStringLiteral("dialect is one of ") +
+                       PromDialect::names().join(QStringLiteral(", "));
+            prometheus.dialect = value;
+        } else {
+            return unknownKey(key, QStringLiteral("auth, ca, dialect, job and url"));
+        }
+        return {};
+    }
+
     QString takeUpses(const QString &value)
     {
         server.all = value == QLatin1String("all");
@@ -295,6 +333,7 @@ private:
     Section section = Section::Console;
     QString subject;
     ServerEntry server;
+    PromEntry prometheus;
     UpsEntry ups;
     QString serverOfUps;
     QHash<QString, int> servers;

@@ -25,6 +25,16 @@ struct ServerEntry
     QVector<UpsEntry> upses; ///< those named
 };
 
+/// A Prometheus-compatible server.
+struct PromEntry
+{
+    QString url;
+    QString auth;        ///< file with its user or token; may be empty
+    QString authorities; ///< as above
+    QString job = QStringLiteral("nut");
+    QString dialect = QStringLiteral("network_ups_tools");
+};
+
 /// A user of one server. Never print it.
 struct Credentials
 {
@@ -37,6 +47,7 @@ struct Credentials
 struct SiteEntries
 {
     QVector<ServerEntry> servers;
+    QVector<PromEntry> prometheus;
     QString credentialsFile; ///< empty: none
 
     ServerEntry *find(const NutHost &host);

@@ -44,3 +44,6 @@ QString UpsFeed::user() const
 
 void UpsFeed::logIn(const QString &, const QString &)
 {}
+
+void UpsFeed::setFollowed(bool)
+{}

@@ -44,6 +44,9 @@ public:
     /// Gives the command. Returns false when it is not supported, or refused in the present state.
     virtual bool command(Command command);
 
+    /// Whether somebody looks at this UPS, who may get more of it than of others. Here: nothing.
+    virtual void setFollowed(bool followed);
+
     /// Asks what the UPS offers by name, now and whenever it was not reached for a time;
     /// offerReady() brings it. Here: nothing is offered.
     virtual void askForOffer();

@@ -80,10 +80,19 @@ void UpsModel::setFeed(UpsFeed *newFeed)
         });
         connect(feed, &UpsFeed::userChecked, this, &UpsModel::userChecked);
     }
+    if (feed)
+        feed->setFollowed(followed);
     offered = Offer();
     underWay = 0;
     Q_EMIT offerChanged();
     Q_EMIT commandsChanged();
+}
+
+void UpsModel::setFollowed(bool nowFollowed)
+{
+    followed = nowFollowed;
+    if (feed)
+        feed->setFollowed(followed);
 }
 
 void UpsModel::take(const Snapshot &snapshot)

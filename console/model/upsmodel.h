@@ -39,6 +39,8 @@ public:
     /// Follows @p feed, which stays the caller's and may be deleted at any time; or none, when
     /// null.
     void setFeed(UpsFeed *feed);
+    /// Whether somebody looks at this UPS, who gets all of its values.
+    void setFollowed(bool followed);
     /// Takes the UPS's state from elsewhere.
     void take(const Snapshot &snapshot);
 
@@ -108,6 +110,7 @@ private:
     QPointer<UpsFeed> feed;
     Offer offered;
     int underWay = 0;
+    bool followed = false;
     Snapshot latest;
     Headline line;
     QVector<Condition> present;

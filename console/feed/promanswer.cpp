@@ -1,0 +1,128 @@
+#include "promanswer.h"
+
+#include "nutmapping.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QStringList>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr int longestText = 200;
+constexpr int mostLabels = 64;
+
+QString shortText(const QString &text)
+{
+    return plainText(text.left(4 * longestText)).left(longestText);
+}
+
+/// A value is a string: a number, "NaN", "+Inf" or "-Inf".
+std::optional<double> valueOf(const QJsonValue &json)
+{
+    if (!json.isString())
+        return std::nullopt;
+    const QString text = json.toString();
+    if (text == QLatin1String("NaN"))
+        return std::numeric_limits<double>::quiet_NaN();
+    if (text == QLatin1String("+Inf") || text == QLatin1String("-Inf"))
+        return std::copysign(std::numeric_limits<double>::infinity(),
+                             text.startsWith(QLatin1Char('-')) ? -1.0 : 1.0);
+    return nutNumber(text);
+}
+
+std::optional<QPointF> sampleOf(const QJsonValue &json)
+{
+    const QJsonArray pair = json.toArray();
+    if (pair.size() != 2 || !pair.at(0).isDouble())
+        return std::nullopt;
+    const std::optional<double> value = valueOf(pair.at(1));
+    if (!value)
+        return std::nullopt;
+    return QPointF(pair.at(0).toDouble(), *value);
+}
+
+std::optional<PromSeries> seriesOf(const QJsonObject &json)
+{
+    PromSeries series;
+    const QJsonObject labels = json.value(QLatin1String("metric")).toObject();
+    for (auto label = labels.constBegin();
+         label != labels.constEnd() && series.labels.size() < mostLabels; ++label)
+        series.labels.insert(shortText(label.key()), shortText(label.value().toString()));
+    QJsonArray samples = json.value(QLatin1String("values")).toArray();
+    if (json.contains(QLatin1String("value")))
+        samples.append(json.value(QLatin1String("value")));
+    if (samples.isEmpty() || samples.size() > PromAnswer::maxSamples)
+        return std::nullopt;
+    series.samples.reserve(int(samples.size()));
+    for (const QJsonValue &one : std::as_const(samples)) {
+        const std::optional<QPointF> sample = sampleOf(one);
+        if (!sample)
+            return std::nullopt;
+        series.samples.append(*sample);
+    }
+    return series;
+}
+
+QString reasonFor(int code, const QJsonObject &json)
+{
+    if (code == 401 || code == 403)
+        return QStringLiteral("it refuses this user (HTTP %1)").arg(code);
+    const QString error = shortText(json.value(QLatin1String("error")).toString());
+    if (!error.isEmpty())
+        return QStringLiteral("it refuses the query: ") + error;
+    return QStringLiteral("it answers HTTP %1").arg(code);
+}
+
+} // namespace
+
+PromAnswer PromAnswer::parse(int code, const QByteArray &body)
+{
+    PromAnswer answer;
+    if (body.size() > maxBytes) {
+        answer.problem = QStringLiteral("its answer is too long");
+        return answer;
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(body);
+    const QJsonObject json = document.object();
+    constexpr int good = 200;
+    if (code != good) {
+        answer.problem = reasonFor(code, json);
+        return answer;
+    }
+    const QJsonObject data = json.value(QLatin1String("data")).toObject();
+    const QString type = data.value(QLatin1String("resultType")).toString();
+    const bool isList = type == QLatin1String("vector") || type == QLatin1String("matrix");
+    if (json.value(QLatin1String("status")).toString() != QLatin1String("success") || !isList) {
+        answer.problem = QStringLiteral("its answer is not understood");
+        return answer;
+    }
+    const QJsonArray result = data.value(QLatin1String("result")).toArray();
+    if (result.size() > maxSeries) {
+        answer.problem = QStringLiteral("its answer has too many series");
+        return answer;
+    }
+    answer.series.reserve(int(result.size()));
+    for (const QJsonValue &one : result) {
+        std::optional<PromSeries> series = seriesOf(one.toObject());
+        if (!series) {
+            answer.series.clear();
+            answer.problem = QStringLiteral("its answer is not understood");
+            return answer;
+        }
+        answer.series.append(std::move(*series));
+    }
+    QStringList warnings;
+    const QJsonArray given = json.value(QLatin1String("warnings")).toArray();
+    for (const QJsonValue &warning : given) {
+        if (warnings.size() < 3)
+            warnings += shortText(warning.toString());
+    }
+    answer.warnings = warnings.join(QStringLiteral(", "));
+    answer.succeeded = true;
+    return answer;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QHash>
+#include <QtCore/QPointF>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+#include <optional>
+
+/// A series of an answer: its labels, and its samples as (seconds, value). A value may be NaN.
+struct PromSeries
+{
+    QHash<QString, QString> labels; ///< plain text
+    QVector<QPointF> samples;
+};
+
+/// What a Prometheus-compatible server answered to a query. Nothing in it is trusted: labels are
+/// made plain, and everything has a bound.
+struct PromAnswer
+{
+    static constexpr int maxBytes = 16 * 1024 * 1024;
+    static constexpr int maxSeries = 60000;
+    static constexpr int maxSamples = 11000; ///< of a series
+
+    /// Reads the body of an answer with the HTTP status @p code.
+    static PromAnswer parse(int code, const QByteArray &body);
+
+    bool succeeded = false;
+    QString problem;  ///< why not, in one line
+    QString warnings; ///< of a success that may be incomplete
+    QVector<PromSeries> series;
+};

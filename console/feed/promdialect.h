@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+/// A metric that stands for a variable of a UPS.
+struct PromValue
+{
+    QString metric;
+    QString variable; ///< such as "battery.charge"
+    double factor = 1.0;
+};
+
+/// How an exporter of UPSes names its metrics and labels.
+struct PromDialect
+{
+    QString name;
+    QString statusMetric; ///< 1 for each flag that is set
+    QString flagLabel;    ///< holds the flag, such as "OB"
+    QString upsLabel;     ///< names the UPS
+    QVector<PromValue> values;
+
+    /// Null where there is none of that name.
+    static const PromDialect *find(const QString &name);
+    static QStringList names();
+};

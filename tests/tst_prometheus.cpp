@@ -1,0 +1,644 @@
+#include "prometheus.h"
+
+#include "testmain.h"
+#include "widgetprobe.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+#include <QtNetwork/QTcpServer>
+#include <QtNetwork/QTcpSocket>
+
+#include <cmath>
+#include <ctime>
+#include <functional>
+#include <memory>
+
+namespace {
+
+constexpr int patience = 30000;
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+quint16 freePort()
+{
+    QTcpServer probe;
+    return probe.listen(QHostAddress::LocalHost) ? probe.serverPort() : quint16(0);
+}
+
+/// A web server that answers as the test says.
+class FakeWeb : public QTcpServer
+{
+    Q_OBJECT
+
+public:
+    FakeWeb()
+    {
+        if (!listen(QHostAddress::LocalHost))
+            qFatal("the server cannot listen");
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket *socket = nextPendingConnection())
+                connect(socket, &QTcpSocket::readyRead, this, [this, socket] { take(socket); });
+        });
+    }
+
+    PromServer server(const char *prefix = "") const
+    {
+        PromServer server;
+        server.url =
+            QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(serverPort()).arg(text(prefix)));
+        return server;
+    }
+
+    /// The code and the body for a query.
+    std::function<QPair<int, QByteArray>(const QByteArray &query)> onQuery;
+    bool answers = true;
+    QByteArrayList heads;
+
+private:
+    void take(QTcpSocket *socket)
+    {
+        QByteArray all = socket->property("all").toByteArray() + socket->readAll();
+        socket->setProperty("all", all);
+        const int end = int(all.indexOf("\r\n\r\n"));
+        if (end < 0)
+            return;
+        const QByteArray head = all.left(end);
+        const int mark = int(head.toLower().indexOf("content-length: "));
+        const int length = mark < 0 ? 0 : head.mid(mark + 16).split('\r').first().toInt();
+        if (all.size() < end + 4 + length)
+            return;
+        socket->setProperty("all", QByteArray());
+        heads += head;
+        if (!answers)
+            return;
+        const QByteArray query = QByteArray::fromPercentEncoding(all.mid(end + 4, length));
+        const auto [code, body] = onQuery(query);
+        socket->write("HTTP/1.1 " + QByteArray::number(code) +
+                      " X\r\nContent-Type: application/json\r\nContent-Length: " +
+                      QByteArray::number(body.size()) + "\r\n\r\n" + body);
+    }
+};
+
+QByteArray vectorOf(const QByteArrayList &rows, const QByteArray &more = QByteArray())
+{
+    return "{\"status\":\"success\",\"data\":{\"resultType\":\"vector\",\"result\":[" +
+           rows.join(',') + "]}" + more + "}";
+}
+
+QByteArray row(const QByteArray &labels, const QByteArray &value)
+{
+    return "{\"metric\":{\"job\":\"nut\"," + labels + "},\"value\":[1795295353.308,\"" + value +
+           "\"]}";
+}
+
+QByteArray seconds(int ago = 0)
+{
+    return QByteArray::number(double(QDateTime::currentSecsSinceEpoch() - ago), 'f', 0);
+}
+
+PromTimes shortTimes()
+{
+    PromTimes times;
+    times.refresh = 50;
+    times.answer = 2000;
+    return times;
+}
+
+/// What a source finds, and the latest of each UPS.
+struct Watch
+{
+    explicit Watch(PromSource *source)
+    {
+        QObject::connect(source, &PromSource::found, source, [this](PromFeed *feed) {
+            feeds.insert(feed->key(), feed);
+            const QString key = feed->key();
+            QObject::connect(feed, &UpsFeed::snapshotReady, feed,
+                             [this, key](const Snapshot &snapshot) { latest[key] = snapshot; });
+            feed->start();
+        });
+        QObject::connect(source, &PromSource::problemChanged, source,
+                         [this](const QString &what) { problem = what; });
+    }
+    Snapshot of(const char *key) const
+    {
+        return latest.value(text(key));
+    }
+
+    QHash<QString, PromFeed *> feeds;
+    QHash<QString, Snapshot> latest;
+    QString problem;
+};
+
+qint64 cpuMilliseconds()
+{
+    timespec now = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return qint64(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
+}
+
+} // namespace
+
+class PrometheusTest : public WidgetTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void answers_data();
+    void answers();
+    void values();
+    void anyJson();
+    void addresses_data();
+    void addresses();
+    void secrets();
+    void dialects();
+    void tellsStatesApart();
+    void problems_data();
+    void problems();
+    void sendsSecretsOnlyWhereTheyAreSafe();
+    void labelsAreNoQueries();
+    void thousandUpses();
+    void documentedConfiguration();
+    void realServer();
+};
+
+void PrometheusTest::answers_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QString>("problem");
+    const QByteArray error =
+        R"({"status":"error","errorType":"bad_data","error":"<b>parse</b>\nerror"})";
+    QTest::newRow("good") << 200 << vectorOf({row("\"ups\":\"a\"", "1")}) << "";
+    QTest::newRow("empty") << 200 << vectorOf({}) << "";
+    QTest::newRow("wrong user") << 401 << QByteArray("Unauthorized") << "it refuses this user";
+    QTest::newRow("query") << 400 << error << "it refuses the query: <b>parse</b> error";
+    QTest::newRow("evaluation") << 422 << error << "it refuses the query";
+    QTest::newRow("time") << 503 << error << "it refuses the query";
+    QTest::newRow("http to https")
+        << 400 << QByteArray("Client sent an HTTP request") << "it answers HTTP 400";
+    QTest::newRow("no such page") << 404 << QByteArray("404 page not found")
+                                  << "it answers HTTP 404";
+    QTest::newRow("page") << 200 << QByteArray("<html>") << "not understood";
+    QTest::newRow("nothing") << 200 << QByteArray() << "not understood";
+    QTest::newRow("status") << 200 << error << "not understood";
+    QTest::newRow("scalar")
+        << 200
+        << QByteArray(R"({"status":"success","data":{"resultType":"scalar","result":[1,"2"]}})")
+        << "not understood";
+    QTest::newRow("number for text")
+        << 200 << vectorOf({R"({"metric":{},"value":[1,2]})"}) << "not understood";
+    QTest::newRow("half a pair") << 200 << vectorOf({R"({"metric":{},"value":[1]})"})
+                                 << "not understood";
+    QTest::newRow("no value") << 200 << vectorOf({R"({"metric":{}})"}) << "not understood";
+    QTest::newRow("deep") << 200 << QByteArray(100000, '[') << "not understood";
+}
+
+void PrometheusTest::answers()
+{
+    QFETCH(int, code);
+    QFETCH(QByteArray, body);
+    QFETCH(QString, problem);
+    const PromAnswer answer = PromAnswer::parse(code, body);
+    QCOMPARE(answer.succeeded, problem.isEmpty());
+    QVERIFY2(answer.problem.contains(problem), qPrintable(answer.problem));
+    QVERIFY(!answer.problem.contains(QLatin1Char('\n')));
+    if (!answer.succeeded)
+        QVERIFY(answer.series.isEmpty());
+}
+
+void PrometheusTest::values()
+{
+    const PromAnswer answer = PromAnswer::parse(
+        200, R"({"status":"success","warnings":["remote_read: <i>refused</i>"],"data":{"resultType":
+        "matrix","result":[{"metric":{"ups":"a\u202eb"},"values":[[1,"34.8"],[2.5,"NaN"],[3,"+Inf"],
+        [4,"-Inf"],[5,"1e-7"]]}]}})");
+    QVERIFY2(answer.succeeded, qPrintable(answer.problem));
+    QCOMPARE(answer.warnings, text("remote_read: <i>refused</i>"));
+    const PromSeries series = answer.series.constFirst();
+    QCOMPARE(series.labels.value(text("ups")), text("ab"));
+    QCOMPARE(series.samples.at(0), QPointF(1, 34.8));
+    QVERIFY(std::isnan(series.samples.at(1).y()));
+    QVERIFY(std::isinf(series.samples.at(2).y()) && series.samples.at(2).y() > 0);
+    QVERIFY(std::isinf(series.samples.at(3).y()) && series.samples.at(3).y() < 0);
+    QCOMPARE(series.samples.at(4).y(), 1e-7);
+}
+
+/// Damaged answers: each gets one, in bounded memory.
+void PrometheusTest::anyJson()
+{
+    const QByteArray good = vectorOf(
+        {row("\"ups\":\"a\",\"flag\":\"OL\"", "1"), row("\"ups\":\"b\",\"flag\":\"OB\"", "NaN")},
+        ",\"warnings\":[\"x\"]");
+    quint32 seed = 7;
+    const auto random = [&seed](int below) {
+        seed = seed * 1664525U + 1013904223U;
+        return int((seed >> 8) % quint32(below));
+    };
+    int refused = 0;
+    for (int round = 0; round < 20000; ++round) {
+        QByteArray body = good;
+        for (int change = 0; change <= random(4); ++change) {
+            const int at = random(int(body.size()));
+            switch (random(4)) {
+            case 0:
+                body[at] = char(random(256));
+                break;
+            case 1:
+                body.remove(at, random(30));
+                break;
+            case 2:
+                body.insert(at, body.mid(random(int(body.size())), random(60)));
+                break;
+            default:
+                body.insert(at, "{\"metric\":[");
+            }
+            if (body.isEmpty())
+                body = "x";
+        }
+        const PromAnswer answer = PromAnswer::parse(random(8) == 0 ? 400 : 200, body);
+        refused += !answer.succeeded;
+        QVERIFY(answer.problem.size() < 500);
+        QVERIFY(answer.series.size() < 1000);
+    }
+    QVERIFY(refused > 5000 && refused < 20000);
+}
+
+void PrometheusTest::addresses_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("good");
+    for (const char *address : {"http://host", "https://host:9090", "https://host/prefix/to",
+                                "http://[::1]:9090/", "https://10.0.0.1"})
+        QTest::newRow(address) << text(address) << true;
+    for (const char *address : {"", "host", "ftp://host", "http://", "http://u:p@host",
+                                "http://host?query=1", "file:///etc/passwd", "http://host:x"})
+        QTest::newRow(address) << text(address) << false;
+}
+
+void PrometheusTest::addresses()
+{
+    QFETCH(QString, address);
+    QFETCH(bool, good);
+    QString error;
+    QCOMPARE(PromServer::parseUrl(address, &error).has_value(), good);
+    QCOMPARE(error.isEmpty(), good);
+}
+
+void PrometheusTest::secrets()
+{
+    QString error;
+    PromServer basic;
+    QVERIFY(basic.takeSecrets("# me\nuser = viewer\npassword = a = b\n", text("f"), &error));
+    QCOMPARE(basic.password, text("a = b"));
+    PromServer bearer;
+    QVERIFY(bearer.takeSecrets("token = hunter2\n", text("f"), &error));
+    for (const char *wrong : {"", "user = x\n", "password = hunter2\n", "hunter2\n",
+                              "token = hunter2\nuser = x\npassword = y\n", "secret = hunter2\n"}) {
+        PromServer server;
+        QVERIFY(!server.takeSecrets(wrong, text("f"), &error));
+        QVERIFY2(error.startsWith(text("f:")) && !error.contains(text("hunter2")),
+                 qPrintable(error));
+    }
+}
+
+void PrometheusTest::dialects()
+{
+    for (const QString &name : PromDialect::names()) {
+        FakeWeb web;
+        const PromDialect *dialect = PromDialect::find(name);
+        web.onQuery = [&](const QByteArray &query) {
+            const QByteArray ups =
+                '"' + dialect->upsLabel.toLatin1() + "\":\"a\",\"instance\":\"i\"";
+            if (query.contains("timestamp"))
+                return qMakePair(
+                    200, vectorOf({row(ups + ",\"" + dialect->flagLabel.toLatin1() + "\":\"OB\"",
+                                       seconds())}));
+            return qMakePair(200, vectorOf({row(ups, name == text("nut") ? "0.42" : "42")}));
+        };
+        PromServer server = web.server();
+        server.dialect = name;
+        PromSource source(server, shortTimes());
+        Watch watch(&source);
+        source.start();
+        QTRY_VERIFY(watch.of("a@i (nut)").tokens.testFlag(StatusToken::OnBattery));
+        if (!dialect->values.isEmpty())
+            QTRY_COMPARE(watch.of("a@i (nut)").value(Quantity::Load), std::optional<double>(42.0));
+    }
+    QVERIFY(!PromDialect::find(text("other")));
+}
+
+void PrometheusTest::tellsStatesApart()
+{
+    FakeWeb web;
+    QByteArrayList statuses;
+    QByteArray load = "33";
+    const auto of = [](const char *ups, const char *flag, const QByteArray &value) {
+        return row("\"instance\":\"i\",\"ups\":\"" + QByteArray(ups) + "\",\"flag\":\"" + flag +
+                       '"',
+                   value);
+    };
+    web.onQuery = [&](const QByteArray &query) {
+        if (query.contains("timestamp"))
+            return qMakePair(200, vectorOf(statuses));
+        return qMakePair(200, vectorOf({row("\"instance\":\"i\",\"ups\":\"a\"", load)}));
+    };
+    PromSource source(web.server(), shortTimes());
+    Watch watch(&source);
+    statuses = {of("a", "OL", seconds()), of("a", "CHRG", seconds()), of("b", "OB", seconds(500)),
+                row("\"instance\":\"i\",\"ups\":\"c\"", "0")};
+    source.start();
+    QTRY_VERIFY(watch.of("a@i (nut)").tokens.testFlag(StatusToken::Charging));
+    QTRY_COMPARE(watch.of("a@i (nut)").value(Quantity::Load), std::optional<double>(33.0));
+    QCOMPARE(watch.of("b@i (nut)").reason, text("no fresh data for 8 min"));
+    QCOMPARE(watch.of("c@i (nut)").reason, text("its exporter cannot be scraped"));
+    // NaN is no data, and no zero.
+    load = "NaN";
+    QTRY_VERIFY(!watch.of("a@i (nut)").value(Quantity::Load));
+    QVERIFY(!watch.of("a@i (nut)").isLost());
+    // One that is gone is remembered.
+    statuses = {of("b", "OL", seconds())};
+    QTRY_COMPARE(watch.of("a@i (nut)").reason, text("not monitored any more"));
+    QTRY_VERIFY(!watch.of("b@i (nut)").isLost());
+    QCOMPARE(watch.feeds.size(), 3);
+}
+
+void PrometheusTest::problems_data()
+{
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("refused") << "code 401"
+                             << "it refuses this user (HTTP 401)";
+    QTest::newRow("html") << "html"
+                          << "not understood";
+    QTest::newRow("silence") << "silence"
+                             << "no whole answer in time";
+    QTest::newRow("gone") << "gone"
+                          << "connection refused";
+    QTest::newRow("redirect") << "code 302"
+                              << "HTTP 302";
+    QTest::newRow("warning") << "warning"
+                             << "may be incomplete: half is missing";
+}
+
+void PrometheusTest::problems()
+{
+    QFETCH(QString, what);
+    QFETCH(QString, problem);
+    FakeWeb web;
+    QPair<int, QByteArray> now;
+    const QByteArray status = row("\"instance\":\"i\",\"ups\":\"a\",\"flag\":\"OL\"", seconds());
+    const QPair<int, QByteArray> good = {200, vectorOf({status})};
+    now = good;
+    web.onQuery = [&](const QByteArray &) { return now; };
+    PromTimes times = shortTimes();
+    times.answer = 500;
+    PromSource source(web.server(), times);
+    Watch watch(&source);
+    source.start();
+    QTRY_VERIFY(!watch.of("a@i (nut)").isLost());
+    if (what.startsWith(text("code")))
+        now = {what.right(3).toInt(), "no"};
+    else if (what == text("html"))
+        now = {200, "<html>"};
+    else if (what == text("silence"))
+        web.answers = false;
+    else if (what == text("warning"))
+        now = {200, vectorOf({status}, ",\"warnings\":[\"half is missing\"]")};
+    else
+        web.close();
+    if (what == text("gone")) {
+        for (QTcpSocket *socket : web.findChildren<QTcpSocket *>())
+            socket->abort();
+    }
+    QTRY_VERIFY2(watch.problem.contains(problem), qPrintable(watch.problem));
+    if (what == text("warning")) {
+        QVERIFY(!watch.of("a@i (nut)").isLost());
+        return;
+    }
+    // No frozen values.
+    QVERIFY(watch.of("a@i (nut)").isLost());
+    if (what == text("gone"))
+        return;
+    web.answers = true;
+    now = good;
+    QTRY_VERIFY(!watch.of("a@i (nut)").isLost());
+    QVERIFY(watch.problem.isEmpty());
+}
+
+void PrometheusTest::sendsSecretsOnlyWhereTheyAreSafe()
+{
+    FakeWeb web;
+    web.onQuery = [](const QByteArray &) { return qMakePair(200, vectorOf({})); };
+    PromServer server = web.server("/some/prefix/");
+    server.user = text("viewer");
+    server.password = text("secret");
+    QVERIFY(!server.wouldLeak());
+    PromSource source(server, shortTimes());
+    source.start();
+    QTRY_VERIFY(!web.heads.isEmpty());
+    QVERIFY2(web.heads.first().startsWith("POST /some/prefix/api/v1/query "),
+             web.heads.first().constData());
+    QVERIFY(web.heads.first().contains("Basic " + QByteArray("viewer:secret").toBase64()));
+    server.url = QUrl(text("http://192.0.2.1:9090"));
+    QVERIFY(server.wouldLeak());
+    PromSource leaking(server, shortTimes());
+    Watch watch(&leaking);
+    leaking.start();
+    QCOMPARE(watch.problem, text("a password needs https, except on this machine"));
+    server.url = QUrl(text("https://192.0.2.1:9090"));
+    QVERIFY(!server.wouldLeak());
+}
+
+/// A label from the server ends in a query only as a quoted text.
+void PrometheusTest::labelsAreNoQueries()
+{
+    FakeWeb web;
+    QByteArray asked;
+    web.onQuery = [&](const QByteArray &query) {
+        if (query.contains("timestamp"))
+            return qMakePair(
+                200,
+                vectorOf({row(R"("instance":"i","ups":"a\"} or {b\\","flag":"OL")", seconds())}));
+        if (query.contains("__name__"))
+            asked = query;
+        return qMakePair(200, vectorOf({}));
+    };
+    PromSource source(web.server(), shortTimes());
+    Watch watch(&source);
+    source.start();
+    QTRY_COMPARE(watch.feeds.size(), 1);
+    watch.feeds.values().first()->setFollowed(true);
+    QTRY_VERIFY(!asked.isEmpty());
+    QVERIFY2(asked.contains(R"(ups="a\"} or {b\\")"), asked.constData());
+}
+
+/// A refresh of a large fleet. What it costs is printed; its size is bounded.
+void PrometheusTest::thousandUpses()
+{
+    FakeWeb web;
+    QByteArrayList statuses;
+    QByteArrayList loads;
+    for (int i = 0; i < 1000; ++i) {
+        const QByteArray ups = "\"instance\":\"nut" + QByteArray::number(i / 20) +
+                               ":3493\",\"ups\":\"u" + QByteArray::number(i) + '"';
+        statuses += row(ups + ",\"flag\":\"OL\"", seconds());
+        loads += row(ups, QByteArray::number(20 + i % 60));
+    }
+    const QByteArray first = vectorOf(statuses);
+    const QByteArray second = vectorOf(loads);
+    web.onQuery = [&](const QByteArray &query) {
+        return qMakePair(200, query.contains("timestamp") ? first : second);
+    };
+    QVERIFY2(first.size() + second.size() < 400000,
+             qPrintable(QString::number(first.size() + second.size())));
+    PromTimes times = shortTimes();
+    times.refresh = 100000;
+    PromSource source(web.server(), times);
+    Watch watch(&source);
+    QElapsedTimer clock;
+    clock.start();
+    const qint64 cpu = cpuMilliseconds();
+    source.start();
+    QTRY_COMPARE(watch.of("u999@nut49:3493 (nut)").value(Quantity::Load),
+                 std::optional<double>(20 + 999 % 60));
+    qInfo("1000 UPSes: %d bytes, %lld ms, %lld ms CPU with the server's side",
+          int(first.size() + second.size()), static_cast<long long>(clock.elapsed()),
+          static_cast<long long>(cpuMilliseconds() - cpu));
+    QCOMPARE(watch.feeds.size(), 1000);
+}
+
+/// The server takes the configuration that the documentation shows.
+void PrometheusTest::documentedConfiguration()
+{
+    QFile page(QStringLiteral(KIV_SOURCE_DIRECTORY "/docs/fleet.md"));
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    const QByteArray all = page.readAll();
+    const int begin = int(all.indexOf("```yaml\n")) + 8;
+    const int end = int(all.indexOf("```", begin));
+    QVERIFY(begin > 8 && end > begin);
+    const QTemporaryDir directory;
+    QFile file(directory.filePath(text("prometheus.yml")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(all.mid(begin, end - begin));
+    file.close();
+    QProcess check;
+    check.setProcessChannelMode(QProcess::MergedChannels);
+    check.start(text("promtool"), {text("check"), text("config"), file.fileName()});
+    QVERIFY(check.waitForFinished(patience));
+    QVERIFY2(check.exitCode() == 0, check.readAll().constData());
+}
+
+/// Debian's server, an exporter of the test's own, and a loaded past.
+void PrometheusTest::realServer()
+{
+    const QTemporaryDir directory(text("/tmp/kivprom-XXXXXX"));
+    QVERIFY(QDir(directory.path()).mkpath(text("ups")));
+    const quint16 webPort = freePort();
+    const quint16 exporterPort = freePort();
+    const auto write = [&](const char *name, const QByteArray &content) {
+        QFile file(directory.filePath(text(name)));
+        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+    };
+    QVERIFY(write("prometheus.yml",
+                  "global: {scrape_interval: 1s, scrape_timeout: 1s}\nscrape_configs:\n"
+                  "- job_name: nut\n  metrics_path: /ups_metrics\n  static_configs:\n"
+                  "  - {targets: ['nut0:3493'], labels: {ups: a}}\n"
+                  "  - {targets: ['nut0:3493'], labels: {ups: b}}\n  relabel_configs:\n"
+                  "  - {source_labels: [ups], target_label: __param_ups}\n"
+                  "  - {source_labels: [__address__], target_label: instance}\n"
+                  "  - {target_label: __address__, replacement: '127.0.0.1:" +
+                      QByteArray::number(exporterPort) + "'}\n"));
+    QVERIFY(write("ups/b", "flags OB DISCHRG\nload 61\n"));
+    const qint64 now = QDateTime::currentSecsSinceEpoch();
+    QByteArray past = "# TYPE network_ups_tools_ups_load gauge\n";
+    constexpr int minutes = 120;
+    for (int i = minutes; i > 60; --i)
+        past += "network_ups_tools_ups_load{job=\"nut\",instance=\"nut0:3493\",ups=\"a\"} " +
+                QByteArray::number(i) + ' ' + QByteArray::number(now - i * 60) + '\n';
+    QVERIFY(write("past", past + "# EOF\n"));
+    const auto start = [&](QProcess *process, const QString &program,
+                           const QStringList &arguments) {
+        process->setWorkingDirectory(directory.path());
+        process->setStandardOutputFile(directory.filePath(text("log")), QIODevice::Append);
+        process->setStandardErrorFile(directory.filePath(text("log")), QIODevice::Append);
+        process->start(text("setpriv"),
+                       QStringList{text("--pdeathsig"), text("KILL"), program} + arguments);
+        return process->waitForStarted(patience);
+    };
+    QProcess load;
+    QVERIFY(start(&load, text("promtool"),
+                  {text("tsdb"), text("create-blocks-from"), text("openmetrics"), text("past"),
+                   text("data")}));
+    QVERIFY(load.waitForFinished(patience) && load.exitCode() == 0);
+    QProcess exporter;
+    QVERIFY(start(&exporter, QStringLiteral(KIV_UPS_EXPORTER),
+                  {QString::number(exporterPort), directory.filePath(text("ups"))}));
+    QProcess prometheus;
+    QVERIFY(start(&prometheus, text("prometheus"),
+                  {text("--config.file=prometheus.yml"), text("--storage.tsdb.path=data"),
+                   QStringLiteral("--web.listen-address=127.0.0.1:%1").arg(webPort),
+                   text("--log.level=warn")}));
+    PromServer server;
+    server.url = QUrl(QStringLiteral("http://127.0.0.1:%1").arg(webPort));
+    PromTimes times;
+    times.refresh = 300;
+    PromSource source(server, times);
+    Watch watch(&source);
+    source.start();
+    const char *const a = "a@nut0:3493 (nut)";
+    const char *const b = "b@nut0:3493 (nut)";
+    QTRY_VERIFY_WITH_TIMEOUT(watch.of(a).tokens.testFlag(StatusToken::OnLine), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(watch.of(b).tokens.testFlag(StatusToken::OnBattery), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(watch.of(b).value(Quantity::Load), std::optional<double>(61.0),
+                              patience);
+    // All values of the one that is looked at.
+    watch.feeds.value(text(b))->setFollowed(true);
+    QTRY_COMPARE_WITH_TIMEOUT(watch.of(b).value(Quantity::BatteryRuntime),
+                              std::optional<double>(1200.0), patience);
+    QVERIFY(!watch.of(a).value(Quantity::BatteryRuntime));
+    // A flag of another kind, and an exporter that fails.
+    QVERIFY(write("ups/a", "flags ALARM OL\n"));
+    QTRY_VERIFY_WITH_TIMEOUT(watch.of(a).tokens.testFlag(StatusToken::Alarm), patience);
+    QVERIFY(write("ups/a", "error\n"));
+    QTRY_COMPARE_WITH_TIMEOUT(watch.of(a).reason, text("its exporter cannot be scraped"), patience);
+    // The past, with a step that fits.
+    PromAnswer trend;
+    bool answered = false;
+    source.queryRange(watch.feeds.value(text(a))->queryOf(Quantity::Load),
+                      double(now - minutes * 60), double(now - 61 * 60), 60.0,
+                      [&](const PromAnswer &answer) {
+                          trend = answer;
+                          answered = true;
+                      });
+    QTRY_VERIFY_WITH_TIMEOUT(answered, patience);
+    QVERIFY2(trend.succeeded, qPrintable(trend.problem));
+    QCOMPARE(trend.series.size(), 1);
+    QCOMPARE(trend.series.first().samples.size(), 60);
+    QCOMPARE(trend.series.first().samples.first().y(), 120.0);
+    QCOMPARE(trend.series.first().samples.last().y(), 61.0);
+    // A query that is wrong is refused in one line.
+    answered = false;
+    source.query(text("sum by ("), [&](const PromAnswer &answer) {
+        trend = answer;
+        answered = true;
+    });
+    QTRY_VERIFY_WITH_TIMEOUT(answered, patience);
+    QVERIFY2(trend.problem.contains(text("it refuses the query: ")), qPrintable(trend.problem));
+    // Gone, it is one problem of all.
+    prometheus.kill();
+    QVERIFY(prometheus.waitForFinished(patience));
+    QTRY_VERIFY_WITH_TIMEOUT(watch.problem.contains(text("connection refused")), patience);
+    QVERIFY(watch.of(b).isLost());
+    exporter.kill();
+    QVERIFY(exporter.waitForFinished(patience));
+}
+
+KIV_TEST_MAIN(PrometheusTest)
+
+#include "tst_prometheus.moc"
