@@ -230,9 +230,9 @@ class Console(unittest.TestCase):
                 self.assertTrue(found.get_name(), f"a {role.value_nick} without a name")
                 self.assertNotRegex(found.get_name(), "^(system|battery|charge|loadBar|mainSwitch)$")
         # Two icons and six tiles; two commands; three entries of the drawer; Copy and
-        # Clear.
-        self.assertEqual(counts, {Atspi.Role.PUSH_BUTTON: 15, Atspi.Role.CHECK_BOX: 9,
-                                  Atspi.Role.PAGE_TAB: 5, Atspi.Role.DIAL: 4,
+        # Clear; six of the pages of events and trends, whose filters and curves are checked.
+        self.assertEqual(counts, {Atspi.Role.PUSH_BUTTON: 21, Atspi.Role.CHECK_BOX: 21,
+                                  Atspi.Role.PAGE_TAB: 7, Atspi.Role.DIAL: 4,
                                   Atspi.Role.PROGRESS_BAR: 6})
 
     def test_gauges(self):
