@@ -102,6 +102,8 @@ private Q_SLOTS:
     void networks();
     void fullDisk();
     void keepsWhatItShould();
+    void becomesSmaller();
+    void adoptsWhatWentOnElsewhere();
     void curveHasGaps();
     void curveShowsPeaksWhateverItsSpan_data();
     void curveShowsPeaksWhateverItsSpan();
@@ -454,6 +456,67 @@ void HistoryStoreTest::keepsWhatItShould()
     QCOMPARE(count(hourMsecs), 61);
     QVERIFY(store.prune({0, 0, 0}, start + 1000 * dayMsecs));
     QCOMPARE(count(hourMsecs), 61);
+}
+
+void HistoryStoreTest::becomesSmaller()
+{
+    const QTemporaryDir place;
+    const QString directory = makeHistory(place, 1);
+    Store store;
+    QVERIFY(store.open(directory, Store::Mode::Writing, now()));
+    QVector<UpsSample> samples;
+    for (int second = 0; second < 20 * 3600; ++second)
+        samples.append(sampleAt(start + second * secondMsecs, float(second % 97)));
+    QVERIFY(store.addSamples(samples));
+    store.close();
+    const QFileInfo file(directory + QStringLiteral("/history.db"));
+    const qint64 before = file.size();
+    QVERIFY(before > 500 * 1024);
+    QVERIFY(store.open(directory, Store::Mode::Writing, now()));
+    QVERIFY(store.prune(Retention(), start + 200 * dayMsecs));
+    store.close();
+    const qint64 after = QFileInfo(file.filePath()).size();
+    QVERIFY2(after < before / 2, qPrintable(QString::number(after)));
+    QVERIFY(store.open(directory, Store::Mode::Writing, now()));
+    QVERIFY(store.setAsideAs().isEmpty());
+    QCOMPARE(store.events({}, 10).size(), 1);
+}
+
+void HistoryStoreTest::adoptsWhatWentOnElsewhere()
+{
+    const QTemporaryDir place;
+    Store file;
+    QVERIFY(file.open(makeHistory(place, 0), Store::Mode::Writing, now()));
+    QVERIFY(Journal::apply(&file, {change(EventChange::What::Begin, start)}));
+    const Event mine = file.presentEvents().value(0);
+    QVERIFY(Journal::acknowledge(&file, {mine.id}, QStringLiteral("Ann"), start + 5000));
+    // It is seen again ten minutes later, and ends after five more.
+    Store memory;
+    QVERIFY(memory.openInMemory());
+    const qint64 later = start + 10 * minuteMsecs;
+    QVERIFY(Journal::apply(&memory, {change(EventChange::What::Begin, later),
+                                     change(EventChange::What::End, later + 5 * minuteMsecs)}));
+    QVERIFY(file.adopt(&memory, later + hourMsecs));
+    const QVector<Event> all = file.events({}, 10);
+    QCOMPARE(all.size(), 1);
+    const Event &one = all.first();
+    QCOMPARE(one.id, mine.id);
+    QCOMPARE(one.begin, start);
+    QCOMPARE(one.end.value_or(0), later + 5 * minuteMsecs);
+    QCOMPARE(one.lasted, 15 * minuteMsecs);
+    QCOMPARE(one.acknowledgedBy, QStringLiteral("Ann"));
+    // What was worse meanwhile was not acknowledged.
+    QVERIFY(Journal::apply(&file, {change(EventChange::What::Begin, later + hourMsecs)}));
+    const Event next = file.presentEvents().value(0);
+    QVERIFY(Journal::acknowledge(&file, {next.id}, QStringLiteral("Ann"), later + hourMsecs));
+    QVERIFY(memory.openInMemory());
+    QVERIFY(Journal::apply(
+        &memory, {change(EventChange::What::Begin, later + 2 * hourMsecs, Severity::Critical)}));
+    QVERIFY(file.adopt(&memory, later + 3 * hourMsecs));
+    const Event worse = file.presentEvents().value(0);
+    QCOMPARE(worse.id, next.id);
+    QCOMPARE(worse.severity, Severity::Critical);
+    QVERIFY(!worse.isAcknowledged());
 }
 
 void HistoryStoreTest::curveHasGaps()

@@ -201,6 +201,25 @@ QVector<TrendPoint> resampled(const QVector<Sample> &samples, TimeSpan span, int
     return points;
 }
 
+/// What one event comes to whose begin is known as @p first, and whose end as @p rest.
+Event joined(const Event &first, Event rest)
+{
+    rest.id = first.id;
+    if (first.begin < rest.begin) {
+        rest.lasted += first.length(rest.begin);
+        rest.begin = first.begin;
+        rest.value = first.value;
+    }
+    if (urgencyOf(first.severity) < urgencyOf(rest.severity))
+        return rest; // what was acknowledged was less
+    rest.severity = first.severity;
+    if (!rest.isAcknowledged()) {
+        rest.acknowledgedAt = first.acknowledgedAt;
+        rest.acknowledgedBy = first.acknowledgedBy;
+    }
+    return rest;
+}
+
 TrendPoint pointOf(qint64 begin, qint64 step, const Rollup &rollup)
 {
     return {begin + step / 2, float(rollup.low), float(rollup.high), float(rollup.mean), false};
@@ -507,7 +526,9 @@ bool Store::adopt(Store *other, qint64 now)
     for (Event event : std::as_const(events)) {
         // One that was present when this file was left is the same one.
         const Event mine = latest(event.ups, event.condition);
-        event.id = mine.id != 0 && mine.isPresent() ? mine.id : 0;
+        event.id = 0;
+        if (mine.id != 0 && mine.isPresent())
+            event = joined(mine, event);
         if (!write(&event)) {
             rollBack();
             return false;
@@ -793,8 +814,31 @@ bool Store::prune(const Retention &retention, qint64 now)
         rollBack();
         return false;
     }
-    // In pieces, so that nothing waits for it.
-    return commit() && run(QStringLiteral("PRAGMA incremental_vacuum(500)"));
+    return commit() && giveBackPages();
+}
+
+/// Makes the file smaller where it is empty, in pieces, so that nothing waits for it.
+bool Store::giveBackPages()
+{
+    constexpr int most = 500;
+    QSqlQuery *found = query("PRAGMA freelist_count", {});
+    if (!found)
+        return false;
+    const int pages = found->next() ? std::min(found->value(0).toInt(), most) : 0;
+    found->finish();
+    if (pages == 0)
+        return true;
+    if (!database.transaction())
+        return fail(database.lastError(), QStringLiteral("cannot write it"));
+    inTransaction = true;
+    for (int i = 0; i < pages; ++i) {
+        // Whatever its argument, Qt runs it as far as the first page.
+        if (!run(QStringLiteral("PRAGMA incremental_vacuum(1)"))) {
+            rollBack();
+            return false;
+        }
+    }
+    return commit();
 }
 
 std::optional<qint64> Store::lastSeen(const QString &ups)

@@ -147,6 +147,7 @@ private:
     qint64 numberOf(const QString &ups);
     QString nameOfUps(qint64 number);
     void findOpenHours();
+    bool giveBackPages();
     QVector<TrendPoint> rawPoints(const QString &ups, Quantity quantity, TimeSpan span, int columns,
                                   const QVector<Sample> &more);
     bool fail(const QSqlError &error, const QString &doing);
