@@ -27,6 +27,7 @@
 namespace {
 
 constexpr int mostListed = 20000;
+constexpr int mostPlaced = 500;
 constexpr int spacingUnits = 6;
 constexpr int signUnits = 22;
 constexpr int rowUnits = 46;
@@ -340,7 +341,11 @@ void EventsPage::setHistory(History *newHistory)
     if (history) {
         connect(history, &History::eventsRead, this, &EventsPage::take);
         connect(history, &History::eventsChanged, this, [this](const QVector<Event> &events) {
-            list->update(events);
+            // Many at once are read faster than put into their places.
+            if (events.size() > mostPlaced || list->rowCount() > mostListed + mostPlaced)
+                readTimer->start();
+            else
+                list->update(events);
             enableActions();
             showStatus();
         });

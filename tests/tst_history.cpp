@@ -9,6 +9,8 @@
 #include <QtCore/QProcess>
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QTemporaryDir>
+#include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlQuery>
 
 #include <algorithm>
 #include <cmath>
@@ -82,6 +84,8 @@ private Q_SLOTS:
     void secondWindowReadsAndTakesOver();
     void goesOnWithoutAPlace();
     void movesIntoTheFileWhenItCan();
+    void goesOnInMemoryAndBack();
+    void saysThatItSetAFileAside();
     void damageInUseBeginsAnew();
     void exportsAndWrites();
     void killedFiftyTimes();
@@ -422,6 +426,73 @@ void HistoryTest::movesIntoTheFileWhenItCan()
     QVERIFY(QFile::exists(directory + QStringLiteral("/history.db")));
     for (const Event &event : watch.events())
         QCOMPARE(event.acknowledgedBy, QStringLiteral("Ann"));
+}
+
+/// Another program locks the file for a while: what was present goes on, ends in memory, and is in
+/// the file afterwards with what was known of it.
+void HistoryTest::goesOnInMemoryAndBack()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("kivconsole"));
+    Watch watch(directory);
+    watch.time = QDateTime::currentMSecsSinceEpoch();
+    QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+    watch.pass(snapshotWith(StatusToken::OnLine));
+    const qint64 begin = watch.time + 5 * secondMsecs;
+    watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+    QCOMPARE(watch.events().size(), 1);
+    watch.history->acknowledgeAll(QStringLiteral("Ann"), watch.time);
+    const QVector<Event> before = watch.events();
+    QVERIFY(before.size() == 1 && before.first().isAcknowledged());
+    const QString name = QStringLiteral("locks the file");
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        other.setDatabaseName(directory + QStringLiteral("/history.db"));
+        QVERIFY(other.open());
+        QSqlQuery lock(other);
+        QVERIFY(lock.exec(QStringLiteral("BEGIN IMMEDIATE")));
+        watch.pass(snapshotWith(StatusToken::OnLine), 5);
+        QVERIFY(watch.waitFor(HistoryStatus::State::NotKept));
+        const QVector<Event> meanwhile = watch.events();
+        QCOMPARE(meanwhile.size(), 1);
+        QCOMPARE(meanwhile.first().begin, begin);
+        QCOMPARE(meanwhile.first().end.value_or(0), watch.time);
+        QCOMPARE(meanwhile.first().acknowledgedBy, QStringLiteral("Ann"));
+        QVERIFY(lock.exec(QStringLiteral("ROLLBACK")));
+    }
+    QSqlDatabase::removeDatabase(name);
+    const qint64 end = watch.time;
+    watch.pass(snapshotWith(StatusToken::OnLine), 600);
+    watch.history->lookAgain();
+    QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+    const QVector<Event> after = watch.events();
+    QCOMPARE(after.size(), 1);
+    QCOMPARE(after.first().begin, begin);
+    QCOMPARE(after.first().end.value_or(0), end);
+    QVERIFY(after.first().endSeen);
+    QCOMPARE(after.first().lasted, end - begin);
+    QCOMPARE(after.first().acknowledgedBy, QStringLiteral("Ann"));
+}
+
+void HistoryTest::saysThatItSetAFileAside()
+{
+    const QTemporaryDir place;
+    const QString directory = place.filePath(QStringLiteral("share/kivconsole"));
+    QFile inTheWay(place.filePath(QStringLiteral("share")));
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    inTheWay.close();
+    Watch watch(directory);
+    QVERIFY(watch.waitFor(HistoryStatus::State::NotKept));
+    QVERIFY(inTheWay.remove());
+    QVERIFY(QDir().mkpath(directory));
+    QFile garbage(directory + QStringLiteral("/history.db"));
+    QVERIFY(garbage.open(QIODevice::WriteOnly));
+    QCOMPARE(garbage.write(QByteArray(8192, 'x')), 8192);
+    garbage.close();
+    watch.history->lookAgain();
+    QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+    const QString line = watch.history->status().line;
+    QVERIFY2(line.contains(QLatin1String("history.db.damaged-")), qPrintable(line));
 }
 
 void HistoryTest::damageInUseBeginsAnew()

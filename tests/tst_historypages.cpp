@@ -344,6 +344,11 @@ void HistoryPagesTest::tenThousandEventsScroll()
     QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 10001, 30000);
     QCOMPARE(played.list()->at(0).text, QStringLiteral("newest"));
     QCOMPARE(resets, 0);
+    // All of them at once are read anew.
+    played.history->acknowledgeAll(QStringLiteral("Ann"), start + dayMsecs);
+    QTRY_VERIFY_WITH_TIMEOUT(played.list()->at(10000).isAcknowledged(), 60000);
+    QVERIFY(played.list()->at(0).isAcknowledged());
+    QCOMPARE(resets, 1);
 }
 
 void HistoryPagesTest::hostileTexts()

@@ -102,10 +102,11 @@ public:
     {
         if (state == HistoryStatus::State::Read)
             return;
-        if (!publish(Journal::apply(store.get(), changes))) {
-            // Now in memory, which is told all that is present.
-            failed();
-        }
+        if (publish(Journal::apply(store.get(), changes)))
+            return;
+        failed();
+        // Elsewhere now: an end and a command come only once.
+        publish(Journal::apply(store.get(), changes));
     }
 
     void acknowledge(const QVector<qint64> &ids, const QString &who, qint64 at)
@@ -216,13 +217,28 @@ private:
         });
     }
 
-    void openInMemory(HistoryStatus::State newState, const QString &line)
+    void openInMemory(HistoryStatus::State newState, const QString &line,
+                      const QVector<Event> &events = {})
     {
-        if (store->openInMemory())
+        if (store->openInMemory() && takeEvents(events))
             setState(newState, line);
         else
             setState(HistoryStatus::State::NotKept,
                      QStringLiteral("History is not kept: ") + store->problemText());
+    }
+
+    /// Goes on with @p events, under the numbers that they have.
+    bool takeEvents(const QVector<Event> &events)
+    {
+        if (!store->begin())
+            return false;
+        for (Event event : events) {
+            if (!store->write(&event)) {
+                store->rollBack();
+                return false;
+            }
+        }
+        return store->commit();
     }
 
     bool flush(const QVector<UpsSample> &samples)
@@ -240,12 +256,7 @@ private:
     {
         const QDateTime now = QDateTime::currentDateTimeUtc();
         if (store->open(directory, Store::Mode::Writing, now, anew)) {
-            QString line;
-            if (!store->setAsideAs().isEmpty())
-                line = QStringLiteral("The history was damaged and begins anew; the old file is "
-                                      "now %1")
-                           .arg(store->setAsideAs());
-            setState(HistoryStatus::State::Kept, line);
+            writes();
             return;
         }
         const QString reason = store->problemText();
@@ -258,6 +269,15 @@ private:
         notKept(reason);
     }
 
+    void writes()
+    {
+        QString line;
+        if (!store->setAsideAs().isEmpty())
+            line = QStringLiteral("The history was damaged and begins anew; the old file is now %1")
+                       .arg(store->setAsideAs());
+        setState(HistoryStatus::State::Kept, line);
+    }
+
     /// Goes from memory to the file, where it can be used now, with what happened meanwhile.
     void retryFile()
     {
@@ -267,7 +287,7 @@ private:
             !file->adopt(store.get(), now.toMSecsSinceEpoch()))
             return;
         store = std::move(file);
-        setState(HistoryStatus::State::Kept, QString());
+        writes();
     }
 
     /// Writes on where the console that did so has ended.
@@ -277,14 +297,14 @@ private:
         if (!file->open(directory, Store::Mode::Writing, QDateTime::currentDateTimeUtc()))
             return false;
         store = std::move(file);
-        setState(HistoryStatus::State::Kept, QString());
+        writes();
         return true;
     }
 
-    void notKept(const QString &reason)
+    void notKept(const QString &reason, const QVector<Event> &events = {})
     {
         openInMemory(HistoryStatus::State::NotKept,
-                     QStringLiteral("History is not kept: ") + reason);
+                     QStringLiteral("History is not kept: ") + reason, events);
     }
 
     /// Damage deep in the file shows when it is read.
@@ -302,7 +322,7 @@ private:
         if (store->problem() == Store::Problem::Damaged)
             openFile(true);
         else
-            notKept(reason);
+            notKept(reason, store->presentEvents()); // they end in memory, and then in the file
     }
 
     History *const history;
