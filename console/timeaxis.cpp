@@ -38,6 +38,28 @@ bool isMarked(const QDate &date, qint64 step)
     return (date.day() - 1) % days == 0 && (days == 1 || date.day() + days / 2 <= 31);
 }
 
+/// From day to day: the axis may be many years long.
+QVector<TimeTick> dayTicks(TimeSpan span, const QTimeZone &zone, qint64 step)
+{
+    const auto dateAt = [&zone](qint64 at) {
+        return QDateTime::fromMSecsSinceEpoch(at, zone).date();
+    };
+    QVector<TimeTick> ticks;
+    const QDate last = dateAt(span.to);
+    for (QDate date = dateAt(span.from); date <= last; date = date.addDays(1)) {
+        if (!isMarked(date, step))
+            continue;
+        TimeTick tick;
+        tick.at = date.startOfDay(zone).toMSecsSinceEpoch();
+        tick.isDay = true;
+        tick.label = dayLabel(date, step >= 31 * dayMsecs);
+        // A zone may leave out a whole day.
+        if (tick.at >= span.from && tick.at <= span.to && dateAt(tick.at) == date)
+            ticks.append(tick);
+    }
+    return ticks;
+}
+
 /// The next of 1, 2, 5, 10 … from @p least on.
 double roundStep(double least)
 {
@@ -71,6 +93,8 @@ QVector<TimeTick> timeTicks(TimeSpan span, const QTimeZone &zone, int most)
     const auto *const chosen = std::find_if(std::begin(timeSteps), std::end(timeSteps),
                                             [&](qint64 one) { return length / one <= most; });
     const qint64 step = chosen == std::end(timeSteps) ? *std::prev(chosen) : *chosen;
+    if (step >= dayMsecs)
+        return dayTicks(span, zone, step);
     // No clock is off by anything but quarters of an hour, so all whole times are met on the way.
     const qint64 pace = std::min(step, quarterMsecs);
     const auto localAt = [&zone](qint64 at) { return QDateTime::fromMSecsSinceEpoch(at, zone); };
@@ -81,16 +105,14 @@ QVector<TimeTick> timeTicks(TimeSpan span, const QTimeZone &zone, int most)
         const bool isDay = local.date() != before; // at midnight, or later where that is left out
         before = local.date();
         const int second = QTime(0, 0).secsTo(local.time());
-        const bool marked = step >= dayMsecs
-                                ? isDay && isMarked(local.date(), step)
-                                : isDay || second % daySeconds % (step / secondMsecs) == 0;
+        const bool marked = isDay || second % daySeconds % (step / secondMsecs) == 0;
         if (!marked || at < span.from)
             continue;
         TimeTick tick;
         tick.at = at;
         tick.isDay = isDay;
         if (isDay)
-            tick.label = dayLabel(local.date(), step >= 31 * dayMsecs);
+            tick.label = dayLabel(local.date(), false);
         else
             tick.label = local.toString(step < minuteMsecs ? QStringLiteral("HH:mm:ss")
                                                            : QStringLiteral("HH:mm"));

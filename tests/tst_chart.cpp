@@ -9,6 +9,7 @@
 #include <QtGui/QWheelEvent>
 
 #include <cmath>
+#include <ctime>
 
 namespace {
 
@@ -93,6 +94,7 @@ private Q_SLOTS:
     void dayWithoutMidnight();
     void halfHourZones();
     void ticksAreBounded();
+    void ticksOfYears();
     void valueAxes_data();
     void valueAxes();
     void readsAtTheCursor();
@@ -182,6 +184,27 @@ void ChartTest::dayWithoutMidnight()
     QCOMPARE(labelsOf(span, "Africa/Cairo", 6),
              (QStringList{QStringLiteral("25 Apr"), QStringLiteral("26 Apr"),
                           QStringLiteral("27 Apr"), QStringLiteral("28 Apr")}));
+}
+
+/// Years are as quick to mark as hours, for each turn of the wheel marks them.
+void ChartTest::ticksOfYears()
+{
+    const TimeSpan span{utc(2016, 11, 22, 10), utc(2026, 11, 22, 10)};
+    const std::clock_t before = std::clock();
+    QStringList labels;
+    constexpr int times = 50;
+    for (int i = 0; i < times; ++i)
+        labels = labelsOf(span, "Europe/Berlin", 12);
+    const double milliseconds =
+        double(std::clock() - before) * 1000.0 / double(CLOCKS_PER_SEC) / times;
+    QVERIFY2(milliseconds < 100.0, qPrintable(QString::number(milliseconds)));
+    QCOMPARE(labels.size(), 10);
+    QCOMPARE(labels.first(), QStringLiteral("Jan 2017"));
+    QCOMPARE(labels.last(), QStringLiteral("Jan 2026"));
+    // The last day of 2011's December but one was left out there.
+    QCOMPARE(labelsOf({utc(2011, 12, 28, 12), utc(2012, 1, 2, 0)}, "Pacific/Apia", 6),
+             (QStringList{QStringLiteral("29 Dec"), QStringLiteral("31 Dec"),
+                          QStringLiteral("1 Jan"), QStringLiteral("2 Jan")}));
 }
 
 void ChartTest::halfHourZones()
