@@ -65,6 +65,7 @@ private Q_SLOTS:
     void nothingKnown();
     void whatIsNotOver();
     void afterTheMinutesAreGone();
+    void onlyWatchedTimeCounts();
     void spans();
     void pageIsPlain();
     void linesAreComplete();
@@ -130,6 +131,26 @@ void ReportTest::afterTheMinutesAreGone()
     QVERIFY2(std::abs(*one.energy - 28800.0) < 1e-6, qPrintable(QString::number(*one.energy)));
     QCOMPARE(*one.peakLoad, 97.0);
     QCOMPARE(one.watched, dayMsecs);
+}
+
+/// An outage that went on while the console was off says nothing of that time.
+void ReportTest::onlyWatchedTimeCounts()
+{
+    Store store;
+    QVERIFY(store.openInMemory());
+    const qint64 begin = start - dayMsecs;
+    QVector<UpsSample> samples;
+    for (int minute = 0; minute < 60; ++minute)
+        samples.append({ups, {begin + minute * minuteMsecs, Quantity::Load, 40.0F}});
+    QVERIFY(store.addSamples(samples));
+    using What = EventChange::What;
+    QVERIFY(Journal::apply(&store, {change(What::Begin, "on-battery", begin + 45 * minuteMsecs),
+                                    change(What::End, "on-battery", begin + 10 * hourMsecs)}));
+    const UpsReport one = reportOf(&store, {}, {begin, start}).upses.first();
+    QCOMPARE(one.watched, hourMsecs);
+    QVERIFY2(std::abs(*one.mains - 0.75) < 1e-9, qPrintable(QString::number(*one.mains)));
+    QCOMPARE(*one.available, 1.0);
+    QCOMPARE(one.outages.first().length, 10 * hourMsecs - 45 * minuteMsecs);
 }
 
 void ReportTest::spans()

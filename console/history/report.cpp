@@ -3,6 +3,7 @@
 #include "values.h"
 
 #include <QtCore/QLocale>
+#include <QtCore/QMap>
 #include <QtCore/QTimeZone>
 
 #include <algorithm>
@@ -33,37 +34,51 @@ QVector<Piece> piecesOf(Store *store, const QString &ups, Quantity quantity, Tim
     return pieces;
 }
 
-/// How long at least one of the conditions was there.
-qint64 lengthOf(Store *store, const QString &ups, const QStringList &conditions, TimeSpan span)
+/// How long something was measured in the minutes and hours, by their begin.
+struct WatchedPiece
+{
+    qint64 step = 0;
+    qint64 covered = 0;
+};
+using WatchedTime = QMap<qint64, WatchedPiece>;
+
+WatchedTime watchedOf(Store *store, const QString &ups, TimeSpan span)
+{
+    WatchedTime watched;
+    for (int i = 0; i < quantityCount; ++i) {
+        for (const Piece &piece : piecesOf(store, ups, Quantity(i), span)) {
+            WatchedPiece &most = watched[piece.at];
+            most.step = std::max(most.step, piece.step);
+            most.covered = std::max(most.covered, piece.sum.covered);
+        }
+    }
+    return watched;
+}
+
+/// For how much of the watched time at least one of the conditions was there. What happened while
+/// nobody watched counts neither way.
+qint64 lengthOf(Store *store, const QString &ups, const QStringList &conditions, TimeSpan span,
+                const WatchedTime &watched)
 {
     QVector<TimeSpan> all;
     for (const QString &condition : conditions)
         all += store->spans(ups, condition, span);
     std::sort(all.begin(), all.end(),
               [](const TimeSpan &a, const TimeSpan &b) { return a.from < b.from; });
-    qint64 length = 0;
+    QMap<qint64, qint64> lengths; // in each piece
     qint64 until = span.from;
     for (const TimeSpan &one : std::as_const(all)) {
-        length += std::max<qint64>(one.to - std::max(one.from, until), 0);
+        const qint64 from = std::max(one.from, until);
         until = std::max(until, one.to);
+        for (auto piece = watched.lowerBound(floorTo(from, hourMsecs));
+             piece != watched.cend() && piece.key() < one.to; ++piece)
+            lengths[piece.key()] += std::max<qint64>(
+                std::min(one.to, piece.key() + piece->step) - std::max(from, piece.key()), 0);
     }
+    qint64 length = 0;
+    for (auto piece = lengths.cbegin(); piece != lengths.cend(); ++piece)
+        length += std::min(piece.value(), watched.value(piece.key()).covered);
     return length;
-}
-
-/// How long something was measured.
-qint64 watchedOf(Store *store, const QString &ups, TimeSpan span)
-{
-    QHash<qint64, qint64> covered;
-    for (int i = 0; i < quantityCount; ++i) {
-        for (const Piece &piece : piecesOf(store, ups, Quantity(i), span)) {
-            qint64 &most = covered[piece.at];
-            most = std::max(most, piece.sum.covered);
-        }
-    }
-    qint64 sum = 0;
-    for (const qint64 one : std::as_const(covered))
-        sum += one;
-    return std::min(sum, span.to - span.from);
 }
 
 UpsReport upsReportOf(Store *store, const QString &ups, TimeSpan span)
@@ -94,10 +109,13 @@ UpsReport upsReportOf(Store *store, const QString &ups, TimeSpan span)
     std::sort(report.outages.begin(), report.outages.end(),
               [](const auto &a, const auto &b) { return a.begin < b.begin; });
 
-    report.watched = watchedOf(store, ups, span);
+    const WatchedTime watched = watchedOf(store, ups, span);
+    for (const WatchedPiece &piece : watched)
+        report.watched += piece.covered;
+    report.watched = std::min(report.watched, span.to - span.from);
     if (report.watched > 0) {
         const auto shareWithout = [&](const QStringList &conditions) {
-            const double without = double(lengthOf(store, ups, conditions, span));
+            const double without = double(lengthOf(store, ups, conditions, span, watched));
             return std::clamp(1.0 - without / double(report.watched), 0.0, 1.0);
         };
         QStringList off;

@@ -1076,13 +1076,19 @@ QVector<Event> Store::unacknowledged()
 QVector<Event> Store::events(const EventFilter &filter, int most)
 {
     QVector<Event> all;
-    for (const Event &event : presentEvents()) {
+    for (const Event &event : presentEvents(filter.ups)) {
         if (filter.matches(event))
             all.append(event);
     }
-    QSqlQuery *found = query("SELECT " KIV_EVENT_COLUMNS
-                             " FROM event WHERE end IS NOT NULL ORDER BY begin DESC, id DESC",
-                             {});
+    // What the file can sort out need not be read; an event never ends before its begin.
+    const qint64 from = filter.from.value_or(std::numeric_limits<qint64>::min());
+    QSqlQuery *found = filter.ups.isEmpty()
+                           ? query("SELECT " KIV_EVENT_COLUMNS
+                                   " FROM event WHERE end>=? ORDER BY begin DESC, id DESC",
+                                   {from})
+                           : query("SELECT " KIV_EVENT_COLUMNS " FROM event WHERE ups=? AND "
+                                   "end>=? ORDER BY begin DESC, id DESC",
+                                   {numberOf(filter.ups), from});
     while (found && all.size() < most && found->next()) {
         const std::optional<Event> event = readEvent(*found);
         if (event && filter.matches(*event))
