@@ -493,6 +493,14 @@ void HistoryTest::saysThatItSetAFileAside()
     QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
     const QString line = watch.history->status().line;
     QVERIFY2(line.contains(QLatin1String("history.db.damaged-")), qPrintable(line));
+    // The new one stays where it is when it is read.
+    watch.pass(snapshotWith(StatusToken::OnBattery), 60);
+    QCOMPARE(watch.events().size(), 1);
+    QCOMPARE(watch.events().size(), 1);
+    QCOMPARE(watch.history->status().line, line);
+    const QStringList aside =
+        QDir(directory).entryList({QStringLiteral("history.db.damaged-*")}, QDir::Files);
+    QVERIFY2(aside.size() == 1, qPrintable(aside.join(QLatin1Char(' '))));
 }
 
 void HistoryTest::damageInUseBeginsAnew()

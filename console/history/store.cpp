@@ -359,6 +359,9 @@ bool Store::open(const QString &directory, Mode wanted, const QDateTime &now, bo
             break;
         current = wanted;
         if (openConnection(file, false) && prepareTables()) {
+            // What the old file had is no problem of the new one.
+            lastProblem = Problem::None;
+            lastText.clear();
             findOpenHours();
             return true;
         }
