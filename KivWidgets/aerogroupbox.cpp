@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "aerogroupbox.h"
 
 #include "aeropanel_p.h"
@@ -64,9 +66,9 @@ QPixmap AeroGroupbox::getBackgroundGroup() const
     return backgroundGroup;
 }
 
-void AeroGroupbox::setBackgroundGroup(const QPixmap &picture)
+void AeroGroupbox::setBackgroundGroup(const QPixmap &pixmap)
 {
-    backgroundGroup = picture;
+    backgroundGroup = pixmap;
     repaintSchedule(&image);
 }
 
@@ -210,7 +212,7 @@ void AeroGroupbox::repaintSchedule(QImage **cached)
     update();
 }
 
-bool AeroGroupbox::showsPicture() const
+bool AeroGroupbox::showsImage() const
 {
     return backgroudType == ImageBG;
 }

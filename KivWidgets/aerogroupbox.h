@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include "aerostyle.h"
@@ -27,7 +29,7 @@ class KIVWIDGETS_EXPORT AeroGroupbox : public QGroupBox, public AeroStyle
     Q_OBJECT
     Q_PROPERTY(typeBG backgroudType READ getBackgroudType WRITE setBackgroundType)
     Q_PROPERTY(QPixmap backgroundGroup READ getBackgroundGroup WRITE setBackgroundGroup
-                   KIVWIDGETS_DESIGNABLE(showsPicture))
+                   KIVWIDGETS_DESIGNABLE(showsImage))
     Q_PROPERTY(QColor color READ getColor WRITE setColor KIVWIDGETS_DESIGNABLE(showsPanel))
     Q_PROPERTY(QColor shadow READ getShadow WRITE setShadow KIVWIDGETS_DESIGNABLE(showsPanel))
     Q_PROPERTY(QColor colorPen READ getColorPen WRITE setColorPen)
@@ -54,7 +56,7 @@ public:
     /// The image for ImageBG, stretched over the box. Default: a null pixmap, which leaves the
     /// body transparent. Every write rebuilds the body.
     QPixmap getBackgroundGroup() const;
-    void setBackgroundGroup(const QPixmap &picture);
+    void setBackgroundGroup(const QPixmap &pixmap);
     /// Colour of the title. Default: Qt::white. A change rebuilds the body, not the title.
     QColor getColorTitle() const;
     void setColorTitle(const QColor &colorTitle);
@@ -88,6 +90,6 @@ protected:
     QSize titleSize;
 
 private:
-    Q_DECL_HIDDEN bool showsPicture() const;
+    Q_DECL_HIDDEN bool showsImage() const;
     Q_DECL_HIDDEN bool showsPanel() const;
 };

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "aeropanel_p.h"
 
 #include "imagememory_p.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "aerostatusbar.h"
 
 #include "aeropanel_p.h"

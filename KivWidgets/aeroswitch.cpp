@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "aeroswitch.h"
 
 #include "aeropanel_p.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include <QtCore/QCoreApplication>

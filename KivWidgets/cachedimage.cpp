@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "cachedimage_p.h"
 
 #include "pixmaps_p.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "composition_p.h"
 
 #if defined(__SSE2__) && defined(__GNUC__)

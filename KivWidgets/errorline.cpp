@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "errorline_p.h"
 
 #include <QtCore/QByteArray>

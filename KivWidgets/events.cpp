@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "events_p.h"
 
 #include <QtCore/QCoreApplication>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "gaugelayers_p.h"
 
 #include "applicationmemory_p.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "iconpainting_p.h"
 
 #include "ownsize_p.h"

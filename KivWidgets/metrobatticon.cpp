@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrobatticon.h"
 
 #include "cachedimage_p.h"

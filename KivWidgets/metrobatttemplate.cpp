@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrobatttemplate.h"
 
 #include "elementstate_p.h"
@@ -14,10 +16,10 @@ using namespace KivPrivate;
 
 namespace {
 
-constexpr QSize sizeWithoutPictures(22, 22);
+constexpr QSize sizeWithoutImages(22, 22);
 
 /// By colour index. The two warnings are two pixmaps, as they are two colours.
-constexpr const char *pictureNames[] = {
+constexpr const char *imageNames[] = {
     "none", "ok", "warning", "onBypass", "COMMLOST", "warning", "fault",
 };
 
@@ -26,16 +28,16 @@ constexpr const char *pictureNames[] = {
 QPixmap *MetroBattTemplate::background[7] = {};
 bool MetroBattTemplate::initialized = false;
 
-static_assert(std::size(pictureNames) == colorCount, "one picture for each colour");
+static_assert(std::size(imageNames) == colorCount, "one image for each colour");
 
 MetroBattTemplate::MetroBattTemplate(QWidget *ownerWidget)
     : MetroStyle(ownerWidget)
 {
     if (initialized)
         return;
-    for (std::size_t i = 0; i < std::size(pictureNames); ++i) {
-        const QLatin1String name(pictureNames[i]);
-        background[i] = new QPixmap(picture(QStringLiteral("batt_%1").arg(name)));
+    for (std::size_t i = 0; i < std::size(imageNames); ++i) {
+        const QLatin1String name(imageNames[i]);
+        background[i] = new QPixmap(libraryImage(QStringLiteral("batt_%1").arg(name)));
     }
     initialized = true;
 }
@@ -54,5 +56,5 @@ void MetroBattTemplate::paintBase(QPainter *painter)
 
 QSize MetroBattTemplate::getBackGroundSize()
 {
-    return background[0] ? background[0]->size() : sizeWithoutPictures;
+    return background[0] ? background[0]->size() : sizeWithoutImages;
 }

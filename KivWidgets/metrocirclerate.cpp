@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrocirclerate.h"
 
 #include "assign_p.h"

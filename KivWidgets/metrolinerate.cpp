@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrolinerate.h"
 
 #include "assign_p.h"

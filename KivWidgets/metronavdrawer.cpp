@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metronavdrawer.h"
 
 #include "cachedimage_p.h"
@@ -57,7 +59,7 @@ MetroNavdrawer::MetroNavdrawer(QWidget *parent)
     , image(nullptr)
 {
     setState(open);
-    ImageTab = picture(QStringLiteral("linguetta-navdrawer"));
+    ImageTab = libraryImage(QStringLiteral("linguetta-navdrawer"));
     background = QColor(lightGrey);
     repaintSchedule(&image);
 }

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include "kivglobal.h"
@@ -51,7 +53,7 @@ public:
     void setState(state_E s);
     /// The tab image. Default: the library's, 50 x 52 pixels. Every write rebuilds.
     QPixmap getImageTab() const;
-    void setImageTab(const QPixmap &picture);
+    void setImageTab(const QPixmap &newTab);
     /// Colour of the open panel. Default: (167, 167, 167). Every write rebuilds.
     QColor getBackground() const;
     void setBackground(const QColor &background);

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metroshelter.h"
 
 #include "assign_p.h"
@@ -52,7 +54,7 @@ static_assert(std::size(alarmLooks) == alarmStateCount, "one look for each state
 
 QPixmap led(const QString &name)
 {
-    return picture(QStringLiteral("stato-LED-%1").arg(name));
+    return libraryImage(QStringLiteral("stato-LED-%1").arg(name));
 }
 
 /// The LED of @p state; error lines name @p place.
@@ -114,10 +116,10 @@ QPixmap MetroShelter::getImageBackground() const
     return ImageBackground ? *ImageBackground : QPixmap();
 }
 
-void MetroShelter::setBackgroundImage(const QPixmap &picture)
+void MetroShelter::setBackgroundImage(const QPixmap &pixmap)
 {
     // The caller's pixmap may be the held one.
-    QPixmap *held = picture.isNull() ? nullptr : new QPixmap(picture);
+    QPixmap *held = pixmap.isNull() ? nullptr : new QPixmap(pixmap);
     delete ImageBackground;
     ImageBackground = held;
     repaintSchedule(&image);

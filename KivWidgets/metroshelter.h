@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include "kivglobal.h"
@@ -33,7 +35,7 @@ public:
     /// The tile's face. Default: black. A null pixmap gives a black face of the tile's size with
     /// the next paint; until then reading gives a null pixmap. Every write rebuilds.
     QPixmap getImageBackground() const;
-    void setBackgroundImage(const QPixmap &picture);
+    void setBackgroundImage(const QPixmap &pixmap);
     /// Colour of the label's text. Default: Qt::white. A change rebuilds.
     QColor getColorText() const;
     void setColorText(const QColor &colorText);

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrostatusbar.h"
 
 #include "cachedimage_p.h"
@@ -15,7 +17,7 @@ using namespace KivPrivate;
 MetroStatusbar::MetroStatusbar(QWidget *parent)
     : QFrame(parent)
     , MetroStyle(this)
-    , background(picture(QStringLiteral("fasciasuperiore")))
+    , background(libraryImage(QStringLiteral("fasciasuperiore")))
     , image(nullptr)
 {
     repaintSchedule(&image);

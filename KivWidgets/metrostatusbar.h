@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include "kivglobal.h"
@@ -31,7 +33,7 @@ public:
     /// The image. Default: the library's strip. Every write rebuilds; the size follows with the
     /// next resize.
     QPixmap getBackground() const;
-    void setBackground(const QPixmap &picture);
+    void setBackground(const QPixmap &newBackground);
 
     void repaintSchedule(QImage **cached);
     void createImages();

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrotabicon.h"
 
 #include "cachedimage_p.h"
@@ -31,7 +33,7 @@ QPixmap ledOf(elemDesc_t state)
     const char *name = state.alarmSt < std::size(ledNames) ? ledNames[state.alarmSt] : "none";
     if (!name)
         return QPixmap();
-    return picture(QStringLiteral("stato-LED-%1").arg(QLatin1String(name)));
+    return libraryImage(QStringLiteral("stato-LED-%1").arg(QLatin1String(name)));
 }
 
 } // namespace

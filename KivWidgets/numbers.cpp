@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "numbers_p.h"
 
 #include <QtCore/QPoint>

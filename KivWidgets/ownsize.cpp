@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "ownsize_p.h"
 
 #include <QtWidgets/QWidget>

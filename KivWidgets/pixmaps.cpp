@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "pixmaps_p.h"
 
 #include "applicationmemory_p.h"
@@ -22,7 +24,7 @@ constexpr std::array<int, 2> drawnRatios = {2, 3};
 /// Shrunk by more than this, an image loses pixels even where it is drawn smoothly.
 constexpr double mostShrinking = 2.2;
 
-struct Picture
+struct Image
 {
     const uchar *data = nullptr; ///< of the collection that it was read from
     QPixmap plain;
@@ -30,14 +32,14 @@ struct Picture
 };
 
 /// By name: at most the images of the collection.
-using Pictures = QHash<QString, Picture>;
+using Images = QHash<QString, Image>;
 
 double deviceRatio(const QPainter *painter)
 {
     return painter->device()->devicePixelRatioF();
 }
 
-QPixmap largerPicture(const QString &name, int ratio)
+QPixmap largerImage(const QString &name, int ratio)
 {
     QPixmap pixmap(QStringLiteral(":/KivWidgets/private/Images%1x/%2.png").arg(ratio).arg(name));
     pixmap.setDevicePixelRatio(ratio);
@@ -105,20 +107,20 @@ QSize logicalSize(const QPixmap &pixmap)
     return logicalSize(pixmap.size(), pixmap.devicePixelRatio());
 }
 
-QPixmap picture(const QString &name)
+QPixmap libraryImage(const QString &name)
 {
     // An application may release the collection and register it again.
     const QString path = QStringLiteral(":/Images/%1.png").arg(name);
     const uchar *const data = QResource(path).data();
-    Pictures &pictures = applicationMemory<Pictures>();
-    const auto known = pictures.constFind(name);
-    if (known != pictures.cend() && known->data == data)
+    Images &images = applicationMemory<Images>();
+    const auto known = images.constFind(name);
+    if (known != images.cend() && known->data == data)
         return known->plain;
     const QPixmap pixmap(path);
     if (pixmap.isNull())
-        pictures.remove(name);
+        images.remove(name);
     else
-        pictures.insert(name, {data, pixmap, {}});
+        images.insert(name, {data, pixmap, {}});
     return pixmap;
 }
 
@@ -126,14 +128,14 @@ QPixmap atRatio(const QPixmap &pixmap, double ratio)
 {
     if (ratio <= 1.0 || pixmap.devicePixelRatio() != 1.0)
         return pixmap;
-    Pictures &pictures = applicationMemory<Pictures>();
-    for (auto it = pictures.begin(); it != pictures.end(); ++it) {
+    Images &images = applicationMemory<Images>();
+    for (auto it = images.begin(); it != images.end(); ++it) {
         if (it->plain.cacheKey() != pixmap.cacheKey())
             continue;
         const std::size_t step = ratio <= drawnRatios[0] ? 0 : 1;
         QPixmap &larger = it->larger[step];
         if (larger.isNull())
-            larger = largerPicture(it.key(), drawnRatios[step]);
+            larger = largerImage(it.key(), drawnRatios[step]);
         return larger.isNull() ? pixmap : larger;
     }
     return pixmap;

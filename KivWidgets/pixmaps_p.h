@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include <QtCore/QRectF>
@@ -23,10 +25,10 @@ QSize logicalSize(const QPixmap &pixmap);
 
 /// The image of the collection with this name, such as "batt_ok". While it is in use it is not
 /// decoded again. GUI thread only.
-QPixmap picture(const QString &name);
+QPixmap libraryImage(const QString &name);
 
-/// @p pixmap as it is, or, if it came from picture() and @p ratio is above 1, the same drawn at 2
-/// or 3 times the size. Layouts count with the one that picture() gives.
+/// @p pixmap as it is, or, if it came from libraryImage() and @p ratio is above 1, the same drawn
+/// at 2 or 3 times the size. Layouts count with the one that libraryImage() gives.
 QPixmap atRatio(const QPixmap &pixmap, double ratio);
 
 /// Whether Qt can draw an image of size @p from into a rectangle of size @p to. Shrunk by more than

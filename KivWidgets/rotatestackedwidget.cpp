@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "rotatestackedwidget.h"
 
 #include "cachedimage_p.h"
@@ -250,10 +252,10 @@ void RotateStackedWidget::paintEvent(QPaintEvent *event)
     }
     if (!(std::abs(scale) >= smallestScale))
         return;
-    const QPixmap picture = grabbed(page, size, palette().color(QPalette::Window));
+    const QPixmap image = grabbed(page, size, palette().color(QPalette::Window));
     QPainter painter(this);
     painter.setTransform(card);
-    painter.drawPixmap(QPointF(-(width() / 2), -(height() / 2)), picture);
+    painter.drawPixmap(QPointF(-(width() / 2), -(height() / 2)), image);
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): a slot is found by its signature.

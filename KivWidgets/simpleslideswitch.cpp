@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "simpleslideswitch.h"
 
 #include "iconpainting_p.h"
@@ -34,14 +36,14 @@ int heldInInt(qint64 place)
 
 SimpleSlideSwitch::SimpleSlideSwitch(QWidget *parent)
     : QAbstractButton(parent)
-    , uncheckedImg(picture(QStringLiteral("slide_unchecked")))
+    , uncheckedImg(libraryImage(QStringLiteral("slide_unchecked")))
     , marginLeft(0)
-    , checkedImg(picture(QStringLiteral("slide_checked")))
+    , checkedImg(libraryImage(QStringLiteral("slide_checked")))
     , marginRight(0)
-    , checkedDisImg(picture(QStringLiteral("slide_checked_disabled")))
-    , uncheckedDisImg(picture(QStringLiteral("slide_unchecked_disabled")))
-    , btnImg(picture(QStringLiteral("slide_button")))
-    , btnDisImg(picture(QStringLiteral("button_slide_disabled")))
+    , checkedDisImg(libraryImage(QStringLiteral("slide_checked_disabled")))
+    , uncheckedDisImg(libraryImage(QStringLiteral("slide_unchecked_disabled")))
+    , btnImg(libraryImage(QStringLiteral("slide_button")))
+    , btnDisImg(libraryImage(QStringLiteral("button_slide_disabled")))
     , dragFromOn(false)
     , dragFromOff(false)
     , moved(false)
@@ -58,9 +60,9 @@ QPixmap SimpleSlideSwitch::getUncheckedImg() const
     return uncheckedImg;
 }
 
-void SimpleSlideSwitch::setUncheckedImg(const QPixmap &picture)
+void SimpleSlideSwitch::setUncheckedImg(const QPixmap &pixmap)
 {
-    setTrack(uncheckedImg, picture);
+    setTrack(uncheckedImg, pixmap);
 }
 
 int SimpleSlideSwitch::getMarginLeft() const
@@ -78,9 +80,9 @@ QPixmap SimpleSlideSwitch::getCheckedImg() const
     return checkedImg;
 }
 
-void SimpleSlideSwitch::setCheckedImg(const QPixmap &picture)
+void SimpleSlideSwitch::setCheckedImg(const QPixmap &pixmap)
 {
-    setTrack(checkedImg, picture);
+    setTrack(checkedImg, pixmap);
 }
 
 int SimpleSlideSwitch::getMarginRight() const
@@ -98,9 +100,9 @@ QPixmap SimpleSlideSwitch::getUncheckedDisImg() const
     return uncheckedDisImg;
 }
 
-void SimpleSlideSwitch::setUncheckedDisImg(const QPixmap &picture)
+void SimpleSlideSwitch::setUncheckedDisImg(const QPixmap &pixmap)
 {
-    setTrack(uncheckedDisImg, picture);
+    setTrack(uncheckedDisImg, pixmap);
 }
 
 QPixmap SimpleSlideSwitch::getCheckedDisImg() const
@@ -108,9 +110,9 @@ QPixmap SimpleSlideSwitch::getCheckedDisImg() const
     return checkedDisImg;
 }
 
-void SimpleSlideSwitch::setCheckedDisImg(const QPixmap &picture)
+void SimpleSlideSwitch::setCheckedDisImg(const QPixmap &pixmap)
 {
-    setTrack(checkedDisImg, picture);
+    setTrack(checkedDisImg, pixmap);
 }
 
 QPixmap SimpleSlideSwitch::getBtnImg() const
@@ -118,9 +120,9 @@ QPixmap SimpleSlideSwitch::getBtnImg() const
     return btnImg;
 }
 
-void SimpleSlideSwitch::setBtnImg(const QPixmap &picture)
+void SimpleSlideSwitch::setBtnImg(const QPixmap &pixmap)
 {
-    btnImg = picture;
+    btnImg = pixmap;
     update();
 }
 
@@ -129,9 +131,9 @@ QPixmap SimpleSlideSwitch::getBtnDisImg() const
     return btnDisImg;
 }
 
-void SimpleSlideSwitch::setBtnDisImg(const QPixmap &picture)
+void SimpleSlideSwitch::setBtnDisImg(const QPixmap &pixmap)
 {
-    btnDisImg = picture;
+    btnDisImg = pixmap;
     update();
 }
 

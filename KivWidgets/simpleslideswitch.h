@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include "kivglobal.h"
@@ -40,30 +42,30 @@ public:
 
     /// Track while unchecked. Default: the library's, 78 x 27 pixels. A write sets the size.
     QPixmap getUncheckedImg() const;
-    void setUncheckedImg(const QPixmap &picture);
+    void setUncheckedImg(const QPixmap &pixmap);
     /// Left end of the knob's travel in pixels, any int. Default: 0. A write moves the knob at
     /// once; the revealed part of the track follows with the next setChecked() or release.
     int getMarginLeft() const;
     void setMarginLeft(int margin);
     /// Track while checked. Default: the library's. A write sets the size.
     QPixmap getCheckedImg() const;
-    void setCheckedImg(const QPixmap &picture);
+    void setCheckedImg(const QPixmap &pixmap);
     /// Distance of the travel's right end from the right edge in pixels, any int. Default: 0. A
     /// write acts like one of the left margin.
     int getMarginRight() const;
     void setMarginRight(int margin);
     /// Track while unchecked and disabled. Default: the library's. A write sets the size.
     QPixmap getUncheckedDisImg() const;
-    void setUncheckedDisImg(const QPixmap &picture);
+    void setUncheckedDisImg(const QPixmap &pixmap);
     /// Track while checked and disabled. Default: the library's. A write sets the size.
     QPixmap getCheckedDisImg() const;
-    void setCheckedDisImg(const QPixmap &picture);
+    void setCheckedDisImg(const QPixmap &pixmap);
     /// The knob; its size is the knob's size, disabled too. Default: the library's, 27 x 27 pixels.
     QPixmap getBtnImg() const;
-    void setBtnImg(const QPixmap &picture);
+    void setBtnImg(const QPixmap &pixmap);
     /// The knob while disabled. Default: the library's.
     QPixmap getBtnDisImg() const;
-    void setBtnDisImg(const QPixmap &picture);
+    void setBtnDisImg(const QPixmap &pixmap);
 
     /// Gives the switch the size @p size and the images that it holds.
     void updateWidgetsIcon(QSize size);
@@ -94,7 +96,7 @@ protected:
     int rightLimit;
 
 private:
-    Q_DECL_HIDDEN void setTrack(QPixmap &track, const QPixmap &picture);
+    Q_DECL_HIDDEN void setTrack(QPixmap &track, const QPixmap &pixmap);
     Q_DECL_HIDDEN void setMargin(int &margin, int value);
     Q_DECL_HIDDEN void updateLimits(int width);
     Q_DECL_HIDDEN qint64 travelEnd() const;

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "slideswitch.h"
 
 #include "assign_p.h"
@@ -42,7 +44,7 @@ constexpr QRgb knobColor = qRgb(65, 64, 66);
 
 QPixmap face(const char *name)
 {
-    return picture(QStringLiteral("SlideSwitch-%1").arg(QLatin1String(name)));
+    return libraryImage(QStringLiteral("SlideSwitch-%1").arg(QLatin1String(name)));
 }
 
 void drawKnob(QPainter *painter, const QRect &knob)

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "text_p.h"
 
 #include "applicationmemory_p.h"

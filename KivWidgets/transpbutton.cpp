@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "transpbutton.h"
 
 #include "assign_p.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "valueformat_p.h"
 
 #include "numbers_p.h"

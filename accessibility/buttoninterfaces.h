@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include "widgetinterface.h"
@@ -55,7 +57,7 @@ protected:
     QString status() const override;
 };
 
-/// The small slide switch, whose picture follows its own setter only.
+/// The small slide switch, whose image follows its own setter only.
 class SimpleSlideSwitchInterface : public ButtonInterface
 {
 public:

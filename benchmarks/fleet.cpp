@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 // What a fleet costs: kivfleet COUNT [SECONDS [IMAGE]] shows a site of COUNT UPSes, changes one
 // value a second of each, and prints the time of the first paint, the processor's share and the
 // memory. An IMAGE of the window is written at the end.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "minimal.h"
 #include "subject.h"
 #include "widgetcatalogue.h"

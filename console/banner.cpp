@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "banner.h"
 
 #include "display.h"
@@ -140,7 +142,7 @@ void Banner::showParts()
 {
     const bool timed = !time->text().isEmpty();
     time->setVisible(timed);
-    // The figure's name gives way first, then the picture of the UPS.
+    // The figure's name gives way first, then the image of the UPS.
     constexpr int roomForName = 560;
     constexpr int roomForIcon = 420;
     timeName->setVisible(timed && width() >= Theme::px(roomForName));
@@ -177,7 +179,7 @@ void Banner::applyLook()
     if (time->palette() != timeColors)
         time->setPalette(timeColors);
     const int side = Theme::px(signUnits);
-    // The same picture again would repaint.
+    // The same image again would repaint.
     const QString drawn = QStringLiteral("%1 %2 %3")
                               .arg(int(severity))
                               .arg(side)

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "consolewindow.h"
 
 #include "banner.h"
@@ -62,7 +64,7 @@ constexpr int shrinkTime = 260;
 constexpr int turnTime = 380;
 constexpr int messageMsecs = 5000;
 
-// The drawer: the library's tab picture, and what the drawer adds around it.
+// The drawer: the library's tab image, and what the drawer adds around it.
 constexpr int drawerBeside = 12;
 constexpr int drawerAround = 24;
 constexpr int entryGap = 5;
@@ -92,7 +94,7 @@ double scaleFor(QSize window, int dotsPerInch)
 
 /// A tab's face: the drawing with its name under it; the chosen one is lit, with a bar towards the
 /// pages.
-QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size, bool lamp,
+QPixmap tabFace(Pictogram image, const QString &name, bool chosen, QSize size, bool lamp,
                 bool hovered, const QString &badge, Severity badgeSeverity, Severity alarm)
 {
     QPixmap face = transparentPixmap(size);
@@ -116,7 +118,7 @@ QPixmap tabFace(Pictogram picture, const QString &name, bool chosen, QSize size,
     const int side = std::max(
         std::min({Theme::px(tabPictogram), above - 6, size.width() - (lamp ? 2 * 26 : 8)}), 8);
     painter.drawPixmap((size.width() - side) / 2, (above - side) / 2,
-                       pictogram(picture, side, color, face.devicePixelRatio()));
+                       pictogram(image, side, color, face.devicePixelRatio()));
     painter.setPen(color);
     painter.setFont(font);
     painter.drawText(QRect(0, above, size.width(), textHeight), Qt::AlignCenter, name);
@@ -247,7 +249,7 @@ void ConsoleWindow::makeStrip()
     strip = new MetroStatusbar(this);
     strip->setObjectName(QStringLiteral("strip"));
     strip->setAccessibleName(tr("UPS status"));
-    stripPicture = strip->getBackground();
+    stripImage = strip->getBackground();
     const auto makeLight = [](QLabel *label) {
         QPalette palette = label->palette();
         palette.setColor(QPalette::WindowText, Qt::white);
@@ -348,7 +350,7 @@ void ConsoleWindow::makeTabs()
     });
 }
 
-void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
+void ConsoleWindow::addTab(const QString &name, Pictogram image, Page *page,
                            ElementState (*state)(const Snapshot &))
 {
     const int index = int(tabs.size());
@@ -378,7 +380,7 @@ void ConsoleWindow::addTab(const QString &name, Pictogram picture, Page *page,
     scrollByFinger(room);
     stack->addWidget(room);
     tabs.push_back(
-        {button, page, room, picture, name, state, QString(), Severity::Normal, Severity::Normal});
+        {button, page, room, image, name, state, QString(), Severity::Normal, Severity::Normal});
 }
 
 void ConsoleWindow::makeDrawer()
@@ -393,7 +395,7 @@ void ConsoleWindow::makeDrawer()
 
     const struct
     {
-        Pictogram picture;
+        Pictogram image;
         QString name;
         Command command;
     } entries[] = {
@@ -413,7 +415,7 @@ void ConsoleWindow::makeDrawer()
         button->setToolTip(nameOf(command));
         button->setAccessibleDescription(nameOf(command));
         connect(button, &TranspButton::clicked, this, [=] { ups->command(command); });
-        drawerEntries.push_back({button, entry.picture, command});
+        drawerEntries.push_back({button, entry.image, command});
     }
     // Only now: an unchecked box disables its children while they are constructed, and a screen
     // reader would take them for plain widgets ever after.
@@ -796,11 +798,11 @@ void ConsoleWindow::drawTab(const Tab &tab, bool hovered)
 {
     QIcon icon;
     for (const bool chosen : {false, true})
-        icon.addPixmap(tabFace(tab.picture, tab.name, chosen, tab.button->iconSize(), tabsHaveLamps,
+        icon.addPixmap(tabFace(tab.image, tab.name, chosen, tab.button->iconSize(), tabsHaveLamps,
                                hovered, tab.badge, tab.badgeSeverity, tab.alarm),
                        QIcon::Normal, chosen ? QIcon::On : QIcon::Off);
     tab.button->setIcon(icon);
-    // A new icon shows when the tab drops its picture, as it does for a removed child.
+    // A new icon shows when the tab drops its image, as it does for a removed child.
     delete new QWidget(tab.button);
 }
 
@@ -837,8 +839,8 @@ void ConsoleWindow::arrangeHeader()
             entry.button->setMinimumSize(0, 0);
             entry.button->setFont(Theme::font(Theme::Small));
             QIcon icon;
-            addPictogram(&icon, entry.picture, iconSide, Qt::white);
-            addPictogram(&icon, entry.picture, iconSide, Theme::accent(), QIcon::Active);
+            addPictogram(&icon, entry.image, iconSide, Qt::white);
+            addPictogram(&icon, entry.image, iconSide, Theme::accent(), QIcon::Active);
             entry.button->setIconSize(QSize(iconSide, iconSide));
             entry.button->setIcon(icon);
             entry.button->setGeometry(x, (header - side) / 2, side, side);
@@ -852,7 +854,7 @@ void ConsoleWindow::arrangeHeader()
     const QSize stripSize(wide, stripHeight);
     if (strip->getBackground().size() != stripSize)
         strip->setBackground(
-            stripPicture.scaled(stripSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+            stripImage.scaled(stripSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     strip->move(left, 0);
     strip->resize(stripSize);
     banner->setGeometry(left, stripHeight, wide, bannerHeight);

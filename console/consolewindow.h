@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include "model/sitemodel.h"
@@ -83,7 +85,7 @@ private:
         MetroTabicon *button;
         Page *page;
         QScrollArea *room;
-        Pictogram picture;
+        Pictogram image;
         QString name;
         /// The state that the tab's lamp shows.
         ElementState (*state)(const Snapshot &);
@@ -95,7 +97,7 @@ private:
     struct DrawerEntry
     {
         TranspButton *button;
-        Pictogram picture;
+        Pictogram image;
         Command command;
     };
 
@@ -108,7 +110,7 @@ private:
     void makeTabs();
     void makeDrawer();
     void makeKeys();
-    void addTab(const QString &name, Pictogram picture, Page *page,
+    void addTab(const QString &name, Pictogram image, Page *page,
                 ElementState (*state)(const Snapshot &));
     void showClock();
     void showResult(Command command, bool taken);
@@ -131,7 +133,7 @@ private:
     UpsModel nobody{QString()}; // shown while the site has no UPS
     UpsModel *ups = &nobody;    // the one that is shown
     MetroStatusbar *strip;
-    QPixmap stripPicture;
+    QPixmap stripImage;
     ElidedLabel *upsName;
     ElidedLabel *message;
     QLabel *simulatedMark;

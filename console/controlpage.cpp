@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "controlpage.h"
 
 #include "display.h"
@@ -197,9 +199,9 @@ void ControlPage::scale(const Group &group, int title, int side)
                      Theme::px(pushUnits)),
             height);
         QIcon faces;
-        faces.addPixmap(pictogram(entry.picture, icon, textColor), QIcon::Normal);
-        faces.addPixmap(pictogram(entry.picture, icon, Theme::accent()), QIcon::Active);
-        faces.addPixmap(pictogram(entry.picture, icon, faintColor), QIcon::Disabled);
+        addPictogram(&faces, entry.image, icon, textColor);
+        addPictogram(&faces, entry.image, icon, Theme::accent(), QIcon::Active);
+        addPictogram(&faces, entry.image, icon, faintColor, QIcon::Disabled);
         entry.control->setIconSize(QSize(icon, icon));
         entry.control->setIcon(faces);
         entry.control->setPosLabel(QPoint(0, (icon + metrics.height()) / 2 + Theme::px(4)));
@@ -256,7 +258,7 @@ void ControlPage::addSwitch(Group *group, const QString &text, Command enter, Co
     group->switches.push_back({control, enter, leave, holds, guard});
 }
 
-void ControlPage::addPush(Group *group, Pictogram picture, const QString &text, Command command)
+void ControlPage::addPush(Group *group, Pictogram image, const QString &text, Command command)
 {
     auto *control = new TranspButton(group == &commands ? commandBox : simulatorBox);
     control->setObjectName(text);
@@ -267,7 +269,7 @@ void ControlPage::addPush(Group *group, Pictogram picture, const QString &text, 
     control->setPalette(palette);
     control->setText(text);
     connect(control, &TranspButton::clicked, this, [=] { give(command); });
-    group->pushes.push_back({control, picture, command});
+    group->pushes.push_back({control, image, command});
 }
 
 QWidget *ControlPage::makeStrip()

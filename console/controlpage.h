@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include "page.h"
@@ -56,7 +58,7 @@ private:
     struct PushControl
     {
         TranspButton *control;
-        Pictogram picture;
+        Pictogram image;
         Command command;
     };
 
@@ -74,7 +76,7 @@ private:
     void arrangeCommands();
     void addSwitch(Group *group, const QString &text, Command enter, Command leave,
                    bool (*holds)(const Snapshot &), const QString &consequence);
-    void addPush(Group *group, Pictogram picture, const QString &text, Command command);
+    void addPush(Group *group, Pictogram image, const QString &text, Command command);
     static void scale(const Group &group, int title, int side);
     void showWhatIsMissing();
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "overviewpage.h"
 
 #include "display.h"
@@ -74,7 +76,7 @@ Card *OverviewPage::makeDials()
 
 void OverviewPage::showBattery()
 {
-    // The battery's picture has one size; it gives way to the dials.
+    // The battery's image has one size; it gives way to the dials.
     constexpr int dialRoom = 130;
     battery->setVisible(width() >= int(dials.size()) * Theme::px(dialRoom) + battery->width() &&
                         dialCard->height() >= battery->height());

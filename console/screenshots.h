@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 class ConsoleWindow;
@@ -6,7 +8,7 @@ class SiteModel;
 class UpsModel;
 struct Options;
 
-/// Pictures of every page as PNG files; the path of each is printed.
+/// Images of every page as PNG files; the path of each is printed.
 /// @return false with the reason in @p error when a file cannot be written.
 
 /// At the scenario instants of the options, or at some that show the most.

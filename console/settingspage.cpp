@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "settingspage.h"
 
 #include "display.h"
@@ -45,7 +47,7 @@ bool isStarting(const Snapshot &snapshot)
     }
 }
 
-/// The row of a setting: a click or a touch anywhere in it toggles its switch, whose pictures are
+/// The row of a setting: a click or a touch anywhere in it toggles its switch, whose images are
 /// too small for a finger.
 class SettingRow : public QWidget
 {

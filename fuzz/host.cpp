@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "host.h"
 
-#include "pictures.h"
+#include "images.h"
 #include "qtversion_p.h"
 #include "values.h"
 

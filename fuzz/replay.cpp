@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 // Runs inputs of the fuzzer once each, in builds without it: replay --widget=NAME FILE...
 
 #include "runner.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "gallerywindow.h"
 #include "options.h"
 #include "program.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "testmain.h"
 #include "widgetclasses.h"
 #include "widgetprobe.h"

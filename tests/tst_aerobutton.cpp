@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "aerobutton.h"
 
 #include "freshness.h"
 #include "glasspanel.h"
 #include "icons.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
@@ -14,7 +16,7 @@
 
 namespace {
 
-/// Counts the rebuilds of the picture from outside: each calls paintText once.
+/// Counts the rebuilds of the image from outside: each calls paintText once.
 class CountingButton : public AeroButton
 {
 public:
@@ -53,11 +55,11 @@ int labelWidth(const QString &text, bool bold = true)
 }
 
 /// A button as it should look: a panel and, over it, what @p content draws.
-QImage buttonPicture(
+QImage buttonImage(
     const GlassPanel &panel, QSize size,
     const std::function<void(QPainter *)> &content = [](QPainter *) {})
 {
-    const QImage finished = drawnPicture(size, [&](QPainter *painter) {
+    const QImage finished = drawnImage(size, [&](QPainter *painter) {
         panel.draw(painter, size);
         content(painter);
     });
@@ -94,14 +96,14 @@ private Q_SLOTS:
     void styleSettersPost();
     void lookSettersActAtOnce_data();
     void lookSettersActAtOnce();
-    void rotateKeepsThePicture();
+    void rotateKeepsTheImage();
     void textAndIconPost();
     void baseClassSettersDoNotRebuild();
     void aeroPropertyPair();
     void droppingEvents_data();
     void droppingEvents();
-    void otherEventsKeepThePicture_data();
-    void otherEventsKeepThePicture();
+    void otherEventsKeepTheImage_data();
+    void otherEventsKeepTheImage();
     void mutatedEqualsFresh_data();
     void mutatedEqualsFresh();
     void nullImageIsReported();
@@ -117,10 +119,10 @@ void AeroButtonTest::ampersand()
     button->setText(QStringLiteral("R&D"));
     QCOMPARE(button->shortcut(), QKeySequence(Qt::ALT | Qt::Key_D));
     deliverAll();
-    const QImage withShortcut = pictureOf(button.widget);
+    const QImage withShortcut = imageOf(button.widget);
     button->setText(QStringLiteral("RD"));
     deliverAll();
-    QVERIFY(!differenceOf(pictureOf(button.widget), withShortcut).isEmpty());
+    QVERIFY(!differenceOf(imageOf(button.widget), withShortcut).isEmpty());
 }
 
 void AeroButtonTest::metaObject()
@@ -191,7 +193,7 @@ void AeroButtonTest::panel()
     button->setProperty("widthPen", widthPen);
     button->setProperty("roundness", roundness);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(button.widget), buttonPicture(panel, size));
+    COMPARE_IMAGES(imageOf(button.widget), buttonImage(panel, size));
 }
 
 void AeroButtonTest::disabledPanel()
@@ -208,9 +210,9 @@ void AeroButtonTest::disabledPanel()
     deliverAll();
     // Blue with half its saturation at full brightness.
     QCOMPARE(panel.disabled().color, QColor::fromHsv(240, 127, 255));
-    COMPARE_PICTURES(pictureOf(button.widget), buttonPicture(panel.disabled(), button->size()));
+    COMPARE_IMAGES(imageOf(button.widget), buttonImage(panel.disabled(), button->size()));
     button->setEnabled(true);
-    COMPARE_PICTURES(pictureOf(button.widget), buttonPicture(panel, button->size()));
+    COMPARE_IMAGES(imageOf(button.widget), buttonImage(panel, button->size()));
 }
 
 void AeroButtonTest::text_data()
@@ -234,11 +236,10 @@ void AeroButtonTest::text()
     button->setTextBold(bold);
     button->setText(text);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(button.widget),
-                     buttonPicture(GlassPanel(), button->size(), [&](QPainter *painter) {
-                         drawLabel(painter, (101 - labelWidth(text, bold)) / 2 - 1, 33, text,
-                                   Qt::yellow, bold);
-                     }));
+    COMPARE_IMAGES(
+        imageOf(button.widget), buttonImage(GlassPanel(), button->size(), [&](QPainter *painter) {
+            drawLabel(painter, (101 - labelWidth(text, bold)) / 2 - 1, 33, text, Qt::yellow, bold);
+        }));
 }
 
 /// Two buttons whose fonts have the same data, but of which only one's is set on the button itself:
@@ -257,8 +258,8 @@ void AeroButtonTest::fontsOfOneLook()
     for (AeroButton *button : {own.widget, general.widget}) {
         button->setText(text);
         deliverAll();
-        COMPARE_PICTURES(
-            pictureOf(button), buttonPicture(GlassPanel(), button->size(), [&](QPainter *painter) {
+        COMPARE_IMAGES(
+            imageOf(button), buttonImage(GlassPanel(), button->size(), [&](QPainter *painter) {
                 QFont font = button->font();
                 font.setWeight(QFont::Bold);
                 const QFontMetrics metrics(font);
@@ -288,12 +289,11 @@ void AeroButtonTest::icon()
     button->setIconSize(QSize(20, 12));
     button->setIcon(telltaleIcon(QSize(20, 12)));
     deliverAll();
-    COMPARE_PICTURES(pictureOf(button.widget),
-                     buttonPicture(GlassPanel(), size, [&](QPainter *painter) {
-                         painter->setOpacity(1.0);
-                         painter->drawPixmap((size.width() - 20) / 2, (size.height() - 12) / 2,
-                                             plainPixmap(QSize(20, 12), Qt::red));
-                     }));
+    COMPARE_IMAGES(imageOf(button.widget), buttonImage(GlassPanel(), size, [&](QPainter *painter) {
+                       painter->setOpacity(1.0);
+                       painter->drawPixmap((size.width() - 20) / 2, (size.height() - 12) / 2,
+                                           plainPixmap(QSize(20, 12), Qt::red));
+                   }));
 }
 
 void AeroButtonTest::iconModeAndState()
@@ -302,9 +302,9 @@ void AeroButtonTest::iconModeAndState()
     button->setCheckable(true);
     button->setIcon(telltaleIcon(QSize(16, 16)));
     deliverAll();
-    const auto middle = [&] { return pictureOf(button.widget).pixelColor(50, 20); };
+    const auto middle = [&] { return imageOf(button.widget).pixelColor(50, 20); };
     QCOMPARE(middle(), QColor(Qt::red));
-    // A changed checked state alone leaves the old picture.
+    // A changed checked state alone leaves the old image.
     button->setChecked(true);
     deliverAll();
     QCOMPARE(middle(), QColor(Qt::red));
@@ -325,13 +325,13 @@ void AeroButtonTest::iconAndText()
     button->setText(text);
     button->setIcon(telltaleIcon(QSize(16, 16)));
     deliverAll();
-    COMPARE_PICTURES(pictureOf(button.widget),
-                     buttonPicture(GlassPanel(), button->size(), [&](QPainter *painter) {
-                         const int x = (121 - (labelWidth(text) + 16)) / 2;
-                         painter->setOpacity(1.0);
-                         painter->drawPixmap(x, (41 - 16) / 2, plainPixmap(QSize(16, 16), Qt::red));
-                         drawLabel(painter, x + 16, 41, text, Qt::white);
-                     }));
+    COMPARE_IMAGES(imageOf(button.widget),
+                   buttonImage(GlassPanel(), button->size(), [&](QPainter *painter) {
+                       const int x = (121 - (labelWidth(text) + 16)) / 2;
+                       painter->setOpacity(1.0);
+                       painter->drawPixmap(x, (41 - 16) / 2, plainPixmap(QSize(16, 16), Qt::red));
+                       drawLabel(painter, x + 16, 41, text, Qt::white);
+                   }));
 }
 
 void AeroButtonTest::iconNeedsTwoPixelsOfRoom_data()
@@ -352,12 +352,11 @@ void AeroButtonTest::iconNeedsTwoPixelsOfRoom()
     Stage<AeroButton> button(size);
     button->setIcon(telltaleIcon(QSize(16, 16)));
     deliverAll();
-    COMPARE_PICTURES(pictureOf(button.widget),
-                     buttonPicture(GlassPanel(), size, [&](QPainter *painter) {
-                         painter->setOpacity(1.0);
-                         if (shows)
-                             painter->drawPixmap(1, 1, plainPixmap(QSize(16, 16), Qt::red));
-                     }));
+    COMPARE_IMAGES(imageOf(button.widget), buttonImage(GlassPanel(), size, [&](QPainter *painter) {
+                       painter->setOpacity(1.0);
+                       if (shows)
+                           painter->drawPixmap(1, 1, plainPixmap(QSize(16, 16), Qt::red));
+                   }));
 }
 
 void AeroButtonTest::opacityCountsTwice()
@@ -369,10 +368,10 @@ void AeroButtonTest::opacityCountsTwice()
     deliverAll();
     GlassPanel panel;
     panel.opacity = 0.5;
-    COMPARE_PICTURES(pictureOf(button.widget),
-                     buttonPicture(panel, button->size(), [&](QPainter *painter) {
-                         drawLabel(painter, (100 - labelWidth(text)) / 2 - 1, 40, text, Qt::white);
-                     }));
+    COMPARE_IMAGES(imageOf(button.widget),
+                   buttonImage(panel, button->size(), [&](QPainter *painter) {
+                       drawLabel(painter, (100 - labelWidth(text)) / 2 - 1, 40, text, Qt::white);
+                   }));
 }
 
 void AeroButtonTest::rotation_data()
@@ -390,9 +389,9 @@ void AeroButtonTest::rotation()
     Stage<AeroButton> button(QSize(101, 41));
     button->setText(QStringLiteral("Turn"));
     deliverAll();
-    const QImage straight = pictureOf(button.widget);
+    const QImage straight = imageOf(button.widget);
     button->setRotate(angle);
-    const QImage expected = drawnPicture(button->size(), [&](QPainter *painter) {
+    const QImage expected = drawnImage(button->size(), [&](QPainter *painter) {
         QTransform turn;
         turn.translate(50, 20);
         turn.rotate(angle, Qt::YAxis);
@@ -400,15 +399,15 @@ void AeroButtonTest::rotation()
         painter->setTransform(turn);
         painter->drawImage(QRect(0, 0, 101, 41), straight);
     });
-    COMPARE_PICTURES(pictureOf(button.widget), expected);
-    QVERIFY(!differenceOf(pictureOf(button.widget), straight).isEmpty());
+    COMPARE_IMAGES(imageOf(button.widget), expected);
+    QVERIFY(!differenceOf(imageOf(button.widget), straight).isEmpty());
 }
 
 void AeroButtonTest::edgeOnShowsNothing()
 {
     Stage<AeroButton> button;
     button->setRotate(90.0);
-    COMPARE_PICTURES(pictureOf(button.widget), emptyPicture(button->size()));
+    COMPARE_IMAGES(imageOf(button.widget), emptyImage(button->size()));
 }
 
 void AeroButtonTest::styleSettersPost_data()
@@ -431,10 +430,10 @@ void AeroButtonTest::styleSettersPost()
     button->rebuilds = 0;
     button->setProperty(property, value);
     QCOMPARE(button->property(property), value);
-    pictureOf(button.widget);
+    imageOf(button.widget);
     QCOMPARE(button->rebuilds, 0);
     QVERIFY(takesUpdateRequest(button.widget));
-    pictureOf(button.widget);
+    imageOf(button.widget);
     QCOMPARE(button->rebuilds, 1);
 
     EventCounter events(button.widget);
@@ -474,7 +473,7 @@ void AeroButtonTest::lookSettersActAtOnce()
     QCOMPARE(events.count(QEvent::Paint), 0);
 }
 
-void AeroButtonTest::rotateKeepsThePicture()
+void AeroButtonTest::rotateKeepsTheImage()
 {
     Stage<CountingButton> button;
     button->rebuilds = 0;
@@ -496,7 +495,7 @@ void AeroButtonTest::textAndIconPost()
     deliverAll();
     button->rebuilds = 0;
     button->setText(QStringLiteral("Same"));
-    pictureOf(button.widget);
+    imageOf(button.widget);
     QCOMPARE(button->rebuilds, 0);
     QVERIFY(takesUpdateRequest(button.widget));
     deliverAll();
@@ -579,7 +578,7 @@ void AeroButtonTest::droppingEvents()
     QCOMPARE(button->rebuilds, 1);
 }
 
-void AeroButtonTest::otherEventsKeepThePicture_data()
+void AeroButtonTest::otherEventsKeepTheImage_data()
 {
     QTest::addColumn<int>("type");
     QTest::newRow("Enter") << int(QEvent::Enter);
@@ -591,16 +590,16 @@ void AeroButtonTest::otherEventsKeepThePicture_data()
     QTest::newRow("press and release") << int(QEvent::MouseButtonPress);
 }
 
-void AeroButtonTest::otherEventsKeepThePicture()
+void AeroButtonTest::otherEventsKeepTheImage()
 {
     QFETCH(int, type);
     Stage<CountingButton> button;
     button->rebuilds = 0;
-    const QImage before = pictureOf(button.widget);
+    const QImage before = imageOf(button.widget);
     if (type == QEvent::MouseButtonPress) {
         QTest::mousePress(button.widget, Qt::LeftButton);
         QVERIFY(button->isDown());
-        COMPARE_PICTURES(pictureOf(button.widget), before);
+        COMPARE_IMAGES(imageOf(button.widget), before);
         QTest::mouseRelease(button.widget, Qt::LeftButton);
     } else if (type == QEvent::ChildAdded) {
         new QObject(button.widget);
@@ -610,7 +609,7 @@ void AeroButtonTest::otherEventsKeepThePicture()
     }
     deliverAll();
     QCOMPARE(button->rebuilds, 0);
-    COMPARE_PICTURES(pictureOf(button.widget), before);
+    COMPARE_IMAGES(imageOf(button.widget), before);
 }
 
 void AeroButtonTest::mutatedEqualsFresh_data()
@@ -679,16 +678,16 @@ void AeroButtonTest::extremeSettingsAreHarmless()
     button->setText(QStringLiteral("Text"));
     button->setProperty(property, value);
     deliverAll();
-    QCOMPARE(pictureOf(button.widget).size(), QSize(100, 40));
+    QCOMPARE(imageOf(button.widget).size(), QSize(100, 40));
     // The button recovers.
     AeroButton fresh(nullptr);
     button->setProperty(property, fresh.property(property));
     deliverAll();
-    COMPARE_PICTURES(pictureOf(button.widget),
-                     buttonPicture(GlassPanel(), button->size(), [&](QPainter *painter) {
-                         const QString text = QStringLiteral("Text");
-                         drawLabel(painter, (100 - labelWidth(text)) / 2 - 1, 40, text, Qt::white);
-                     }));
+    COMPARE_IMAGES(imageOf(button.widget),
+                   buttonImage(GlassPanel(), button->size(), [&](QPainter *painter) {
+                       const QString text = QStringLiteral("Text");
+                       drawLabel(painter, (100 - labelWidth(text)) / 2 - 1, 40, text, Qt::white);
+                   }));
 }
 
 KIV_TEST_MAIN(AeroButtonTest)

@@ -1,11 +1,13 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "aerogroupbox.h"
 
 #include "cacheprobe.h"
 #include "freshness.h"
 #include "glasspanel.h"
 #include "icons.h"
+#include "images.h"
 #include "mouse.h"
-#include "pictures.h"
 #include "qtversion_p.h"
 #include "testmain.h"
 
@@ -43,25 +45,25 @@ QSize titleSizeOf(const QString &title, bool bold = true)
     return {text.width() + 8, text.height()};
 }
 
-QImage titlePicture(const QString &title, const QColor &color = Qt::white, bool bold = true)
+QImage titleImage(const QString &title, const QColor &color = Qt::white, bool bold = true)
 {
     const QSize size = titleSizeOf(title, bold);
     if (size.isEmpty())
-        return emptyPicture(size);
-    return drawnPicture(size, [&](QPainter *painter) {
+        return emptyImage(size);
+    return drawnImage(size, [&](QPainter *painter) {
         painter->setFont(titleFont(bold));
         painter->setPen(color);
         painter->drawText(QPointF(4.0, QFontMetrics(titleFont(bold)).ascent()), title);
     });
 }
 
-QImage panelPicture(QSize size, const GlassPanel &panel)
+QImage panelImage(QSize size, const GlassPanel &panel)
 {
-    return drawnPicture(size, [&](QPainter *painter) { panel.draw(painter, size); });
+    return drawnImage(size, [&](QPainter *painter) { panel.draw(painter, size); });
 }
 
 /// The box made of its body and its title: the outline is open under the title.
-QImage boxPicture(const QImage &body, const QImage &title, const GlassPanel &panel)
+QImage boxImage(const QImage &body, const QImage &title, const GlassPanel &panel)
 {
     const int W = body.width();
     const int H = body.height();
@@ -69,7 +71,7 @@ QImage boxPicture(const QImage &body, const QImage &title, const GlassPanel &pan
     const int r = m / 2 * panel.roundness / 100;
     const int wp = panel.widthPen;
     const int tw = title.width();
-    return drawnPicture(body.size(), [&](QPainter *painter) {
+    return drawnImage(body.size(), [&](QPainter *painter) {
         painter->setOpacity(panel.opacity);
         const auto piece = [&](int x, int y, int width, int height) {
             if (width > 0 && height > 0 && x < W)
@@ -102,15 +104,15 @@ private Q_SLOTS:
     void withATitle_data();
     void withATitle();
     void disabled();
-    void picture();
-    void pictureFarWiderThanTheBox();
-    void pictureWithATitle();
+    void image();
+    void imageFarWiderThanTheBox();
+    void imageWithATitle();
     void typeOutsideTheEnum();
     void titleSetter();
     void titleOfTheBaseClass();
     void titleStepByItself();
     void effects();
-    void effectsWithAPicture();
+    void effectsWithAImage();
     void titleStaysStale_data();
     void titleStaysStale();
     void leftPressToggles();
@@ -194,7 +196,7 @@ void AeroGroupboxTest::withoutATitle()
         GlassPanel panel;
         panel.opacity = 0.5;
         // The opacity counts once here.
-        COMPARE_PICTURES(pictureOf(box.widget), panelPicture(size, panel));
+        COMPARE_IMAGES(imageOf(box.widget), panelImage(size, panel));
         QCOMPARE(box->titleSize, QSize(0, 0));
     }
 }
@@ -245,8 +247,8 @@ void AeroGroupboxTest::withATitle()
     box->setTitle(QStringLiteral("x"));
     box->setTitle(title);
     deliverAll();
-    const QImage expected = boxPicture(panelPicture(size, panel), titlePicture(title), panel);
-    COMPARE_PICTURES(pictureOf(box.widget), expected);
+    const QImage expected = boxImage(panelImage(size, panel), titleImage(title), panel);
+    COMPARE_IMAGES(imageOf(box.widget), expected);
     QCOMPARE(box->titleSize, titleSizeOf(title));
 }
 
@@ -260,54 +262,52 @@ void AeroGroupboxTest::disabled()
     GlassPanel panel;
     panel.color = Qt::darkBlue;
     // The title keeps its colour.
-    COMPARE_PICTURES(pictureOf(box.widget),
-                     boxPicture(panelPicture(QSize(200, 100), panel.disabled()),
-                                titlePicture(QStringLiteral("Load")), panel));
+    COMPARE_IMAGES(imageOf(box.widget), boxImage(panelImage(QSize(200, 100), panel.disabled()),
+                                                 titleImage(QStringLiteral("Load")), panel));
 }
 
-void AeroGroupboxTest::picture()
+void AeroGroupboxTest::image()
 {
-    QPixmap picture(20, 10);
-    picture.fill(Qt::darkCyan);
-    QPainter painter(&picture);
+    QPixmap image(20, 10);
+    image.fill(Qt::darkCyan);
+    QPainter painter(&image);
     painter.fillRect(0, 0, 7, 3, Qt::yellow);
     painter.end();
     Stage<OpenBox> box(QSize(120, 70));
     box->setProperty("backgroudType", AeroGroupbox::ImageBG);
-    COMPARE_PICTURES(pictureOf(box.widget), emptyPicture(QSize(120, 70)));
-    box->setProperty("backgroundGroup", picture);
-    const QImage expected = drawnPicture(QSize(120, 70), [&](QPainter *body) {
-        body->drawPixmap(QRectF(0, 0, 120, 70), picture, QRectF(picture.rect()));
+    COMPARE_IMAGES(imageOf(box.widget), emptyImage(QSize(120, 70)));
+    box->setProperty("backgroundGroup", image);
+    const QImage expected = drawnImage(QSize(120, 70), [&](QPainter *body) {
+        body->drawPixmap(QRectF(0, 0, 120, 70), image, QRectF(image.rect()));
     });
-    COMPARE_PICTURES(pictureOf(box.widget), expected);
+    COMPARE_IMAGES(imageOf(box.widget), expected);
     box->setEnabled(false);
-    COMPARE_PICTURES(pictureOf(box.widget), expected);
+    COMPARE_IMAGES(imageOf(box.widget), expected);
 }
 
-void AeroGroupboxTest::pictureFarWiderThanTheBox()
+void AeroGroupboxTest::imageFarWiderThanTheBox()
 {
-    // Shrunk so far, Qt would read outside of the picture.
+    // Shrunk so far, Qt would read outside of the image.
     QPixmap wide(65535, 10);
     wide.fill(QColor(255, 0, 0, 100));
     Stage<OpenBox> box(QSize(1, 30));
     box->setBackgroundType(AeroGroupbox::ImageBG);
     box->setBackgroundGroup(wide);
-    COMPARE_PICTURES(pictureOf(box.widget), emptyPicture(QSize(1, 30)));
+    COMPARE_IMAGES(imageOf(box.widget), emptyImage(QSize(1, 30)));
 }
 
-void AeroGroupboxTest::pictureWithATitle()
+void AeroGroupboxTest::imageWithATitle()
 {
     Stage<OpenBox> box(QSize(150, 80));
     box->setBackgroundType(AeroGroupbox::ImageBG);
     box->setTitle(QStringLiteral("Load"));
-    const QImage title = titlePicture(QStringLiteral("Load"));
-    // Without a picture the box is transparent behind its title.
-    COMPARE_PICTURES(pictureOf(box.widget),
-                     boxPicture(emptyPicture(QSize(150, 80)), title, GlassPanel()));
+    const QImage title = titleImage(QStringLiteral("Load"));
+    // Without an image the box is transparent behind its title.
+    COMPARE_IMAGES(imageOf(box.widget), boxImage(emptyImage(QSize(150, 80)), title, GlassPanel()));
     box->setBackgroundGroup(plainPixmap(QSize(3, 3), Qt::darkGreen));
-    QImage body = emptyPicture(QSize(150, 80));
+    QImage body = emptyImage(QSize(150, 80));
     body.fill(Qt::darkGreen);
-    COMPARE_PICTURES(pictureOf(box.widget), boxPicture(body, title, GlassPanel()));
+    COMPARE_IMAGES(imageOf(box.widget), boxImage(body, title, GlassPanel()));
 }
 
 void AeroGroupboxTest::typeOutsideTheEnum()
@@ -315,7 +315,7 @@ void AeroGroupboxTest::typeOutsideTheEnum()
     Stage<OpenBox> box(QSize(60, 40));
     box->setBackgroundType(AeroGroupbox::typeBG(9));
     QCOMPARE(int(box->getBackgroudType()), 9);
-    COMPARE_PICTURES(pictureOf(box.widget), emptyPicture(QSize(60, 40)));
+    COMPARE_IMAGES(imageOf(box.widget), emptyImage(QSize(60, 40)));
 }
 
 void AeroGroupboxTest::titleSetter()
@@ -335,23 +335,23 @@ void AeroGroupboxTest::titleSetter()
              QStringLiteral("drops image,imageTitle"));
     box->setTitle(QString());
     QCOMPARE(box->titleSize, QSize(0, 0));
-    COMPARE_PICTURES(pictureOf(box.widget), panelPicture(QSize(200, 100), GlassPanel()));
+    COMPARE_IMAGES(imageOf(box.widget), panelImage(QSize(200, 100), GlassPanel()));
     QVERIFY(!box->imageTitle);
 }
 
 void AeroGroupboxTest::titleOfTheBaseClass()
 {
-    // A title that comes past our setter is painted when an event has dropped the pictures.
+    // A title that comes past our setter is painted when an event has dropped the images.
     Stage<OpenBox> box(QSize(200, 100));
     box->setProperty("title", QStringLiteral("Load"));
     deliverAll();
-    const QImage panel = panelPicture(QSize(200, 100), GlassPanel());
-    COMPARE_PICTURES(pictureOf(box.widget),
-                     boxPicture(panel, titlePicture(QStringLiteral("Load")), GlassPanel()));
-    // As long as its picture is missing, its width counts as nothing.
+    const QImage panel = panelImage(QSize(200, 100), GlassPanel());
+    COMPARE_IMAGES(imageOf(box.widget),
+                   boxImage(panel, titleImage(QStringLiteral("Load")), GlassPanel()));
+    // As long as its image is missing, its width counts as nothing.
     delete box->imageTitle;
     box->imageTitle = nullptr;
-    COMPARE_PICTURES(pictureOf(box.widget), boxPicture(panel, QImage(), GlassPanel()));
+    COMPARE_IMAGES(imageOf(box.widget), boxImage(panel, QImage(), GlassPanel()));
 }
 
 void AeroGroupboxTest::titleStepByItself()
@@ -408,7 +408,7 @@ void AeroGroupboxTest::effects()
     QCOMPARE(caches.effectOf("backgroudType", AeroGroupbox::ImageBG), nothing);
 }
 
-void AeroGroupboxTest::effectsWithAPicture()
+void AeroGroupboxTest::effectsWithAImage()
 {
     Stage<OpenBox> box(QSize(200, 100));
     box->setTitle(QStringLiteral("Load"));
@@ -425,39 +425,39 @@ void AeroGroupboxTest::effectsWithAPicture()
 
 void AeroGroupboxTest::titleStaysStale_data()
 {
-    QTest::addColumn<bool>("withPicture");
+    QTest::addColumn<bool>("withImage");
     QTest::newRow("glass panel") << false;
-    QTest::newRow("picture") << true;
+    QTest::newRow("image") << true;
 }
 
 void AeroGroupboxTest::titleStaysStale()
 {
-    QFETCH(bool, withPicture);
+    QFETCH(bool, withImage);
     Stage<OpenBox> box(QSize(200, 100));
     box->setTitle(QStringLiteral("Load"));
-    if (withPicture)
+    if (withImage)
         box->setBackgroundType(AeroGroupbox::ImageBG);
     deliverAll();
-    pictureOf(box.widget);
+    imageOf(box.widget);
     box->setColorTitle(Qt::yellow);
     deliverAll();
-    pictureOf(box.widget);
-    COMPARE_PICTURES(*box->imageTitle, titlePicture(QStringLiteral("Load")));
+    imageOf(box.widget);
+    COMPARE_IMAGES(*box->imageTitle, titleImage(QStringLiteral("Load")));
     // A resize brings the new colour only on the glass panel.
     box->resize(210, 100);
-    pictureOf(box.widget);
-    COMPARE_PICTURES(
+    imageOf(box.widget);
+    COMPARE_IMAGES(
         *box->imageTitle,
-        titlePicture(QStringLiteral("Load"), withPicture ? QColor(Qt::white) : QColor(Qt::yellow)));
+        titleImage(QStringLiteral("Load"), withImage ? QColor(Qt::white) : QColor(Qt::yellow)));
     box->setTitle(QStringLiteral("Bypass"));
-    pictureOf(box.widget);
-    COMPARE_PICTURES(*box->imageTitle, titlePicture(QStringLiteral("Bypass"), Qt::yellow));
+    imageOf(box.widget);
+    COMPARE_IMAGES(*box->imageTitle, titleImage(QStringLiteral("Bypass"), Qt::yellow));
     box->setTextBold(false);
-    pictureOf(box.widget);
-    COMPARE_PICTURES(*box->imageTitle, titlePicture(QStringLiteral("Bypass"), Qt::yellow));
+    imageOf(box.widget);
+    COMPARE_IMAGES(*box->imageTitle, titleImage(QStringLiteral("Bypass"), Qt::yellow));
     box->setTitle(QStringLiteral("Load"));
-    pictureOf(box.widget);
-    COMPARE_PICTURES(*box->imageTitle, titlePicture(QStringLiteral("Load"), Qt::yellow, false));
+    imageOf(box.widget);
+    COMPARE_IMAGES(*box->imageTitle, titleImage(QStringLiteral("Load"), Qt::yellow, false));
 }
 
 void AeroGroupboxTest::leftPressToggles()
@@ -575,13 +575,13 @@ void AeroGroupboxTest::extremeSettingsAreHarmless()
     box->setTitle(QStringLiteral("Load"));
     const QVariant before = box->property(property);
     deliverAll();
-    const QImage usual = pictureOf(box.widget);
+    const QImage usual = imageOf(box.widget);
     box->setProperty(property, value);
     deliverAll();
-    QCOMPARE(pictureOf(box.widget).size(), QSize(150, 80));
+    QCOMPARE(imageOf(box.widget).size(), QSize(150, 80));
     box->setProperty(property, before);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(box.widget), usual);
+    COMPARE_IMAGES(imageOf(box.widget), usual);
 }
 
 void AeroGroupboxTest::mutatedEqualsFresh_data()

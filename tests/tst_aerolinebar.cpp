@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "aerolinebar.h"
 
 #include "cacheprobe.h"
 #include "freshness.h"
 #include "glasspanel.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtCore/QMetaProperty>
@@ -64,7 +66,7 @@ struct BarLook
 
 QImage BarLook::trough(QSize size) const
 {
-    return drawnPicture(size, [&](QPainter *painter) {
+    return drawnImage(size, [&](QPainter *painter) {
         QColor light(230, 230, 230, 250);
         QColor dark(192, 192, 192, 200);
         QColor edge = panel.colorPen;
@@ -93,7 +95,7 @@ QImage BarLook::trough(QSize size) const
 
 QImage BarLook::ticks(QSize size) const
 {
-    return drawnPicture(size, [&](QPainter *painter) {
+    return drawnImage(size, [&](QPainter *painter) {
         const double step = interval > 0 ? interval : 1.0;
         const int b = size.height() - 1;
         for (double t = minimum / step * step; t <= maximum; t += step) {
@@ -116,7 +118,7 @@ QImage BarLook::label() const
     font.setBold(bold);
     const QFontMetrics metrics(font);
     const QSize size = metrics.size(Qt::TextSingleLine, text);
-    return drawnPicture(size, [&](QPainter *painter) {
+    return drawnImage(size, [&](QPainter *painter) {
         painter->setFont(font);
         painter->setPen(ink);
         painter->drawText(QPointF(0, (size.height() - metrics.height()) / 2 + metrics.ascent()),
@@ -130,7 +132,7 @@ QImage BarLook::draw(QSize size) const
     const int strip = size.height() * tickPercent / 100;
     const int bar = strip ? size.height() - strip - 2 : size.height();
     const int w = panel.widthPen;
-    return drawnPicture(size, [&](QPainter *painter) {
+    return drawnImage(size, [&](QPainter *painter) {
         painter->setOpacity(panel.opacity);
         if (bar > 0)
             painter->drawImage(0, 0, trough(QSize(W, bar)));
@@ -150,7 +152,7 @@ QImage BarLook::draw(QSize size) const
         const int right = qMax(rest - middle, 0);
         if (bar > 0) {
             const GlassPanel shown = enabled ? panel : panel.disabled();
-            const QImage glass = drawnPicture(
+            const QImage glass = drawnImage(
                 QSize(W, bar), [&](QPainter *inner) { shown.draw(inner, QSize(W, bar)); });
             const auto slice = [&](int from, int to, int length) {
                 // Qt takes a negative length for the rest of the panel.
@@ -165,8 +167,8 @@ QImage BarLook::draw(QSize size) const
         }
 
         if (!text.isNull() && position != AeroLinebar::NoVal) {
-            const QImage picture = label();
-            const int tw = picture.width();
+            const QImage image = label();
+            const int tw = image.width();
             const int e = left + middle;
             int x = 0;
             if (position == AeroLinebar::CenterVal) {
@@ -182,7 +184,7 @@ QImage BarLook::draw(QSize size) const
                 if (x >= W - tw - w - 2)
                     x = W - tw - w - 2;
             }
-            painter->drawImage(QPointF(x, (bar - picture.height()) / 2), picture);
+            painter->drawImage(QPointF(x, (bar - image.height()) / 2), image);
         }
         if (strip > 1)
             painter->drawImage(0, size.height() - strip, ticks(QSize(W, strip)));
@@ -338,7 +340,7 @@ void AeroLinebarTest::newBarHasNoText()
     for (int position = 0; position <= 4; ++position) {
         Stage<OpenBar> bar(QSize(200, 50));
         bar->setValuePosition(AeroLinebar::ValPos(position));
-        COMPARE_PICTURES(pictureOf(bar.widget), BarLook().draw(QSize(200, 50)));
+        COMPARE_IMAGES(imageOf(bar.widget), BarLook().draw(QSize(200, 50)));
     }
 }
 
@@ -390,7 +392,7 @@ void AeroLinebarTest::fills()
     bar->setColor(expected.panel.color);
     bar->setShadow(expected.panel.shadow);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(203, 50)));
+    COMPARE_IMAGES(imageOf(bar.widget), expected.draw(QSize(203, 50)));
 }
 
 void AeroLinebarTest::sizes_data()
@@ -421,7 +423,7 @@ void AeroLinebarTest::sizes()
     expected.tickPercent = tickPercent;
     Stage<OpenBar> bar(size);
     bar->setTickHeight(tickPercent);
-    COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(size));
+    COMPARE_IMAGES(imageOf(bar.widget), expected.draw(size));
 }
 
 void AeroLinebarTest::narrowBar()
@@ -434,15 +436,15 @@ void AeroLinebarTest::narrowBar()
     bar->setOpacity(0.5);
     bar->setValue(2);
     deliverAll();
-    const QImage shown = pictureOf(bar.widget);
-    const QImage expected = drawnPicture(QSize(3, 3), [&bar](QPainter *painter) {
+    const QImage shown = imageOf(bar.widget);
+    const QImage expected = drawnImage(QSize(3, 3), [&bar](QPainter *painter) {
         painter->setOpacity(0.5);
         painter->drawImage(0, 0, *bar->imageShadow);
         painter->drawImage(QPoint(0, 0), *bar->image, QRect(0, 0, 2, 3));
         painter->drawImage(QPoint(2, 0), *bar->image, QRect(2, 0, 1, 3));
         painter->drawImage(QPoint(1, 0), *bar->image, QRect(1, 0, 1, 3));
     });
-    COMPARE_PICTURES(shown, expected);
+    COMPARE_IMAGES(shown, expected);
 }
 
 void AeroLinebarTest::textPositions_data()
@@ -470,7 +472,7 @@ void AeroLinebarTest::textPositions()
     bar->setValuePosition(expected.position);
     bar->setColorText(Qt::darkRed);
     bar->setValue(value);
-    COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(200, 50)));
+    COMPARE_IMAGES(imageOf(bar.widget), expected.draw(QSize(200, 50)));
 }
 
 void AeroLinebarTest::textBesideOneEnd()
@@ -488,7 +490,7 @@ void AeroLinebarTest::textBesideOneEnd()
         bar->setColorText(Qt::darkRed);
         bar->setValue(80);
         deliverAll();
-        COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(200, 50)));
+        COMPARE_IMAGES(imageOf(bar.widget), expected.draw(QSize(200, 50)));
     }
 }
 
@@ -530,7 +532,7 @@ void AeroLinebarTest::texts()
     bar->setProperty("valueF", 62.5);
     bar->setProperty("valueFormat", format);
     QCOMPARE(bar->valueText, text);
-    COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(200, 50)));
+    COMPARE_IMAGES(imageOf(bar.widget), expected.draw(QSize(200, 50)));
 }
 
 void AeroLinebarTest::disabledAndFaint()
@@ -553,10 +555,10 @@ void AeroLinebarTest::disabledAndFaint()
     bar->setColorText(Qt::black);
     bar->setValue(30);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(220, 60)));
+    COMPARE_IMAGES(imageOf(bar.widget), expected.draw(QSize(220, 60)));
     bar->setEnabled(false);
     expected.enabled = false;
-    COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(220, 60)));
+    COMPARE_IMAGES(imageOf(bar.widget), expected.draw(QSize(220, 60)));
 }
 
 void AeroLinebarTest::valueIsTiedToItsText()
@@ -645,13 +647,13 @@ void AeroLinebarTest::statedSplit()
     QCOMPARE(bar->tickHeight, 10);
     QCOMPARE(bar->barHeight, 38);
     // The ticks stand in the rows 40 to 49.
-    const QImage picture = pictureOf(bar.widget);
+    const QImage image = imageOf(bar.widget);
     for (int x = 0; x < 100; ++x) {
-        QCOMPARE(qAlpha(picture.pixel(x, 38)), 0);
-        QCOMPARE(qAlpha(picture.pixel(x, 39)), 0);
+        QCOMPARE(qAlpha(image.pixel(x, 38)), 0);
+        QCOMPARE(qAlpha(image.pixel(x, 39)), 0);
     }
-    QVERIFY(qAlpha(picture.pixel(1, 40)) > 0);
-    QVERIFY(qAlpha(picture.pixel(1, 49)) > 0);
+    QVERIFY(qAlpha(image.pixel(1, 40)) > 0);
+    QVERIFY(qAlpha(image.pixel(1, 49)) > 0);
 }
 
 void AeroLinebarTest::tickInterval_data()
@@ -677,7 +679,7 @@ void AeroLinebarTest::tickInterval()
     QCOMPARE(bar->property("tickInterval").toDouble(), kept);
     BarLook expected;
     expected.interval = kept;
-    COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(200, 50)));
+    COMPARE_IMAGES(imageOf(bar.widget), expected.draw(QSize(200, 50)));
 }
 
 void AeroLinebarTest::tickPlaces_data()
@@ -709,26 +711,26 @@ void AeroLinebarTest::tickPlaces()
     bar->setMaxValue(maximum);
     bar->setTickStep(interval);
     bar->setTickHeight(50);
-    COMPARE_PICTURES(pictureOf(bar.widget), expected.draw(QSize(257, 40)));
+    COMPARE_IMAGES(imageOf(bar.widget), expected.draw(QSize(257, 40)));
 }
 
 void AeroLinebarTest::limitsLeaveTheTicks()
 {
     Stage<OpenBar> bar(QSize(200, 50));
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     const QImage before = *bar->imageTick;
     bar->setMinValue(20);
     bar->setMaxValue(60);
     deliverAll();
-    pictureOf(bar.widget);
-    COMPARE_PICTURES(*bar->imageTick, before);
+    imageOf(bar.widget);
+    COMPARE_IMAGES(*bar->imageTick, before);
     // An interval that is written again, equal or not, builds them again.
     bar->setTickStep(10);
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     BarLook expected;
     expected.minimum = 20;
     expected.maximum = 60;
-    COMPARE_PICTURES(*bar->imageTick, expected.ticks(QSize(200, 10)));
+    COMPARE_IMAGES(*bar->imageTick, expected.ticks(QSize(200, 10)));
 }
 
 void AeroLinebarTest::effects()
@@ -780,10 +782,10 @@ void AeroLinebarTest::equalLimits()
     BarLook empty;
     empty.value = 0;
     // No fill and the old ticks.
-    COMPARE_PICTURES(pictureOf(bar.widget), empty.draw(QSize(200, 50)));
+    COMPARE_IMAGES(imageOf(bar.widget), empty.draw(QSize(200, 50)));
     bar->setTickStep(10);
     QCOMPARE(bar->getTickInterval(), 10.0);
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     // The one tick is at the left end.
     const QImage tick = *bar->imageTick;
     QVERIFY(qAlpha(tick.pixel(1, 5)) > 0);
@@ -802,7 +804,7 @@ void AeroLinebarTest::areaFollowsTheSizeAtOnce()
 void AeroLinebarTest::ticksThatDoNotAdvance()
 {
     // The one tick is drawn once: another one over it would darken its soft edges.
-    const auto pictureWithStep = [](double step) {
+    const auto imageWithStep = [](double step) {
         Stage<OpenBar> bar(QSize(100, 50));
         bar->setMinValue(0);
         bar->setMaxValue(0);
@@ -810,9 +812,9 @@ void AeroLinebarTest::ticksThatDoNotAdvance()
         bar->setMinValue(1e17);
         bar->setMaxValue(1e17 + 1000);
         sendPlain(bar.widget, QEvent::PolishRequest);
-        return pictureOf(bar.widget);
+        return imageOf(bar.widget);
     };
-    COMPARE_PICTURES(pictureWithStep(1.0), pictureWithStep(1e9));
+    COMPARE_IMAGES(imageWithStep(1.0), imageWithStep(1e9));
 }
 
 void AeroLinebarTest::textStepWithoutText()
@@ -826,7 +828,7 @@ void AeroLinebarTest::textStepWithoutText()
     bar->setText(QString());
     bar->paintText(&painter);
     QCOMPARE(painter.opacity(), 0.5);
-    // A text alone is measured by its picture.
+    // A text alone is measured by its image.
     bar->setText(QStringLiteral("Load"));
     QVERIFY(!bar->imageText);
     bar->paintText(&painter);
@@ -861,10 +863,10 @@ void AeroLinebarTest::crowdedTicks()
     bar->setTickStep(1);
     bar->setMaxValue(count);
     bar->setMinValue(0);
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     sendPlain(bar.widget, QEvent::PolishRequest);
-    pictureOf(bar.widget);
-    COMPARE_PICTURES(*bar->imageTick, expected.ticks(QSize(width, 10)));
+    imageOf(bar.widget);
+    COMPARE_IMAGES(*bar->imageTick, expected.ticks(QSize(width, 10)));
 }
 
 void AeroLinebarTest::crowdedTicksDrawFewLines()
@@ -917,12 +919,12 @@ void AeroLinebarTest::ticksWithoutBound()
     bar->setMinValue(minimum);
     bar->setMaxValue(maximum);
     sendPlain(bar.widget, QEvent::PolishRequest);
-    QCOMPARE(pictureOf(bar.widget).size(), QSize(100, 50));
+    QCOMPARE(imageOf(bar.widget).size(), QSize(100, 50));
     bar->setMinValue(0);
     bar->setMaxValue(100);
     bar->setTickStep(10);
     sendPlain(bar.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(bar.widget), BarLook().draw(QSize(100, 50)));
+    COMPARE_IMAGES(imageOf(bar.widget), BarLook().draw(QSize(100, 50)));
 }
 
 void AeroLinebarTest::extremeValuesAreHarmless_data()
@@ -953,18 +955,18 @@ void AeroLinebarTest::extremeValuesAreHarmless()
     bar->setValuePosition(AeroLinebar::CenterVal);
     bar->setValue(60);
     deliverAll();
-    const QImage usual = pictureOf(bar.widget);
+    const QImage usual = imageOf(bar.widget);
     const QVariant before = bar->property(property);
     if (property == "valuePosition")
         bar->setValuePosition(AeroLinebar::ValPos(value.toInt()));
     else
         bar->setProperty(property, value);
     sendPlain(bar.widget, QEvent::PolishRequest);
-    QCOMPARE(pictureOf(bar.widget).size(), QSize(120, 50));
+    QCOMPARE(imageOf(bar.widget).size(), QSize(120, 50));
     takeErrorLines();
     bar->setProperty(property, before);
     sendPlain(bar.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(bar.widget), usual);
+    COMPARE_IMAGES(imageOf(bar.widget), usual);
 }
 
 void AeroLinebarTest::errorLines()
@@ -1003,12 +1005,12 @@ void AeroLinebarTest::nullTextEndsThePass()
     Stage<OpenBar> bar(QSize(100, 50));
     bar->setObjectName(QStringLiteral("livello"));
     bar->setValuePosition(AeroLinebar::CenterVal);
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     bar->setText(QStringLiteral(""));
     bar->setTickStep(20);
     BarLook expected;
     expected.interval = 1e9;
-    const QImage picture = pictureOf(bar.widget);
+    const QImage image = imageOf(bar.widget);
     const ErrorLine line{QStringLiteral("KivWidgets/aerolinebar.cpp"),
                          QStringLiteral("createImages"),
                          QStringLiteral("Nel controllo livello ImageText e' NULL")};
@@ -1017,16 +1019,16 @@ void AeroLinebarTest::nullTextEndsThePass()
         QCOMPARE(takeErrorLines(), QList<ErrorLine>({line}));
         // The ticks are not made in that pass.
         QVERIFY(!bar->imageTick);
-        QCOMPARE(qAlpha(picture.pixel(1, 45)), 0);
+        QCOMPARE(qAlpha(image.pixel(1, 45)), 0);
         // The message comes once per drop.
-        pictureOf(bar.widget);
+        imageOf(bar.widget);
         QCOMPARE(takeErrorLines(), QList<ErrorLine>());
         bar->setTickStep(20);
-        pictureOf(bar.widget);
+        imageOf(bar.widget);
         QCOMPARE(takeErrorLines(), QList<ErrorLine>());
         QVERIFY(bar->imageTick);
         bar->setTextBold(false);
-        pictureOf(bar.widget);
+        imageOf(bar.widget);
         QCOMPARE(takeErrorLines(), QList<ErrorLine>({line}));
     } else {
         QFAIL("an empty text is expected to have an empty size");

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "aerostatusbar.h"
 
 #include "cacheprobe.h"
 #include "glasspanel.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 namespace {
@@ -19,9 +21,9 @@ CacheProbe probe(OpenStrip *strip)
     return CacheProbe(strip, {{"image", &strip->image}});
 }
 
-QImage stripPicture(QSize size, const GlassPanel &panel)
+QImage stripImage(QSize size, const GlassPanel &panel)
 {
-    return faded(drawnPicture(size, [&](QPainter *painter) { panel.draw(painter, size); }),
+    return faded(drawnImage(size, [&](QPainter *painter) { panel.draw(painter, size); }),
                  panel.opacity);
 }
 
@@ -97,9 +99,9 @@ void AeroStatusbarTest::looks()
     strip->setRoundness(panel.roundness);
     strip->setOpacity(opacity);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(strip.widget), stripPicture(size, panel));
+    COMPARE_IMAGES(imageOf(strip.widget), stripImage(size, panel));
     strip->setEnabled(false);
-    COMPARE_PICTURES(pictureOf(strip.widget), stripPicture(size, panel.disabled()));
+    COMPARE_IMAGES(imageOf(strip.widget), stripImage(size, panel.disabled()));
 }
 
 void AeroStatusbarTest::noFrame()
@@ -107,7 +109,7 @@ void AeroStatusbarTest::noFrame()
     Stage<OpenStrip> strip(QSize(100, 40));
     strip->setFrameStyle(int(QFrame::Box) | QFrame::Raised);
     strip->setLineWidth(5);
-    COMPARE_PICTURES(pictureOf(strip.widget), stripPicture(QSize(100, 40), GlassPanel()));
+    COMPARE_IMAGES(imageOf(strip.widget), stripImage(QSize(100, 40), GlassPanel()));
 }
 
 void AeroStatusbarTest::effects()
@@ -129,10 +131,10 @@ void AeroStatusbarTest::effects()
     check("opacity", 0.5, posts);
     check("roundness", 50, posts);
     // Both rebuild an identical panel.
-    const QImage before = pictureOf(strip.widget);
+    const QImage before = imageOf(strip.widget);
     check("colorText", QColor(Qt::red), drops);
     check("bold", true, drops);
-    COMPARE_PICTURES(pictureOf(strip.widget), before);
+    COMPARE_IMAGES(imageOf(strip.widget), before);
     QCOMPARE(caches.effectOf([&] { strip->resize(90, 30); }), drops);
     QCOMPARE(caches.effectOf([&] { strip->setEnabled(false); }), drops);
     QCOMPARE(caches.effectOf(QEvent::PolishRequest), drops);

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "aeroswitch.h"
 
 #include "cacheprobe.h"
 #include "glasspanel.h"
 #include "icons.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtCore/QPointer>
@@ -27,10 +29,10 @@ CacheProbe probe(OpenSwitch *control)
 }
 
 /// The switch with its text, in a panel colour.
-QImage switchPicture(QSize size, const GlassPanel &panel, const QString &text = QString(),
-                     const QColor &ink = Qt::white, bool bold = true)
+QImage switchImage(QSize size, const GlassPanel &panel, const QString &text = QString(),
+                   const QColor &ink = Qt::white, bool bold = true)
 {
-    const QImage finished = drawnPicture(size, [&](QPainter *painter) {
+    const QImage finished = drawnImage(size, [&](QPainter *painter) {
         panel.draw(painter, size);
         if (text.isNull())
             return;
@@ -69,8 +71,8 @@ private Q_SLOTS:
     void iconStates();
     void rotationAndOpacity();
     void effects();
-    void textColourLeavesTheCheckedPicture();
-    void mouseClickShowsTheOtherPicture();
+    void textColourLeavesTheCheckedImage();
+    void mouseClickShowsTheOtherImage();
     void select();
     void clickedSwitchTwice();
     void deletedWhileClicked();
@@ -114,24 +116,22 @@ void AeroSwitchTest::looks()
     control->setHighlight(highlight);
     control->setText(text);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(control.widget), switchPicture(size, panelOf(color), text));
+    COMPARE_IMAGES(imageOf(control.widget), switchImage(size, panelOf(color), text));
     control->setChecked(true);
-    COMPARE_PICTURES(pictureOf(control.widget), switchPicture(size, panelOf(highlight), text));
+    COMPARE_IMAGES(imageOf(control.widget), switchImage(size, panelOf(highlight), text));
     control->setEnabled(false);
-    COMPARE_PICTURES(pictureOf(control.widget),
-                     switchPicture(size, panelOf(highlight).disabled(), text));
+    COMPARE_IMAGES(imageOf(control.widget), switchImage(size, panelOf(highlight).disabled(), text));
     control->setChecked(false);
-    COMPARE_PICTURES(pictureOf(control.widget),
-                     switchPicture(size, panelOf(color).disabled(), text));
+    COMPARE_IMAGES(imageOf(control.widget), switchImage(size, panelOf(color).disabled(), text));
 }
 
 void AeroSwitchTest::iconStates()
 {
-    // Both pictures are painted together, so both show the icon of the state at that time.
+    // Both images are painted together, so both show the icon of the state at that time.
     Stage<OpenSwitch> control;
     control->setIcon(telltaleIcon(QSize(16, 16)));
     deliverAll();
-    const auto middle = [&] { return pictureOf(control.widget).pixelColor(50, 20); };
+    const auto middle = [&] { return imageOf(control.widget).pixelColor(50, 20); };
     QCOMPARE(middle(), QColor(Qt::red));
     control->setChecked(true);
     QCOMPARE(middle(), QColor(Qt::red));
@@ -148,12 +148,12 @@ void AeroSwitchTest::rotationAndOpacity()
     deliverAll();
     GlassPanel panel = panelOf(Qt::lightGray);
     panel.opacity = 0.5;
-    COMPARE_PICTURES(pictureOf(control.widget), switchPicture(control->size(), panel));
+    COMPARE_IMAGES(imageOf(control.widget), switchImage(control->size(), panel));
     control->setOpacity(1.0);
     deliverAll();
-    const QImage straight = pictureOf(control.widget);
+    const QImage straight = imageOf(control.widget);
     control->setRotate(60.0);
-    const QImage turned = drawnPicture(control->size(), [&](QPainter *painter) {
+    const QImage turned = drawnImage(control->size(), [&](QPainter *painter) {
         QTransform turn;
         turn.translate(50, 20);
         turn.rotate(60.0, Qt::YAxis);
@@ -161,7 +161,7 @@ void AeroSwitchTest::rotationAndOpacity()
         painter->setTransform(turn);
         painter->drawImage(0, 0, straight);
     });
-    COMPARE_PICTURES(pictureOf(control.widget), turned);
+    COMPARE_IMAGES(imageOf(control.widget), turned);
 }
 
 void AeroSwitchTest::effects()
@@ -191,38 +191,35 @@ void AeroSwitchTest::effects()
     QCOMPARE(caches.effectOf([&] { new QObject(control.widget); }), nothing);
 }
 
-void AeroSwitchTest::textColourLeavesTheCheckedPicture()
+void AeroSwitchTest::textColourLeavesTheCheckedImage()
 {
     Stage<OpenSwitch> control;
     control->setText(QStringLiteral("Text"));
     control->setChecked(true);
     deliverAll();
-    const QImage checked = pictureOf(control.widget);
+    const QImage checked = imageOf(control.widget);
     control->setColorText(Qt::yellow);
     control->setTextBold(false);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(control.widget), checked);
+    COMPARE_IMAGES(imageOf(control.widget), checked);
     control->setChecked(false);
-    COMPARE_PICTURES(pictureOf(control.widget),
-                     switchPicture(control->size(), panelOf(Qt::gray), QStringLiteral("Text"),
-                                   Qt::yellow, false));
+    COMPARE_IMAGES(imageOf(control.widget), switchImage(control->size(), panelOf(Qt::gray),
+                                                        QStringLiteral("Text"), Qt::yellow, false));
     sendPlain(control.widget, QEvent::PolishRequest);
     control->setChecked(true);
-    COMPARE_PICTURES(pictureOf(control.widget),
-                     switchPicture(control->size(), panelOf(Qt::lightGray), QStringLiteral("Text"),
-                                   Qt::yellow, false));
+    COMPARE_IMAGES(imageOf(control.widget), switchImage(control->size(), panelOf(Qt::lightGray),
+                                                        QStringLiteral("Text"), Qt::yellow, false));
 }
 
-void AeroSwitchTest::mouseClickShowsTheOtherPicture()
+void AeroSwitchTest::mouseClickShowsTheOtherImage()
 {
     Stage<OpenSwitch> control;
-    pictureOf(control.widget);
+    imageOf(control.widget);
     const QImage *unchecked = control->image;
     const QImage *checked = control->imagePressed;
     QTest::mouseClick(control.widget, Qt::LeftButton);
     QVERIFY(control->isChecked());
-    COMPARE_PICTURES(pictureOf(control.widget),
-                     switchPicture(control->size(), panelOf(Qt::lightGray)));
+    COMPARE_IMAGES(imageOf(control.widget), switchImage(control->size(), panelOf(Qt::lightGray)));
     QCOMPARE(control->image, unchecked);
     QCOMPARE(control->imagePressed, checked);
 }
@@ -256,7 +253,7 @@ void AeroSwitchTest::clickedSwitchTwice()
 {
     Stage<OpenSwitch> control;
     EventCounter events(control.widget);
-    pictureOf(control.widget);
+    imageOf(control.widget);
     events.reset();
     control->clickedSwitch();
     QVERIFY(control->isChecked());

@@ -1,4 +1,6 @@
-#include "pictures.h"
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
+#include "images.h"
 #include "testmain.h"
 #include "widgetcatalogue.h"
 
@@ -43,7 +45,7 @@ QMap<QString, QByteArray> looksInAnApplication(int times)
         QCoreApplication::sendPostedEvents();
         QByteArray look;
         for (int i = 0; i < times; ++i)
-            look = hashOf(pictureOf(widget));
+            look = hashOf(imageOf(widget));
         looks.insert(QString::fromLatin1(description.className), look);
     }
     return looks;

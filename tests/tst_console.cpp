@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "consolewindow.h"
 #include "elidedlabel.h"
 #include "feed/scenario.h"
@@ -105,14 +107,14 @@ double contrast(const QColor &a, const QColor &b)
     return std::max(first, second) / std::min(first, second);
 }
 
-/// The contrast between what is written in @p area of @p picture and what it stands on: the colour
+/// The contrast between what is written in @p area of @p image and what it stands on: the colour
 /// that most pixels have against the one that differs most from it.
-double textContrast(const QImage &picture, const QRect &area)
+double textContrast(const QImage &image, const QRect &area)
 {
     QHash<QRgb, int> counts;
     for (int y = area.top(); y <= area.bottom(); ++y) {
         for (int x = area.left(); x <= area.right(); ++x)
-            ++counts[picture.pixel(x, y)];
+            ++counts[image.pixel(x, y)];
     }
     QRgb background = 0;
     for (auto count = counts.cbegin(); count != counts.cend(); ++count) {
@@ -838,7 +840,7 @@ void ConsoleTest::textsAreReadable()
     for (int page = 0; page < console.window.pageNames().size(); ++page) {
         console.window.showPage(page);
         deliverAll();
-        const QImage picture = console.window.grab().toImage();
+        const QImage image = console.window.grab().toImage();
         int texts = 0;
         for (const QWidget *widget : console.window.findChildren<QWidget *>()) {
             QString text = widget->property("text").toString();
@@ -878,7 +880,7 @@ void ConsoleTest::textsAreReadable()
             constexpr int largeBold = 19;
             const QFontInfo font(widget->font());
             const bool isLarge = font.pixelSize() >= (widget->font().bold() ? largeBold : large);
-            const double measured = textContrast(picture, area);
+            const double measured = textContrast(image, area);
             QVERIFY2(measured >= (isLarge ? ofLargeText : ofText),
                      qPrintable(QStringLiteral("%1: '%2' has %3")
                                     .arg(console.window.pageNames().at(page), text.left(40),
@@ -973,8 +975,8 @@ void ConsoleTest::screenshots()
     const QStringList files = QDir(options.directory).entryList(QDir::Files);
     QCOMPARE(files.size(), 2 * window.pageNames().size());
     for (const QString &file : files) {
-        const QImage picture(QDir(options.directory).filePath(file));
-        QCOMPARE(picture.size(), QSize(800, 480));
+        const QImage image(QDir(options.directory).filePath(file));
+        QCOMPARE(image.size(), QSize(800, 480));
     }
     const QImage early(QDir(options.directory).filePath(QStringLiteral("overview-30s.png")));
     const QImage late(QDir(options.directory).filePath(QStringLiteral("overview-90.4s.png")));

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "consolewindow.h"
 #include "elidedlabel.h"
 #include "feed/scenario.h"
@@ -139,7 +141,7 @@ QString smallTarget(const QWidget *widget)
     const auto *button = qobject_cast<const QAbstractButton *>(widget);
     if (!button || button->focusPolicy() == Qt::NoFocus)
         return {};
-    // A switch made of pictures has their size; its row takes touches for it.
+    // A switch made of images has their size; its row takes touches for it.
     if (widget->inherits("SimpleSlideSwitch"))
         return {};
     return widget->width() >= least && widget->height() >= least

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "barroom.h"
 #include "controlpage.h"
 #include "elidedlabel.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "consolewindow.h"
 #include "elidedlabel.h"
 #include "feed/nutfeed.h"

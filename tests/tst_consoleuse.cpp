@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "consolewindow.h"
 #include "feed/simulatorfeed.h"
 
@@ -212,7 +214,7 @@ void ConsoleUseTest::drawerByTouch()
     QTRY_COMPARE(drawer->getState(), MetroNavdrawer::close);
 }
 
-/// The pictures of such a switch are lower than a finger needs.
+/// The images of such a switch are lower than a finger needs.
 void ConsoleUseTest::settingByTouchOfItsRow()
 {
     const auto settings = window->pageNames().indexOf(QLatin1String("settings"));

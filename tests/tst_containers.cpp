@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "icons.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -73,7 +75,7 @@ QSize closedDrawer(const QWidget *drawer)
     return as<MetroNavdrawer>(drawer)->getImageTab().size() + QSize(12, 24);
 }
 
-QPixmap picture(int step)
+QPixmap image(int step)
 {
     return plainPixmap(QSize(40 + 30 * step, 20 + 10 * step), Qt::red);
 }
@@ -84,20 +86,18 @@ const std::vector<Kind> &kinds()
         {"MetroSysIcon", [] { return static_cast<QWidget *>(new MetroSysIcon); },
          [](QWidget *widget, int step) {
              as<MetroSysIcon>(widget)->setBorder(5 + 20 * step);
-             as<MetroSysIcon>(widget)->setIcon(QIcon(picture(step)));
+             as<MetroSysIcon>(widget)->setIcon(QIcon(image(step)));
          },
          [](const QWidget *widget) {
              const int border = 2 * as<MetroSysIcon>(widget)->getBorder();
              return as<MetroSysIcon>(widget)->iconSize() + QSize(border, border);
          }},
         {"MetroBattIcon", [] { return static_cast<QWidget *>(new MetroBattIcon); },
-         [](QWidget *widget, int step) {
-             as<MetroBattIcon>(widget)->setIcon(QIcon(picture(step)));
-         },
+         [](QWidget *widget, int step) { as<MetroBattIcon>(widget)->setIcon(QIcon(image(step))); },
          [](const QWidget *) { return QSize(72, 72); }},
         {"MetroStatusbar", [] { return static_cast<QWidget *>(new MetroStatusbar); },
          [](QWidget *widget, int step) {
-             as<MetroStatusbar>(widget)->setBackground(picture(step));
+             as<MetroStatusbar>(widget)->setBackground(image(step));
              widget->resize(1, 1);
          },
          [](const QWidget *widget) { return as<MetroStatusbar>(widget)->getBackground().size(); }},
@@ -115,13 +115,13 @@ const std::vector<Kind> &kinds()
              return static_cast<QWidget *>(drawer);
          },
          [](QWidget *widget, int step) {
-             as<MetroNavdrawer>(widget)->setImageTab(picture(step));
+             as<MetroNavdrawer>(widget)->setImageTab(image(step));
              widget->resize(1, 1);
          },
          closedDrawer},
         {"MetroNavdrawer, open", [] { return static_cast<QWidget *>(new MetroNavdrawer); },
          [](QWidget *widget, int step) {
-             as<MetroNavdrawer>(widget)->setImageTab(picture(3 * step));
+             as<MetroNavdrawer>(widget)->setImageTab(image(3 * step));
              widget->resize(1, 1);
              as<MetroNavdrawer>(widget)->setState(MetroNavdrawer::open);
          },
@@ -134,7 +134,7 @@ const std::vector<Kind> &kinds()
          [](const QWidget *widget) { return as<SlideSwitch>(widget)->iconSize(); }},
         {"SimpleSlideSwitch", [] { return static_cast<QWidget *>(new SimpleSlideSwitch); },
          [](QWidget *widget, int step) {
-             as<SimpleSlideSwitch>(widget)->setUncheckedImg(picture(step));
+             as<SimpleSlideSwitch>(widget)->setUncheckedImg(image(step));
          },
          [](const QWidget *widget) { return as<SimpleSlideSwitch>(widget)->iconSize(); }},
         {"SimpleSlideSwitch, freed", [] { return static_cast<QWidget *>(new SimpleSlideSwitch); },
@@ -147,13 +147,13 @@ const std::vector<Kind> &kinds()
          [](const QWidget *widget) { return as<SimpleSlideSwitch>(widget)->iconSize(); }},
         {"TranspButton", [] { return static_cast<QWidget *>(new TranspButton); },
          [](QWidget *widget, int step) {
-             as<TranspButton>(widget)->setIcon(QIcon(picture(step)));
+             as<TranspButton>(widget)->setIcon(QIcon(image(step)));
              as<TranspButton>(widget)->setIconSize(QSize(40 + 300 * step, 40 + 300 * step));
          },
          noSize},
         {"MetroTabicon", [] { return static_cast<QWidget *>(new MetroTabicon); },
          [](QWidget *widget, int step) {
-             as<MetroTabicon>(widget)->setIcon(QIcon(picture(step)));
+             as<MetroTabicon>(widget)->setIcon(QIcon(image(step)));
              as<MetroTabicon>(widget)->setIconSize(QSize(40 + 300 * step, 40 + 300 * step));
          },
          noSize},

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "newwidgetsform.h"
 #include "ui_allwidgets.h"
 
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 #include "widgetclasses.h"
 #include "widgetprobe.h"
@@ -129,7 +131,7 @@ void DesignerTest::descriptions()
              QStringLiteral("KivWidgets/%1.h").arg(description->name().toLower()));
     QCOMPARE(description->isContainer(), findWidget(description->name())->isContainer);
 
-    // The icon is the widget's own picture: it has ink, and none looks like another.
+    // The icon is the widget's own image: it has ink, and none looks like another.
     const QImage icon = description->icon().pixmap(24, 24).toImage();
     QCOMPARE(icon.size(), QSize(24, 24));
     int inked = 0;
@@ -261,10 +263,10 @@ void DesignerTest::newWidgetsAlike()
             continue; // compared by the image below
         QVERIFY2(value == property.read(loaded), property.name());
     }
-    COMPARE_PICTURES(pictureOf(loaded), pictureOf(compiled));
+    COMPARE_IMAGES(imageOf(loaded), imageOf(compiled));
 
     // It shows something, and not the least that the class can show.
-    const QImage shown = pictureOf(compiled);
+    const QImage shown = imageOf(compiled);
     QVERIFY(!shown.isNull());
     QSet<QRgb> colors;
     for (int y = 0; y < shown.height(); ++y) {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "testmain.h"
 #include "widgetclasses.h"
 #include "widgetprobe.h"
@@ -351,7 +353,7 @@ void DesignerEditorTest::pagesOfTheStack()
     delete form;
 }
 
-/// The panel's colours can be edited while the box shows the panel, the picture while it shows
+/// The panel's colours can be edited while the box shows the panel, the image while it shows
 /// that.
 void DesignerEditorTest::groupBoxOffersWhatApplies()
 {

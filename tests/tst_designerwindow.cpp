@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "testmain.h"
 #include "widgetprobe.h"
 
@@ -135,12 +137,12 @@ void DesignerWindowTest::initTestCase()
     QVERIFY2(collection, qPrintable(loader.errorString()));
     widgets = collection->customWidgets();
 
-    const QString picture = scratch.filePath(QStringLiteral("designer.png"));
+    const QString image = scratch.filePath(QStringLiteral("designer.png"));
     int status = 0;
     const QString errors =
-        runScript({QStringLiteral("--build"), QStringLiteral(KIV_BUILD), picture}, &status);
+        runScript({QStringLiteral("--build"), QStringLiteral(KIV_BUILD), image}, &status);
     QVERIFY2(status == 0 && errors.isEmpty(), qPrintable(errors));
-    QVERIFY(screen.load(picture));
+    QVERIFY(screen.load(image));
 }
 
 /// The icons stand one below the other in their order, and a title stands before each group.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "codewriter.h"
 #include "gallerywindow.h"
 #include "magnifier.h"
@@ -11,8 +13,8 @@
 #include "widgetlist.h"
 #include "widgetstage.h"
 
+#include "images.h"
 #include "mouse.h"
-#include "pictures.h"
 #include "programrun.h"
 #include "testmain.h"
 #include "widgetclasses.h"
@@ -215,7 +217,7 @@ void edit(ValueEditor *editor)
     else if (auto *decimal = editor->findChild<QDoubleSpinBox *>())
         type(decimal, otherNumber(decimal));
     else if (auto *choice = editor->findChild<QComboBox *>())
-        chooseOther(choice, choice->count() > 20 ? 2 : 1); // pictures: not none
+        chooseOther(choice, choice->count() > 20 ? 2 : 1); // images: not none
     else if (auto *menu = editor->findChild<QMenu *>())
         menu->actions().at(1)->trigger();
     else if (auto *keys = editor->findChild<QKeySequenceEdit *>())
@@ -242,12 +244,12 @@ elemDesc_t stateOf(QWidget *widget)
     return dynamic_cast<MetroStyle *>(widget)->getElementState();
 }
 
-int colorsIn(const QImage &picture)
+int colorsIn(const QImage &image)
 {
     QSet<QRgb> colors;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x)
-            colors.insert(picture.pixel(x, y));
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            colors.insert(image.pixel(x, y));
     }
     return int(colors.size());
 }
@@ -420,7 +422,7 @@ void GalleryTest::editsReachTheWidget()
         gallery.properties->refresh();
         const QVariant before = meta->property(index).read(gallery.staged());
         QVERIFY2(equal(editor->value(), before), qPrintable(property));
-        const QImage look = pictureOf(gallery.staged());
+        const QImage look = imageOf(gallery.staged());
         edit(editor);
         deliverAll();
         const QVariant after = meta->property(index).read(gallery.staged());
@@ -432,7 +434,7 @@ void GalleryTest::editsReachTheWidget()
             declaring = declaring->superClass();
         if (allClasses.contains(QLatin1String(declaring->className())) &&
             !withoutALook.contains(name + QLatin1Char('.') + property))
-            QVERIFY2(pictureOf(gallery.staged()) != look, qPrintable(property));
+            QVERIFY2(imageOf(gallery.staged()) != look, qPrintable(property));
     }
 }
 
@@ -444,9 +446,9 @@ void GalleryTest::editsActAsAHostWould()
     deliverAll();
     Stage<SimpleSlideSwitch> unchecked;
     unchecked->setChecked(true);
-    pictureOf(unchecked.widget);
+    imageOf(unchecked.widget);
     unchecked->setChecked(false);
-    COMPARE_PICTURES(pictureOf(gallery.staged()), pictureOf(unchecked.widget));
+    COMPARE_IMAGES(imageOf(gallery.staged()), imageOf(unchecked.widget));
 
     gallery.show(QStringLiteral("MetroSysIcon"));
     const QSize before = gallery.staged()->size();
@@ -457,10 +459,10 @@ void GalleryTest::editsActAsAHostWould()
     gallery.show(QStringLiteral("AeroGroupbox"));
     edit(gallery.editor("backgroudType"));
     deliverAll();
-    const QImage titled = pictureOf(gallery.staged());
+    const QImage titled = imageOf(gallery.staged());
     edit(gallery.editor("title"));
     deliverAll();
-    QVERIFY(pictureOf(gallery.staged()) != titled);
+    QVERIFY(imageOf(gallery.staged()) != titled);
 
     const std::pair<const char *, const char *> shown[] = {
         {"AeroButton", "text"},    {"AeroButton", "icon"},     {"MetroShelter", "text"},
@@ -469,10 +471,10 @@ void GalleryTest::editsActAsAHostWould()
         {"MetroTabicon", "icon"},  {"MetroTabicon", "checked"}};
     for (const auto &[name, property] : shown) {
         gallery.show(QString::fromLatin1(name));
-        const QImage look = pictureOf(gallery.staged());
+        const QImage look = imageOf(gallery.staged());
         edit(gallery.editor(property));
         deliverAll();
-        QVERIFY2(pictureOf(gallery.staged()) != look, property);
+        QVERIFY2(imageOf(gallery.staged()) != look, property);
     }
 }
 
@@ -569,16 +571,16 @@ void GalleryTest::propertiesThatDoNotApplyAreHidden()
     QVERIFY(!gallery.editor("color")->isVisibleTo(&gallery.window));
     QVERIFY(gallery.editor("backgroundGroup")->isVisibleTo(&gallery.window));
 
-    // The picture chosen shows, and the one before can be had again.
-    const QImage look = pictureOf(gallery.staged());
+    // The image chosen shows, and the one before can be had again.
+    const QImage look = imageOf(gallery.staged());
     auto *choice = gallery.editor("backgroundGroup")->findChild<QComboBox *>();
     chooseOther(choice);
     deliverAll();
-    QVERIFY(pictureOf(gallery.staged()) != look);
+    QVERIFY(imageOf(gallery.staged()) != look);
     QVERIFY(!gallery.staged<AeroGroupbox>()->getBackgroundGroup().isNull());
     QTest::keyClick(choice, Qt::Key_Up);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(gallery.staged()), look);
+    COMPARE_IMAGES(imageOf(gallery.staged()), look);
 }
 
 void GalleryTest::wheelScrollsTheList()
@@ -613,7 +615,7 @@ void GalleryTest::noValueIsTooMuch()
     Gallery gallery(name);
     const auto look = [&] {
         deliverAll();
-        pictureOf(gallery.staged());
+        imageOf(gallery.staged());
     };
     for (const QString &property : gallery.properties->names()) {
         ValueEditor *editor = gallery.properties->editor(property);
@@ -652,7 +654,7 @@ void GalleryTest::noValueIsTooMuch()
         gallery.stage->resizeStaged(size);
         look();
     }
-    // An empty text has no picture; nothing else is amiss.
+    // An empty text has no image; nothing else is amiss.
     for (const ErrorLine &line : takeErrorLines())
         QVERIFY2(line.message.contains(QLatin1String("ImageText e' NULL")),
                  qPrintable(line.message));
@@ -679,15 +681,15 @@ void GalleryTest::stateSelectors()
         QCOMPARE(box->currentText(), QString::fromLatin1(word));
         deliverAll();
     };
-    const QImage inOrder = pictureOf(gallery.staged());
+    const QImage inOrder = imageOf(gallery.staged());
     choose("alarm", "Fault");
     choose("operation", "On bypass");
     QVERIFY(stateOf(gallery.staged()) == (elemDesc_t{4, 7}));
-    const QImage fault = pictureOf(gallery.staged());
+    const QImage fault = imageOf(gallery.staged());
     QVERIFY(fault != inOrder);
     choose("alarm", "Communication lost");
     QVERIFY(stateOf(gallery.staged()) == (elemDesc_t{0, 7}));
-    QVERIFY(pictureOf(gallery.staged()) != fault);
+    QVERIFY(imageOf(gallery.staged()) != fault);
     choose("alarm", "No alarm");
     choose("operation", "Waiting for battery voltage");
     QVERIFY(stateOf(gallery.staged()) == (elemDesc_t{1, 4}));
@@ -708,11 +710,11 @@ void GalleryTest::enabledBox()
     Gallery gallery(QStringLiteral("AeroButton"));
     auto *box = gallery.withText<QCheckBox>("Enabled");
     QVERIFY(box->isChecked());
-    const QImage enabled = pictureOf(gallery.staged());
+    const QImage enabled = imageOf(gallery.staged());
     box->click();
     deliverAll();
     QVERIFY(!gallery.staged()->isEnabled());
-    QVERIFY(pictureOf(gallery.staged()) != enabled);
+    QVERIFY(imageOf(gallery.staged()) != enabled);
     QVERIFY(!gallery.editor("enabled")->findChild<QCheckBox *>()->isChecked());
     // The other way round.
     gallery.editor("enabled")->findChild<QCheckBox *>()->click();
@@ -946,7 +948,7 @@ void GalleryTest::zoomEnlargesWholePixels()
         const auto shown = [&] {
             return magnifier->widget()->grab().toImage().convertToFormat(QImage::Format_RGB32);
         };
-        COMPARE_PICTURES(shown(), expected());
+        COMPARE_IMAGES(shown(), expected());
         // A change of the widget is followed.
         auto *control = gallery.staged<SlideSwitch>();
         control->setLocked(!control->isChecked() || factor != 3);
@@ -981,13 +983,13 @@ void GalleryTest::zoomPassesTheMouseOn()
 
     gallery.show(QStringLiteral("TranspButton"));
     deliverAll();
-    const QImage idle = pictureOf(gallery.staged());
+    const QImage idle = imageOf(gallery.staged());
     QTest::mouseMove(canvas, canvas->rect().center());
-    QTRY_VERIFY(pictureOf(gallery.staged()) != idle);
+    QTRY_VERIFY(imageOf(gallery.staged()) != idle);
     QVERIFY(gallery.says(QStringLiteral("mouseEnter")));
     QEvent leave(QEvent::Leave);
     QCoreApplication::sendEvent(canvas, &leave);
-    COMPARE_PICTURES(pictureOf(gallery.staged()), idle);
+    COMPARE_IMAGES(imageOf(gallery.staged()), idle);
 }
 
 void GalleryTest::allStatesAtOnce_data()
@@ -1159,7 +1161,7 @@ void GalleryTest::codeMakesTheSameWidget()
             QVERIFY(made->setProperty(qPrintable(setting.property), setting.value));
         window.show();
         deliverAll();
-        COMPARE_PICTURES(pictureOf(made), pictureOf(gallery.staged()));
+        COMPARE_IMAGES(imageOf(made), imageOf(gallery.staged()));
         // Of those, nothing differs any more.
         QCOMPARE(settingsOf(made, description, std::nullopt).settings.size(),
                  settings.settings.size());
@@ -1203,14 +1205,14 @@ void GalleryTest::rememberedTheme()
 void GalleryTest::reset()
 {
     Gallery gallery(QStringLiteral("MetroShelter"));
-    const QImage fresh = pictureOf(gallery.staged());
+    const QImage fresh = imageOf(gallery.staged());
     edit(gallery.editor("alarm"));
     edit(gallery.editor("colorText"));
     gallery.stage->resizeStaged(QSize(300, 100));
     gallery.withText<QCheckBox>("Enabled")->click();
     gallery.withText<QPushButton>("Reset")->click();
     deliverAll();
-    COMPARE_PICTURES(pictureOf(gallery.staged()), fresh);
+    COMPARE_IMAGES(imageOf(gallery.staged()), fresh);
     QVERIFY(gallery.withText<QCheckBox>("Enabled")->isChecked());
     QCOMPARE(gallery.editor("alarm")->value().toInt(), 1);
 }
@@ -1259,17 +1261,17 @@ void GalleryTest::screenshots()
         expected.append(name.toLower() + QStringLiteral(".png"));
     expected.sort();
     QCOMPARE(QDir(options.directory).entryList(QDir::Files, QDir::Name), expected);
-    QList<QImage> pictures;
+    QList<QImage> images;
     for (const QString &file : std::as_const(expected)) {
-        const QImage picture(QDir(options.directory).filePath(file));
-        QCOMPARE(picture.size(), QSize(900, 600));
-        QVERIFY2(colorsIn(picture) > 100, qPrintable(file));
+        const QImage image(QDir(options.directory).filePath(file));
+        QCOMPARE(image.size(), QSize(900, 600));
+        QVERIFY2(colorsIn(image) > 100, qPrintable(file));
         // The stage shows this widget and no other.
         const QRect middle(300, 100, 250, 400);
-        QVERIFY2(colorsIn(picture.copy(middle)) > 2, qPrintable(file));
-        for (const QImage &other : std::as_const(pictures))
-            QVERIFY2(other.copy(middle) != picture.copy(middle), qPrintable(file));
-        pictures.append(picture);
+        QVERIFY2(colorsIn(image.copy(middle)) > 2, qPrintable(file));
+        for (const QImage &other : std::as_const(images))
+            QVERIFY2(other.copy(middle) != image.copy(middle), qPrintable(file));
+        images.append(image);
     }
 }
 
@@ -1285,8 +1287,8 @@ void GalleryTest::oneScreenshot()
     QVERIFY2(takeGalleryScreenshots(window, options, &error), qPrintable(error));
     QCOMPARE(QDir(options.directory).entryList(QDir::Files),
              QStringList(QStringLiteral("metroxbar.png")));
-    const QImage picture(directory.filePath(QStringLiteral("metroxbar.png")));
-    QVERIFY(picture.pixelColor(2, 2).lightness() < 60);
+    const QImage image(directory.filePath(QStringLiteral("metroxbar.png")));
+    QVERIFY(image.pixelColor(2, 2).lightness() < 60);
 }
 
 void GalleryTest::screenshotsNeedADirectory()

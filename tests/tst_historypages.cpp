@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "chart.h"
 #include "consolewindow.h"
 #include "elidedlabel.h"

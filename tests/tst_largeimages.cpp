@@ -1,5 +1,7 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "cacheprobe.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <aerobutton.h>
@@ -47,14 +49,14 @@ template <typename Widget, typename Enlarge, typename Restore>
 QStringList refused(Enlarge enlarge, Restore restore)
 {
     Stage<Widget> stage;
-    const QImage usual = pictureOf(stage.widget);
+    const QImage usual = imageOf(stage.widget);
     ErrorCapture errors;
     enlarge(stage.widget);
     deliverAll();
     const QStringList names = namesIn(errors.takeLines());
     restore(stage.widget);
     deliverAll();
-    const QString difference = differenceOf(pictureOf(stage.widget), usual);
+    const QString difference = differenceOf(imageOf(stage.widget), usual);
     return difference.isEmpty() ? names : QStringList(difference);
 }
 
@@ -177,7 +179,7 @@ void LargeImagesTest::hugeTexts()
     bar->setValue(40);
     bar->setValuePosition(AeroLinebar::CenterVal);
     const QFont usual = bar->font();
-    const QImage before = pictureOf(bar.widget);
+    const QImage before = imageOf(bar.widget);
     QFont huge = usual;
     huge.setPointSize(4000);
     bar->setFont(huge);
@@ -186,7 +188,7 @@ void LargeImagesTest::hugeTexts()
     QCOMPARE(namesIn(takeErrorLines()), QStringList(QStringLiteral("ImageText")));
     bar->setFont(usual);
     bar->setTextBold(true);
-    COMPARE_PICTURES(pictureOf(bar.widget), before);
+    COMPARE_IMAGES(imageOf(bar.widget), before);
 
     Stage<OpenBox> box(QSize(200, 50));
     box->setFont(huge);
@@ -208,7 +210,7 @@ void LargeImagesTest::backgroundMadeLater()
     // The usual black one comes with the first size that has an image.
     tile->resize(100, 40);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(tile.widget), pictureOf(fresh.widget));
+    COMPARE_IMAGES(imageOf(tile.widget), imageOf(fresh.widget));
     QCOMPARE(tile->getImageBackground().size(), QSize(100, 40));
 }
 
@@ -225,9 +227,9 @@ void LargeImagesTest::pageLargerThanAnyScreen()
     stack->setCurrentIndex(1);
     // The page is grabbed in its own size.
     page->resize(100, 80);
-    QCOMPARE(pictureOf(stack.widget).pixelColor(30, 30), QColor(Qt::red));
+    QCOMPARE(imageOf(stack.widget).pixelColor(30, 30), QColor(Qt::red));
     page->resize(tooLarge);
-    QCOMPARE(pictureOf(stack.widget).pixelColor(30, 30).alpha(), 0);
+    QCOMPARE(imageOf(stack.widget).pixelColor(30, 30).alpha(), 0);
 }
 
 KIV_TEST_MAIN(LargeImagesTest)

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "freshness.h"
 #include "glasspanel.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
@@ -114,8 +116,8 @@ void paintMany(int count, quint32 seed)
         add(bar, {150 + random.bounded(90), 40});
         for (const std::unique_ptr<QWidget> &widget : widgets) {
             // What is drawn again is remembered, too.
-            pictureOf(widget.get());
-            pictureOf(widget.get());
+            imageOf(widget.get());
+            imageOf(widget.get());
         }
     }
 }
@@ -164,7 +166,7 @@ void MemoriesTest::equalButtonsPaintOnePanel()
             buttons.push_back(std::make_unique<Stage<AeroButton>>(QSize(97, 33)));
             buttons.back()->widget->setText(QString::number(i));
             deliverAll();
-            pictureOf(buttons.back()->widget);
+            imageOf(buttons.back()->widget);
         }
     });
     QCOMPARE(drawn, pathsOfAPanel);
@@ -174,20 +176,20 @@ void MemoriesTest::equalButtonsPaintOnePanel()
         Stage<AeroButton> alone(QSize(97, 33));
         alone->setText(QString::number(i));
         deliverAll();
-        COMPARE_PICTURES(pictureOf(buttons[std::size_t(i)]->widget), pictureOf(alone.widget));
+        COMPARE_IMAGES(imageOf(buttons[std::size_t(i)]->widget), imageOf(alone.widget));
     }
 
     AeroButton &changed = *buttons.front()->widget;
     QCOMPARE(pathsDrawnBy([&] {
                  changed.setColor(Qt::darkGreen);
                  deliverAll();
-                 pictureOf(&changed);
+                 imageOf(&changed);
              }),
              pathsOfAPanel);
     QCOMPARE(pathsDrawnBy([&] {
                  changed.setColor(Qt::gray);
                  deliverAll();
-                 pictureOf(&changed);
+                 imageOf(&changed);
              }),
              0);
 }
@@ -197,19 +199,19 @@ void MemoriesTest::equalPlatesAreOne()
     Stage<MetroSysIcon> icon;
     icon->setBorder(13);
     deliverAll();
-    const QImage before = pictureOf(icon.widget);
+    const QImage before = imageOf(icon.widget);
     icon->setState({5, 5});
     deliverAll();
-    QVERIFY(pictureOf(icon.widget) != before);
+    QVERIFY(imageOf(icon.widget) != before);
     QCOMPARE(pathsDrawnBy([&] {
                  icon->setState({0, 0});
                  deliverAll();
-                 pictureOf(icon.widget);
+                 imageOf(icon.widget);
                  Stage<MetroSysIcon> other;
                  other->setBorder(13);
                  other->setState({5, 5});
                  deliverAll();
-                 pictureOf(other.widget);
+                 imageOf(other.widget);
              }),
              0);
 }
@@ -249,7 +251,7 @@ void MemoriesTest::otherPanelsAreTheirOwn()
     QFETCH(GlassPanel, panel);
     QFETCH(QSize, size);
     QFETCH(bool, enabled);
-    const QImage expected = drawnPicture(
+    const QImage expected = drawnImage(
         size, [&](QPainter *painter) { (enabled ? panel : panel.disabled()).draw(painter, size); });
     for (int round = 0; round < 2; ++round) {
         Stage<Strip> strip(size);
@@ -261,8 +263,8 @@ void MemoriesTest::otherPanelsAreTheirOwn()
         strip->setRoundness(panel.roundness);
         strip->setEnabled(enabled);
         deliverAll();
-        pictureOf(strip.widget);
-        COMPARE_PICTURES(*strip->image, expected);
+        imageOf(strip.widget);
+        COMPARE_IMAGES(*strip->image, expected);
     }
 }
 
@@ -270,28 +272,28 @@ void MemoriesTest::sharedImagesStayApart()
 {
     Stage<Strip> first(QSize(120, 30));
     Stage<Strip> second(QSize(120, 30));
-    pictureOf(first.widget);
-    pictureOf(second.widget);
-    const QImage panel = pictureOf(second.widget);
-    COMPARE_PICTURES(pictureOf(first.widget), panel);
+    imageOf(first.widget);
+    imageOf(second.widget);
+    const QImage panel = imageOf(second.widget);
+    COMPARE_IMAGES(imageOf(first.widget), panel);
     QPainter(first->image).fillRect(10, 10, 5, 5, Qt::red);
-    QVERIFY(pictureOf(first.widget) != panel);
-    COMPARE_PICTURES(pictureOf(second.widget), panel);
+    QVERIFY(imageOf(first.widget) != panel);
+    COMPARE_IMAGES(imageOf(second.widget), panel);
     Stage<Strip> third(QSize(120, 30));
-    COMPARE_PICTURES(pictureOf(third.widget), panel);
+    COMPARE_IMAGES(imageOf(third.widget), panel);
 }
 
 void MemoriesTest::paintedLayerShows()
 {
     Stage<Dial> dial;
-    const QImage before = pictureOf(dial.widget);
-    COMPARE_PICTURES(pictureOf(dial.widget), before);
+    const QImage before = imageOf(dial.widget);
+    COMPARE_IMAGES(imageOf(dial.widget), before);
     for (QImage *layer : {dial->ImageBG, dial->Image}) {
         const QImage plain = *layer;
         QPainter(layer).fillRect(layer->rect(), Qt::darkGreen);
-        QVERIFY(pictureOf(dial.widget) != before);
+        QVERIFY(imageOf(dial.widget) != before);
         *layer = plain;
-        COMPARE_PICTURES(pictureOf(dial.widget), before);
+        COMPARE_IMAGES(imageOf(dial.widget), before);
     }
 }
 
@@ -299,7 +301,7 @@ void MemoriesTest::paintedBarLayerShows()
 {
     // Another bar of the same looks has the same layers.
     Stage<ValueBar> other(QSize(150, 40));
-    const QImage before = pictureOf(other.widget);
+    const QImage before = imageOf(other.widget);
     struct Painted : ValueBar
     {
         using ValueBar::ValueBar;
@@ -311,21 +313,21 @@ void MemoriesTest::paintedBarLayerShows()
         }
     };
     Stage<Painted> bar(QSize(150, 40));
-    const QImage painted = pictureOf(bar.widget);
+    const QImage painted = imageOf(bar.widget);
     QCOMPARE(painted.pixelColor(24, 24), QColor(Qt::red));
-    COMPARE_PICTURES(pictureOf(bar.widget), painted);
-    COMPARE_PICTURES(pictureOf(other.widget), before);
+    COMPARE_IMAGES(imageOf(bar.widget), painted);
+    COMPARE_IMAGES(imageOf(other.widget), before);
 }
 
 void MemoriesTest::layersOfAnIdleBarStay()
 {
     Stage<ValueBar> bar(QSize(150, 40));
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     const QImage layers[] = {*bar->Image, *bar->ImageBG, *bar->ImageFG};
-    pictureOf(bar.widget);
-    COMPARE_PICTURES(*bar->Image, layers[0]);
-    COMPARE_PICTURES(*bar->ImageBG, layers[1]);
-    COMPARE_PICTURES(*bar->ImageFG, layers[2]);
+    imageOf(bar.widget);
+    COMPARE_IMAGES(*bar->Image, layers[0]);
+    COMPARE_IMAGES(*bar->ImageBG, layers[1]);
+    COMPARE_IMAGES(*bar->ImageFG, layers[2]);
 }
 
 /// Painted, painted again, and from what is remembered.
@@ -339,13 +341,13 @@ void MemoriesTest::valuesComeBack()
             const double value = eighths * 12.5;
             for (const Stage<Dial> *shown : {&dial, &other}) {
                 shown->widget->setValue(value);
-                pictureOf(shown->widget);
-                const QImage expected = drawnPicture(QSize(76, 51), [&](QPainter *painter) {
+                imageOf(shown->widget);
+                const QImage expected = drawnImage(QSize(76, 51), [&](QPainter *painter) {
                     painter->setBrush(shown->widget->getCursor());
                     painter->setPen(shown->widget->getCursor());
                     painter->drawPie(QRectF(1, 1, 72, 72), 200 * 16, -eighths * 25 * 16);
                 });
-                COMPARE_PICTURES(*shown->widget->Image, expected);
+                COMPARE_IMAGES(*shown->widget->Image, expected);
             }
         }
     }
@@ -354,34 +356,34 @@ void MemoriesTest::valuesComeBack()
 void MemoriesTest::gaugeFollowsItsPalette()
 {
     Stage<MetroCirclerate> dial;
-    const QImage before = pictureOf(dial.widget);
+    const QImage before = imageOf(dial.widget);
     QPalette palette = dial->palette();
     palette.setColor(QPalette::WindowText, Qt::red);
     dial->setPalette(palette);
-    const QImage after = pictureOf(dial.widget);
+    const QImage after = imageOf(dial.widget);
     QVERIFY(after != before);
     Stage<MetroCirclerate> fresh;
     fresh->setPalette(palette);
-    COMPARE_PICTURES(after, pictureOf(fresh.widget));
+    COMPARE_IMAGES(after, imageOf(fresh.widget));
 }
 
 void MemoriesTest::gaugeFollowsTheFont()
 {
     const QFont usual = QApplication::font();
     Stage<MetroLinerate> bar(QSize(150, 40));
-    const QImage before = pictureOf(bar.widget);
+    const QImage before = imageOf(bar.widget);
     QFont larger = usual;
     larger.setPointSize(14);
     bar->setFont(larger);
     deliverAll();
-    QVERIFY(pictureOf(bar.widget) != before);
+    QVERIFY(imageOf(bar.widget) != before);
     Stage<MetroLinerate> fresh(QSize(150, 40));
     fresh->setFont(larger);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(bar.widget), pictureOf(fresh.widget));
+    COMPARE_IMAGES(imageOf(bar.widget), imageOf(fresh.widget));
     bar->setFont(usual);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(bar.widget), before);
+    COMPARE_IMAGES(imageOf(bar.widget), before);
 }
 
 /// Each is drawn three times: as text, and as what is remembered of it.
@@ -426,9 +428,9 @@ void MemoriesTest::randomTexts()
         plain->setLayoutDirection(button->layoutDirection());
         plain->text = text;
         deliverAll();
-        const QImage expected = pictureOf(plain.widget);
+        const QImage expected = imageOf(plain.widget);
         for (int paint = 0; paint < 3; ++paint) {
-            const QString difference = differenceOf(pictureOf(button.widget), expected);
+            const QString difference = differenceOf(imageOf(button.widget), expected);
             QVERIFY2(difference.isEmpty(), qPrintable(QStringLiteral("%1 in %2, paint %3: %4")
                                                           .arg(text, font.toString())
                                                           .arg(paint)
@@ -514,8 +516,8 @@ void MemoriesTest::knobBelowAnother()
             painter.drawEllipse(QRect(75, 10, 40, 40));
         }
         const QRect shown(0, 0, 10 + cut, 100);
-        COMPARE_PICTURES(window.grab().toImage().copy(shown).convertToFormat(expected.format()),
-                         expected.copy(shown));
+        COMPARE_IMAGES(window.grab().toImage().copy(shown).convertToFormat(expected.format()),
+                       expected.copy(shown));
     }
 }
 

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrobatticon.h"
 
 #include "cacheprobe.h"
 #include "icons.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -23,11 +25,11 @@ CacheProbe probe(OpenBattery *battery)
     return CacheProbe(battery, {{"image", &battery->image}});
 }
 
-/// A battery picture, washed where disabled, with an icon of 16 x 16 pixels or none over its
+/// A battery image, washed where disabled, with an icon of 16 x 16 pixels or none over its
 /// middle.
-QImage batteryPicture(const char *name, bool enabled = true, const QColor &icon = QColor())
+QImage batteryImage(const char *name, bool enabled = true, const QColor &icon = QColor())
 {
-    return drawnPicture(QSize(72, 72), [&](QPainter *painter) {
+    return drawnImage(QSize(72, 72), [&](QPainter *painter) {
         painter->drawPixmap(
             0, 0, QPixmap(QStringLiteral(":/Images/batt_%1.png").arg(QLatin1String(name))));
         if (!enabled) {
@@ -53,7 +55,7 @@ private Q_SLOTS:
     void defaults();
     void states_data();
     void states();
-    void picturesAreLoadedOnce();
+    void imagesAreLoadedOnce();
     void keepsItsSize_data();
     void keepsItsSize();
     void iconLooks_data();
@@ -61,7 +63,7 @@ private Q_SLOTS:
     void followsTheFirstIconSize();
     void effects();
     void sameColourStillPosts();
-    void missingPictureIsReported();
+    void missingImageIsReported();
     void iconWithoutASizeRests();
     void iconSizeOfTheHost();
     void nullImageIsReported();
@@ -82,8 +84,8 @@ void MetroBattIconTest::initTestCase()
 {
     // Nothing is loaded before the first battery.
     QVERIFY(!OpenBattery::initialized);
-    for (const QPixmap *picture : OpenBattery::background)
-        QVERIFY(!picture);
+    for (const QPixmap *image : OpenBattery::background)
+        QVERIFY(!image);
 }
 
 void MetroBattIconTest::metaObject()
@@ -106,7 +108,7 @@ void MetroBattIconTest::states_data()
 {
     QTest::addColumn<int>("alarm");
     QTest::addColumn<int>("element");
-    QTest::addColumn<QByteArray>("picture");
+    QTest::addColumn<QByteArray>("image");
     QTest::newRow("new") << 1 << 0 << QByteArray("COMMLOST");
     for (int element = 1; element <= 5; ++element)
         QTest::addRow("in order, %d", element) << 1 << element << QByteArray("ok");
@@ -125,29 +127,29 @@ void MetroBattIconTest::states()
 {
     QFETCH(int, alarm);
     QFETCH(int, element);
-    QFETCH(QByteArray, picture);
+    QFETCH(QByteArray, image);
     Stage<OpenBattery> battery;
     battery->setState({quint8(alarm), quint8(element)});
     deliverAll();
-    COMPARE_PICTURES(pictureOf(battery.widget), batteryPicture(picture));
+    COMPARE_IMAGES(imageOf(battery.widget), batteryImage(image));
     battery->setEnabled(false);
-    COMPARE_PICTURES(pictureOf(battery.widget), batteryPicture(picture, false));
+    COMPARE_IMAGES(imageOf(battery.widget), batteryImage(image, false));
     const QList<ErrorLine> lines = takeErrorLines();
-    QCOMPARE(!lines.isEmpty(), picture == "none");
+    QCOMPARE(!lines.isEmpty(), image == "none");
     for (const ErrorLine &line : lines)
         QCOMPARE(line.function, QStringLiteral("getColorIdx"));
 }
 
-void MetroBattIconTest::picturesAreLoadedOnce()
+void MetroBattIconTest::imagesAreLoadedOnce()
 {
     const OpenBattery first(nullptr);
     QPixmap *loaded[7];
     std::copy(std::begin(OpenBattery::background), std::end(OpenBattery::background), loaded);
-    for (const QPixmap *picture : loaded)
-        QCOMPARE(picture->size(), QSize(72, 72));
-    // The two warnings are two pixmaps of one picture.
+    for (const QPixmap *image : loaded)
+        QCOMPARE(image->size(), QSize(72, 72));
+    // The two warnings are two pixmaps of one image.
     QVERIFY(loaded[2] != loaded[5]);
-    COMPARE_PICTURES(loaded[2]->toImage(), loaded[5]->toImage());
+    COMPARE_IMAGES(loaded[2]->toImage(), loaded[5]->toImage());
     {
         const OpenBattery second(nullptr);
     }
@@ -201,10 +203,10 @@ void MetroBattIconTest::iconLooks()
     deliverAll();
     const QColor icon =
         telltaleColor(enabled ? QIcon::Normal : QIcon::Disabled, checked ? QIcon::On : QIcon::Off);
-    COMPARE_PICTURES(pictureOf(battery.widget), batteryPicture("ok", enabled, icon));
+    COMPARE_IMAGES(imageOf(battery.widget), batteryImage("ok", enabled, icon));
     // There is no look under the pointer.
     QCOMPARE(probe(battery.widget).effectOf(QEvent::Enter), QStringLiteral("nothing"));
-    COMPARE_PICTURES(pictureOf(battery.widget), batteryPicture("ok", enabled, icon));
+    COMPARE_IMAGES(imageOf(battery.widget), batteryImage("ok", enabled, icon));
 }
 
 void MetroBattIconTest::followsTheFirstIconSize()
@@ -214,18 +216,18 @@ void MetroBattIconTest::followsTheFirstIconSize()
     deliverAll();
     QCOMPARE(battery->iconSize(), QSize(40, 30));
     QCOMPARE(battery->size(), QSize(72, 72));
-    const QImage picture = pictureOf(battery.widget);
-    QCOMPARE(picture.pixelColor(16, 21), QColor(Qt::red));
-    QCOMPARE(picture.pixelColor(55, 50), QColor(Qt::red));
-    QVERIFY(picture.pixelColor(15, 21) != QColor(Qt::red));
-    QVERIFY(picture.pixelColor(56, 50) != QColor(Qt::red));
+    const QImage image = imageOf(battery.widget);
+    QCOMPARE(image.pixelColor(16, 21), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(55, 50), QColor(Qt::red));
+    QVERIFY(image.pixelColor(15, 21) != QColor(Qt::red));
+    QVERIFY(image.pixelColor(56, 50) != QColor(Qt::red));
     EventCounter events(battery.widget);
     deliverAll();
     QCOMPARE(events.count(QEvent::Paint), 0);
     // An icon as large as the battery or larger does not show.
     battery->setIcon(telltaleIcon(QSize(72, 72)));
     deliverAll();
-    COMPARE_PICTURES(pictureOf(battery.widget), batteryPicture("COMMLOST"));
+    COMPARE_IMAGES(imageOf(battery.widget), batteryImage("COMMLOST"));
 }
 
 void MetroBattIconTest::effects()
@@ -256,10 +258,10 @@ void MetroBattIconTest::sameColourStillPosts()
         battery->setState({1, 3});
     }),
              QStringLiteral("posts, drops image"));
-    COMPARE_PICTURES(pictureOf(battery.widget), batteryPicture("ok"));
+    COMPARE_IMAGES(imageOf(battery.widget), batteryImage("ok"));
 }
 
-void MetroBattIconTest::missingPictureIsReported()
+void MetroBattIconTest::missingImageIsReported()
 {
     Stage<OpenBattery> battery;
     battery->setState({1, 5});
@@ -270,7 +272,7 @@ void MetroBattIconTest::missingPictureIsReported()
     OpenBattery::background[0] = nullptr;
     QCOMPARE(battery->getBackGroundSize(), QSize(22, 22));
     sendPlain(battery.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(battery.widget), emptyPicture(QSize(72, 72)));
+    COMPARE_IMAGES(imageOf(battery.widget), emptyImage(QSize(72, 72)));
     QCOMPARE(takeErrorLines(),
              QList<ErrorLine>(
                  {{QStringLiteral("KivWidgets/metrobatttemplate.cpp"), QStringLiteral("paintBase"),
@@ -279,7 +281,7 @@ void MetroBattIconTest::missingPictureIsReported()
     QPixmap empty;
     OpenBattery::background[1] = &empty;
     sendPlain(battery.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(battery.widget), emptyPicture(QSize(72, 72)));
+    COMPARE_IMAGES(imageOf(battery.widget), emptyImage(QSize(72, 72)));
     OpenBattery::background[1] = kept;
     OpenBattery::background[0] = keptFirst;
 }
@@ -291,21 +293,21 @@ void MetroBattIconTest::iconWithoutASizeRests()
     battery->setIcon(sizelessIcon());
     deliverAll();
     const qint64 kept = battery->image->cacheKey();
-    pictureOf(battery.widget);
+    imageOf(battery.widget);
     QCOMPARE(battery->image->cacheKey(), kept);
     QCOMPARE(battery->iconSize(), before);
 }
 
 void MetroBattIconTest::iconSizeOfTheHost()
 {
-    // The icon's own size comes back with the paint, which paints a new picture.
+    // The icon's own size comes back with the paint, which paints a new image.
     Stage<OpenBattery> battery;
     battery->setIcon(QIcon(plainPixmap(QSize(40, 30), Qt::red)));
     deliverAll();
-    const QImage shown = pictureOf(battery.widget);
+    const QImage shown = imageOf(battery.widget);
     battery->image->fill(Qt::cyan);
     battery->setIconSize(QSize(16, 16));
-    COMPARE_PICTURES(pictureOf(battery.widget), shown);
+    COMPARE_IMAGES(imageOf(battery.widget), shown);
     QCOMPARE(battery->iconSize(), QSize(40, 30));
 }
 

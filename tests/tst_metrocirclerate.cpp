@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrocirclerate.h"
 
 #include "cacheprobe.h"
 #include "freshness.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -31,7 +33,7 @@ CacheProbe probe(OpenDial *dial)
         dial, {{"Image", &dial->Image}, {"ImageBG", &dial->ImageBG}, {"ImageFG", &dial->ImageFG}});
 }
 
-/// What a dial is set to, and its picture drawn plainly.
+/// What a dial is set to, and its image drawn plainly.
 struct DialLook
 {
     double value = 35;
@@ -68,15 +70,15 @@ QImage DialLook::draw(QSize size, QRect circle) const
         painter->drawPie(box, from, span);
     };
     const QRectF box(circle.x(), circle.y(), circle.width(), circle.height());
-    const QImage full = drawnPicture(size, [&](QPainter *painter) {
+    const QImage full = drawnImage(size, [&](QPainter *painter) {
         pie(painter, background, box, angle(minimum), angle(maximum) - angle(minimum));
     });
-    const QImage part = drawnPicture(size, [&](QPainter *painter) {
+    const QImage part = drawnImage(size, [&](QPainter *painter) {
         const double s = fromZero && minimum < 0 ? 0 : minimum;
         const double c = value > maximum ? maximum : value < minimum ? minimum : value;
         pie(painter, fill, box, angle(s), angle(maximum) - angle(maximum - c + s));
     });
-    const QImage mask = drawnPicture(size, [&](QPainter *painter) {
+    const QImage mask = drawnImage(size, [&](QPainter *painter) {
         painter->setCompositionMode(QPainter::CompositionMode_DestinationOver);
         for (int i = 1; i < segments; ++i) {
             const double tick = i * (maximum - minimum) / segments + minimum;
@@ -86,8 +88,8 @@ QImage DialLook::draw(QSize size, QRect circle) const
             angle(minimum), -5760);
     });
 
-    QImage picture = emptyPicture(size);
-    QPainter painter(&picture);
+    QImage image = emptyImage(size);
+    QPainter painter(&image);
     painter.drawImage(0, 0, full);
     painter.drawImage(0, 0, part);
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
@@ -107,7 +109,7 @@ QImage DialLook::draw(QSize size, QRect circle) const
     };
     write(small, label, thickness + QFontMetrics(small).ascent(), labelOffset);
     write(font, text, size.height() / 2 + QFontMetrics(font).ascent(), textOffset);
-    return picture;
+    return image;
 }
 
 /// The size that an arc asks for and the square around its circle.
@@ -375,7 +377,7 @@ void MetroCirclerateTest::arcsFillTheirBoxes()
     dial->setFormat(QString());
     deliverAll();
     // Without a mask the full pie shows; its outermost points lie about one pixel inside.
-    pictureOf(dial.widget);
+    imageOf(dial.widget);
     const QImage full = *dial->ImageBG;
     QRect ink;
     for (int y = 0; y < full.height(); ++y) {
@@ -502,10 +504,10 @@ void MetroCirclerateTest::look()
     deliverAll();
     const Geometry geometry = expectedGeometry(radius, start, arc);
     QCOMPARE(dial->size(), geometry.size);
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(geometry.size, geometry.circle));
+    COMPARE_IMAGES(imageOf(dial.widget), expected.draw(geometry.size, geometry.circle));
     dial->setEnabled(false);
     expected.ink = QApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(geometry.size, geometry.circle));
+    COMPARE_IMAGES(imageOf(dial.widget), expected.draw(geometry.size, geometry.circle));
 }
 
 void MetroCirclerateTest::overRange_data()
@@ -544,7 +546,7 @@ void MetroCirclerateTest::overRange()
     // New limits keep the mask, whose gaps may then lie a sixteenth of a degree beside their
     // places.
     sendPlain(dial.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
+    COMPARE_IMAGES(imageOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
 }
 
 void MetroCirclerateTest::texts_data()
@@ -585,7 +587,7 @@ void MetroCirclerateTest::texts()
     dial->setProperty("label", label);
     dial->setProperty("posLabel", expected.labelOffset);
     dial->setProperty("posStr", expected.textOffset);
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
+    COMPARE_IMAGES(imageOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
 }
 
 void MetroCirclerateTest::pixelSizedFont()
@@ -596,7 +598,7 @@ void MetroCirclerateTest::pixelSizedFont()
     dial->setFont(font);
     DialLook expected;
     expected.font = font;
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
+    COMPARE_IMAGES(imageOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
     // Qt refuses the label's point size and says so.
     for (const QString &warning : takeWarnings())
         QVERIFY2(warning.contains(QStringLiteral("Point size <= 0")), qPrintable(warning));
@@ -616,7 +618,7 @@ void MetroCirclerateTest::labelIsSmallAndNeverBold()
     DialLook expected;
     expected.font = QFont(QStringLiteral("DejaVu Sans"), points, QFont::Bold, true);
     dial->setFont(expected.font);
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
+    COMPARE_IMAGES(imageOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
 }
 
 void MetroCirclerateTest::palette()
@@ -628,7 +630,7 @@ void MetroCirclerateTest::palette()
              QStringLiteral("updates"));
     DialLook expected;
     expected.ink = Qt::magenta;
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
+    COMPARE_IMAGES(imageOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
 }
 
 void MetroCirclerateTest::effects()
@@ -755,11 +757,11 @@ void MetroCirclerateTest::geometrySettersWithinSizeLimits()
     look.arc = dial->getArcSize();
     const Geometry expected = expectedGeometry(look.radius, look.start, look.arc);
     QCOMPARE(dial->size(), expected.size.expandedTo(minimum).boundedTo(maximum));
-    COMPARE_PICTURES(pictureOf(dial.widget), look.draw(dial->size(), expected.circle));
+    COMPARE_IMAGES(imageOf(dial.widget), look.draw(dial->size(), expected.circle));
     dial->setValue(80);
     look.value = 80;
     deliverAll();
-    COMPARE_PICTURES(pictureOf(dial.widget), look.draw(dial->size(), expected.circle));
+    COMPARE_IMAGES(imageOf(dial.widget), look.draw(dial->size(), expected.circle));
 }
 
 void MetroCirclerateTest::refusedValues_data()
@@ -858,7 +860,7 @@ void MetroCirclerateTest::hugeLimitsMayBeEqual()
     for (const double value : {0.0, 1e300, 1e308}) {
         dial->setValue(value);
         dial->resize(0, 0);
-        pictureOf(dial.widget);
+        imageOf(dial.widget);
     }
 }
 
@@ -886,7 +888,7 @@ void MetroCirclerateTest::fontChangesDropNothing()
     QCOMPARE(probe(dial.widget).effectOf([&] { dial->setFont(font); }), QStringLiteral("updates"));
     DialLook expected;
     expected.font = font;
-    COMPARE_PICTURES(pictureOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
+    COMPARE_IMAGES(imageOf(dial.widget), expected.draw(QSize(76, 51), QRect(1, 1, 72, 72)));
 }
 
 void MetroCirclerateTest::nullImagesAreReported()
@@ -932,7 +934,7 @@ void MetroCirclerateTest::extremeValuesAreHarmless()
             dial->setPaintFromZero(fromZero);
             const QVariant before = dial->property(property);
             dial->setProperty(property, number);
-            pictureOf(dial.widget);
+            imageOf(dial.widget);
             dial->val2angle(number);
             dial->resize(10, 10);
             deliverAll();
@@ -944,7 +946,7 @@ void MetroCirclerateTest::extremeValuesAreHarmless()
     dial->setMinValue(0);
     dial->resize(0, 0);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(dial.widget), DialLook().draw(QSize(76, 51), QRect(1, 1, 72, 72)));
+    COMPARE_IMAGES(imageOf(dial.widget), DialLook().draw(QSize(76, 51), QRect(1, 1, 72, 72)));
 }
 
 void MetroCirclerateTest::mutatedEqualsFresh_data()

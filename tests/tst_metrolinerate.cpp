@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrolinerate.h"
 
 #include "cacheprobe.h"
 #include "freshness.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -45,7 +47,7 @@ QColor excessColor(int value)
 
 QImage emptyBar(QSize size, int barWidth, const QColor &background)
 {
-    QImage layer = emptyPicture(size);
+    QImage layer = emptyImage(size);
     QPainter painter(&layer);
     fill(&painter, background, 1, 1, barWidth, size.height() - 2);
     return layer;
@@ -56,7 +58,7 @@ QImage filledBar(QSize size, int barWidth, int value)
     const int H = size.height();
     const int T = H / 3;
     const int lower = T + 2 * H / 3 - 1;
-    QImage layer = emptyPicture(size);
+    QImage layer = emptyImage(size);
     QPainter painter(&layer);
     if (value <= 100) {
         fill(&painter, QColor(0, 174, 240), 1, T, value * barWidth / 100, lower);
@@ -71,7 +73,7 @@ QImage frameAndScale(QSize size, int barWidth)
 {
     const int H = size.height();
     const int T = H / 3;
-    QImage mask = emptyPicture(size);
+    QImage mask = emptyImage(size);
     QPainter lines(&mask);
     lines.setPen(QPen(Qt::black, 1.0));
     for (int i = 0; i <= 10; ++i) {
@@ -89,8 +91,8 @@ QImage frameAndScale(QSize size, int barWidth)
 }
 
 /// The bar as it should look for a value of 0 to 255.
-QImage barPicture(QSize size, const QFont &font, int value,
-                  const QColor &background = QColor(167, 167, 167))
+QImage barImage(QSize size, const QFont &font, int value,
+                const QColor &background = QColor(167, 167, 167))
 {
     const int barWidth = size.width() - reservedWidth(font);
     QImage layers = emptyBar(size, barWidth, background);
@@ -167,9 +169,9 @@ void MetroLinerateTest::look()
     QFETCH(int, value);
     Stage<OpenBar> bar(QSize(220, 31));
     bar->setValue(value);
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), bar->font(), value));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), bar->font(), value));
     bar->setEnabled(false);
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), bar->font(), value));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), bar->font(), value));
 }
 
 void MetroLinerateTest::sizes_data()
@@ -192,12 +194,12 @@ void MetroLinerateTest::sizes()
     Stage<OpenBar> bar(size);
     for (const int value : {35, 0, 120, 255}) {
         bar->setValue(value);
-        COMPARE_PICTURES(pictureOf(bar.widget), barPicture(size, bar->font(), value));
+        COMPARE_IMAGES(imageOf(bar.widget), barImage(size, bar->font(), value));
         // The frame cuts away the outermost rows, which are in the layers all the same.
         const int barWidth = size.width() - reservedWidth(bar->font());
-        COMPARE_PICTURES(*bar->ImageBG, emptyBar(size, barWidth, QColor(167, 167, 167)));
-        COMPARE_PICTURES(*bar->Image, filledBar(size, barWidth, value));
-        COMPARE_PICTURES(*bar->ImageFG, frameAndScale(size, barWidth));
+        COMPARE_IMAGES(*bar->ImageBG, emptyBar(size, barWidth, QColor(167, 167, 167)));
+        COMPARE_IMAGES(*bar->Image, filledBar(size, barWidth, value));
+        COMPARE_IMAGES(*bar->ImageFG, frameAndScale(size, barWidth));
     }
 }
 
@@ -219,7 +221,7 @@ void MetroLinerateTest::valueKeepsEightBits()
     Stage<OpenBar> bar(QSize(200, 30));
     bar->setProperty("value", written);
     QCOMPARE(bar->property("value").toInt(), kept);
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), bar->font(), kept));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), bar->font(), kept));
     // What narrows to the present value is no change.
     QCOMPARE(probe(bar.widget).effectOf("value", written + 256), QStringLiteral("nothing"));
 }
@@ -254,12 +256,12 @@ void MetroLinerateTest::effects()
 void MetroLinerateTest::groundStaysStale()
 {
     Stage<OpenBar> bar(QSize(200, 30));
-    const QImage before = pictureOf(bar.widget);
+    const QImage before = imageOf(bar.widget);
     bar->setBackgroundColor(Qt::yellow);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(bar.widget), before);
+    COMPARE_IMAGES(imageOf(bar.widget), before);
     sendPlain(bar.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), bar->font(), 35, Qt::yellow));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), bar->font(), 35, Qt::yellow));
 }
 
 void MetroLinerateTest::foregroundIsOnlyStored()
@@ -268,20 +270,20 @@ void MetroLinerateTest::foregroundIsOnlyStored()
     bar->setForegroundColor(Qt::yellow);
     bar->resize(201, 30);
     QCOMPARE(bar->getForegroundcolor(), QColor(Qt::yellow));
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(QSize(201, 30), bar->font(), 35));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(QSize(201, 30), bar->font(), 35));
 }
 
 void MetroLinerateTest::composesWithoutLayers()
 {
     Stage<OpenBar> bar(QSize(200, 30));
-    const QImage shown = pictureOf(bar.widget);
+    const QImage shown = imageOf(bar.widget);
     bar->setValue(36);
     bar->setValue(35);
     QVERIFY(!bar->Image);
-    QImage composed = emptyPicture(bar->size());
+    QImage composed = emptyImage(bar->size());
     composed.fill(Qt::green);
     bar->buildGraph(composed);
-    COMPARE_PICTURES(composed, shown);
+    COMPARE_IMAGES(composed, shown);
     QVERIFY(bar->Image);
 }
 
@@ -303,7 +305,7 @@ void MetroLinerateTest::graphOnAnyImage()
     QFETCH(QImage::Format, format);
     QFETCH(double, ratio);
     Stage<OpenBar> bar(QSize(160, 30));
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     QImage composed(bar->size() * ratio, format);
     composed.setDevicePixelRatio(ratio);
     QImage expected = composed;
@@ -323,7 +325,7 @@ void MetroLinerateTest::graphOnAnyImage()
     painter.drawText(QPointF(bar->barWidth + 2, (30 - metrics.height()) / 2 + metrics.ascent()),
                      QStringLiteral("35%"));
     painter.end();
-    COMPARE_PICTURES(composed, expected);
+    COMPARE_IMAGES(composed, expected);
 }
 
 void MetroLinerateTest::fontsCountFromTheNextEvent()
@@ -336,7 +338,7 @@ void MetroLinerateTest::fontsCountFromTheNextEvent()
     QCOMPARE(bar->barWidth, before);
     sendPlain(bar.widget, QEvent::PolishRequest);
     QCOMPARE(bar->barWidth, 200 - reservedWidth(font));
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), font, 35));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), font, 35));
 }
 
 void MetroLinerateTest::nullImagesAreReported()

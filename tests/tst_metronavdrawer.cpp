@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metronavdrawer.h"
 
 #include "cacheprobe.h"
 #include "icons.h"
+#include "images.h"
 #include "mouse.h"
-#include "pictures.h"
 #include "testmain.h"
 
 #include <QtCore/QMetaProperty>
@@ -34,9 +36,9 @@ QPixmap libraryTab()
     return QPixmap(QStringLiteral(":/Images/linguetta-navdrawer.png"));
 }
 
-QImage openPicture(QSize size, const QPixmap &tab, const QColor &panel = QColor(167, 167, 167))
+QImage openImage(QSize size, const QPixmap &tab, const QColor &panel = QColor(167, 167, 167))
 {
-    return drawnPicture(size, [&](QPainter *painter) {
+    return drawnImage(size, [&](QPainter *painter) {
         const int W = size.width();
         const int H = size.height();
         const int t = tab.width();
@@ -52,9 +54,9 @@ QImage openPicture(QSize size, const QPixmap &tab, const QColor &panel = QColor(
     });
 }
 
-QImage closedPicture(QSize size, const QPixmap &tab)
+QImage closedImage(QSize size, const QPixmap &tab)
 {
-    return drawnPicture(
+    return drawnImage(
         size, [&](QPainter *painter) { painter->drawPixmap(size.width() - tab.width(), 12, tab); });
 }
 
@@ -73,7 +75,7 @@ struct DrawerStage : Stage<OpenDrawer>
         children[0]->show();
         children[1]->show();
         deliverAll();
-        pictureOf(widget);
+        imageOf(widget);
     }
     QWidget *children[3];
 };
@@ -92,7 +94,7 @@ private Q_SLOTS:
     void opening();
     void openingAgainMovesOn();
     void openingInPlaceStillRebuilds();
-    void openingNeedsAPicture();
+    void openingNeedsAImage();
     void closing();
     void closedSizeAfterAResize();
     void openIsNeverSmallerThanTheTab();
@@ -133,7 +135,7 @@ void MetroNavdrawerTest::defaults()
     const OpenDrawer drawer(nullptr);
     QCOMPARE(drawer.getState(), MetroNavdrawer::open);
     QCOMPARE(drawer.getBackground(), QColor(167, 167, 167));
-    COMPARE_PICTURES(drawer.getImageTab().toImage(), libraryTab().toImage());
+    COMPARE_IMAGES(drawer.getImageTab().toImage(), libraryTab().toImage());
     QCOMPARE(libraryTab().size(), QSize(50, 52));
     QCOMPARE(drawer.openGeometry, QRect());
     QVERIFY(!drawer.isCheckable());
@@ -153,22 +155,21 @@ void MetroNavdrawerTest::looks()
     QFETCH(QSize, size);
     Stage<OpenDrawer> drawer(size);
     drawer->setTitle(QStringLiteral("A title is not painted"));
-    COMPARE_PICTURES(pictureOf(drawer.widget), openPicture(size, libraryTab()));
+    COMPARE_IMAGES(imageOf(drawer.widget), openImage(size, libraryTab()));
     drawer->setBackground(QColor(20, 60, 90, 128));
-    COMPARE_PICTURES(pictureOf(drawer.widget),
-                     openPicture(size, libraryTab(), QColor(20, 60, 90, 128)));
+    COMPARE_IMAGES(imageOf(drawer.widget), openImage(size, libraryTab(), QColor(20, 60, 90, 128)));
     const QPixmap tab = plainPixmap(QSize(30, 40), Qt::green);
     drawer->setImageTab(tab);
-    COMPARE_PICTURES(pictureOf(drawer.widget), openPicture(size, tab, QColor(20, 60, 90, 128)));
+    COMPARE_IMAGES(imageOf(drawer.widget), openImage(size, tab, QColor(20, 60, 90, 128)));
     drawer->setState(MetroNavdrawer::close);
-    COMPARE_PICTURES(pictureOf(drawer.widget), closedPicture(drawer->size(), tab));
+    COMPARE_IMAGES(imageOf(drawer.widget), closedImage(drawer->size(), tab));
 }
 
 void MetroNavdrawerTest::opening()
 {
     DrawerStage stage;
     stage->setState(MetroNavdrawer::close);
-    pictureOf(stage.widget);
+    imageOf(stage.widget);
     const int rightEdge = stage->geometry().right();
     stage->setProperty("state", MetroNavdrawer::open);
     // 100 + 5 + 80 + 5 beside the tab and its margin.
@@ -182,7 +183,7 @@ void MetroNavdrawerTest::opening()
     QCOMPARE(stage.children[2]->minimumSize(), QSize(0, 0));
     // The children stay where the application put them.
     QCOMPARE(stage.children[0]->pos(), QPoint(62, 5));
-    COMPARE_PICTURES(pictureOf(stage.widget), openPicture(stage->size(), libraryTab()));
+    COMPARE_IMAGES(imageOf(stage.widget), openImage(stage->size(), libraryTab()));
 }
 
 void MetroNavdrawerTest::openingAgainMovesOn()
@@ -190,14 +191,14 @@ void MetroNavdrawerTest::openingAgainMovesOn()
     DrawerStage stage;
     stage->setState(MetroNavdrawer::open);
     const QRect first = stage->geometry();
-    pictureOf(stage.widget);
+    imageOf(stage.widget);
     stage->setState(MetroNavdrawer::open);
     QCOMPARE(stage->geometry(), first.translated(-190, 0));
 }
 
 void MetroNavdrawerTest::openingInPlaceStillRebuilds()
 {
-    // Without children nothing moves, and the picture is dropped all the same.
+    // Without children nothing moves, and the image is dropped all the same.
     Stage<OpenDrawer> drawer(QSize(62, 90));
     const QRect before = drawer->geometry();
     QCOMPARE(probe(drawer.widget).effectOf("state", MetroNavdrawer::open),
@@ -208,7 +209,7 @@ void MetroNavdrawerTest::openingInPlaceStillRebuilds()
              QStringLiteral("drops image"));
 }
 
-void MetroNavdrawerTest::openingNeedsAPicture()
+void MetroNavdrawerTest::openingNeedsAImage()
 {
     DrawerStage stage;
     const QRect before = stage->geometry();
@@ -232,7 +233,7 @@ void MetroNavdrawerTest::closing()
     QCOMPARE(stage.children[0]->minimumSize(), QSize(100, 0));
     QCOMPARE(stage.children[1]->minimumSize(), QSize(80, 0));
     QCOMPARE(stage.children[2]->minimumSize(), QSize(0, 0));
-    COMPARE_PICTURES(pictureOf(stage.widget), closedPicture(stage->size(), libraryTab()));
+    COMPARE_IMAGES(imageOf(stage.widget), closedImage(stage->size(), libraryTab()));
 }
 
 void MetroNavdrawerTest::closedSizeAfterAResize()
@@ -245,7 +246,7 @@ void MetroNavdrawerTest::closedSizeAfterAResize()
     stage->resize(5, 5);
     QCOMPARE(stage->size(), QSize(62, 76));
     // The resize itself schedules nothing; only a move that comes of it would.
-    pictureOf(stage.widget);
+    imageOf(stage.widget);
     QResizeEvent resize(QSize(62, 76), QSize(62, 76));
     QCoreApplication::sendEvent(stage.widget, &resize);
     QVERIFY(stage->image);
@@ -344,7 +345,7 @@ void MetroNavdrawerTest::stateOutsideTheEnum()
     sendPlain(stage.widget, QEvent::PolishRequest);
     stage->resize(100, 100);
     QCOMPARE(stage->size(), QSize(100, 100));
-    COMPARE_PICTURES(pictureOf(stage.widget).copy(0, 0, 60, 90), emptyPicture(QSize(60, 90)));
+    COMPARE_IMAGES(imageOf(stage.widget).copy(0, 0, 60, 90), emptyImage(QSize(60, 90)));
     stage->setState(MetroNavdrawer::close);
     QCOMPARE(stage->width(), 62);
 }
@@ -460,7 +461,7 @@ void MetroNavdrawerTest::childDeletesItsSibling()
     last->setGeometry(0, 0, 50, 10);
     last->show();
     deliverAll();
-    pictureOf(stage.widget);
+    imageOf(stage.widget);
     jealous->rival = last;
     stage->setState(MetroNavdrawer::open);
     QVERIFY(!jealous->rival);
@@ -493,7 +494,7 @@ void MetroNavdrawerTest::childDeletesTheDrawer()
     DrawerStage stage;
     auto *rebel = new Rebel(stage.widget);
     deliverAll();
-    pictureOf(stage.widget);
+    imageOf(stage.widget);
     rebel->armed = true;
     const QPointer<OpenDrawer> watched(stage.widget);
     stage->setState(MetroNavdrawer::open);

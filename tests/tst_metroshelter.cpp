@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metroshelter.h"
 
 #include "cacheprobe.h"
 #include "freshness.h"
 #include "icons.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtCore/QFile>
@@ -42,7 +44,7 @@ struct TileLook
 
     QImage draw(QSize size) const
     {
-        return drawnPicture(size, [&](QPainter *painter) {
+        return drawnImage(size, [&](QPainter *painter) {
             const int W = size.width() - 1;
             const int H = size.height() - 1;
             if (face.isNull())
@@ -151,7 +153,7 @@ void MetroShelterTest::defaults()
     QCOMPARE(tile.getXLabel(), 10);
     const QPixmap held = tile.property("ImageBackground").value<QPixmap>();
     QCOMPARE(held.size(), QSize(100, 30));
-    COMPARE_PICTURES(held.toImage(), plainPixmap(QSize(100, 30), Qt::black).toImage());
+    COMPARE_IMAGES(held.toImage(), plainPixmap(QSize(100, 30), Qt::black).toImage());
 }
 
 void MetroShelterTest::states_data()
@@ -172,7 +174,7 @@ void MetroShelterTest::states()
             deliverAll();
             TileLook expected;
             expected.led = ledOf(alarm, element);
-            COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+            COMPARE_IMAGES(imageOf(tile.widget), expected.draw(tile->size()));
             const QString message = messageOf(alarm, element);
             const QList<ErrorLine> lines = takeErrorLines();
             if (message.isNull()) {
@@ -220,7 +222,7 @@ void MetroShelterTest::sizes()
     expected.led = QStringLiteral("OK-ON");
     expected.text = QStringLiteral("Inverter");
     // The first face is black and is stretched.
-    COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(size));
+    COMPARE_IMAGES(imageOf(tile.widget), expected.draw(size));
 }
 
 void MetroShelterTest::labels_data()
@@ -256,7 +258,7 @@ void MetroShelterTest::labels()
         expected.xLabel = 17;
         if (withIcon)
             expected.icon = Qt::red;
-        COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(size));
+        COMPARE_IMAGES(imageOf(tile.widget), expected.draw(size));
     }
 }
 
@@ -266,12 +268,12 @@ void MetroShelterTest::baselineOfTheLabel()
     Stage<OpenTile> tile(QSize(200, 40));
     tile->setText(QStringLiteral("H"));
     const QFontMetrics metrics(tile->font());
-    const QImage picture = pictureOf(tile.widget);
+    const QImage image = imageOf(tile.widget);
     int lowest = 0;
-    for (int y = 0; y < picture.height(); ++y) {
+    for (int y = 0; y < image.height(); ++y) {
         for (int x = 10; x < 22; ++x) {
             // Without hinting a stem is spread over two columns.
-            if (qRed(picture.pixel(x, y)) > 60)
+            if (qRed(image.pixel(x, y)) > 60)
                 lowest = y;
         }
     }
@@ -284,15 +286,15 @@ void MetroShelterTest::fontShowsWithTheNextDrop()
     tile->setText(QStringLiteral("Inverter"));
     TileLook expected;
     expected.text = QStringLiteral("Inverter");
-    COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+    COMPARE_IMAGES(imageOf(tile.widget), expected.draw(tile->size()));
     QFont font(QStringLiteral("DejaVu Sans"), 15);
     font.setItalic(true);
     tile->setFont(font);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+    COMPARE_IMAGES(imageOf(tile.widget), expected.draw(tile->size()));
     sendPlain(tile.widget, QEvent::PolishRequest);
     expected.font = font;
-    COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+    COMPARE_IMAGES(imageOf(tile.widget), expected.draw(tile->size()));
 }
 
 void MetroShelterTest::absurdIconSize()
@@ -300,11 +302,11 @@ void MetroShelterTest::absurdIconSize()
     Stage<OpenTile> tile(QSize(100, 40));
     tile->setText(QStringLiteral("Reserve"));
     deliverAll();
-    const QImage withoutIcon = pictureOf(tile.widget);
+    const QImage withoutIcon = imageOf(tile.widget);
     tile->setIconSize(QSize(std::numeric_limits<int>::max(), 16));
     tile->setIcon(telltaleIcon(QSize(16, 16)));
     deliverAll();
-    COMPARE_PICTURES(pictureOf(tile.widget), withoutIcon);
+    COMPARE_IMAGES(imageOf(tile.widget), withoutIcon);
 }
 
 void MetroShelterTest::fontsThatGoAreForgotten()
@@ -329,25 +331,25 @@ void MetroShelterTest::fontsThatGoAreForgotten()
     tile->setIconSize(look.iconSize);
     tile->setIcon(QIcon(plainPixmap(look.iconSize, look.icon)));
     tile->setText(look.text);
-    const QImage before = pictureOf(tile.widget);
-    COMPARE_PICTURES(before, look.draw(QSize(200, 30)));
+    const QImage before = imageOf(tile.widget);
+    COMPARE_IMAGES(before, look.draw(QSize(200, 30)));
 
     // The icon's place depends on the width of the text.
     QVERIFY(QFontDatabase::removeApplicationFont(added));
     sendPlain(tile.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(tile.widget), look.draw(QSize(200, 30)));
-    QVERIFY(pictureOf(tile.widget) != before);
+    COMPARE_IMAGES(imageOf(tile.widget), look.draw(QSize(200, 30)));
+    QVERIFY(imageOf(tile.widget) != before);
 }
 
 void MetroShelterTest::creationKeepsWhatIsThere()
 {
     Stage<OpenTile> tile(QSize(100, 40));
-    pictureOf(tile.widget);
+    imageOf(tile.widget);
     tile->image->fill(Qt::cyan);
     tile->createImages();
-    QImage plain = emptyPicture(tile->size());
+    QImage plain = emptyImage(tile->size());
     plain.fill(Qt::cyan);
-    COMPARE_PICTURES(pictureOf(tile.widget), plain);
+    COMPARE_IMAGES(imageOf(tile.widget), plain);
 }
 
 void MetroShelterTest::iconModes()
@@ -363,32 +365,32 @@ void MetroShelterTest::iconModes()
             sendPlain(tile.widget, QEvent::PolishRequest);
             expected.icon = telltaleColor(enabled ? QIcon::Normal : QIcon::Disabled,
                                           checked ? QIcon::On : QIcon::Off);
-            COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+            COMPARE_IMAGES(imageOf(tile.widget), expected.draw(tile->size()));
         }
     }
 }
 
 void MetroShelterTest::face()
 {
-    QPixmap picture(20, 10);
-    picture.fill(Qt::darkCyan);
-    QPainter painter(&picture);
+    QPixmap image(20, 10);
+    image.fill(Qt::darkCyan);
+    QPainter painter(&image);
     painter.fillRect(0, 0, 7, 3, Qt::yellow);
     painter.end();
     Stage<OpenTile> tile(QSize(120, 40));
-    tile->setProperty("ImageBackground", picture);
+    tile->setProperty("ImageBackground", image);
     TileLook expected;
-    expected.face = picture;
-    COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
-    COMPARE_PICTURES(tile->getImageBackground().toImage(), picture.toImage());
+    expected.face = image;
+    COMPARE_IMAGES(imageOf(tile.widget), expected.draw(tile->size()));
+    COMPARE_IMAGES(tile->getImageBackground().toImage(), image.toImage());
     // Writing what is held keeps it.
     tile->setBackgroundImage(tile->getImageBackground());
-    COMPARE_PICTURES(pictureOf(tile.widget), expected.draw(tile->size()));
+    COMPARE_IMAGES(imageOf(tile.widget), expected.draw(tile->size()));
 }
 
 void MetroShelterTest::faceFarWiderThanTheTile()
 {
-    // Shrunk so far, Qt would read outside of the picture.
+    // Shrunk so far, Qt would read outside of the image.
     QPixmap wide(65535, 10);
     wide.fill(QColor(255, 0, 0, 100));
     QPixmap clear(1, 1);
@@ -397,7 +399,7 @@ void MetroShelterTest::faceFarWiderThanTheTile()
     tile->setBackgroundImage(wide);
     Stage<OpenTile> faceless(QSize(1, 30));
     faceless->setBackgroundImage(clear);
-    COMPARE_PICTURES(pictureOf(tile.widget), pictureOf(faceless.widget));
+    COMPARE_IMAGES(imageOf(tile.widget), imageOf(faceless.widget));
 }
 
 void MetroShelterTest::faceOfItsOwn()
@@ -405,7 +407,7 @@ void MetroShelterTest::faceOfItsOwn()
     Stage<OpenTile> tile(QSize(120, 40));
     tile->setProperty("ImageBackground", QPixmap());
     QVERIFY(tile->property("ImageBackground").value<QPixmap>().isNull());
-    COMPARE_PICTURES(pictureOf(tile.widget), TileLook().draw(tile->size()));
+    COMPARE_IMAGES(imageOf(tile.widget), TileLook().draw(tile->size()));
     QCOMPARE(tile->property("ImageBackground").value<QPixmap>().size(), QSize(120, 40));
 }
 
@@ -413,9 +415,9 @@ void MetroShelterTest::noDisabledWash()
 {
     Stage<OpenTile> tile(QSize(120, 40));
     tile->setText(QStringLiteral("Load"));
-    const QImage enabled = pictureOf(tile.widget);
+    const QImage enabled = imageOf(tile.widget);
     tile->setEnabled(false);
-    COMPARE_PICTURES(pictureOf(tile.widget), enabled);
+    COMPARE_IMAGES(imageOf(tile.widget), enabled);
 }
 
 void MetroShelterTest::effects()

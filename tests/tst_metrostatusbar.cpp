@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrostatusbar.h"
 
 #include "cacheprobe.h"
 #include "icons.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -27,9 +29,9 @@ QPixmap strip()
     return QPixmap(QStringLiteral(":/Images/fasciasuperiore.png"));
 }
 
-QImage shown(const QPixmap &picture, QSize size)
+QImage shown(const QPixmap &image, QSize size)
 {
-    return drawnPicture(size, [&](QPainter *painter) { painter->drawPixmap(0, 0, picture); });
+    return drawnImage(size, [&](QPainter *painter) { painter->drawPixmap(0, 0, image); });
 }
 
 } // namespace
@@ -41,8 +43,8 @@ class MetroStatusbarTest : public WidgetTest
 private Q_SLOTS:
     void metaObject();
     void defaults();
-    void keepsThePicturesSize_data();
-    void keepsThePicturesSize();
+    void keepsTheImagesSize_data();
+    void keepsTheImagesSize();
     void insideALayout();
     void disabledLooksAlike();
     void largerBackgroundIsClippedUntilAResize();
@@ -64,11 +66,11 @@ void MetroStatusbarTest::metaObject()
 void MetroStatusbarTest::defaults()
 {
     const MetroStatusbar bar(nullptr);
-    COMPARE_PICTURES(bar.property("background").value<QPixmap>().toImage(), strip().toImage());
+    COMPARE_IMAGES(bar.property("background").value<QPixmap>().toImage(), strip().toImage());
     QCOMPARE(strip().size(), QSize(800, 42));
 }
 
-void MetroStatusbarTest::keepsThePicturesSize_data()
+void MetroStatusbarTest::keepsTheImagesSize_data()
 {
     QTest::addColumn<QSize>("size");
     QTest::newRow("larger") << QSize(880, 300);
@@ -76,12 +78,12 @@ void MetroStatusbarTest::keepsThePicturesSize_data()
     QTest::newRow("nothing") << QSize(0, 0);
 }
 
-void MetroStatusbarTest::keepsThePicturesSize()
+void MetroStatusbarTest::keepsTheImagesSize()
 {
     QFETCH(QSize, size);
     Stage<OpenStrip> bar;
     QCOMPARE(bar->size(), QSize(800, 42));
-    COMPARE_PICTURES(pictureOf(bar.widget), shown(strip(), QSize(800, 42)));
+    COMPARE_IMAGES(imageOf(bar.widget), shown(strip(), QSize(800, 42)));
     bar->resize(size);
     QCOMPARE(bar->size(), QSize(800, 42));
 }
@@ -107,7 +109,7 @@ void MetroStatusbarTest::disabledLooksAlike()
 {
     Stage<OpenStrip> bar;
     bar->setEnabled(false);
-    COMPARE_PICTURES(pictureOf(bar.widget), shown(strip(), QSize(800, 42)));
+    COMPARE_IMAGES(imageOf(bar.widget), shown(strip(), QSize(800, 42)));
 }
 
 void MetroStatusbarTest::largerBackgroundIsClippedUntilAResize()
@@ -121,17 +123,17 @@ void MetroStatusbarTest::largerBackgroundIsClippedUntilAResize()
     bar->setProperty("background", larger);
     deliverAll();
     QCOMPARE(bar->size(), QSize(800, 42));
-    COMPARE_PICTURES(pictureOf(bar.widget), shown(larger, QSize(800, 42)));
+    COMPARE_IMAGES(imageOf(bar.widget), shown(larger, QSize(800, 42)));
     bar->resize(801, 42);
     QCOMPARE(bar->size(), QSize(850, 60));
-    // The resize drops nothing: the old picture stays, stretched, until the next drop.
+    // The resize drops nothing: the old image stays, stretched, until the next drop.
     const QImage old = shown(larger, QSize(800, 42));
-    const QImage stretched = drawnPicture(QSize(850, 60), [&](QPainter *stretcher) {
+    const QImage stretched = drawnImage(QSize(850, 60), [&](QPainter *stretcher) {
         stretcher->drawImage(QRectF(0, 0, 850, 60), old, QRectF(old.rect()));
     });
-    COMPARE_PICTURES(pictureOf(bar.widget), stretched);
+    COMPARE_IMAGES(imageOf(bar.widget), stretched);
     sendPlain(bar.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(bar.widget), shown(larger, QSize(850, 60)));
+    COMPARE_IMAGES(imageOf(bar.widget), shown(larger, QSize(850, 60)));
 }
 
 void MetroStatusbarTest::smallerBackground()
@@ -141,7 +143,7 @@ void MetroStatusbarTest::smallerBackground()
     bar->setBackground(small);
     deliverAll();
     // Not stretched: the rest is transparent.
-    COMPARE_PICTURES(pictureOf(bar.widget), shown(small, QSize(800, 42)));
+    COMPARE_IMAGES(imageOf(bar.widget), shown(small, QSize(800, 42)));
 }
 
 void MetroStatusbarTest::nullBackground()
@@ -149,20 +151,20 @@ void MetroStatusbarTest::nullBackground()
     Stage<OpenStrip> bar;
     bar->setBackground(QPixmap());
     deliverAll();
-    COMPARE_PICTURES(pictureOf(bar.widget), emptyPicture(QSize(800, 42)));
+    COMPARE_IMAGES(imageOf(bar.widget), emptyImage(QSize(800, 42)));
     bar->resize(100, 100);
     QCOMPARE(bar->size(), QSize(0, 0));
     bar->setBackground(strip());
     bar->resize(1, 1);
     QCOMPARE(bar->size(), QSize(800, 42));
     sendPlain(bar.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(bar.widget), shown(strip(), QSize(800, 42)));
+    COMPARE_IMAGES(imageOf(bar.widget), shown(strip(), QSize(800, 42)));
 }
 
 void MetroStatusbarTest::resizeIsSwallowed()
 {
     Stage<OpenStrip> bar;
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     QResizeEvent event(QSize(5, 5), QSize(800, 42));
     QVERIFY(QCoreApplication::sendEvent(bar.widget, &event));
     QVERIFY(bar->image);

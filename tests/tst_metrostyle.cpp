@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metroStyle.h"
 
 #include "testmain.h"
@@ -9,7 +11,7 @@
 
 namespace {
 
-/// A bare owner that keeps its picture as the widgets do.
+/// A bare owner that keeps its image as the widgets do.
 class Owner : public QWidget, public MetroStyle
 {
 public:

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrosysicon.h"
 
 #include "cacheprobe.h"
 #include "freshness.h"
 #include "icons.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtCore/QPointer>
@@ -40,7 +42,7 @@ struct PlateLook
 
     QImage draw(QSize size) const
     {
-        return drawnPicture(size, [&](QPainter *painter) {
+        return drawnImage(size, [&](QPainter *painter) {
             const int w = iconSize.width() + border;
             const int h = iconSize.height() + border;
             const int radius = qMin(w, h) / 2 * roundness / 100;
@@ -160,7 +162,7 @@ void MetroSysIconTest::states()
     PlateLook expected;
     expected.color = color;
     expected.icon = Qt::red;
-    COMPARE_PICTURES(pictureOf(icon.widget), expected.draw(QSize(52, 52)));
+    COMPARE_IMAGES(imageOf(icon.widget), expected.draw(QSize(52, 52)));
     const QList<ErrorLine> lines = takeErrorLines();
     const bool unforeseen = alarm > 5 || (alarm == 1 && element > 7);
     QCOMPARE(!lines.isEmpty(), unforeseen);
@@ -198,7 +200,7 @@ void MetroSysIconTest::plates()
     expected.border = border;
     expected.roundness = roundness;
     expected.icon = Qt::red;
-    COMPARE_PICTURES(pictureOf(icon.widget), expected.draw(size));
+    COMPARE_IMAGES(imageOf(icon.widget), expected.draw(size));
 }
 
 void MetroSysIconTest::iconLooks_data()
@@ -233,7 +235,7 @@ void MetroSysIconTest::iconLooks()
     PlateLook expected;
     expected.washed = !enabled;
     expected.icon = telltaleColor(QIcon::Mode(mode), checked ? QIcon::On : QIcon::Off);
-    COMPARE_PICTURES(pictureOf(icon.widget), expected.draw(QSize(52, 52)));
+    COMPARE_IMAGES(imageOf(icon.widget), expected.draw(QSize(52, 52)));
 }
 
 void MetroSysIconTest::followsTheFirstIconSize()
@@ -251,7 +253,7 @@ void MetroSysIconTest::followsTheFirstIconSize()
     PlateLook expected;
     expected.iconSize = QSize(48, 48);
     expected.icon = Qt::red;
-    COMPARE_PICTURES(pictureOf(icon.widget), expected.draw(QSize(68, 68)));
+    COMPARE_IMAGES(imageOf(icon.widget), expected.draw(QSize(68, 68)));
     // And rests there.
     EventCounter events(icon.widget);
     deliverAll();
@@ -285,7 +287,7 @@ void MetroSysIconTest::iconWithoutSizesIsNoChange()
     PlateLook expected;
     expected.iconSize = QSize(16, 16);
     expected.icon = Qt::red;
-    COMPARE_PICTURES(pictureOf(icon.widget), expected.draw(QSize(36, 36)));
+    COMPARE_IMAGES(imageOf(icon.widget), expected.draw(QSize(36, 36)));
 }
 
 void MetroSysIconTest::sizeFollowsTheIcon()
@@ -315,12 +317,12 @@ void MetroSysIconTest::enterAndLeave()
     QCOMPARE(left.count(), 0);
     PlateLook expected;
     expected.icon = Qt::magenta;
-    COMPARE_PICTURES(pictureOf(icon.widget), expected.draw(QSize(52, 52)));
+    COMPARE_IMAGES(imageOf(icon.widget), expected.draw(QSize(52, 52)));
     QCOMPARE(caches.effectOf(QEvent::Leave), QStringLiteral("drops image"));
     QCOMPARE(entered.count(), 1);
     QCOMPARE(left.count(), 1);
     expected.icon = Qt::red;
-    COMPARE_PICTURES(pictureOf(icon.widget), expected.draw(QSize(52, 52)));
+    COMPARE_IMAGES(imageOf(icon.widget), expected.draw(QSize(52, 52)));
     // The base class repaints on hover events; they are not counted as entering.
     QCOMPARE(caches.effectOf(QEvent::HoverEnter), QStringLiteral("updates"));
     QCOMPARE(entered.count(), 1);
@@ -368,10 +370,10 @@ void MetroSysIconTest::checkedStateShowsWithTheNextDrop()
     icon->setCheckable(true);
     QCOMPARE(probe(icon.widget).effectOf([&] { icon->setChecked(true); }),
              QStringLiteral("updates"));
-    QCOMPARE(pictureOf(icon.widget).pixelColor(26, 26), QColor(Qt::red));
+    QCOMPARE(imageOf(icon.widget).pixelColor(26, 26), QColor(Qt::red));
     icon->setState({1, 5});
     deliverAll();
-    QCOMPARE(pictureOf(icon.widget).pixelColor(26, 26), QColor(Qt::green));
+    QCOMPARE(imageOf(icon.widget).pixelColor(26, 26), QColor(Qt::green));
 }
 
 void MetroSysIconTest::iconWithoutASizeRests()
@@ -430,7 +432,7 @@ void MetroSysIconTest::extremeSettingsAreHarmless()
     icon->setProperty(property, value);
     sendPlain(icon.widget, QEvent::PolishRequest);
     deliverAll();
-    pictureOf(icon.widget);
+    imageOf(icon.widget);
     icon->setProperty("border", 10);
     icon->setProperty("roundness", 50);
     deliverAll();
@@ -438,7 +440,7 @@ void MetroSysIconTest::extremeSettingsAreHarmless()
     takeErrorLines();
     PlateLook expected;
     expected.icon = Qt::red;
-    COMPARE_PICTURES(pictureOf(icon.widget), expected.draw(QSize(52, 52)));
+    COMPARE_IMAGES(imageOf(icon.widget), expected.draw(QSize(52, 52)));
 }
 
 void MetroSysIconTest::deletedInASlot_data()

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metrotabicon.h"
 
 #include "cacheprobe.h"
 #include "icons.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -29,9 +31,9 @@ const char *const ledNames[] = {"COMMLOST", nullptr, "WARNING-ON", "WARNING-ON",
                                 "FAULT-ON", "LOCK",  "none"};
 
 /// The tab with its icon in one colour, or without one, and the LED of an alarm state.
-QImage tabPicture(QSize size, QSize iconSize, const QColor &icon, int alarm)
+QImage tabImage(QSize size, QSize iconSize, const QColor &icon, int alarm)
 {
-    return drawnPicture(size, [&](QPainter *painter) {
+    return drawnImage(size, [&](QPainter *painter) {
         const int x = (size.width() - iconSize.width()) / 2;
         const int y = (size.height() - iconSize.height()) / 2;
         if (icon.isValid() && x > 0 && y > 0)
@@ -70,8 +72,8 @@ private Q_SLOTS:
     void growsOneDimensionPerEvent();
     void growthKeepsLargerLimits();
     void exclusiveAmongSiblings();
-    void plainResizeStretchesTheOldPictures();
-    void oldPicturesFarWiderThanTheTab();
+    void plainResizeStretchesTheOldImages();
+    void oldImagesFarWiderThanTheTab();
     void effects();
     void newIconIsUnseenUntilADrop();
     void survivorIsReplaced();
@@ -111,11 +113,10 @@ void MetroTabiconTest::alarms()
         populate(tab.widget);
         tab->setState({quint8(alarm), quint8(element)});
         deliverAll();
-        COMPARE_PICTURES(pictureOf(tab.widget),
-                         tabPicture(QSize(60, 64), QSize(32, 32), Qt::red, alarm));
+        COMPARE_IMAGES(imageOf(tab.widget), tabImage(QSize(60, 64), QSize(32, 32), Qt::red, alarm));
         tab->setChecked(true);
-        COMPARE_PICTURES(pictureOf(tab.widget),
-                         tabPicture(QSize(60, 64), QSize(32, 32), Qt::green, alarm));
+        COMPARE_IMAGES(imageOf(tab.widget),
+                       tabImage(QSize(60, 64), QSize(32, 32), Qt::green, alarm));
     }
 }
 
@@ -124,10 +125,9 @@ void MetroTabiconTest::iconModes()
     Stage<OpenTab> tab(QSize(60, 64));
     populate(tab.widget);
     tab->setEnabled(false);
-    COMPARE_PICTURES(pictureOf(tab.widget), tabPicture(QSize(60, 64), QSize(32, 32), Qt::blue, 1));
+    COMPARE_IMAGES(imageOf(tab.widget), tabImage(QSize(60, 64), QSize(32, 32), Qt::blue, 1));
     tab->setChecked(true);
-    COMPARE_PICTURES(pictureOf(tab.widget),
-                     tabPicture(QSize(60, 64), QSize(32, 32), Qt::yellow, 1));
+    COMPARE_IMAGES(imageOf(tab.widget), tabImage(QSize(60, 64), QSize(32, 32), Qt::yellow, 1));
 }
 
 void MetroTabiconTest::sizes_data()
@@ -148,7 +148,7 @@ void MetroTabiconTest::sizes()
     tab->setState({4, 5});
     deliverAll();
     QCOMPARE(tab->size(), size);
-    COMPARE_PICTURES(pictureOf(tab.widget), tabPicture(size, QSize(32, 32), Qt::red, 4));
+    COMPARE_IMAGES(imageOf(tab.widget), tabImage(size, QSize(32, 32), Qt::red, 4));
 }
 
 void MetroTabiconTest::growsOneDimensionPerEvent()
@@ -203,38 +203,38 @@ void MetroTabiconTest::exclusiveAmongSiblings()
     QTest::mouseClick(second, Qt::LeftButton);
     QVERIFY(second->isChecked());
     QVERIFY(!first->isChecked());
-    COMPARE_PICTURES(pictureOf(first.widget), tabPicture(QSize(60, 64), QSize(32, 32), Qt::red, 1));
-    COMPARE_PICTURES(pictureOf(second), tabPicture(QSize(60, 64), QSize(32, 32), Qt::green, 1));
+    COMPARE_IMAGES(imageOf(first.widget), tabImage(QSize(60, 64), QSize(32, 32), Qt::red, 1));
+    COMPARE_IMAGES(imageOf(second), tabImage(QSize(60, 64), QSize(32, 32), Qt::green, 1));
 }
 
-void MetroTabiconTest::plainResizeStretchesTheOldPictures()
+void MetroTabiconTest::plainResizeStretchesTheOldImages()
 {
     Stage<OpenTab> tab(QSize(60, 64));
     populate(tab.widget);
     tab->setState({5, 1});
     deliverAll();
-    const QImage old = pictureOf(tab.widget);
+    const QImage old = imageOf(tab.widget);
     tab->resize(90, 100);
     deliverAll();
-    const QImage expected = drawnPicture(QSize(90, 100), [&](QPainter *painter) {
+    const QImage expected = drawnImage(QSize(90, 100), [&](QPainter *painter) {
         painter->drawImage(QRectF(0, 0, 90, 100), old, QRectF(old.rect()));
     });
-    COMPARE_PICTURES(pictureOf(tab.widget), expected);
+    COMPARE_IMAGES(imageOf(tab.widget), expected);
     sendPlain(tab.widget, QEvent::PolishRequest);
-    COMPARE_PICTURES(pictureOf(tab.widget), tabPicture(QSize(90, 100), QSize(32, 32), Qt::red, 5));
+    COMPARE_IMAGES(imageOf(tab.widget), tabImage(QSize(90, 100), QSize(32, 32), Qt::red, 5));
 }
 
-void MetroTabiconTest::oldPicturesFarWiderThanTheTab()
+void MetroTabiconTest::oldImagesFarWiderThanTheTab()
 {
-    // Shrunk so far, Qt would read outside of the old pictures.
+    // Shrunk so far, Qt would read outside of the old images.
     Stage<OpenTab> tab(QSize(140000, 20));
     tab->setIconSize(QSize(0, 0));
-    QVERIFY(!pictureOf(tab.widget).isNull());
+    QVERIFY(!imageOf(tab.widget).isNull());
     for (QImage *old : {tab->image, tab->imagePressed})
         old->fill(QColor(255, 0, 0, 100));
     tab->resize(2, 20);
     QCOMPARE(tab->image->width(), 140000);
-    COMPARE_PICTURES(pictureOf(tab.widget), emptyPicture(QSize(2, 20)));
+    COMPARE_IMAGES(imageOf(tab.widget), emptyImage(QSize(2, 20)));
 }
 
 void MetroTabiconTest::effects()
@@ -268,34 +268,34 @@ void MetroTabiconTest::newIconIsUnseenUntilADrop()
         tab->setIcon(QIcon(plainPixmap(QSize(32, 32), Qt::black)));
     }),
              QStringLiteral("updates"));
-    COMPARE_PICTURES(pictureOf(tab.widget), tabPicture(QSize(60, 64), QSize(32, 32), Qt::red, 1));
+    COMPARE_IMAGES(imageOf(tab.widget), tabImage(QSize(60, 64), QSize(32, 32), Qt::red, 1));
     sendPlain(tab.widget, QEvent::UpdateRequest);
-    COMPARE_PICTURES(pictureOf(tab.widget), tabPicture(QSize(60, 64), QSize(32, 32), Qt::black, 1));
+    COMPARE_IMAGES(imageOf(tab.widget), tabImage(QSize(60, 64), QSize(32, 32), Qt::black, 1));
 }
 
 void MetroTabiconTest::survivorIsReplaced()
 {
     Stage<OpenTab> tab(QSize(60, 64));
     populate(tab.widget);
-    pictureOf(tab.widget);
+    imageOf(tab.widget);
     tab->image->fill(Qt::cyan);
     delete tab->imagePressed;
     tab->imagePressed = nullptr;
     tab->createImages();
     QVERIFY(tab->imagePressed);
-    COMPARE_PICTURES(pictureOf(tab.widget), tabPicture(QSize(60, 64), QSize(32, 32), Qt::red, 1));
+    COMPARE_IMAGES(imageOf(tab.widget), tabImage(QSize(60, 64), QSize(32, 32), Qt::red, 1));
 }
 
 void MetroTabiconTest::creationKeepsWhatIsThere()
 {
     Stage<OpenTab> tab(QSize(60, 64));
     populate(tab.widget);
-    pictureOf(tab.widget);
+    imageOf(tab.widget);
     tab->image->fill(Qt::cyan);
     tab->createImages();
-    QImage plain = emptyPicture(tab->size());
+    QImage plain = emptyImage(tab->size());
     plain.fill(Qt::cyan);
-    COMPARE_PICTURES(pictureOf(tab.widget), plain);
+    COMPARE_IMAGES(imageOf(tab.widget), plain);
 }
 
 void MetroTabiconTest::absurdIconSizeEnds()

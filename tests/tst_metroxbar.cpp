@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "metroxbar.h"
 
 #include "cacheprobe.h"
 #include "freshness.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -45,7 +47,7 @@ void fill(QPainter *painter, const QColor &color, int left, int top, int right, 
 
 QImage emptyBar(QSize size, int barWidth, const QColor &background)
 {
-    QImage layer = emptyPicture(size);
+    QImage layer = emptyImage(size);
     QPainter painter(&layer);
     fill(&painter, background, 1, 1, barWidth, size.height() - 2);
     return layer;
@@ -54,7 +56,7 @@ QImage emptyBar(QSize size, int barWidth, const QColor &background)
 /// @p right is the fill's last column, or nothing for an empty bar.
 QImage filledBar(QSize size, std::optional<int> right)
 {
-    QImage layer = emptyPicture(size);
+    QImage layer = emptyImage(size);
     QPainter painter(&layer);
     if (right)
         fill(&painter, QColor(0, 174, 240), 1, 1, *right, size.height());
@@ -64,7 +66,7 @@ QImage filledBar(QSize size, std::optional<int> right)
 QImage frameAndScale(QSize size, int barWidth)
 {
     const int H = size.height();
-    QImage mask = emptyPicture(size);
+    QImage mask = emptyImage(size);
     QPainter lines(&mask);
     lines.setPen(QPen(Qt::black, 1.0));
     for (int i = 0; i <= 10; ++i)
@@ -77,8 +79,8 @@ QImage frameAndScale(QSize size, int barWidth)
 }
 
 /// The bar as it should look.
-QImage barPicture(QSize size, int barWidth, std::optional<int> right, const QString &text,
-                  const QFont &font, const QColor &background = QColor(167, 167, 167))
+QImage barImage(QSize size, int barWidth, std::optional<int> right, const QString &text,
+                const QFont &font, const QColor &background = QColor(167, 167, 167))
 {
     QImage layers = emptyBar(size, barWidth, background);
     QPainter painter(&layers);
@@ -180,9 +182,9 @@ void MetroXbarTest::look()
     bar->setMeasure(QStringLiteral("V"));
     const int barWidth = 240 - widthOf(bar->font(), QStringLiteral("138V"));
     const int right = value > maximum ? barWidth : int(share * barWidth);
-    COMPARE_PICTURES(pictureOf(bar.widget),
-                     barPicture(bar->size(), barWidth, right,
-                                QString::number(value) + QStringLiteral("V"), bar->font()));
+    COMPARE_IMAGES(imageOf(bar.widget),
+                   barImage(bar->size(), barWidth, right,
+                            QString::number(value) + QStringLiteral("V"), bar->font()));
 }
 
 void MetroXbarTest::fillOfEveryValue()
@@ -194,8 +196,8 @@ void MetroXbarTest::fillOfEveryValue()
         for (const int rest : {0, 48}) {
             const int value = 49 * column + rest;
             bar->setValue(value);
-            pictureOf(bar.widget);
-            COMPARE_PICTURES(*bar->Image, filledBar(bar->size(), column));
+            imageOf(bar.widget);
+            COMPARE_IMAGES(*bar->Image, filledBar(bar->size(), column));
         }
     }
 }
@@ -206,15 +208,15 @@ void MetroXbarTest::valuesFarBelowTheMinimum()
     bar->setMaxValue(1);
     for (const int value : {-1, -10, -1000000}) {
         bar->setValue(value);
-        pictureOf(bar.widget);
-        COMPARE_PICTURES(*bar->Image, filledBar(bar->size(), value * bar->barWidth));
+        imageOf(bar.widget);
+        COMPARE_IMAGES(*bar->Image, filledBar(bar->size(), value * bar->barWidth));
     }
     // Where the product leaves the range of int, the fill ends at the lowest column.
     const int lowest = std::numeric_limits<int>::min();
     for (const int value : {lowest, lowest / bar->barWidth / 2 * 3}) {
         bar->setValue(value);
-        pictureOf(bar.widget);
-        COMPARE_PICTURES(*bar->Image, filledBar(bar->size(), lowest));
+        imageOf(bar.widget);
+        COMPARE_IMAGES(*bar->Image, filledBar(bar->size(), lowest));
     }
 }
 
@@ -230,8 +232,8 @@ void MetroXbarTest::fillsFarBeyondTheBar()
     const int most = std::numeric_limits<int>::max();
     for (const int column : {2, 1000, 100000, most - 2, most - 1, most}) {
         bar->setValue(-column);
-        pictureOf(bar.widget);
-        COMPARE_PICTURES(*bar->Image, filledBar(bar->size(), column));
+        imageOf(bar.widget);
+        COMPARE_IMAGES(*bar->Image, filledBar(bar->size(), column));
     }
 }
 
@@ -253,25 +255,25 @@ void MetroXbarTest::sizes()
     const int barWidth = size.width() - widthOf(bar->font(), QStringLiteral("138"));
     for (const bool enabled : {true, false}) {
         bar->setEnabled(enabled);
-        COMPARE_PICTURES(pictureOf(bar.widget), barPicture(size, barWidth, 35 * barWidth / 300,
-                                                           QStringLiteral("35"), bar->font()));
+        COMPARE_IMAGES(imageOf(bar.widget), barImage(size, barWidth, 35 * barWidth / 300,
+                                                     QStringLiteral("35"), bar->font()));
         // The frame cuts away the outermost rows, which are in the layers all the same.
-        COMPARE_PICTURES(*bar->ImageBG, emptyBar(size, barWidth, QColor(167, 167, 167)));
-        COMPARE_PICTURES(*bar->Image, filledBar(size, 35 * barWidth / 300));
-        COMPARE_PICTURES(*bar->ImageFG, frameAndScale(size, barWidth));
+        COMPARE_IMAGES(*bar->ImageBG, emptyBar(size, barWidth, QColor(167, 167, 167)));
+        COMPARE_IMAGES(*bar->Image, filledBar(size, 35 * barWidth / 300));
+        COMPARE_IMAGES(*bar->ImageFG, frameAndScale(size, barWidth));
     }
     // Equal limits leave the bar empty, unless the value is above them.
     bar->setMinValue(300);
-    COMPARE_PICTURES(pictureOf(bar.widget),
-                     barPicture(size, barWidth, std::nullopt, QStringLiteral("35"), bar->font()));
-    COMPARE_PICTURES(*bar->Image, filledBar(size, std::nullopt));
+    COMPARE_IMAGES(imageOf(bar.widget),
+                   barImage(size, barWidth, std::nullopt, QStringLiteral("35"), bar->font()));
+    COMPARE_IMAGES(*bar->Image, filledBar(size, std::nullopt));
     bar->setValue(300);
-    COMPARE_PICTURES(pictureOf(bar.widget),
-                     barPicture(size, barWidth, std::nullopt, QStringLiteral("300"), bar->font()));
-    COMPARE_PICTURES(*bar->Image, filledBar(size, std::nullopt));
+    COMPARE_IMAGES(imageOf(bar.widget),
+                   barImage(size, barWidth, std::nullopt, QStringLiteral("300"), bar->font()));
+    COMPARE_IMAGES(*bar->Image, filledBar(size, std::nullopt));
     bar->setValue(301);
-    COMPARE_PICTURES(pictureOf(bar.widget),
-                     barPicture(size, barWidth, barWidth, QStringLiteral("301"), bar->font()));
+    COMPARE_IMAGES(imageOf(bar.widget),
+                   barImage(size, barWidth, barWidth, QStringLiteral("301"), bar->font()));
 }
 
 void MetroXbarTest::effects()
@@ -311,16 +313,16 @@ void MetroXbarTest::effects()
 void MetroXbarTest::composesWithoutALayer()
 {
     Stage<OpenBar> bar(QSize(200, 30));
-    const QImage shown = pictureOf(bar.widget);
+    const QImage shown = imageOf(bar.widget);
     for (QImage **layer : {&bar->Image, &bar->ImageBG, &bar->ImageFG}) {
-        pictureOf(bar.widget);
+        imageOf(bar.widget);
         QVERIFY(bar->Image && bar->ImageBG && bar->ImageFG);
         bar->repaintSchedule(layer);
         QVERIFY(!*layer);
-        QImage composed = emptyPicture(bar->size());
+        QImage composed = emptyImage(bar->size());
         composed.fill(Qt::green);
         bar->buildGraph(composed);
-        COMPARE_PICTURES(composed, shown);
+        COMPARE_IMAGES(composed, shown);
         QVERIFY(*layer);
     }
 }
@@ -328,12 +330,12 @@ void MetroXbarTest::composesWithoutALayer()
 void MetroXbarTest::everyPaintRebuilds()
 {
     Stage<OpenBar> bar;
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     bar->Image->fill(Qt::green);
     bar->ImageBG->fill(Qt::green);
     bar->ImageFG->fill(Qt::black);
-    QVERIFY(pictureOf(bar.widget).pixelColor(3, 3) != QColor(Qt::green));
-    QVERIFY(pictureOf(bar.widget).pixelColor(3, 3) == QColor(0, 174, 240));
+    QVERIFY(imageOf(bar.widget).pixelColor(3, 3) != QColor(Qt::green));
+    QVERIFY(imageOf(bar.widget).pixelColor(3, 3) == QColor(0, 174, 240));
 }
 
 void MetroXbarTest::idleBarRests_data()
@@ -372,14 +374,14 @@ void MetroXbarTest::unitCountsFromTheNextEvent()
     bar->setMeasure(QStringLiteral(" kVA "));
     QCOMPARE(bar->barWidth, before);
     const int after = 200 - widthOf(bar->font(), QStringLiteral("138 kVA "));
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), after, 35 * after / 300,
-                                                       QStringLiteral("35 kVA "), bar->font()));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), after, 35 * after / 300,
+                                                 QStringLiteral("35 kVA "), bar->font()));
     QCOMPARE(bar->barWidth, after);
     // A unit that looks like a place in a format is written as it is.
     bar->setMeasure(QStringLiteral("%1%2"));
     const int odd = 200 - widthOf(bar->font(), QStringLiteral("138%1%2"));
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), odd, 35 * odd / 300,
-                                                       QStringLiteral("35%1%2"), bar->font()));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), odd, 35 * odd / 300,
+                                                 QStringLiteral("35%1%2"), bar->font()));
 }
 
 void MetroXbarTest::foregroundIsOnlyStored()
@@ -388,20 +390,19 @@ void MetroXbarTest::foregroundIsOnlyStored()
     bar->setForegroundColor(Qt::yellow);
     QCOMPARE(bar->getForegroundcolor(), QColor(Qt::yellow));
     const int barWidth = bar->barWidth;
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), barWidth, 35 * barWidth / 300,
-                                                       QStringLiteral("35"), bar->font()));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), barWidth, 35 * barWidth / 300,
+                                                 QStringLiteral("35"), bar->font()));
 }
 
 void MetroXbarTest::groundShowsWithTheNextPaint()
 {
     Stage<OpenBar> bar(QSize(200, 30));
-    pictureOf(bar.widget);
+    imageOf(bar.widget);
     bar->setBackgroundColor(Qt::yellow);
     QVERIFY(bar->ImageBG);
     const int barWidth = bar->barWidth;
-    COMPARE_PICTURES(pictureOf(bar.widget),
-                     barPicture(bar->size(), barWidth, 35 * barWidth / 300, QStringLiteral("35"),
-                                bar->font(), Qt::yellow));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), barWidth, 35 * barWidth / 300,
+                                                 QStringLiteral("35"), bar->font(), Qt::yellow));
 }
 
 void MetroXbarTest::nullImagesAreReported()
@@ -429,8 +430,8 @@ void MetroXbarTest::fontsCountFromTheNextPaint()
     const QFont font(QStringLiteral("DejaVu Sans"), 16);
     bar->setFont(font);
     const int barWidth = 200 - widthOf(font, QStringLiteral("138"));
-    COMPARE_PICTURES(pictureOf(bar.widget), barPicture(bar->size(), barWidth, 35 * barWidth / 300,
-                                                       QStringLiteral("35"), font));
+    COMPARE_IMAGES(imageOf(bar.widget), barImage(bar->size(), barWidth, 35 * barWidth / 300,
+                                                 QStringLiteral("35"), font));
 }
 
 void MetroXbarTest::mutatedEqualsFresh_data()

@@ -1,4 +1,6 @@
-#include "pictures.h"
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
+#include "images.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
@@ -9,7 +11,7 @@
 #include <QtGui/QPixmap>
 #include <QtGui/QPixmapCache>
 
-// The library's own functions. Naming them keeps the library linked, pictures included, though
+// The library's own functions. Naming them keeps the library linked, images included, though
 // nothing else of it is used here.
 extern int qInitResources_images();
 extern int qCleanupResources_images();
@@ -77,18 +79,18 @@ QMap<QString, QSize> sizesByName()
     return sizes;
 }
 
-const QStringList picturesWithoutAlpha = {
+const QStringList imagesWithoutAlpha = {
     QStringLiteral("stato-LED-FAULT-ON"),
     QStringLiteral("stato-LED-FAULT-BatteryWorking"),
     QStringLiteral("stato-LED-FAULT-OnBypass"),
 };
 
-QImage picture(const QString &name)
+QImage namedImage(const QString &name)
 {
     return QImage(pathOf(name)).convertToFormat(QImage::Format_ARGB32);
 }
 
-/// The picture without colour on a background, drawn at @p size as an unsmoothed painter does.
+/// The image without colour on a background, drawn at @p size as an unsmoothed painter does.
 QImage greyOn(const QString &name, const QColor &background, QSize size)
 {
     QImage image(size, QImage::Format_RGB32);
@@ -99,7 +101,7 @@ QImage greyOn(const QString &name, const QColor &background, QSize size)
     return image.convertToFormat(QImage::Format_Grayscale8);
 }
 
-/// The share of pixels, in percent, in which the pictures differ plainly.
+/// The share of pixels, in percent, in which the images differ plainly.
 int plainDifference(const QImage &a, const QImage &b)
 {
     int different = 0;
@@ -134,7 +136,7 @@ QSet<QRgb> colorsIn(const QImage &image, const QRect &rect)
 QImage composedSlide(bool disabled, int revealed, int knobLeft)
 {
     const QString suffix = disabled ? QStringLiteral("_disabled") : QString();
-    return drawnPicture(QSize(78, 27), [&](QPainter *painter) {
+    return drawnImage(QSize(78, 27), [&](QPainter *painter) {
         painter->drawPixmap(0, 0, QPixmap(pathOf(QStringLiteral("slide_unchecked") + suffix)));
         const QPixmap checked(pathOf(QStringLiteral("slide_checked") + suffix));
         if (revealed > 0)
@@ -152,9 +154,9 @@ class tst_Pictures : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyPicture_data();
-    void everyPicture();
-    void noPictureMore();
+    void everyImage_data();
+    void everyImage();
+    void noImageMore();
     void caseMatters();
     void registering();
 
@@ -180,7 +182,7 @@ private Q_SLOTS:
     void drawerTabMeetsThePanel();
 };
 
-void tst_Pictures::everyPicture_data()
+void tst_Pictures::everyImage_data()
 {
     QTest::addColumn<QSize>("size");
     const QMap<QString, QSize> sizes = sizesByName();
@@ -188,11 +190,11 @@ void tst_Pictures::everyPicture_data()
         QTest::newRow(qPrintable(it.key())) << it.value();
 }
 
-void tst_Pictures::everyPicture()
+void tst_Pictures::everyImage()
 {
     QFETCH(QSize, size);
     const QString name = QString::fromLatin1(QTest::currentDataTag());
-    const bool alpha = !picturesWithoutAlpha.contains(name);
+    const bool alpha = !imagesWithoutAlpha.contains(name);
 
     const QPixmap pixmap(pathOf(name));
     QVERIFY(!pixmap.isNull());
@@ -207,7 +209,7 @@ void tst_Pictures::everyPicture()
     QCOMPARE(int(header.at(25)), alpha ? 6 : 2);
 }
 
-void tst_Pictures::noPictureMore()
+void tst_Pictures::noImageMore()
 {
     const QMap<QString, QSize> sizes = sizesByName();
     QCOMPARE(sizes.size(), 43);
@@ -290,7 +292,7 @@ void tst_Pictures::stateColors()
 {
     QFETCH(QColor, color);
     QFETCH(int, leastPercent);
-    const QImage image = picture(QString::fromLatin1(QTest::currentDataTag()));
+    const QImage image = namedImage(QString::fromLatin1(QTest::currentDataTag()));
     const int percent = 100 * countOf(image, color) / (image.width() * image.height());
     QVERIFY2(percent >= leastPercent, qPrintable(QString::number(percent)));
 }
@@ -362,18 +364,18 @@ void tst_Pictures::lowTilesShowEverySecondPixel()
     // What the glyphs are hinted for: the reduced LED consists of the pixels of odd number.
     for (const QString &element : elements) {
         const QString name = ledName(QStringLiteral("WARNING"), element);
-        const QImage whole = picture(name).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+        const QImage whole = namedImage(name).convertToFormat(QImage::Format_ARGB32_Premultiplied);
         QImage expected(10, 10, QImage::Format_ARGB32_Premultiplied);
         for (int y = 0; y < 10; ++y) {
             for (int x = 0; x < 10; ++x)
                 expected.setPixel(x, y, whole.pixel(2 * x + 1, 2 * y + 1));
         }
-        COMPARE_PICTURES(drawnPicture(QSize(10, 10),
-                                      [&](QPainter *painter) {
-                                          painter->drawPixmap(QRectF(0, 0, 10, 10),
-                                                              QPixmap(pathOf(name)), QRectF());
-                                      }),
-                         expected);
+        COMPARE_IMAGES(drawnImage(QSize(10, 10),
+                                  [&](QPainter *painter) {
+                                      painter->drawPixmap(QRectF(0, 0, 10, 10),
+                                                          QPixmap(pathOf(name)), QRectF());
+                                  }),
+                       expected);
     }
 }
 
@@ -381,15 +383,17 @@ void tst_Pictures::glyphsAreCrisp()
 {
     // Nothing but body and ink: no pixel is half covered.
     for (const QString &element : elements) {
+        QCOMPARE(colorsIn(namedImage(ledName(QStringLiteral("OK"), element)), QRect(5, 5, 11, 11))
+                     .size(),
+                 2);
         QCOMPARE(
-            colorsIn(picture(ledName(QStringLiteral("OK"), element)), QRect(5, 5, 11, 11)).size(),
+            colorsIn(namedImage(ledName(QStringLiteral("FAULT"), element)), QRect(0, 0, 21, 21))
+                .size(),
             2);
-        QCOMPARE(colorsIn(picture(ledName(QStringLiteral("FAULT"), element)), QRect(0, 0, 21, 21))
-                     .size(),
-                 2);
-        QCOMPARE(colorsIn(picture(ledName(QStringLiteral("WARNING"), element)), QRect(7, 11, 7, 9))
-                     .size(),
-                 2);
+        QCOMPARE(
+            colorsIn(namedImage(ledName(QStringLiteral("WARNING"), element)), QRect(7, 11, 7, 9))
+                .size(),
+            2);
     }
 }
 
@@ -397,7 +401,7 @@ void tst_Pictures::faultLedsNeedNoBackground()
 {
     // All seven fill their square, so the three without an alpha channel are no different.
     for (const QString &element : elements) {
-        const QImage image = picture(ledName(QStringLiteral("FAULT"), element));
+        const QImage image = namedImage(ledName(QStringLiteral("FAULT"), element));
         for (int y = 0; y < 21; ++y) {
             for (int x = 0; x < 21; ++x)
                 QCOMPARE(qAlpha(image.pixel(x, y)), 255);
@@ -426,7 +430,7 @@ void tst_Pictures::slideKnobHidesTheCut()
     for (int knobLeft = 0; knobLeft <= 51; ++knobLeft) {
         const QImage atLeftEdge = composedSlide(disabled, knobLeft, knobLeft);
         for (int revealed = knobLeft; revealed <= knobLeft + 27; ++revealed)
-            COMPARE_PICTURES(composedSlide(disabled, revealed, knobLeft), atLeftEdge);
+            COMPARE_IMAGES(composedSlide(disabled, revealed, knobLeft), atLeftEdge);
     }
 }
 
@@ -457,8 +461,8 @@ void tst_Pictures::squeezedKnobIsEven()
 {
     const QImage composed = composedSlide(true, 0, 0).copy(0, 0, 27, 27);
     const QRect middle(9, 6, 9, 15);
-    COMPARE_PICTURES(composed.mirrored(true, false).copy(middle), composed.copy(middle));
-    COMPARE_PICTURES(composed.mirrored(false, true).copy(middle), composed.copy(middle));
+    COMPARE_IMAGES(composed.mirrored(true, false).copy(middle), composed.copy(middle));
+    COMPARE_IMAGES(composed.mirrored(false, true).copy(middle), composed.copy(middle));
     for (int i = 8; i < 19; ++i) {
         QCOMPARE(composed.pixel(0, i), darkGrey.rgba());
         QCOMPARE(composed.pixel(26, i), darkGrey.rgba());
@@ -479,7 +483,7 @@ void tst_Pictures::switchTrackFitsTheKnob_data()
 void tst_Pictures::switchTrackFitsTheKnob()
 {
     QFETCH(QColor, track);
-    const QImage face = picture(QString::fromLatin1(QTest::currentDataTag()));
+    const QImage face = namedImage(QString::fromLatin1(QTest::currentDataTag()));
     const auto at = [&](double centerX, double radius, int degrees) {
         const double angle = qDegreesToRadians(double(degrees));
         return face.pixel(qFloor(centerX + radius * qCos(angle)),
@@ -512,14 +516,14 @@ void tst_Pictures::switchLeavesRoomForText_data()
 void tst_Pictures::switchLeavesRoomForText()
 {
     QFETCH(QColor, track);
-    const QImage face = picture(QString::fromLatin1(QTest::currentDataTag()));
+    const QImage face = namedImage(QString::fromLatin1(QTest::currentDataTag()));
     QCOMPARE(colorsIn(face, QRect(56, 8, 79, 44)), QSet<QRgb>{track.rgba()});
 }
 
 void tst_Pictures::drawerTabMeetsThePanel()
 {
     // An open drawer's panel of the same grey begins at the tab's right edge.
-    const QImage tab = picture(QStringLiteral("linguetta-navdrawer"));
+    const QImage tab = namedImage(QStringLiteral("linguetta-navdrawer"));
     for (int y = 0; y < 52; ++y)
         QCOMPARE(tab.pixel(49, y), lightGrey.rgba());
     QCOMPARE(qAlpha(tab.pixel(0, 0)), 0);

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "rotatestackedwidget.h"
 
-#include "pictures.h"
+#include "images.h"
 #include "stepdriver.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -32,7 +34,7 @@ public:
     }
 };
 
-/// A page whose picture is unlike its mirror image, and unlike that of other pages.
+/// A page whose image is unlike its mirror image, and unlike that of other pages.
 class PatternPage : public QWidget
 {
 public:
@@ -73,14 +75,14 @@ private:
     int target;
 };
 
-QImage pagePicture(QColor color, QSize size)
+QImage pageImage(QColor color, QSize size)
 {
-    QImage picture(size, QImage::Format_RGB32);
-    QPainter painter(&picture);
-    painter.fillRect(picture.rect(), color);
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    painter.fillRect(image.rect(), color);
     painter.fillRect(QRect(5, 5, size.width() / 3, size.height() / 4), Qt::black);
     painter.fillRect(QRect(size.width() - 12, size.height() - 9, 12, 9), Qt::white);
-    return picture;
+    return image;
 }
 
 class OpenStack : public RotateStackedWidget
@@ -115,32 +117,32 @@ struct StackStage : Stage<OpenStack>
         return pages;
     }
     /// What the stack itself shows, with its pages as they are.
-    QImage picture() const
+    QImage image() const
     {
-        QImage shown = emptyPicture(widget->size());
+        QImage shown = emptyImage(widget->size());
         widget->render(&shown, QPoint(), QRegion(), QWidget::DrawChildren);
         return shown;
     }
 };
 
 /// The card in the middle of the stack: @p page scaled and turned.
-QImage cardPicture(const QImage &page, double scale)
+QImage cardImage(const QImage &page, double scale)
 {
-    QImage picture = emptyPicture(stackSize);
-    QPainter painter(&picture);
+    QImage image = emptyImage(stackSize);
+    QPainter painter(&image);
     QTransform card;
     card.translate(stackSize.width() * 0.5, stackSize.height() * 0.5);
     card.scale(scale, scale);
     painter.setTransform(card);
     painter.drawPixmap(QPointF(-(stackSize.width() / 2), -(stackSize.height() / 2)),
                        QPixmap::fromImage(page));
-    return picture;
+    return image;
 }
 
-QImage turnedPicture(const QImage &page, double scale, double degrees)
+QImage turnedImage(const QImage &page, double scale, double degrees)
 {
-    QImage picture = emptyPicture(stackSize);
-    QPainter painter(&picture);
+    QImage image = emptyImage(stackSize);
+    QPainter painter(&image);
     QTransform card;
     card.translate(stackSize.width() / 2, stackSize.height() * 0.5);
     card.scale(scale, scale);
@@ -148,7 +150,7 @@ QImage turnedPicture(const QImage &page, double scale, double degrees)
     painter.setTransform(card);
     painter.drawPixmap(QPointF(-(stackSize.width() / 2), -(stackSize.height() / 2)),
                        QPixmap::fromImage(page));
-    return picture;
+    return image;
 }
 
 } // namespace
@@ -245,9 +247,9 @@ void RotateStackedWidgetTest::plainWithoutAnimation()
     stack->setCurrentIndex(7);
     stack->setCurrentIndex(-1);
     QCOMPARE(stack->currentIndex(), 2);
-    COMPARE_PICTURES(
-        stack.picture(),
-        pagePicture(Qt::blue, stackSize).convertToFormat(QImage::Format_ARGB32_Premultiplied));
+    COMPARE_IMAGES(
+        stack.image(),
+        pageImage(Qt::blue, stackSize).convertToFormat(QImage::Format_ARGB32_Premultiplied));
 }
 
 void RotateStackedWidgetTest::currentPageDoesNothing()
@@ -303,38 +305,38 @@ void RotateStackedWidgetTest::frames()
 {
     AnimationClock time;
     StackStage stack;
-    const QImage oldPage = pagePicture(Qt::red, stackSize);
-    const QImage newPage = pagePicture(Qt::green, stackSize);
+    const QImage oldPage = pageImage(Qt::red, stackSize);
+    const QImage newPage = pageImage(Qt::green, stackSize);
     const auto scale = [&] { return stack->property("scale").toDouble(); };
     const auto rotate = [&] { return stack->property("rotate").toDouble(); };
     stack->setCurrentIndex(1);
     for (int frame = 0; frame < 9; ++frame) {
         time.step(200);
-        COMPARE_PICTURES(stack.picture(), cardPicture(oldPage, scale()));
+        COMPARE_IMAGES(stack.image(), cardImage(oldPage, scale()));
     }
     time.step(200);
     QCOMPARE(stack->animPhase, 1);
     for (int frame = 0; frame < 5; ++frame) {
         time.step(100);
         QVERIFY(rotate() <= 90.0);
-        COMPARE_PICTURES(stack.picture(), turnedPicture(oldPage, 0.2, rotate()));
+        COMPARE_IMAGES(stack.image(), turnedImage(oldPage, 0.2, rotate()));
     }
     // Edge-on, the card is still the old page.
     QCOMPARE(rotate(), 90.0);
     for (int frame = 0; frame < 4; ++frame) {
         time.step(100);
         QVERIFY(rotate() > 90.0);
-        COMPARE_PICTURES(stack.picture(), turnedPicture(newPage, 0.2, rotate() + 180.0));
+        COMPARE_IMAGES(stack.image(), turnedImage(newPage, 0.2, rotate() + 180.0));
     }
     QCOMPARE(stack->widget(1)->geometry(), QRect(QPoint(0, 0), stackSize));
     time.step(100);
     QCOMPARE(stack->animPhase, 2);
     for (int frame = 0; frame < 9; ++frame) {
         time.step(200);
-        COMPARE_PICTURES(stack.picture(), cardPicture(newPage, scale()));
+        COMPARE_IMAGES(stack.image(), cardImage(newPage, scale()));
     }
     time.step(200);
-    COMPARE_PICTURES(stack.picture(), newPage.convertToFormat(QImage::Format_ARGB32_Premultiplied));
+    COMPARE_IMAGES(stack.image(), newPage.convertToFormat(QImage::Format_ARGB32_Premultiplied));
 }
 
 void RotateStackedWidgetTest::laterRequestWins()
@@ -460,7 +462,7 @@ void RotateStackedWidgetTest::indexWithoutAPage()
         stack->setCurrentIndex(index);
         time.step(2600);
         // No new page: nothing is on the back of the card.
-        COMPARE_PICTURES(stack.picture(), emptyPicture(stackSize));
+        COMPARE_IMAGES(stack.image(), emptyImage(stackSize));
         time.step(2400);
         QVERIFY(!stack->animating);
         QCOMPARE(stack->currentIndex(), 0);
@@ -479,7 +481,7 @@ void RotateStackedWidgetTest::emptyStack()
     stack->setCurrentIndex(0);
     for (int frame = 0; frame < 10; ++frame) {
         time.step(500);
-        COMPARE_PICTURES(pictureOf(stack.widget), emptyPicture(stackSize));
+        COMPARE_IMAGES(imageOf(stack.widget), emptyImage(stackSize));
     }
     QVERIFY(!stack->animating);
     auto *page = new PatternPage(Qt::red);
@@ -750,8 +752,8 @@ void RotateStackedWidgetTest::nextChangeWithoutShrinking()
     QVERIFY(stack->animating);
     QCOMPARE(stack->animPhase, 1);
     time.step(500);
-    COMPARE_PICTURES(stack.picture(),
-                     turnedPicture(pagePicture(Qt::green, stackSize), 0.2, stack->getRotate()));
+    COMPARE_IMAGES(stack.image(),
+                   turnedImage(pageImage(Qt::green, stackSize), 0.2, stack->getRotate()));
     time.step(500);
     QVERIFY(!stack->animating);
     QCOMPARE(stack->currentIndex(), 2);
@@ -816,7 +818,7 @@ void RotateStackedWidgetTest::stackInsideAStack()
     QCOMPARE(inner->size(), stackSize);
     stack->setCurrentIndex(2);
     time.step(1000);
-    COMPARE_PICTURES(stack.picture(), cardPicture(pagePicture(Qt::cyan, stackSize), 0.6));
+    COMPARE_IMAGES(stack.image(), cardImage(pageImage(Qt::cyan, stackSize), 0.6));
     time.step(4000);
     QCOMPARE(stack->currentIndex(), 2);
     inner->setCurrentIndex(1);
@@ -825,8 +827,7 @@ void RotateStackedWidgetTest::stackInsideAStack()
     stack->setCurrentIndex(0);
     time.step(4500);
     QCOMPARE(stack->getScale(), 0.8);
-    COMPARE_PICTURES(stack.picture(),
-                     cardPicture(pagePicture(Qt::magenta, stackSize), stack->getScale()));
+    COMPARE_IMAGES(stack.image(), cardImage(pageImage(Qt::magenta, stackSize), stack->getScale()));
 }
 
 void RotateStackedWidgetTest::framesOfOtherSizes_data()
@@ -858,8 +859,8 @@ void RotateStackedWidgetTest::framesOfOtherSizes()
     const QSize inside = page.isValid() ? page : size - QSize(2 * frame, 2 * frame);
     QCOMPARE(stack->widget(0)->size(), inside);
     const QPointF corner(-(size.width() / 2), -(size.height() / 2));
-    const auto expected = [&](const QImage &picture, QPointF centre, double scale, double degrees) {
-        QImage shown = emptyPicture(size);
+    const auto expected = [&](const QImage &image, QPointF centre, double scale, double degrees) {
+        QImage shown = emptyImage(size);
         QPainter painter(&shown);
         painter.translate(centre);
         painter.scale(scale, scale);
@@ -868,7 +869,7 @@ void RotateStackedWidgetTest::framesOfOtherSizes()
             turn.rotate(degrees, Qt::YAxis);
             painter.setTransform(turn, true);
         }
-        painter.drawPixmap(corner, QPixmap::fromImage(picture));
+        painter.drawPixmap(corner, QPixmap::fromImage(image));
         return shown;
     };
     const QPointF middle(size.width() * 0.5, size.height() * 0.5);
@@ -876,24 +877,24 @@ void RotateStackedWidgetTest::framesOfOtherSizes()
 
     stack->setCurrentIndex(1);
     time.step(1000);
-    COMPARE_PICTURES(stack.picture(), expected(pagePicture(Qt::red, inside), middle, 0.6, 0.0));
+    COMPARE_IMAGES(stack.image(), expected(pageImage(Qt::red, inside), middle, 0.6, 0.0));
     time.step(1250);
-    COMPARE_PICTURES(stack.picture(), expected(pagePicture(Qt::red, inside), hinge, 0.2, 45.0));
+    COMPARE_IMAGES(stack.image(), expected(pageImage(Qt::red, inside), hinge, 0.2, 45.0));
     time.step(500);
     // On the card's back the page fills the stack, as far as its own limits let it.
     const QSize back = page.isValid() ? page : size;
-    QImage backPicture(size, QImage::Format_RGB32);
-    backPicture.fill(stack->palette().color(QPalette::Window));
+    QImage backImage(size, QImage::Format_RGB32);
+    backImage.fill(stack->palette().color(QPalette::Window));
     {
-        QPainter painter(&backPicture);
-        painter.drawImage(0, 0, pagePicture(Qt::green, back));
+        QPainter painter(&backImage);
+        painter.drawImage(0, 0, pageImage(Qt::green, back));
     }
-    COMPARE_PICTURES(stack.picture(), expected(backPicture, hinge, 0.2, 315.0));
+    COMPARE_IMAGES(stack.image(), expected(backImage, hinge, 0.2, 315.0));
     QCOMPARE(stack->widget(1)->geometry(), QRect(QPoint(0, 0), back));
     time.step(1250);
     QCOMPARE(stack->getScale(), 0.6);
-    COMPARE_PICTURES(stack.picture(),
-                     expected(pagePicture(Qt::green, back), middle, stack->getScale(), 0.0));
+    COMPARE_IMAGES(stack.image(),
+                   expected(pageImage(Qt::green, back), middle, stack->getScale(), 0.0));
 }
 
 void RotateStackedWidgetTest::sizesOfPagesAndStack_data()
@@ -923,7 +924,7 @@ void RotateStackedWidgetTest::sizesOfPagesAndStack()
     stage->setCurrentIndex(1);
     for (int frame = 0; frame < 50; ++frame) {
         time.step(100);
-        QCOMPARE(pictureOf(stage.widget).size(), stage->size());
+        QCOMPARE(imageOf(stage.widget).size(), stage->size());
     }
     QVERIFY(!stage->animating);
     QCOMPARE(stage->currentIndex(), 1);
@@ -949,7 +950,7 @@ void RotateStackedWidgetTest::extremeNumbersAreHarmless()
     stack->setCurrentIndex(1);
     for (int frame = 0; frame < 50; ++frame) {
         time.step(100);
-        QCOMPARE(stack.picture().size(), stackSize);
+        QCOMPARE(stack.image().size(), stackSize);
     }
     QVERIFY(!stack->animating);
     QCOMPARE(stack->currentIndex(), 1);
@@ -967,7 +968,7 @@ void RotateStackedWidgetTest::vanishingCard_data()
 void RotateStackedWidgetTest::vanishingCard()
 {
     QFETCH(double, scale);
-    // Translucent pictures are blended, and pages of other sizes stand beside the middle.
+    // Translucent images are blended, and pages of other sizes stand beside the middle.
     for (const QSize size : {QSize(17, 17), QSize(17, 5), QSize(9, 17), QSize(121, 81)}) {
         StackStage stack;
         QPalette translucent = stack->palette();
@@ -978,7 +979,7 @@ void RotateStackedWidgetTest::vanishingCard()
         stack->setCurrentIndex(1);
         QVERIFY(stack->animating);
         stack->scaleTo(scale);
-        COMPARE_PICTURES(stack.picture(), emptyPicture(size));
+        COMPARE_IMAGES(stack.image(), emptyImage(size));
     }
 }
 

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "simpleslideswitch.h"
 
 #include "icons.h"
+#include "images.h"
 #include "mouse.h"
-#include "pictures.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
@@ -20,25 +22,25 @@ namespace {
 constexpr QSize trackSize(78, 27);
 constexpr int knobSide = 27;
 
-QPixmap libraryPicture(const char *name)
+QPixmap libraryImage(const char *name)
 {
     return QPixmap(QStringLiteral(":/Images/%1.png").arg(QLatin1String(name)));
 }
 
-/// The library's pictures with the checked track revealed up to column @p revealed and the knob's
+/// The library's images with the checked track revealed up to column @p revealed and the knob's
 /// left edge at column @p knob.
-QImage switchPicture(int revealed, int knob, bool enabled = true)
+QImage switchImage(int revealed, int knob, bool enabled = true)
 {
-    return drawnPicture(trackSize, [&](QPainter *painter) {
-        painter->drawPixmap(
-            0, 0, libraryPicture(enabled ? "slide_unchecked" : "slide_unchecked_disabled"));
+    return drawnImage(trackSize, [&](QPainter *painter) {
+        painter->drawPixmap(0, 0,
+                            libraryImage(enabled ? "slide_unchecked" : "slide_unchecked_disabled"));
         if (revealed > 0) {
-            painter->drawPixmap(
-                0, 0, libraryPicture(enabled ? "slide_checked" : "slide_checked_disabled"), 0, 0,
-                revealed, 27);
+            painter->drawPixmap(0, 0,
+                                libraryImage(enabled ? "slide_checked" : "slide_checked_disabled"),
+                                0, 0, revealed, 27);
         }
-        const QPixmap picture = libraryPicture(enabled ? "slide_button" : "button_slide_disabled");
-        painter->drawPixmap(QRect(knob, 0, knobSide, knobSide), picture);
+        const QPixmap image = libraryImage(enabled ? "slide_button" : "button_slide_disabled");
+        painter->drawPixmap(QRect(knob, 0, knobSide, knobSide), image);
     });
 }
 
@@ -73,16 +75,16 @@ private Q_SLOTS:
     void movesOnlyUpdate();
     void trackSetsTheSize_data();
     void trackSetsTheSize();
-    void knobPictures();
-    void pictureWritesAlwaysRepaint_data();
-    void pictureWritesAlwaysRepaint();
+    void knobImages();
+    void imageWritesAlwaysRepaint_data();
+    void imageWritesAlwaysRepaint();
     void placesAreRounded();
     void releaseWithoutAClick_data();
     void releaseWithoutAClick();
     void releaseLeavesTheButtonPressed();
     void clickLeavesTheButtonPressed();
     void extremeMarginsAreHarmless();
-    void nullPicturesAreHarmless();
+    void nullImagesAreHarmless();
     void disabledKnobFarWiderThanTheKnob();
     void switchedOffWithAMargin();
     void deletedInASlot();
@@ -113,7 +115,7 @@ void SimpleSlideSwitchTest::defaults()
     QVERIFY(knob.hasMouseTracking());
     QCOMPARE(knob.property("marginLeft").toInt(), 0);
     QCOMPARE(knob.property("marginRight").toInt(), 0);
-    const char *const pictures[][2] = {
+    const char *const images[][2] = {
         {"uncheckedImg", "slide_unchecked"},
         {"checkedImg", "slide_checked"},
         {"uncheckedDisImg", "slide_unchecked_disabled"},
@@ -121,9 +123,9 @@ void SimpleSlideSwitchTest::defaults()
         {"btnImg", "slide_button"},
         {"btnDisImg", "button_slide_disabled"},
     };
-    for (const auto &[property, name] : pictures) {
-        COMPARE_PICTURES(knob.property(property).value<QPixmap>().toImage(),
-                         libraryPicture(name).toImage());
+    for (const auto &[property, name] : images) {
+        COMPARE_IMAGES(knob.property(property).value<QPixmap>().toImage(),
+                       libraryImage(name).toImage());
     }
 }
 
@@ -155,20 +157,20 @@ void SimpleSlideSwitchTest::keepsItsSize()
 void SimpleSlideSwitchTest::atRest()
 {
     Stage<SimpleSlideSwitch> knob;
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(0, 0));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(0, 0));
     knob->setChecked(true);
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(51, 51));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(51, 51));
     knob->setChecked(false);
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(0, 0));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(0, 0));
 }
 
 void SimpleSlideSwitchTest::disabled()
 {
     Stage<SimpleSlideSwitch> knob;
     knob->setEnabled(false);
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(0, 0, false));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(0, 0, false));
     knob->setChecked(true);
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(51, 51, false));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(51, 51, false));
 }
 
 void SimpleSlideSwitchTest::baseClassLeavesTheTrack()
@@ -176,10 +178,10 @@ void SimpleSlideSwitchTest::baseClassLeavesTheTrack()
     Stage<SimpleSlideSwitch> knob;
     knob->click();
     QVERIFY(knob->isChecked());
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(0, 51));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(0, 51));
     knob->setChecked(true);
     knob->setProperty("checked", false);
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(51, 0));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(51, 0));
 }
 
 void SimpleSlideSwitchTest::setCheckedRepaintsOnAChange()
@@ -203,17 +205,17 @@ void SimpleSlideSwitchTest::text()
     Stage<SimpleSlideSwitch> knob;
     const QString text = QStringLiteral("I/O");
     knob->setText(text);
-    const QImage expected = drawnPicture(trackSize, [&](QPainter *painter) {
-        painter->drawPixmap(0, 0, libraryPicture("slide_unchecked"));
+    const QImage expected = drawnImage(trackSize, [&](QPainter *painter) {
+        painter->drawPixmap(0, 0, libraryImage("slide_unchecked"));
         const QFontMetrics metrics(knob->font());
         const int width = metrics.size(Qt::TextSingleLine, text).width();
         painter->setFont(knob->font());
         painter->setPen(knob->palette().color(QPalette::WindowText));
         painter->drawText(
             QPointF((78 - width) / 2 - 1, (27 - metrics.height()) / 2 + metrics.ascent()), text);
-        painter->drawPixmap(0, 0, libraryPicture("slide_button"));
+        painter->drawPixmap(0, 0, libraryImage("slide_button"));
     });
-    COMPARE_PICTURES(pictureOf(knob.widget), expected);
+    COMPARE_IMAGES(imageOf(knob.widget), expected);
 }
 
 void SimpleSlideSwitchTest::drag_data()
@@ -257,7 +259,7 @@ void SimpleSlideSwitchTest::drag()
     Mouse::release(knob.widget, QPoint(to, 13));
     QCOMPARE(knob->isChecked(), result);
     QCOMPARE(clicked.count(), clicks);
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(revealed, result ? 51 : 0));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(revealed, result ? 51 : 0));
 }
 
 void SimpleSlideSwitchTest::alongADrag_data()
@@ -280,7 +282,7 @@ void SimpleSlideSwitchTest::alongADrag()
     Stage<SimpleSlideSwitch> control;
     Mouse::press(control.widget, QPoint(10, 13));
     Mouse::drag(control.widget, QPoint(x, 13));
-    COMPARE_PICTURES(pictureOf(control.widget), switchPicture(qBound(0, x, 78), knob));
+    COMPARE_IMAGES(imageOf(control.widget), switchImage(qBound(0, x, 78), knob));
 }
 
 void SimpleSlideSwitchTest::limitsFollowTheMargins_data()
@@ -332,9 +334,9 @@ void SimpleSlideSwitchTest::marginsMoveNothingAtOnce()
     deliverAll();
     QCOMPARE(events.count(QEvent::Paint), 1);
     // The knob stands by the margin, the revealed part where it was.
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(51, 42));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(51, 42));
     knob->setChecked(true);
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(42, 42));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(42, 42));
     // An equal margin repaints too.
     deliverAll();
     events.reset();
@@ -368,7 +370,7 @@ void SimpleSlideSwitchTest::releaseWithoutMovement()
     QCOMPARE(knob->isChecked(), !checked);
     QCOMPARE(toggled.count(), 1);
     QCOMPARE(clicked.count(), 0);
-    COMPARE_PICTURES(pictureOf(knob.widget), checked ? switchPicture(0, 0) : switchPicture(51, 51));
+    COMPARE_IMAGES(imageOf(knob.widget), checked ? switchImage(0, 0) : switchImage(51, 51));
 }
 
 void SimpleSlideSwitchTest::releaseWithoutAPress()
@@ -401,7 +403,7 @@ void SimpleSlideSwitchTest::pressBesideTheKnobReveals()
     Mouse::press(knob.widget, QPoint(60, 13));
     QCOMPARE(pressed.count(), 0);
     QCOMPARE(parentEvents.count(QEvent::MouseButtonPress), 0);
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(60, 0));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(60, 0));
 }
 
 void SimpleSlideSwitchTest::movesOnlyUpdate()
@@ -443,24 +445,24 @@ void SimpleSlideSwitchTest::trackSetsTheSize()
     QCOMPARE(knob->iconSize(), size);
     QCOMPARE(knob->minimumSize(), size);
     QCOMPARE(knob->maximumSize(), size);
-    COMPARE_PICTURES(knob->property(property).value<QPixmap>().toImage(),
-                     plainPixmap(size, Qt::green).toImage());
-    // The picture is shown in its state.
+    COMPARE_IMAGES(knob->property(property).value<QPixmap>().toImage(),
+                   plainPixmap(size, Qt::green).toImage());
+    // The image is shown in its state.
     const bool isDisabled = property.contains("Dis");
     knob->setEnabled(!isDisabled);
     knob->setChecked(property.startsWith("checked"));
     const QPoint place(property.startsWith("checked") ? 4 : size.width() - 4, 3);
-    QCOMPARE(pictureOf(knob.widget).pixelColor(place), QColor(Qt::green));
+    QCOMPARE(imageOf(knob.widget).pixelColor(place), QColor(Qt::green));
 }
 
-void SimpleSlideSwitchTest::knobPictures()
+void SimpleSlideSwitchTest::knobImages()
 {
     Stage<SimpleSlideSwitch> knob;
     knob->setProperty("btnImg", plainPixmap(QSize(20, 10), Qt::red));
     knob->setProperty("btnDisImg", plainPixmap(QSize(40, 40), Qt::blue));
     QCOMPARE(knob->size(), trackSize);
     knob->setChecked(true);
-    const auto column = [&](int x, int y) { return pictureOf(knob.widget).pixelColor(x, y); };
+    const auto column = [&](int x, int y) { return imageOf(knob.widget).pixelColor(x, y); };
     QCOMPARE(column(58, 0), QColor(Qt::red));
     QCOMPARE(column(77, 9), QColor(Qt::red));
     QVERIFY(column(57, 5) != QColor(Qt::red));
@@ -473,7 +475,7 @@ void SimpleSlideSwitchTest::knobPictures()
     QVERIFY(column(60, 10) != QColor(Qt::blue));
 }
 
-void SimpleSlideSwitchTest::pictureWritesAlwaysRepaint_data()
+void SimpleSlideSwitchTest::imageWritesAlwaysRepaint_data()
 {
     QTest::addColumn<QByteArray>("property");
     for (const char *property :
@@ -481,7 +483,7 @@ void SimpleSlideSwitchTest::pictureWritesAlwaysRepaint_data()
         QTest::newRow(property) << QByteArray(property);
 }
 
-void SimpleSlideSwitchTest::pictureWritesAlwaysRepaint()
+void SimpleSlideSwitchTest::imageWritesAlwaysRepaint()
 {
     QFETCH(QByteArray, property);
     Stage<SimpleSlideSwitch> knob;
@@ -496,9 +498,9 @@ void SimpleSlideSwitchTest::placesAreRounded()
     Stage<SimpleSlideSwitch> knob;
     Mouse::press(knob.widget, QPointF(10, 13));
     Mouse::drag(knob.widget, QPointF(29.5, 13));
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(30, 17));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(30, 17));
     Mouse::drag(knob.widget, QPointF(29.4, 13));
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(29, 16));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(29, 16));
     Mouse::release(knob.widget, QPointF(42.5, 13));
     QVERIFY(knob->isChecked());
     // 0.5 counts as column 1, which is right of the margin.
@@ -537,9 +539,9 @@ void SimpleSlideSwitchTest::releaseWithoutAClick()
     QCOMPARE(clicked.count(), 0);
     QCOMPARE(knob->isChecked(), checked);
     deliverAll();
-    const QImage rest = checked ? switchPicture(51, 51) : switchPicture(0, 0);
-    COMPARE_PICTURES(pictureOf(knob.widget), rest);
-    COMPARE_PICTURES(screenOf(knob.widget), repaintedScreenOf(knob.widget));
+    const QImage rest = checked ? switchImage(51, 51) : switchImage(0, 0);
+    COMPARE_IMAGES(imageOf(knob.widget), rest);
+    COMPARE_IMAGES(screenOf(knob.widget), repaintedScreenOf(knob.widget));
 }
 
 /// The base class does not get the release of a click that toggles without a movement.
@@ -591,10 +593,10 @@ void SimpleSlideSwitchTest::extremeMarginsAreHarmless()
             knob->setMarginRight(right);
             for (const bool checked : {true, false}) {
                 knob->setChecked(checked);
-                QCOMPARE(pictureOf(knob.widget).size(), trackSize);
+                QCOMPARE(imageOf(knob.widget).size(), trackSize);
                 Mouse::press(knob.widget, QPoint(39, 13));
                 Mouse::drag(knob.widget, QPoint(20, 13));
-                QCOMPARE(pictureOf(knob.widget).size(), trackSize);
+                QCOMPARE(imageOf(knob.widget).size(), trackSize);
                 Mouse::release(knob.widget, QPoint(20, 13));
             }
         }
@@ -602,10 +604,10 @@ void SimpleSlideSwitchTest::extremeMarginsAreHarmless()
     knob->setMarginLeft(0);
     knob->setMarginRight(0);
     knob->setChecked(false);
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(0, 0));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(0, 0));
 }
 
-void SimpleSlideSwitchTest::nullPicturesAreHarmless()
+void SimpleSlideSwitchTest::nullImagesAreHarmless()
 {
     Stage<SimpleSlideSwitch> knob;
     for (const char *property : {"btnImg", "btnDisImg", "checkedImg", "uncheckedImg"})
@@ -616,12 +618,12 @@ void SimpleSlideSwitchTest::nullPicturesAreHarmless()
     Mouse::release(knob.widget, QPoint(0, 0));
     deliverAll();
     knob->setProperty("uncheckedImg", plainPixmap(QSize(30, 20), Qt::green));
-    QCOMPARE(pictureOf(knob.widget).pixelColor(3, 3), QColor(Qt::green));
+    QCOMPARE(imageOf(knob.widget).pixelColor(3, 3), QColor(Qt::green));
 }
 
 void SimpleSlideSwitchTest::disabledKnobFarWiderThanTheKnob()
 {
-    // Shrunk so far, Qt would read outside of the picture.
+    // Shrunk so far, Qt would read outside of the image.
     QPixmap wide(65535, 10);
     wide.fill(QColor(255, 0, 0, 100));
     QPixmap small(1, 30);
@@ -630,9 +632,9 @@ void SimpleSlideSwitchTest::disabledKnobFarWiderThanTheKnob()
     knob->setBtnImg(small);
     knob->setBtnDisImg(QPixmap());
     knob->setEnabled(false);
-    const QImage without = pictureOf(knob.widget);
+    const QImage without = imageOf(knob.widget);
     knob->setBtnDisImg(wide);
-    COMPARE_PICTURES(pictureOf(knob.widget), without);
+    COMPARE_IMAGES(imageOf(knob.widget), without);
 }
 
 void SimpleSlideSwitchTest::switchedOffWithAMargin()
@@ -645,7 +647,7 @@ void SimpleSlideSwitchTest::switchedOffWithAMargin()
     Mouse::release(knob.widget, QPoint(30, 13));
     QVERIFY(!knob->isChecked());
     // The place kept is the knob's right edge.
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(knobSide + 20, 20));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(knobSide + 20, 20));
     // The movement is over: a release alone toggles again.
     Mouse::release(knob.widget, QPoint(30, 13));
     QVERIFY(knob->isChecked());

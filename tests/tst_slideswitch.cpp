@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "slideswitch.h"
 
+#include "images.h"
 #include "mouse.h"
-#include "pictures.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
@@ -22,9 +24,9 @@ QPixmap face(const char *name)
 }
 
 /// A face with the knob from column @p left to @p right, or without one.
-QImage switchPicture(const char *name, int left, int right = -1)
+QImage switchImage(const char *name, int left, int right = -1)
 {
-    return drawnPicture(faceSize, [&](QPainter *painter) {
+    return drawnImage(faceSize, [&](QPainter *painter) {
         painter->drawPixmap(0, 0, face(name));
         if (left < 0)
             return;
@@ -40,7 +42,7 @@ const int middleKnob[2] = {75, 114};
 
 QImage atRest(const char *name, const int (&knob)[2])
 {
-    return switchPicture(name, knob[0], knob[1]);
+    return switchImage(name, knob[0], knob[1]);
 }
 
 } // namespace
@@ -144,9 +146,9 @@ void SlideSwitchTest::looks_data()
     row("partly on", true, false, true, true, atRest("ON", middleKnob));
     row("partly on, unchecked", false, false, true, true, atRest("OFF", middleKnob));
     row("locked and partly on", false, true, true, true, atRest("LOCKED-OFF", middleKnob));
-    row("disabled off", false, false, false, false, switchPicture("DISABLED", -1));
-    row("disabled on", true, false, false, false, switchPicture("DISABLED", -1));
-    row("disabled locked", true, true, false, false, switchPicture("DISABLED", -1));
+    row("disabled off", false, false, false, false, switchImage("DISABLED", -1));
+    row("disabled on", true, false, false, false, switchImage("DISABLED", -1));
+    row("disabled locked", true, true, false, false, switchImage("DISABLED", -1));
 }
 
 void SlideSwitchTest::looks()
@@ -161,7 +163,7 @@ void SlideSwitchTest::looks()
     knob->setProperty("locked", locked);
     knob->setProperty("partialON", partial);
     knob->setEnabled(enabled);
-    COMPARE_PICTURES(pictureOf(knob.widget), expected);
+    COMPARE_IMAGES(imageOf(knob.widget), expected);
 }
 
 void SlideSwitchTest::text()
@@ -169,7 +171,7 @@ void SlideSwitchTest::text()
     Stage<SlideSwitch> knob;
     const QString text = QStringLiteral("UPS");
     knob->setText(text);
-    const QImage expected = drawnPicture(faceSize, [&](QPainter *painter) {
+    const QImage expected = drawnImage(faceSize, [&](QPainter *painter) {
         painter->drawPixmap(0, 0, face("OFF"));
         const QFontMetrics metrics(knob->font());
         const int width = metrics.size(Qt::TextSingleLine, text).width();
@@ -181,7 +183,7 @@ void SlideSwitchTest::text()
         painter->setBrush(QColor(65, 64, 66));
         painter->drawEllipse(QRect(36, 10, 40, 40));
     });
-    COMPARE_PICTURES(pictureOf(knob.widget), expected);
+    COMPARE_IMAGES(imageOf(knob.widget), expected);
 }
 
 void SlideSwitchTest::settersRepaintOnAChange_data()
@@ -249,8 +251,8 @@ void SlideSwitchTest::dragFromOneEnd()
     QCOMPARE(clicks.count(), changed ? 1 : 0);
     QCOMPARE(changes.count(), changed ? 1 : 0);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(knob.widget),
-                     knob->isChecked() ? atRest("ON", onKnob) : atRest("OFF", offKnob));
+    COMPARE_IMAGES(imageOf(knob.widget),
+                   knob->isChecked() ? atRest("ON", onKnob) : atRest("OFF", offKnob));
 }
 
 void SlideSwitchTest::dragFromTheMiddle_data()
@@ -312,9 +314,9 @@ void SlideSwitchTest::dragFromTheMiddle()
     const bool locked = property == "locked" && result < 0;
     const char *name = locked ? (knob->isChecked() ? "LOCKED-ON" : "LOCKED-OFF")
                               : (knob->isChecked() ? "ON" : "OFF");
-    COMPARE_PICTURES(pictureOf(knob.widget), result < 0    ? atRest(name, middleKnob)
-                                             : result == 1 ? atRest(name, onKnob)
-                                                           : atRest(name, offKnob));
+    COMPARE_IMAGES(imageOf(knob.widget), result < 0    ? atRest(name, middleKnob)
+                                         : result == 1 ? atRest(name, onKnob)
+                                                       : atRest(name, offKnob));
 }
 
 void SlideSwitchTest::knobAlongADrag_data()
@@ -340,7 +342,7 @@ void SlideSwitchTest::knobAlongADrag()
     Stage<SlideSwitch> knob;
     Mouse::press(knob.widget, QPoint(50, 30));
     Mouse::drag(knob.widget, QPoint(x, 30));
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(x > 104 ? "ON" : "OFF", left, right));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(x > 104 ? "ON" : "OFF", left, right));
 }
 
 void SlideSwitchTest::faceAlongADrag_data()
@@ -376,7 +378,7 @@ void SlideSwitchTest::faceAlongADrag()
     knob->setLocked(locked);
     Mouse::press(knob.widget, QPoint(from, 30));
     Mouse::drag(knob.widget, QPoint(x, 30));
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture(name, x - 20, x + 19));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage(name, x - 20, x + 19));
 }
 
 void SlideSwitchTest::shortDragLeavesTheButtonPressed()
@@ -424,9 +426,9 @@ void SlideSwitchTest::placesAreRounded()
     Stage<SlideSwitch> knob;
     Mouse::press(knob.widget, QPointF(50, 30));
     Mouse::drag(knob.widget, QPointF(99.5, 30));
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("OFF", 80, 119));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage("OFF", 80, 119));
     Mouse::drag(knob.widget, QPointF(99.49, 30));
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("OFF", 79, 118));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage("OFF", 79, 118));
     // 104.5 counts as 105, which is past the threshold.
     Mouse::release(knob.widget, QPointF(104.5, 30));
     QVERIFY(knob->isChecked());
@@ -450,10 +452,10 @@ void SlideSwitchTest::dragSurvivesDisabling()
     knob->setEnabled(false);
     knob->setEnabled(true);
     Mouse::drag(knob.widget, QPoint(100, 30));
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("OFF", 80, 119));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage("OFF", 80, 119));
     Mouse::press(knob.widget, QPoint(100, 30));
     Mouse::drag(knob.widget, QPoint(110, 30));
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("ON", 90, 129));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage("ON", 90, 129));
 }
 
 void SlideSwitchTest::dragFromTheEndAndTheMiddleAtOnce()
@@ -468,7 +470,7 @@ void SlideSwitchTest::dragFromTheEndAndTheMiddleAtOnce()
     Mouse::release(knob.widget, QPoint(40, 59));
     QVERIFY(!knob->isChecked());
     QVERIFY(knob->getLocked());
-    COMPARE_PICTURES(pictureOf(knob.widget), atRest("LOCKED-OFF", middleKnob));
+    COMPARE_IMAGES(imageOf(knob.widget), atRest("LOCKED-OFF", middleKnob));
 }
 
 void SlideSwitchTest::anotherButton()
@@ -476,11 +478,11 @@ void SlideSwitchTest::anotherButton()
     Stage<SlideSwitch> knob;
     Mouse::press(knob.widget, QPoint(40, 30), Qt::RightButton);
     Mouse::drag(knob.widget, QPoint(100, 30));
-    COMPARE_PICTURES(pictureOf(knob.widget), switchPicture("OFF", 80, 119));
+    COMPARE_IMAGES(imageOf(knob.widget), switchImage("OFF", 80, 119));
     Mouse::release(knob.widget, QPoint(150, 30), Qt::RightButton);
     // The base class ignores it, so the drag ends without a change.
     QVERIFY(!knob->isChecked());
-    COMPARE_PICTURES(pictureOf(knob.widget), atRest("OFF", offKnob));
+    COMPARE_IMAGES(imageOf(knob.widget), atRest("OFF", offKnob));
 }
 
 void SlideSwitchTest::screenFollowsEveryButton_data()
@@ -537,15 +539,15 @@ void SlideSwitchTest::keysAndClicksOfTheBaseClass()
     Stage<SlideSwitch> knob;
     QTest::keyClick(knob.widget, Qt::Key_Space);
     QVERIFY(knob->isChecked());
-    COMPARE_PICTURES(pictureOf(knob.widget), atRest("ON", onKnob));
+    COMPARE_IMAGES(imageOf(knob.widget), atRest("ON", onKnob));
     knob->click();
     QVERIFY(!knob->isChecked());
     // A key in the middle of a drag toggles under it; the drag ends by the state it finds.
     Mouse::press(knob.widget, QPoint(40, 30));
     QTest::keyClick(knob.widget, Qt::Key_Space);
     Mouse::release(knob.widget, QPoint(60, 30));
-    COMPARE_PICTURES(pictureOf(knob.widget),
-                     knob->isChecked() ? atRest("ON", onKnob) : atRest("OFF", offKnob));
+    COMPARE_IMAGES(imageOf(knob.widget),
+                   knob->isChecked() ? atRest("ON", onKnob) : atRest("OFF", offKnob));
 }
 
 void SlideSwitchTest::deletedInASlot_data()

@@ -1,4 +1,6 @@
-#include "pictures.h"
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
+#include "images.h"
 #include "testmain.h"
 #include "threadannotations.h"
 #include "widgetprobe.h"
@@ -159,7 +161,7 @@ void ThreadsTest::writeWhilePainting(bool ordered)
         Widget other;
         other.resize(80, 40);
         restyle(&other, rounds);
-        painted = painted && pictureOf(&other).size() == other.size();
+        painted = painted && imageOf(&other).size() == other.size();
         ++rounds;
     }
     for (std::thread &thread : threads)
@@ -173,7 +175,7 @@ void ThreadsTest::writeWhilePainting(bool ordered)
         restyle(fresh.widget, writes - 2);
         restyle(fresh.widget, writes - 1);
         deliverAll();
-        COMPARE_PICTURES(pictureOf(widget), pictureOf(fresh.widget));
+        COMPARE_IMAGES(imageOf(widget), imageOf(fresh.widget));
     }
 }
 
@@ -238,7 +240,7 @@ void ThreadsTest::dropFromManyThreads()
     bool painted = true;
     bool dropped = true;
     for (int mine = 1; mine <= turns; ++mine) {
-        pictureOf(&widget);
+        imageOf(&widget);
         painted = painted && !widget.isDropped();
         turn = mine;
         QEvent event(QEvent::EnabledChange);
@@ -290,12 +292,12 @@ void ThreadsTest::paintingElsewhere()
     Painted button;
     button.resize(80, 40);
     button.setText(QStringLiteral("Start"));
-    const QImage expected = pictureOf(&button);
+    const QImage expected = imageOf(&button);
     for (int round = 0; round < 3; ++round) {
         std::thread painter([&button] { button.paintImage(); });
         painter.join();
-        COMPARE_PICTURES(*button.image, expected);
-        COMPARE_PICTURES(pictureOf(&button), expected);
+        COMPARE_IMAGES(*button.image, expected);
+        COMPARE_IMAGES(imageOf(&button), expected);
     }
 }
 

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "transpbutton.h"
 
 #include "cacheprobe.h"
 #include "icons.h"
-#include "pictures.h"
+#include "images.h"
 #include "testmain.h"
 
 #include <QtCore/QPointer>
@@ -13,10 +15,10 @@
 
 namespace {
 
-QImage buttonPicture(QSize size, const QColor &icon, QSize iconSize, const QString &text,
-                     QPoint offset = QPoint(), bool enabled = true)
+QImage buttonImage(QSize size, const QColor &icon, QSize iconSize, const QString &text,
+                   QPoint offset = QPoint(), bool enabled = true)
 {
-    return drawnPicture(size, [&](QPainter *painter) {
+    return drawnImage(size, [&](QPainter *painter) {
         if (icon.isValid()) {
             painter->drawPixmap((size.width() - iconSize.width()) / 2,
                                 (size.height() - iconSize.height()) / 2,
@@ -83,7 +85,7 @@ void TranspButtonTest::empty()
 {
     for (const QSize size : {QSize(18, 18), QSize(100, 40), QSize(301, 203)}) {
         Stage<TranspButton> button(size);
-        COMPARE_PICTURES(pictureOf(button.widget), emptyPicture(size));
+        COMPARE_IMAGES(imageOf(button.widget), emptyImage(size));
     }
 }
 
@@ -118,8 +120,7 @@ void TranspButtonTest::looks()
     button->setProperty("posLabel", offset);
     deliverAll();
     const QColor icon = withIcon ? QColor(Qt::red) : QColor();
-    COMPARE_PICTURES(pictureOf(button.widget),
-                     buttonPicture(size, icon, QSize(16, 16), text, offset));
+    COMPARE_IMAGES(imageOf(button.widget), buttonImage(size, icon, QSize(16, 16), text, offset));
 }
 
 void TranspButtonTest::iconModes()
@@ -127,7 +128,7 @@ void TranspButtonTest::iconModes()
     Stage<TranspButton> button(QSize(60, 40));
     button->setIcon(telltaleIcon(QSize(16, 16)));
     button->setCheckable(true);
-    const auto middle = [&] { return pictureOf(button.widget).pixelColor(30, 20); };
+    const auto middle = [&] { return imageOf(button.widget).pixelColor(30, 20); };
     QCOMPARE(middle(), QColor(Qt::red));
     button->setChecked(true);
     QCOMPARE(middle(), QColor(Qt::green));
@@ -152,8 +153,8 @@ void TranspButtonTest::smallerPixmap()
     button->setIconSize(QSize(30, 30));
     button->setIcon(telltaleIcon(QSize(16, 10)));
     deliverAll();
-    COMPARE_PICTURES(pictureOf(button.widget),
-                     buttonPicture(QSize(60, 40), Qt::red, QSize(16, 10), QString()));
+    COMPARE_IMAGES(imageOf(button.widget),
+                   buttonImage(QSize(60, 40), Qt::red, QSize(16, 10), QString()));
 }
 
 void TranspButtonTest::enterAndLeave()
@@ -204,7 +205,7 @@ void TranspButtonTest::absurdOffset()
     button->setText(QStringLiteral("Clear all"));
     button->setPosLabel(offset);
     deliverAll();
-    COMPARE_PICTURES(pictureOf(button.widget), emptyPicture(button->size()));
+    COMPARE_IMAGES(imageOf(button.widget), emptyImage(button->size()));
 }
 
 void TranspButtonTest::growing()

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include <QtCore/QFile>
 #include <QtCore/QPluginLoader>
 #include <QtGui/QFontDatabase>

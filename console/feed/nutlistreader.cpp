@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "nutlistreader.h"
 
 NutListReader::NutListReader(const QString &upsName)

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "nutsession.h"
 
 #include "nutmapping.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "privatefile.h"
 
 #include <QtCore/QFile>

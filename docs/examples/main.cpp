@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "examples.h"
 
 #include <QtCore/QDir>
@@ -7,7 +9,7 @@
 
 #include <cstdio>
 
-// Runs the code that the pages of the documentation show, and takes its pictures.
+// Runs the code that the pages of the documentation show, and takes its images.
 
 namespace {
 

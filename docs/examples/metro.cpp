@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "examples.h"
 
 #include <KivWidgets/MetroBattIcon>
@@ -30,7 +32,7 @@ QIcon plug(const QColor &color)
 
 void showMetro(QWidget *page)
 {
-    auto *top = new MetroStatusbar(page); // takes the size of its picture
+    auto *top = new MetroStatusbar(page); // takes the size of its image
     top->move(0, 0);
 
     auto *inverter = new MetroShelter(page);
@@ -49,7 +51,7 @@ void showMetro(QWidget *page)
     mains->setState({2, 5}); // warning, on
     mains->move(210, 70);
 
-    auto *battery = new MetroBattIcon(page); // takes the size of its picture
+    auto *battery = new MetroBattIcon(page); // takes the size of its image
     battery->setState({1, 6});               // no alarm, on battery
     battery->move(280, 70);
 

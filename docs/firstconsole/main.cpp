@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include <KivWidgets/AeroLinebar>
 #include <KivWidgets/MetroCirclerate>
 #include <KivWidgets/MetroShelter>

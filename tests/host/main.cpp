@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 // The smallest possible application, with both spellings of the headers, and a form that is
 // compiled and loaded: host [FORM].
 #include "ui_host.h"

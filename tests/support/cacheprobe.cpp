@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "cacheprobe.h"
 
-#include "pictures.h"
+#include "images.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QVariant>
@@ -14,7 +16,7 @@ CacheProbe::CacheProbe(QWidget *watched, std::vector<Cache> watchedCaches)
 QString CacheProbe::effectOf(const std::function<void()> &action)
 {
     deliverAll();
-    pictureOf(widget);
+    imageOf(widget);
     if (!dropped().isEmpty())
         return QStringLiteral("not painted: ") + dropped();
 

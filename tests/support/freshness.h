@@ -1,13 +1,15 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
-#include "pictures.h"
+#include "images.h"
 #include "widgetprobe.h"
 
 #include <QtCore/QVariant>
 
 #include <functional>
 
-/// Writes @p property of a shown widget whose pictures are cached, and of one of the same @p
+/// Writes @p property of a shown widget whose images are cached, and of one of the same @p
 /// populate that was not shown yet. Empty when both then look alike and not as before; else what is
 /// wrong.
 template <typename W>
@@ -17,7 +19,7 @@ QString freshnessProblem(const std::function<void(W *)> &populate, const char *p
     Stage<W> mutated;
     populate(mutated.widget);
     deliverAll();
-    const QImage before = pictureOf(mutated.widget);
+    const QImage before = imageOf(mutated.widget);
     mutated->setProperty(property, value);
     deliverAll();
 
@@ -30,8 +32,8 @@ QString freshnessProblem(const std::function<void(W *)> &populate, const char *p
     window.show();
     deliverAll();
 
-    const QString difference = differenceOf(pictureOf(mutated.widget), pictureOf(fresh));
-    if (difference.isEmpty() && differenceOf(pictureOf(mutated.widget), before).isEmpty())
+    const QString difference = differenceOf(imageOf(mutated.widget), imageOf(fresh));
+    if (difference.isEmpty() && differenceOf(imageOf(mutated.widget), before).isEmpty())
         return QStringLiteral("looks as before");
     return difference;
 }

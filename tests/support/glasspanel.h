@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include <QtCore/QSize>
@@ -5,7 +7,7 @@
 
 class QPainter;
 
-/// The glass panel drawn plainly, apart from the library, for expected pictures.
+/// The glass panel drawn plainly, apart from the library, for expected images.
 struct GlassPanel
 {
     QColor color = QColor(Qt::gray);

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 // Writes events into a history and says which are acknowledged, until somebody ends it.
 //
 // Usage: kivhistorywriter DIRECTORY

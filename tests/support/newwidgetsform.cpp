@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 // Writes a form with one new widget of each class, as Qt Designer makes them: newwidgetsform FILE
 
 #include "customwidget.h"

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #pragma once
 
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
-/// Fixes what pictures depend on: platform, style, font. Called before and after the application is
+/// Fixes what images depend on: platform, style, font. Called before and after the application is
 /// made.
 void prepareTestEnvironment();
 void prepareTestApplication();

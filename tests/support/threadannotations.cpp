@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
 #include "threadannotations.h"
 
 #ifdef __SANITIZE_THREAD__

@@ -1,4 +1,6 @@
-#include "pictures.h"
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
+#include "images.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QPainter>
@@ -6,12 +8,12 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QWidget>
 
-QImage pictureOf(QWidget *widget)
+QImage imageOf(QWidget *widget)
 {
-    QImage picture = emptyPicture(widget->size());
-    if (!picture.isNull())
-        widget->render(&picture, QPoint(), QRegion(), QWidget::RenderFlags());
-    return picture;
+    QImage image = emptyImage(widget->size());
+    if (!image.isNull())
+        widget->render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
+    return image;
 }
 
 QImage screenOf(QWidget *widget)
@@ -32,25 +34,25 @@ QImage repaintedScreenOf(QWidget *widget)
         .convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-QImage emptyPicture(QSize size)
+QImage emptyImage(QSize size)
 {
-    QImage picture(size, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    return picture;
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
 }
 
-QImage drawnPicture(QSize size, const std::function<void(QPainter *)> &draw)
+QImage drawnImage(QSize size, const std::function<void(QPainter *)> &draw)
 {
-    QImage picture = emptyPicture(size);
-    QPainter painter(&picture);
+    QImage image = emptyImage(size);
+    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     draw(&painter);
-    return picture;
+    return image;
 }
 
 QImage faded(const QImage &source, double opacity)
 {
-    return drawnPicture(source.size(), [&](QPainter *painter) {
+    return drawnImage(source.size(), [&](QPainter *painter) {
         painter->setOpacity(opacity);
         painter->drawImage(0, 0, source);
     });
@@ -58,7 +60,7 @@ QImage faded(const QImage &source, double opacity)
 
 static void save(const QImage &actual, const QImage &expected)
 {
-    const QString directory = qEnvironmentVariable("KIV_TEST_PICTURES");
+    const QString directory = qEnvironmentVariable("KIV_TEST_IMAGES");
     if (directory.isEmpty())
         return;
     QString name = QString::fromLatin1(QTest::currentTestFunction());
