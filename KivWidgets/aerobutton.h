@@ -15,7 +15,8 @@
 /// not change its look; disabled, its panel is washed out and its icon in disabled mode.
 ///
 /// An icon shows only on a button that is at least two pixels higher than the icon, and two pixels
-/// wider than icon and text together. GUI thread only, but for the setters of AeroStyle.
+/// wider than icon and text together. Use it only in the GUI thread, except for the setters of
+/// AeroStyle.
 ///
 /// It has no size hint: in a layout, give it a minimum or a fixed size. 120 x 40 pixels suit a
 /// short text. An `&` in the text is drawn as it is, and still makes the letter after it a
@@ -52,7 +53,8 @@ public:
     /// Sets the text and rebuilds the image, also for an equal text. Hides the base class's,
     /// which does not rebuild.
     void setText(const QString &text);
-    /// Sets the icon and rebuilds the image. Hides the base class's, which does not rebuild.
+    /// Sets the icon and rebuilds the image. Hides the base class's function, which does not
+    /// rebuild the image.
     void setIcon(const QIcon &icon);
 
 protected:

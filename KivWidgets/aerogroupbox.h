@@ -18,8 +18,8 @@
 /// rectangle or of an Aero setting drops the body, and the title too while the background is the
 /// glass panel. `colorTitle` and `bold` drop the body only: the title keeps its look until it is
 /// dropped by one of those events or by setTitle(). While the title is a null string, `opacity`
-/// acts on the panel alone, not on the finished body as well. GUI thread only, but for the setters
-/// of AeroStyle.
+/// acts on the panel alone, not on the finished body as well. Use it only in the GUI thread, except
+/// for the setters of AeroStyle.
 ///
 /// Without a layout inside it has only the minimum size of its title: in a layout, give it one,
 /// such as 240 x 140 pixels. An `&` in the title is drawn as it is, and still makes the letter

@@ -16,8 +16,8 @@
 /// Panel, trough, text and ticks are cached apart. A resize, a change of the enabled state, of an
 /// Aero setting or of `tickSize`, and a removed child drop all four; `colorText`, `bold` and a
 /// changed text drop the text, `tickInterval` the ticks. The limits and `valuePosition` only
-/// repaint, so ticks keep their places when the limits change. GUI thread only, but for the setters
-/// of AeroStyle.
+/// repaint, so ticks keep their places when the limits change. Use it only in the GUI thread,
+/// except for the setters of AeroStyle.
 ///
 /// It has no size hint: in a layout, give it a minimum or a fixed size. 240 x 50 pixels leave room
 /// for text and ticks.

@@ -14,7 +14,8 @@
 /// limits of the application prevent it. The icon size follows the icon's first size. The
 /// finished image is cached; it is dropped by a new state or icon, by a change of the enabled
 /// state, and when a child is removed. Disabled, the battery is lightened on a light grey
-/// background and the icon in disabled mode. GUI thread only, but for MetroStyle::setState().
+/// background and the icon in disabled mode. Use it only in the GUI thread, except for
+/// MetroStyle::setState().
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.
@@ -28,7 +29,8 @@ public:
     explicit MetroBattIcon(QWidget *parent = nullptr);
     ~MetroBattIcon() override;
 
-    /// Sets the icon and rebuilds. Hides the base class's, which does not rebuild.
+    /// Sets the icon and rebuilds. Hides the base class's function, which does not rebuild the
+    /// image.
     void setIcon(const QIcon &icon);
 
     void repaintSchedule(QImage **cached);

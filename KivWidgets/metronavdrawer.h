@@ -58,7 +58,8 @@ public:
     QColor getBackground() const;
     void setBackground(const QColor &background);
 
-    /// Sets the geometry and, while open, keeps it as the open geometry. Hides QWidget's.
+    /// Sets the geometry and, while open, keeps it as the open geometry. Hides the function of
+    /// QWidget.
     void setGeometry(QRect r);
     /// Moves the drawer; while open, the kept geometry's upper left corner moves alone. Hides
     /// QWidget's.

@@ -14,8 +14,8 @@
 /// finished image is cached; it is dropped by a new state, text, icon or property, by a resize, a
 /// change of the enabled state, and when a child is removed. A state outside the tables shows the
 /// LED of a lost communication and writes an error line whenever the image is painted; so does a
-/// warning, an anomaly or a fault of an element with no state known. GUI thread only, but for
-/// MetroStyle::setState().
+/// warning, an anomaly or a fault of an element with no state known. Use it only in the GUI thread,
+/// except for MetroStyle::setState().
 ///
 /// It has no size hint: in a layout, give it a minimum or a fixed size. 140 x 44 pixels suit a
 /// short label. Set the icon size to that of the icon: it is the icon size that centres it. An `&`
@@ -43,9 +43,11 @@ public:
     int getXLabel() const;
     void setxLabel(int x);
 
-    /// Sets the icon and rebuilds. Hides the base class's, which does not rebuild.
+    /// Sets the icon and rebuilds. Hides the base class's function, which does not rebuild the
+    /// image.
     void setIcon(const QIcon &icon);
-    /// Sets the text and rebuilds. Hides the base class's, which does not rebuild.
+    /// Sets the text and rebuilds. Hides the base class's function, which does not rebuild the
+    /// image.
     void setText(const QString &text);
 
     void createImages();

@@ -14,7 +14,7 @@
 /// Every resize, the one at the first show included, ends at the image's size, 800 x 42 pixels
 /// with the library's. The finished image is cached; it is dropped by a new background, a change
 /// of the enabled state and a removed child, not by a resize. The state of the Metro base plays no
-/// part here. GUI thread only, but for MetroStyle::setState().
+/// part here. Use it only in the GUI thread, except for MetroStyle::setState().
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.

@@ -14,7 +14,7 @@
 /// icon or property, by a change of the enabled state, when the pointer enters or leaves, and when
 /// a child is removed. A changed checked state shows with the next drop. Under the pointer the icon
 /// is in active mode; disabled, the plate is lightened on a light grey background and the icon in
-/// disabled mode. GUI thread only, but for MetroStyle::setState().
+/// disabled mode. Use it only in the GUI thread, except for MetroStyle::setState().
 ///
 /// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
 /// full-screen window.
@@ -41,7 +41,8 @@ public:
     int getRoundness() const;
     void setRoundness(int roundness);
 
-    /// Sets the icon and rebuilds. Hides the base class's, which does not rebuild.
+    /// Sets the icon and rebuilds. Hides the base class's function, which does not rebuild the
+    /// image.
     void setIcon(const QIcon &icon);
 
     void paintBase(QPainter *painter);
@@ -53,9 +54,9 @@ public:
     void paintEvent(QPaintEvent *event) override;
 
 Q_SIGNALS:
-    /// The pointer came over the button.
+    /// Handles the pointer entering the button.
     void mouseEnter();
-    /// The pointer left the button.
+    /// Handles the pointer leaving the button.
     void mouseLeave();
 
 protected:

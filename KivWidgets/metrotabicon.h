@@ -13,8 +13,8 @@
 /// Two finished images are cached, one for each checked state. A new state, a change of the
 /// enabled state and a removed child drop both; a plain resize keeps them, and they are shown
 /// stretched until the next drop. A new icon, too, shows with the next drop. A tab smaller than its
-/// icon size plus two pixels grows, its size limits included. GUI thread only, but for
-/// MetroStyle::setState().
+/// icon size plus two pixels grows, its size limits included. Use it only in the GUI thread, except
+/// for MetroStyle::setState().
 ///
 /// It has no size hint: in a layout, give it a minimum or a fixed size. 64 x 64 pixels hold an icon
 /// of 24 x 24 and the LED. Set the icon size to that of the icon: it is the icon size that centres

@@ -33,9 +33,9 @@ public:
     void setPosLabel(const QPoint &posLabel);
 
 Q_SIGNALS:
-    /// The pointer came over the button.
+    /// Handles the pointer entering the button.
     void mouseEnter();
-    /// The pointer left the button.
+    /// Handles the pointer leaving the button.
     void mouseLeave();
 
 protected:
