@@ -51,7 +51,7 @@ public:
     void append(int number);
     void append(double number);
     void append(QSize size);
-    /// By its specification too, since a painter may treat equal components differently.
+    /// By its colour model too, since a painter may treat equal components differently.
     void append(const QColor &color);
     /// All of @p image that a painter on it takes into account.
     void appendDevice(const QImage &image);

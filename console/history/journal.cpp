@@ -9,6 +9,21 @@
 
 namespace {
 
+/// A new event that begins with @p change.
+Event begun(const EventChange &change)
+{
+    Event event;
+    event.ups = change.ups;
+    event.kind = change.kind;
+    event.condition = change.condition;
+    event.severity = change.severity;
+    event.text = change.text;
+    event.value = change.value;
+    event.user = change.user;
+    event.begin = event.resumed = change.at;
+    return event;
+}
+
 /// The changes of one go; ids keep each event once, in its latest state.
 class Writer
 {
@@ -41,16 +56,7 @@ public:
             raise(&event, change.severity);
             return write(event);
         }
-        event = Event();
-        event.ups = change.ups;
-        event.kind = change.kind;
-        event.condition = change.condition;
-        event.severity = change.severity;
-        event.text = change.text;
-        event.value = change.value;
-        event.user = change.user;
-        event.begin = event.resumed = change.at;
-        return write(event);
+        return write(begun(change));
     }
 
     bool end(Event event, qint64 at, bool seen)
@@ -91,15 +97,7 @@ public:
 
     bool moment(const EventChange &change)
     {
-        Event event;
-        event.ups = change.ups;
-        event.kind = change.kind;
-        event.condition = change.condition;
-        event.severity = change.severity;
-        event.text = change.text;
-        event.value = change.value;
-        event.user = change.user;
-        event.begin = event.resumed = change.at;
+        Event event = begun(change);
         event.end = change.at;
         return write(event);
     }
