@@ -18,7 +18,7 @@ import unittest
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib
+from gi.repository import Atspi, Gio, GLib
 
 PATIENCE = 20.0
 
@@ -49,6 +49,7 @@ class Session:
             os.environ["DISPLAY"] = ":" + first_line(display)
             bus = self.start("dbus-daemon", "--session", "--nofork", "--print-address")
             os.environ["DBUS_SESSION_BUS_ADDRESS"] = first_line(bus)
+            start_accessibility_bus()
             os.environ.update(QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
                               QT_PLUGIN_PATH=plugins)
             self.start(console)
@@ -77,6 +78,17 @@ class Session:
             end(process)
         self.log.close()
         shutil.rmtree(self.directory)
+
+
+def start_accessibility_bus():
+    """Waits until the accessibility bus has its name, as in the session of a desktop.
+
+    Its launcher writes the address to the display first. A Qt program that finds the address before
+    the name exists connects, but never registers.
+    """
+    Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
+        "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
+        Gio.DBusCallFlags.NONE, int(PATIENCE * 1000))
 
 
 def first_line(process):
