@@ -2,9 +2,12 @@
 
 #include "examples.h"
 
+#include <KivWidgets/MetroCirclerate>
+
 #include <QtCore/QDir>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QStyleFactory>
+#include <QtWidgets/QVBoxLayout>
 #include <QtWidgets/QWidget>
 
 #include <cstdio>
@@ -26,6 +29,18 @@ constexpr Example examples[] = {
     {"states", {720, 340}, showStates}, {"switches", {440, 180}, showSwitches},
 };
 
+/// Whether the layout gives the dial of addDial() the room that it needs.
+bool dialIsWhole()
+{
+    QWidget page;
+    auto *layout = new QVBoxLayout(&page);
+    addDial(layout);
+    page.show();
+    QApplication::processEvents();
+    const auto *dial = page.findChild<MetroCirclerate *>();
+    return !dial->size().isEmpty() && dial->parentWidget()->rect().contains(dial->geometry());
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -45,6 +60,10 @@ int main(int argc, char **argv)
     // The same everywhere, whatever the desktop looks like.
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 10));
+    if (!dialIsWhole()) {
+        std::fprintf(stderr, "kivexamples: the dial of addDial() is cut off\n");
+        return 1;
+    }
     for (const Example &example : examples) {
         QWidget page;
         page.resize(example.size);

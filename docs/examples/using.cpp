@@ -15,6 +15,7 @@ void addDial(QVBoxLayout *layout)
     auto *room = new QWidget; // the layout sizes the room, and the dial keeps its own size in it
     auto *dial = new MetroCirclerate(room);
     dial->setRadius(60);
+    dial->grab(); // a dial that is not shown yet computes its size when it is painted
     room->setMinimumSize(dial->size());
     layout->addWidget(room);
 }
