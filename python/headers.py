@@ -37,7 +37,7 @@ def read_docs(header):
             if not text.endswith((";", "{", "}")):
                 continue
             name = re.search(r"(\w+)\(|enum (?:class )?(\w+)|(\w+)(?:\[\d+\])?;", declaration)
-            if name and comment:
+            if name and comment and "= delete" not in declaration:
                 # A comment stands before a getter and holds for the setter after it.
                 docs[scope, next(filter(None, name.groups()))] = plain(comment)
             declaration = ""

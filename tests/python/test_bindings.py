@@ -155,6 +155,7 @@ class Classes(BindingsTest):
         text = kivwidgets.MetroCirclerate.setValue.__doc__
         self.assertTrue(text.startswith("setValue(self, value: float)\n"), text)
         self.assertIn("Default: 35.0", text)
+        self.assertIn("Default: (0, 174, 240)", kivwidgets.MetroCirclerate.setCursor.__doc__)
         for cls, _, _, getter, setter in PROPERTIES:
             for method in (getter, setter):
                 self.assertIn("\n", getattr(cls, method).__doc__, f"{cls.__name__}.{method}")
