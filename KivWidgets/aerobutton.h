@@ -9,18 +9,18 @@
 
 /// A push button drawn as a glass panel with a text, an icon, or an icon followed by a text.
 ///
-/// The finished image is cached. It is dropped by a resize, a change of the enabled state, of an
-/// Aero setting, of `colorText` or `bold`, by setText() and setIcon(), and when a child is removed.
-/// A changed font, icon size or checked state shows with the next drop. Pressing the button does
-/// not change its look; disabled, its panel is washed out and its icon in disabled mode.
+/// The finished image is cached. It is dropped by a resize, by a change of the enabled state, of an
+/// Aero setting, of `colorText` or of `bold`, by setText() and setIcon(), and when a child is
+/// removed. A change of the font, of the icon size or of the checked state does not drop it, and
+/// becomes visible with the next drop.
 ///
-/// An icon shows only on a button that is at least two pixels higher than the icon, and two pixels
-/// wider than icon and text together. Use it only in the GUI thread, except for the setters of
-/// AeroStyle.
+/// A pressed button looks like a released one. A disabled button has a washed-out panel, and its
+/// icon in disabled mode. The icon is visible only if the button is at least two pixels higher than
+/// the icon, and at least two pixels wider than icon and text together. Use the button only in the
+/// GUI thread, except for the setters of AeroStyle.
 ///
-/// It has no size hint: in a layout, give it a minimum or a fixed size. 120 x 40 pixels suit a
-/// short text. An `&` in the text is drawn as it is, and still makes the letter after it a
-/// shortcut, as in every QAbstractButton.
+/// The button has no size hint. Recommended minimum size: 80 x 32 pixels. An `&` in the text is
+/// drawn as it is. It still makes the letter after it a shortcut, as in every QAbstractButton.
 class KIVWIDGETS_EXPORT AeroButton : public QAbstractButton, public AeroStyle
 {
     Q_OBJECT
@@ -44,14 +44,14 @@ public:
     /// Whether the text is in bold weight. Default: true. A change repaints.
     bool getBold() const;
     void setTextBold(bool bold);
-    /// Angle in degrees by which the finished image is turned about its vertical centre line, in
-    /// perspective; at 90 the button is seen edge-on. Default: 0.0. A change keeps the cached
+    /// Angle in degrees. The finished image is shown turned about its vertical centre line, in
+    /// perspective: at 90 the button is seen edge-on. Default: 0.0. A change keeps the cached
     /// image.
     double getRotate() const;
     void setRotate(double rotate);
 
-    /// Sets the text and rebuilds the image, also for an equal text. Hides the base class's,
-    /// which does not rebuild.
+    /// Sets the text and rebuilds the image, even if the text is the same. Hides the base class's
+    /// function, which does not rebuild the image.
     void setText(const QString &text);
     /// Sets the icon and rebuilds the image. Hides the base class's function, which does not
     /// rebuild the image.

@@ -8,22 +8,24 @@
 #include <QtGui/QPixmap>
 #include <QtWidgets/QGroupBox>
 
-/// A group box on a glass panel or on an image, with its title over the panel's top edge, where
-/// the outline is left open under it.
+/// A group box on a glass panel or on an image. The title stands over the top edge, where the
+/// outline is left open for it.
 ///
-/// A left press anywhere in the box emits clicked(), after it has toggled the box if that is
-/// checkable. No indicator is painted.
+/// A left press anywhere in the box toggles it if it is checkable, and then emits clicked(). No
+/// check mark is painted.
 ///
-/// Body and title are cached apart. A resize, a change of the enabled state, of the contents
-/// rectangle or of an Aero setting drops the body, and the title too while the background is the
-/// glass panel. `colorTitle` and `bold` drop the body only: the title keeps its look until it is
-/// dropped by one of those events or by setTitle(). While the title is a null string, `opacity`
-/// acts on the panel alone, not on the finished body as well. Use it only in the GUI thread, except
-/// for the setters of AeroStyle.
+/// Body and title are cached as two images. The body is dropped by a resize, and by a change of the
+/// enabled state, of the contents rectangle or of an Aero setting. While the background is the
+/// glass panel, the same events drop the title. A change of `colorTitle` or `bold` drops only the
+/// body: the title keeps its look until one of those events or setTitle() drops it.
 ///
-/// Without a layout inside it has only the minimum size of its title: in a layout, give it one,
-/// such as 240 x 140 pixels. An `&` in the title is drawn as it is, and still makes the letter
-/// after it a shortcut, as in every QGroupBox.
+/// If the box has a title, `opacity` acts twice: on the panel, and on the finished images. While
+/// the title is a null string, it acts on the panel only. Use the box only in the GUI thread,
+/// except for the setters of AeroStyle.
+///
+/// Without a layout inside, the minimum size hint has room for the title only. Recommended minimum
+/// size: 120 x 80 pixels. An `&` in the title is drawn as it is. It still makes the letter after it
+/// a shortcut, as in every QGroupBox.
 class KIVWIDGETS_EXPORT AeroGroupbox : public QGroupBox, public AeroStyle
 {
     Q_OBJECT
@@ -65,8 +67,8 @@ public:
     bool getBold() const;
     void setTextBold(bool bold);
 
-    /// Sets the title and rebuilds both images; an equal title does nothing. Hides the base
-    /// class's, which does not rebuild the title.
+    /// Sets the title and rebuilds both images. An equal title does nothing. Hides the base class's
+    /// function, which does not rebuild the title.
     void setTitle(const QString &title);
 
 protected:
@@ -80,7 +82,7 @@ protected:
     void createImages();
     void repaintSchedule(QImage **cached);
 
-    // The spelling without "n" is the property's name.
+    // The property's name is spelled without the "n" too.
     typeBG backgroudType;
     QPixmap backgroundGroup;
     QColor colorTitle;

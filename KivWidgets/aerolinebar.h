@@ -10,17 +10,16 @@
 
 #include <array>
 
-/// A horizontal bar gauge: a glass panel revealed over a grey trough in proportion to the value,
-/// with an optional value text and an optional strip of ticks below.
+/// A horizontal bar gauge: a glass panel that covers a grey trough in proportion to the value, with
+/// an optional value text and an optional strip of ticks below.
 ///
-/// Panel, trough, text and ticks are cached apart. A resize, a change of the enabled state, of an
-/// Aero setting or of `tickSize`, and a removed child drop all four; `colorText`, `bold` and a
-/// changed text drop the text, `tickInterval` the ticks. The limits and `valuePosition` only
-/// repaint, so ticks keep their places when the limits change. Use it only in the GUI thread,
-/// except for the setters of AeroStyle.
+/// Panel, trough, text and ticks are cached as four images. A resize, a change of the enabled
+/// state, of an Aero setting or of `tickSize`, and the removal of a child drop all four. A change
+/// of `colorText`, of `bold` or of the text drops the text. A write of `tickInterval` drops the
+/// ticks. The limits and `valuePosition` only repaint, so the ticks keep their places when the
+/// limits change. Use the bar only in the GUI thread, except for the setters of AeroStyle.
 ///
-/// It has no size hint: in a layout, give it a minimum or a fixed size. 240 x 50 pixels leave room
-/// for text and ticks.
+/// The bar has no size hint. Recommended minimum size: 160 x 50 pixels.
 class KIVWIDGETS_EXPORT AeroLinebar : public QWidget, public AeroStyle
 {
     Q_OBJECT
@@ -41,45 +40,45 @@ class KIVWIDGETS_EXPORT AeroLinebar : public QWidget, public AeroStyle
     Q_PROPERTY(bool bold READ getBold WRITE setTextBold)
 
 public:
-    /// Where the value text stands. Any other value counts as rightVal.
+    /// The position of the value text. Any other value acts as rightVal.
     enum ValPos : int {
-        NoVal = 0,     ///< nowhere
+        NoVal = 0,     ///< no text
         CenterVal = 1, ///< centred on the end of the fill
         leftVal = 2,   ///< inside the fill, before its end
-        rightVal = 3,  ///< just after the fill
+        rightVal = 3,  ///< directly after the fill
     };
     Q_ENUM(ValPos)
 
     explicit AeroLinebar(QWidget *parent = nullptr);
     ~AeroLinebar() override;
 
-    /// Value at the left edge, meant to be below the maximum. Default: 0.0. Every write repaints.
-    /// With equal limits the bar is empty.
+    /// Value at the left edge. It should be less than the maximum; if both are equal, the bar is
+    /// empty. Default: 0.0. Every write repaints.
     double getMinValueF() const;
     void setMinValue(double minimum);
     /// Value at the right edge. Default: 100.0. Every write repaints.
     double getMaxValueF() const;
     void setMaxValue(double maximum);
-    /// Height of the tick strip in percent of the widget's height, held within 0 to 100.
-    /// Default: 20. Every write rebuilds all images.
+    /// Height of the tick strip in percent of the widget's height, clamped to 0 to 100. Default:
+    /// 20. Every write rebuilds all images.
     int getTickSize() const;
     void setTickHeight(int percent);
-    /// Distance of two ticks. Default: 10.0. An interval that would give more than 50 ticks becomes
-    /// a tenth of the range; this is checked only here, not when the limits change. A negative one
-    /// counts as 1.0. Every write rebuilds the ticks.
+    /// Distance between two ticks. Default: 10.0. An interval that would give more than 50 ticks
+    /// becomes a tenth of the range; a later change of the limits does not check this again. A
+    /// negative interval acts as 1.0. Every write rebuilds the ticks.
     double getTickInterval() const;
     void setTickStep(double interval);
-    /// The value shown. Default: 50.0. A value whose formatted text is the one already held is not
-    /// stored: the bar moves only when the text does. A new bar holds no text until the first write
-    /// of a value, a format or a text.
+    /// The value shown. Default: 50.0. If the formatted text of a new value equals the present
+    /// text, the value is not stored: the bar moves only when the text changes. A new bar has no
+    /// text until the first write of a value, a format or a text.
     double getValueF() const;
     void setValue(double v);
-    /// Default: NoVal. Every write repaints.
+    /// Position of the value text. Default: NoVal. Every write repaints.
     ValPos getValuePosition() const;
     void setValuePosition(ValPos position);
-    /// printf format of the value text, for one number; an integer conversion gets the value
-    /// truncated. A format that asks for anything else is shown as it stands. Characters of Latin-1
-    /// such as "°" show, others become "?"; setText() shows any character. Default: "%.02f%%".
+    /// printf format of the value text, for one number. An integer conversion gets the value
+    /// truncated. A format that asks for anything else is shown unchanged. Characters of Latin-1
+    /// such as "°" are shown, others become "?"; setText() shows any character. Default: "%.02f%%".
     QString getValueFormat() const;
     /// Colour of the value text. Default: an invalid colour. A change rebuilds the text.
     QColor getColorText() const;
@@ -88,18 +87,20 @@ public:
     bool getBold() const;
     void setTextBold(bool bold);
 
-    /// Sets the value text alone, until the next value whose text differs from it.
+    /// Sets the value text and leaves the value unchanged. The next value whose formatted text
+    /// differs from it replaces it.
     void setText(const QString &text);
-    /// The value text held: a null string before the first write of a value, a format or a text.
+    /// The value text. It is a null string before the first write of a value, a format or a text.
     QString getText() const;
-    /// Divides the height between bar and tick strip; called whenever that is needed.
+    /// Divides the height between bar and tick strip. The widget calls it after each change of its
+    /// height or of `tickSize`.
     void SplitArea();
 
     bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 public Q_SLOTS:
-    /// Sets the format and writes the value text again.
+    /// Sets the format and formats the present value again.
     void setValueFormat(QString vFormat);
 
 protected:

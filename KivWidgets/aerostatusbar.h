@@ -8,15 +8,14 @@
 #include <QtCore/QString>
 #include <QtWidgets/QFrame>
 
-/// A glass panel as the background of a status area; the application lays its own widgets on it.
+/// A glass panel as the background of a status area. The application places its own widgets on it.
 ///
-/// The finished panel is cached. It is dropped by a resize, a change of the enabled state or of any
-/// property, and when a child is removed. The frame of QFrame is not drawn. `colorText` and `bold`
-/// are kept with the strip for an application that labels it; the panel itself shows no text. GUI
-/// thread only, but for the setters of AeroStyle.
+/// The finished panel is cached. It is dropped by a resize, by a change of the enabled state or of
+/// any property, and when a child is removed. The frame of QFrame is not drawn. The panel shows no
+/// text: `colorText` and `bold` are stored for an application that puts a label on it. Use the
+/// panel only in the GUI thread, except for the setters of AeroStyle.
 ///
-/// Without a layout inside it has no useful size hint: in a layout, give it a minimum height, such
-/// as 40 pixels.
+/// Without a layout inside, it has no useful size hint. Recommended minimum size: 120 x 36 pixels.
 class KIVWIDGETS_EXPORT AeroStatusbar : public QFrame, public AeroStyle
 {
     Q_OBJECT

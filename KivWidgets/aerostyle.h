@@ -16,10 +16,10 @@ class QPainter;
 /// corners.
 ///
 /// A widget derives from its Qt class first and from this class second, and declares the six
-/// settings as its own Qt properties. A setter that changes a setting stores it and posts a
-/// QEvent::UpdateRequest to the owner, whose images are dropped when the event arrives and painted
-/// again by the next paint event; an equal value does nothing. Setters only store and post, so they
-/// may be called from any thread; the stored values themselves are not locked.
+/// settings as its own Qt properties. A setter stores a changed value and posts a
+/// QEvent::UpdateRequest to the owner. The owner drops its images when it gets the event, and
+/// paints them again at the next paint event. An equal value does nothing. Any thread may call the
+/// setters, because they only store and post; the stored values are not locked.
 class KIVWIDGETS_EXPORT AeroStyle
 {
 public:
@@ -36,30 +36,32 @@ public:
     /// Colour of the outer outline. Default: Qt::black.
     QColor getColorPen() const;
     void setColorPen(const QColor &colorPen);
-    /// Width of the outer outline in pixels, from which all insets follow; any int. Default: 2.
+    /// Width of the outer outline in pixels, any int. All insets of the panel follow from it.
+    /// Default: 2.
     int getWidthPen() const;
     void setWidthPen(int widthPen);
-    /// Opacity of the finished image, 0.0 to 1.0; the painter takes what lies beyond for the
-    /// nearer end. Outline and body are painted with it too, so that it acts on them twice; the
+    /// Opacity of the finished image, 0.0 to 1.0. A value outside this range acts as the nearer
+    /// limit. Outline and body are also painted with it, so that it acts on them twice. The
     /// highlight is painted with 0.3 times the alpha of `color`. Default: 1.0.
     double getOpacity() const;
     void setOpacity(double opacity);
-    /// Corner radius in percent of half the panel's shorter side, meant for 0 to 100 but not
-    /// bounded. Default: 25.
+    /// Corner radius in percent of half the panel's shorter side. It should be in the range 0 to
+    /// 100, but is not clamped. Default: 25.
     int getRoundness() const;
     void setRoundness(int roundness);
 
-    /// Sets both colours with one update request. A null pointer leaves its colour alone; nothing
-    /// is posted when nothing changes.
+    /// Sets both colours with one update request. A null pointer leaves its colour unchanged. If
+    /// nothing changes, no request is posted.
     void setAeroProperty(QColor *color, QColor *shadow);
 
-    /// Paints the glass panel at the painter's origin; only the size of @p rect counts. The painter
-    /// keeps the pen, the brush and the opacity of the last step.
+    /// Paints the glass panel at the painter's origin, in the size of @p rect, whose position is
+    /// ignored. Afterwards the painter has the pen, the brush and the opacity of the last step.
     void paintBase(QPainter *painter, QColor color1, QColor color2, QColor colorOutline,
                    QRect rect);
 
-    /// Deletes *@p image if there is one and marks the widget dirty, under the lock. Any thread; a
-    /// paint of the same image does not take the lock, so the application must keep the two apart.
+    /// Takes the lock, deletes *@p image if it exists, and marks the widget dirty. Any thread may
+    /// call it. Painting does not take the lock, so the application must not call it while the same
+    /// image is being painted.
     void repaintSchedule(QImage **image);
 
 protected:

@@ -4,14 +4,15 @@
 
 #include "aerobutton.h"
 
-/// A checkable AeroButton whose panel takes the `highlight` colour in place of `color` while
+/// A checkable AeroButton whose panel has the `highlight` colour in place of `color` while it is
 /// checked.
 ///
-/// Both looks are cached, so that a change of the checked state by a click or by setChecked() only
-/// shows the other image. What drops the button's image drops both, with two exceptions:
-/// `colorText` and `bold` drop the unchecked image only, `highlight` the checked one only.
+/// Both looks are cached, so a click or setChecked() only shows the other image. Whatever drops the
+/// image of an AeroButton drops both images, with two exceptions: `colorText` and `bold` drop only
+/// the unchecked image, and `highlight` only the checked one.
 ///
-/// Size and `&` are as in AeroButton: 120 x 40 pixels suit a short text.
+/// The switch has no size hint. Recommended minimum size: 80 x 32 pixels. An `&` in the text acts
+/// as in AeroButton.
 class KIVWIDGETS_EXPORT AeroSwitch : public AeroButton
 {
     Q_OBJECT
@@ -25,10 +26,10 @@ public:
     QColor getHighlight() const;
     void setHighlight(const QColor &highlight);
 
-    /// Checks the switch, rebuilds both images and repaints at once; does nothing if it is
-    /// checked. These three emit toggled(), but not clicked().
+    /// Checks the switch, rebuilds both images and repaints at once. Does nothing if the switch is
+    /// checked. Emits toggled(), but not clicked().
     void selectSwitch();
-    /// Unchecks the switch in the same way; does nothing if it is unchecked.
+    /// Unchecks the switch in the same way. Does nothing if the switch is unchecked.
     void unselectSwitch();
     /// Toggles the switch in the same way.
     void clickedSwitch();

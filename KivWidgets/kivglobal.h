@@ -12,11 +12,11 @@
 #define KIVWIDGETS_VERSION                                                                         \
     QT_VERSION_CHECK(KIVWIDGETS_VERSION_MAJOR, KIVWIDGETS_VERSION_MINOR, KIVWIDGETS_VERSION_PATCH)
 
-// The library's resource collection is named after its file, images.qrc. A shared library of an
-// application that has an images.qrc of its own and is linked after this one loses its resources:
+// The library's resource collection has the name of its file, images.qrc. If a shared library of
+// an application has its own images.qrc and is linked after this library, its resources are lost:
 // give that file another name.
 
-// Marks what the library exports; all else is hidden.
+// Exports a class or a function. Everything else is hidden.
 #if defined(KIVWIDGETS_LIBRARY)
 #define KIVWIDGETS_EXPORT Q_DECL_EXPORT
 #else
@@ -26,8 +26,8 @@
 /// The KIVWIDGETS_VERSION of the library that the program runs with. Any thread.
 KIVWIDGETS_EXPORT int kivWidgetsVersion();
 
-// A property that Qt Designer shows while a function of the widget says so; moc of Qt 6 knows no
-// such functions.
+// A condition for a property: Qt Designer shows the property while the named function of the widget
+// returns true. The moc of Qt 6 does not support such functions.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #define KIVWIDGETS_DESIGNABLE(condition)
 #else

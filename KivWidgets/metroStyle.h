@@ -24,37 +24,38 @@ class QObject;
 /// |         |                    | 7      | on bypass                        |
 struct elemDesc_t
 {
-    quint8 alarmSt; ///< how the element is doing
-    quint8 elemSt;  ///< what it is doing
+    quint8 alarmSt; ///< the alarm state
+    quint8 elemSt;  ///< the operating state
 };
 
 /// Whether both bytes are equal.
 KIVWIDGETS_EXPORT bool operator==(elemDesc_t a, elemDesc_t b);
-/// Whether a byte differs.
+/// Whether at least one byte differs.
 KIVWIDGETS_EXPORT bool operator!=(elemDesc_t a, elemDesc_t b);
 
 /// The state and the colours that all Metro widgets share.
 ///
-/// A widget derives from its Qt class first and from this class second. A new widget's state is
-/// {1, 0}, no alarm and no state known, which shows light grey.
+/// A widget derives from its Qt class first and from this class second. A new widget has the state
+/// {1, 0}, no alarm and no state known, whose colour is light grey.
 class KIVWIDGETS_EXPORT MetroStyle
 {
 public:
-    /// The colours of the states, by the index that getColorIdx() gives: 0 dark grey (unforeseen
-    /// state), 1 light blue (in order), 2 orange (on battery), 3 dark blue (on bypass), 4 light
-    /// grey (communication lost), 5 orange (warning), 6 red (fault, locked).
+    /// The colours of the states, indexed by getColorIdx(): 0 dark grey (a state that is not in the
+    /// tables), 1 light blue (in order), 2 orange (on battery), 3 dark blue (on bypass), 4 light
+    /// grey (communication lost or no state known), 5 orange (warning or anomaly), 6 red (fault or
+    /// locked).
     static const QColor COLORTAB[7];
 
-    /// Values of elemDesc_t::alarmSt: how an element is doing.
+    /// Values of elemDesc_t::alarmSt.
     enum class AlarmState : quint8 {
         CommunicationLost = 0,
         None = 1,
         Warning = 2,
-        Anomaly = 3, ///< shows as a warning
+        Anomaly = 3, ///< looks like a warning
         Fault = 4,
         Locked = 5,
     };
-    /// Values of elemDesc_t::elemSt: what an element is doing.
+    /// Values of elemDesc_t::elemSt.
     enum class OperatingState : quint8 {
         Unknown = 0,
         StandBy = 1,
@@ -70,20 +71,22 @@ public:
     explicit MetroStyle(QObject *owner);
     virtual ~MetroStyle();
 
-    /// Stores a state that differs from the one held and posts a QEvent::UpdateRequest to the
-    /// owner, which repaints when the event arrives. It only stores and posts, so any thread may
-    /// call it; the stored state is not locked.
+    /// Stores the state and posts a QEvent::UpdateRequest to the owner, which repaints when it gets
+    /// the event. An equal state does nothing. Any thread may call it, because it only stores and
+    /// posts; the stored state is not locked.
     void setState(elemDesc_t st);
-    /// The state held: the last one set, also before the widget shows it. It is read without a
+    /// The state that was set last, even if the widget does not show it yet. It is read without a
     /// lock.
     elemDesc_t getElementState() const;
 
-    /// The index into COLORTAB for the stored state. An alarm state, or without an alarm an
-    /// operating state, that is not in the table writes an error line and gives 0.
+    /// The index into COLORTAB for the stored state. An alarm state that is not in the table writes
+    /// an error line and gives 0. So does an operating state that is not in the table, if there is
+    /// no alarm.
     int getColorIdx();
 
-    /// Deletes *@p image if there is one and marks the widget dirty, under the lock. Any thread; a
-    /// paint of the same image does not take the lock, so the application must keep the two apart.
+    /// Takes the lock, deletes *@p image if it exists, and marks the widget dirty. Any thread may
+    /// call it. Painting does not take the lock, so the application must not call it while the same
+    /// image is being painted.
     void repaintSchedule(QImage **image);
 
 protected:

@@ -10,17 +10,16 @@
 /// A button that shows a battery in the state of an element, with the button's icon over its
 /// middle.
 ///
-/// Its size is that of the battery image, 72 x 72 pixels: any resize ends there, unless size
-/// limits of the application prevent it. The icon size follows the icon's first size. The
-/// finished image is cached; it is dropped by a new state or icon, by a change of the enabled
-/// state, and when a child is removed. Disabled, the battery is lightened on a light grey
-/// background and the icon in disabled mode. Use it only in the GUI thread, except for
-/// MetroStyle::setState().
+/// The button returns to the size of the battery image, 72 x 72 pixels, after every resize. Its
+/// icon size follows the first size of its icon. The finished image is cached. It is dropped by a
+/// new state or icon, by a change of the enabled state, and when a child is removed. A disabled
+/// button shows a lightened battery on a light grey background, and its icon in disabled mode. Use
+/// the button only in the GUI thread, except for MetroStyle::setState().
 ///
-/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
-/// full-screen window.
+/// In a resizable QScrollArea, and as a maximised or full-screen window, it accepts the size that
+/// it gets. Size limits that the application sets override its own size.
 ///
-/// It has no size hint: in a layout, give it a fixed size of 72 x 72 pixels.
+/// The button has no size hint. Recommended fixed size: 72 x 72 pixels.
 class KIVWIDGETS_EXPORT MetroBattIcon : public QAbstractButton, public MetroBattTemplate
 {
     Q_OBJECT
@@ -29,8 +28,8 @@ public:
     explicit MetroBattIcon(QWidget *parent = nullptr);
     ~MetroBattIcon() override;
 
-    /// Sets the icon and rebuilds. Hides the base class's function, which does not rebuild the
-    /// image.
+    /// Sets the icon and rebuilds the image. Hides the base class's function, which does not
+    /// rebuild the image.
     void setIcon(const QIcon &icon);
 
     void repaintSchedule(QImage **cached);

@@ -13,7 +13,7 @@ class QWidget;
 
 /// The battery images, one for each state colour, shared by all battery widgets of the process.
 ///
-/// The first battery widget loads them, in the GUI thread; they are kept until the process ends.
+/// The first battery widget loads them, in the GUI thread. They stay loaded until the process ends.
 class KIVWIDGETS_EXPORT MetroBattTemplate : public MetroStyle
 {
 public:
@@ -22,14 +22,14 @@ public:
     ~MetroBattTemplate() override;
 
     /// Paints the battery of the present state at the origin, at its own size. Writes an error line
-    /// when the images were not loaded.
+    /// if the images are not loaded.
     void paintBase(QPainter *painter);
 
     /// The size of a battery image in pixels; 22 x 22 before they are loaded.
     QSize getBackGroundSize();
 
 protected:
-    /// By getColorIdx().
+    /// The images, indexed by getColorIdx().
     static QPixmap *background[7];
     static bool initialized;
 };

@@ -15,24 +15,26 @@
 /// A dial gauge: a ring cut into segments, coloured from its start up to the value, with a label
 /// and the formatted value written over it.
 ///
-/// The dial computes its own size from radius and angles. A new dial takes it with its first resize
-/// event, when it is shown. A resize ends at that size, with one exception: a dial that has its own
-/// size keeps what it is resized to, with its layers as they are, and goes back with the resize
-/// after that. A layout can therefore leave it larger or smaller than its arc. Angles are in
-/// degrees, counter-clockwise from three o'clock; the arc runs clockwise from `minAngle`.
+/// The dial computes its own size from its radius and angles. A new dial takes this size with its
+/// first resize event, when it is shown. A resize ends at this size, with one exception: a dial
+/// that already has its own size accepts a resize, keeps its layers as they are, and returns to its
+/// own size with the next resize. In a layout it can therefore be larger or smaller than its arc.
+/// Angles are in degrees, counter-clockwise from three o'clock; the arc runs clockwise from
+/// `minAngle`.
 ///
-/// Three layers are cached: the value arc, the full arc under it, and the mask of gaps and inner
-/// disc. Each property says which it drops; a changed geometry, a change of the enabled state and a
-/// removed child drop all three. Texts are drawn on every paint. GUI thread only.
+/// Three layers are cached: the value arc, the full arc under it, and the mask of the gaps and the
+/// inner disc. Each property's documentation names the layer that it drops. A changed geometry, a
+/// change of the enabled state and the removal of a child drop all three. Every paint draws the
+/// texts again. Use the dial only in the GUI thread.
 ///
-/// A value that breaks its property's rule, or equals the present one, is ignored silently. Integer
-/// properties keep the low 8 or 16 bits of what is written before their rule is applied.
+/// A setter silently ignores a value that is out of range or equal to the present one. The setters
+/// of integer properties keep the low 8 or 16 bits of a value, and then check the range.
 ///
-/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
-/// full-screen window.
+/// In a resizable QScrollArea, and as a maximised or full-screen window, the dial accepts the size
+/// that it gets. Size limits that the application sets override its own size.
 ///
-/// It has no size hint: in a layout, give it its own size as its fixed size, 76 x 51 pixels with
-/// the defaults. Size limits of the application override the size that it computes.
+/// The dial has no size hint. Recommended fixed size: 76 x 51 pixels with the default radius and
+/// angles, and otherwise the size that the dial computes.
 class KIVWIDGETS_EXPORT MetroCirclerate : public QWidget, public MetroStyle
 {
     Q_OBJECT
@@ -60,26 +62,26 @@ public:
     /// maximum in red. Default: 35.0. Drops the value arc.
     double getValue() const;
     void setValue(double value);
-    /// Whether the arc starts at 0 instead of at a minimum below 0. Default: false. Drops the value
+    /// Whether the value arc starts at 0 if the minimum is below 0. Default: false. Drops the value
     /// arc.
     bool getPaintFromZero() const;
     void setPaintFromZero(bool fromZero);
-    /// Value at the start of the arc, at least 1.0 below the maximum. Default: 0.0. Drops the value
-    /// arc.
+    /// Value at the start of the arc, at least 1.0 less than the maximum. Default: 0.0. Drops the
+    /// value arc.
     double getMinValue() const;
     void setMinValue(double minimum);
-    /// Value at the end of the arc, at least 1.0 above the minimum. Default: 100.0. Drops the value
-    /// arc.
+    /// Value at the end of the arc, at least 1.0 more than the minimum. Default: 100.0. Drops the
+    /// value arc.
     double getMaxValue() const;
     void setMaxValue(double maximum);
-    /// Radius in pixels, 2 to 65535. Default: 37. Resizes; until it is shown, a dial whose radius
-    /// or angles were changed is 0 x 0.
+    /// Radius in pixels, 2 to 65535. Default: 37. A change resizes the dial. If the dial was not
+    /// shown yet, a change of its radius or angles makes it 0 x 0 pixels until it is shown.
     int getRadius() const;
     void setRadius(int pixels);
-    /// Span of the arc, 0 to 359 degrees. Default: 200. Resizes.
+    /// Span of the arc, 0 to 359 degrees. Default: 200. A change resizes the dial.
     int getArcSize() const;
     void setArcSize(int degrees);
-    /// Angle of the arc's start, 0 to 359 degrees. Default: 200. Resizes.
+    /// Angle of the arc's start, 0 to 359 degrees. Default: 200. A change resizes the dial.
     int getMinAngle() const;
     void setMinAngle(int degrees);
     /// Number of segments, 1 to 255. Default: 20. Drops the mask.
@@ -88,34 +90,37 @@ public:
     /// Thickness of the ring, 2 to 255 pixels. Default: 11. Drops the mask.
     int getTickness() const;
     void setTickness(int pixels);
-    /// printf format of the value text, for one number; an integer conversion gets the value
-    /// truncated. A format that asks for anything else is shown as it stands. Characters of Latin-1
-    /// such as "°" show, others become "?"; the label shows any character. Default: "%d%%". Drops
-    /// the value arc.
+    /// printf format of the value text, for one number. An integer conversion gets the value
+    /// truncated. A format that asks for anything else is shown unchanged. Characters of Latin-1
+    /// such as "°" are shown, others become "?"; the label shows any character. Default: "%d%%".
+    /// Drops the value arc.
     QString getFormatStr() const;
     void setFormat(const QString &format);
-    /// Offset of the value text in pixels to the right and down. Default: (0, 0). Drops the value
-    /// arc.
+    /// Offset of the value text in pixels, to the right and downwards. Default: (0, 0). Drops the
+    /// value arc.
     QPoint getPosStr() const;
     void setPosStr(const QPoint &offset);
-    /// The label, in 70 % of the widget's font size, which must be given in points. Default: "L?".
-    /// Drops the value arc.
+    /// The label. It is written at 70 % of the widget's font size, which must be set in points.
+    /// Default: "L?". Drops the value arc.
     QString getLabel() const;
     void setLabel(const QString &label);
-    /// Offset of the label in pixels to the right and down. Default: (0, 0). Drops the value arc.
+    /// Offset of the label in pixels, to the right and downwards. Default: (0, 0). Drops the value
+    /// arc.
     QPoint getPosLabel() const;
     void setPosLabel(const QPoint &offset);
     /// Colour of the full arc. Default: (167, 167, 167). Drops the full arc.
     QColor getBackground() const;
     void setBackground(const QColor &background);
-    /// Colour of the value arc in range. Default: (0, 174, 240). Drops the value arc. Property and
-    /// setter hide QWidget's cursor, which stays reachable through QWidget.
+    /// Colour of the value arc in range. Default: (0, 174, 240). Drops the value arc. This property
+    /// hides QWidget's cursor: use QWidget::setCursor() for the mouse pointer.
     QColor getCursor() const;
     void setCursor(const QColor &cursor);
-    /// A pointer's shape would become a colour, and paint the arc black: use QWidget::setCursor().
+    /// Deleted, because a shape of the mouse pointer would become a colour and paint the arc black.
+    /// Use QWidget::setCursor().
     void setCursor(Qt::CursorShape) = delete;
 
-    /// The angle of value @p v in sixteenths of a degree, beyond the arc for a value out of range.
+    /// The angle of the value @p v in sixteenths of a degree. A value out of range has an angle
+    /// beyond the arc.
     int val2angle(double v);
 
     bool event(QEvent *event) override;

@@ -12,15 +12,15 @@
 /// A horizontal percentage bar with a scale of ten divisions, filled from the left in light blue,
 /// with the percentage written beside it.
 ///
-/// Above 100 the whole bar and the text are orange, from 126 on red, and a thin bar across the top
-/// third shows the excess up to 150. Up to 100 the text is black.
+/// Above 100 the whole bar and the text are orange, from 126 on they are red. A thin bar across the
+/// top third then shows the excess, up to 150. Up to 100 the text is black.
 ///
-/// Three layers are cached: the value, the empty bar, and the mask of frame and scale. Each
-/// property drops the value layer; a resize, a change of the enabled state and a removed child drop
-/// all three and compute the bar's width again. The text is drawn on every paint. GUI thread only.
+/// Three layers are cached: the value, the empty bar, and the mask of the frame and the scale. Each
+/// property drops the value layer. A resize, a change of the enabled state and the removal of a
+/// child drop all three, and compute the bar's width again. Every paint draws the text again. Use
+/// the bar only in the GUI thread.
 ///
-/// It has no size hint: in a layout, give it a minimum or a fixed size. 240 x 30 pixels leave room
-/// for scale and text.
+/// The bar has no size hint. Recommended minimum size: 140 x 30 pixels.
 class KIVWIDGETS_EXPORT MetroLinerate : public QWidget, public MetroStyle
 {
     Q_OBJECT
@@ -39,7 +39,7 @@ public:
     /// Stored only: the fill keeps its own colours. Default: (0, 174, 240).
     QColor getForegroundcolor() const;
     void setForegroundColor(const QColor &color);
-    /// The percentage, 0 to 255; the low 8 bits of what is written are kept. Default: 35.
+    /// The percentage, 0 to 255. A write keeps the low 8 bits of its value. Default: 35.
     int getValue() const;
     void setValue(int percent);
 

@@ -10,23 +10,26 @@
 
 /// A drawer that opens to the left from a fixed right edge, over the page.
 ///
-/// Closed, it shows only its tab image; open, it is as wide as its visible children side by side
-/// plus the tab, and shows a panel behind them. Every resize of a closed drawer ends at the tab's
-/// size with 12 pixels beside it and 12 above and below, 62 x 76 with the library's image; an
-/// open one is at least as large. Opening sets the minimum size of each visible child to its width
-/// on both axes, closing sets the minimum height to 0; children are neither moved nor hidden. A
-/// left press emits clicked(), after it has toggled the checked state if the application made the
-/// box checkable; the application decides what follows.
+/// A closed drawer shows only its tab image. An open drawer is as wide as its visible children side
+/// by side plus the tab, and shows a panel behind them. A closed drawer returns to the size of the
+/// tab image plus 12 pixels beside it and 12 above and below after every resize: 62 x 76 pixels
+/// with the library's image. An open drawer is at least that large.
 ///
-/// The finished image is cached; it is dropped by a new state or property, a change of the
-/// enabled state or of the contents rectangle, a move, and a resize while open. The title and the
-/// frame of QGroupBox are not painted; the state of the Metro base plays no part here. GUI
-/// thread only.
+/// Opening sets the minimum size of each visible child to its width on both axes. Closing sets the
+/// minimum height to 0. The drawer neither moves nor hides its children. A left press toggles the
+/// checked state if the application made the drawer checkable, and then emits clicked(). The press
+/// does not open or close the drawer: the application decides that.
 ///
-/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
-/// full-screen window.
+/// The finished image is cached. It is dropped by a new state or property, by a change of the
+/// enabled state or of the contents rectangle, by a move, and by a resize while the drawer is open.
+/// The title and the frame of QGroupBox are not painted, and the element state of MetroStyle is not
+/// used. Use the drawer only in the GUI thread.
 ///
-/// It lies over the page at a place that the application gives it, so it belongs in no layout.
+/// In a resizable QScrollArea, and as a maximised or full-screen window, the drawer accepts the
+/// size that it gets.
+///
+/// The drawer lies over the page, at a position that the application sets, so it does not belong in
+/// a layout. Recommended minimum size: 62 x 76 pixels.
 class KIVWIDGETS_EXPORT MetroNavdrawer : public QGroupBox, public MetroStyle
 {
     Q_OBJECT
@@ -35,7 +38,7 @@ class KIVWIDGETS_EXPORT MetroNavdrawer : public QGroupBox, public MetroStyle
     Q_PROPERTY(QColor background READ getBackground WRITE setBackground)
 
 public:
-    /// The enumerator `close` hides QWidget::close(), so an application calls that through QWidget.
+    /// The enumerator `close` hides QWidget::close(), so call that function through QWidget.
     enum state_E : int {
         close = 0,
         open = 1,
@@ -45,9 +48,9 @@ public:
     explicit MetroNavdrawer(QWidget *parent = nullptr);
     ~MetroNavdrawer() override;
 
-    /// Default: open. Every write acts: opening takes place only once the drawer was painted since
-    /// its image was last dropped; opened again, it moves left by its children's width again.
-    /// Another value is stored and does nothing.
+    /// Default: open. Every write acts, even of the same state: if an open drawer is opened again,
+    /// it moves left by the width of its children again. Opening has an effect only if the drawer
+    /// was painted after its image was last dropped. Any other value is stored and does nothing.
     state_E getState() const;
     /// Hides MetroStyle::setState().
     void setState(state_E s);
@@ -58,11 +61,11 @@ public:
     QColor getBackground() const;
     void setBackground(const QColor &background);
 
-    /// Sets the geometry and, while open, keeps it as the open geometry. Hides the function of
-    /// QWidget.
+    /// Sets the geometry. While the drawer is open, this is also stored as the open geometry. Hides
+    /// the function of QWidget.
     void setGeometry(QRect r);
-    /// Moves the drawer; while open, the kept geometry's upper left corner moves alone. Hides
-    /// QWidget's.
+    /// Moves the drawer. While the drawer is open, only the upper left corner of the stored open
+    /// geometry moves with it. Hides the function of QWidget.
     void move(QPoint p);
 
     void mousePressEvent(QMouseEvent *event) override;

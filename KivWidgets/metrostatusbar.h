@@ -8,19 +8,20 @@
 #include <QtGui/QPixmap>
 #include <QtWidgets/QFrame>
 
-/// The strip across the top of a page: one image at its natural size; the application lays its own
-/// widgets on it.
+/// The strip across the top of a page. It shows one image at its natural size, and the application
+/// places its own widgets on it.
 ///
-/// Every resize, the one at the first show included, ends at the image's size, 800 x 42 pixels
-/// with the library's. The finished image is cached; it is dropped by a new background, a change
-/// of the enabled state and a removed child, not by a resize. The state of the Metro base plays no
-/// part here. Use it only in the GUI thread, except for MetroStyle::setState().
+/// After every resize, including the one at the first show, the strip returns to the size of its
+/// image: 800 x 42 pixels with the library's image. The finished image is cached. It is dropped by
+/// a new background, by a change of the enabled state and when a child is removed, but not by a
+/// resize. The element state of MetroStyle is not used. Use the strip only in the GUI thread,
+/// except for MetroStyle::setState().
 ///
-/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
-/// full-screen window.
+/// In a resizable QScrollArea, and as a maximised or full-screen window, the strip accepts the size
+/// that it gets. Size limits that the application sets override its own size.
 ///
-/// It has no size hint: in a layout, give it the size of its image as its fixed size. Size limits
-/// of the application override the image's size.
+/// The strip has no size hint. Recommended fixed size: 800 x 42 pixels with the library's image,
+/// and otherwise the size of the image.
 class KIVWIDGETS_EXPORT MetroStatusbar : public QFrame, public MetroStyle
 {
     Q_OBJECT
@@ -30,8 +31,8 @@ public:
     explicit MetroStatusbar(QWidget *parent = nullptr);
     ~MetroStatusbar() override;
 
-    /// The image. Default: the library's strip. Every write rebuilds; the size follows with the
-    /// next resize.
+    /// The image. Default: the library's strip. Every write rebuilds the image. The strip takes the
+    /// new size with the next resize.
     QPixmap getBackground() const;
     void setBackground(const QPixmap &newBackground);
 

@@ -7,18 +7,19 @@
 
 #include <QtWidgets/QAbstractButton>
 
-/// A tab: checkable, exclusive among its siblings, with its icon in the middle and, while there is
-/// an alarm, a state LED of 21 x 21 pixels at (4, 39), whatever the tab's size.
+/// A tab: a checkable button, exclusive among its siblings, with its icon in the middle. Unless the
+/// alarm state is AlarmState::None, a state LED of 21 x 21 pixels is shown at (4, 39), whatever the
+/// tab's size.
 ///
-/// Two finished images are cached, one for each checked state. A new state, a change of the
-/// enabled state and a removed child drop both; a plain resize keeps them, and they are shown
-/// stretched until the next drop. A new icon, too, shows with the next drop. A tab smaller than its
-/// icon size plus two pixels grows, its size limits included. Use it only in the GUI thread, except
-/// for MetroStyle::setState().
+/// Two finished images are cached, one for each checked state. A new state, a change of the enabled
+/// state and the removal of a child drop both. A resize keeps them and shows them stretched until
+/// the next drop. A new icon also becomes visible with the next drop. A tab that is not at least
+/// two pixels larger than its icon size grows to that size, and raises its size limits if
+/// necessary; this drops both images. Use the tab only in the GUI thread, except for
+/// MetroStyle::setState().
 ///
-/// It has no size hint: in a layout, give it a minimum or a fixed size. 64 x 64 pixels hold an icon
-/// of 24 x 24 and the LED. Set the icon size to that of the icon: it is the icon size that centres
-/// it.
+/// The tab has no size hint. Recommended minimum size: 64 x 64 pixels. Set the icon size to that of
+/// the icon, because the icon size decides where the icon is drawn.
 class KIVWIDGETS_EXPORT MetroTabicon : public QAbstractButton, public MetroStyle
 {
     Q_OBJECT

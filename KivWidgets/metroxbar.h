@@ -13,17 +13,16 @@
 /// A horizontal bar gauge for a whole number with a unit: a bar with ten divisions, filled from the
 /// left in light blue between a minimum and a maximum, with number and unit written beside it.
 ///
-/// A value above the maximum fills the bar, one below the minimum leaves it empty; from one pixel
-/// of the scale below on, a light blue line stands in the widget's first column, left of the bar's
-/// frame. The number is written as it is, in black. The bar leaves room for the text of 138 with
-/// its unit; a wider text is cut off at the right edge.
+/// A value above the maximum fills the bar, a value below the minimum leaves it empty. A value that
+/// is one pixel of the scale or more below the minimum also draws a light blue line in the widget's
+/// first column, left of the bar's frame. The text is black and shows the true value. The bar
+/// leaves room for the text of 138 with its unit; a wider text is cut off at the right edge.
 ///
-/// Three layers are cached: the value, the empty bar, and the mask of frame and scale. Every paint,
-/// a resize, a change of the enabled state and a removed child drop all three and compute the bar's
-/// width again. GUI thread only.
+/// Three layers are cached: the value, the empty bar, and the mask of the frame and the scale.
+/// Every paint, a resize, a change of the enabled state and the removal of a child drop all three,
+/// and compute the bar's width again. Use the bar only in the GUI thread.
 ///
-/// It has no size hint: in a layout, give it a minimum or a fixed size. 240 x 30 pixels leave room
-/// for scale and text.
+/// The bar has no size hint. Recommended minimum size: 160 x 30 pixels.
 class KIVWIDGETS_EXPORT MetroXbar : public QWidget, public MetroStyle
 {
     Q_OBJECT
@@ -45,17 +44,18 @@ public:
     /// layer.
     QColor getForegroundcolor() const;
     void setForegroundColor(const QColor &color);
-    /// Any int. Default: 35. A change drops the value layer.
+    /// The value shown, any int. Default: 35. A change drops the value layer.
     int getValue() const;
     void setValue(int value);
-    /// Value of a full bar, any int; with equal limits the bar is empty up to that value and full
-    /// above it. Default: 300. A change drops the value layer.
+    /// Value of a full bar, any int. If it equals the minimum, the bar is full for a value above
+    /// it, and otherwise empty. Default: 300. A change drops the value layer.
     int getMaxValue() const;
     void setMaxValue(int maximum);
     /// Value of an empty bar, any int. Default: 0. A change drops the value layer.
     int getMinValue() const;
     void setMinValue(int minimum);
-    /// Unit written after the number, of any characters. Default: empty. A change repaints.
+    /// Unit written after the number; it may contain any character. Default: empty. A change
+    /// repaints.
     QString getMeasure() const;
     void setMeasure(const QString &unit);
 

@@ -10,20 +10,21 @@
 class QPropertyAnimation;
 class QSequentialAnimationGroup;
 
-/// A stacked widget that can change its page like a card: the page shrinks, turns about its
-/// vertical centre line until the new page has come into view from its back, and grows again.
+/// A stacked widget that can change its page as if it turned a card: the page shrinks, turns about
+/// its vertical centre line, with the new page on its back, and grows again.
 ///
-/// Animation is off until the application switches it on. While a change runs, the pages are hidden
-/// and their images are grabbed again for every frame; currentIndex() reports the old page until
-/// the end. A page that asks for another one when it is shown, or a slot on currentChanged() that
-/// does, begins the next change. After a resize during a change the new page fills the frame's
-/// contents.
+/// Animation is off until the application enables it. During an animated change, the pages are
+/// hidden, and every frame paints a new image of a page. currentIndex() returns the old page until
+/// the end. If a page asks for another page when it is shown at the end, or if a slot on
+/// currentChanged() does, the next change begins. If the stack is resized during a change, the new
+/// page fills the frame's contents at the end.
 ///
-/// The page that was asked for is kept as an index: pages inserted or removed before it change
-/// which page that is. An event loop inside a slot on currentChanged() stops all of Qt's animations
-/// until it ends. GUI thread only.
+/// The page asked for is stored as an index: if pages are inserted or removed before it, the index
+/// names another page. An event loop inside a slot on currentChanged() stops all of Qt's animations
+/// until the loop ends. Use the stack only in the GUI thread.
 ///
-/// Its size hint is that of QStackedWidget, from its pages.
+/// The size hint is that of QStackedWidget, from the pages. Recommended minimum size: 160 x 120
+/// pixels.
 class KIVWIDGETS_EXPORT RotateStackedWidget : public QStackedWidget
 {
     Q_OBJECT
@@ -37,35 +38,35 @@ public:
     explicit RotateStackedWidget(QWidget *parent = nullptr);
     ~RotateStackedWidget() override;
 
-    /// Angle of the card in degrees. Default: 0.0. Written by the animation; a write only stores.
+    /// Angle of the card in degrees. Default: 0.0. The animation writes it; a write only stores.
     double getRotate() const;
     void rotateTo(double degrees);
-    /// Scale of the card. Default: 0.0; 1.0 after a change. Written by the animation; a write only
+    /// Scale of the card. Default: 0.0; 1.0 after a change. The animation writes it; a write only
     /// stores.
     double getScale() const;
     void scaleTo(double factor);
     /// Scale at which the card turns. Default: 0.2.
     double getEndPositionAnimate() const;
     void changeEndPosition(double factor);
-    /// Duration of the turn in milliseconds. Default: 1000. A negative one counts as 0.
+    /// Duration of the turn in milliseconds. Default: 1000. A negative value counts as 0.
     int getTimeRotationAnimate() const;
     void changeTimeRotation(int msecs);
-    /// Duration of the shrinking and of the growing, in milliseconds each. Default: 2000. A
-    /// negative one counts as 0.
+    /// Duration of the shrinking, and of the growing, in milliseconds. Default: 2000. A negative
+    /// value counts as 0.
     int getTimePositionAnimate() const;
     void changeTimePosition(int msecs);
 
-    /// Switches the animation of the following page changes on or off. Default: off. A change that
-    /// runs is not ended.
+    /// Enables or disables the animation of later page changes. Default: disabled. It does not end
+    /// a change that is running.
     void setAnimationEnabled(bool enabled);
 
-    /// Sets the three animations up from the properties.
+    /// Sets up the three animations from the properties. The setters call it.
     void initAnimation();
 
-    /// Changes the page: at once while animation is off; else by a running change, which ends on
-    /// the page that was asked for last; asking for the old page meanwhile does nothing. An index
-    /// without a page leaves the current page. Hides the base class's slot, which always changes at
-    /// once.
+    /// Changes the page. Without animation, it changes at once. With animation, a change starts; if
+    /// one is already running, it ends at the page asked for last. During a change, asking for the
+    /// old page does nothing. An index without a page leaves the current page. Hides the slot of
+    /// the base class, which always changes at once.
     void setCurrentIndex(int index);
 
 protected:

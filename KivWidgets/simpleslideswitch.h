@@ -8,22 +8,25 @@
 #include <QtGui/QPixmap>
 #include <QtWidgets/QAbstractButton>
 
-/// A small checkable switch made of exchangeable images: a track for each state, of which the
-/// checked one is revealed from the left up to the knob, and a knob that the user drags.
+/// A small checkable switch made of exchangeable images: a track for each state, and a knob that
+/// the user drags. The checked track is visible from the left edge to the knob.
 ///
-/// The switch has the fixed size of the track image that was written last; all four are meant to
-/// be of one size. A release without a movement since the press toggles it wherever it happened; a
-/// drag toggles it when it ends on the other side of the middle. The former emits toggled() alone,
-/// the latter clicked() too. The base class does not get the release of the former, nor of a drag
-/// that falls short: the button stays down until the next release that ends a drag, and is released
-/// when it is disabled. Every write of an image repaints. GUI thread only.
+/// The switch has the fixed size of the track image that was written last. All four track images
+/// should have the same size. Every write of an image repaints. Use the switch only in the GUI
+/// thread.
 ///
-/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
-/// full-screen window.
+/// A release without a movement since the press toggles the switch, wherever the release happens,
+/// and emits only toggled(). A drag that ends on the other side of the middle toggles the switch,
+/// and emits toggled() and clicked(). The base class does not get the release after a press without
+/// a movement, or after a drag that falls short. The button then stays down until the release of a
+/// drag that toggles it, or until it is disabled.
 ///
-/// It has no size hint, but its size limits: a layout keeps it at the size of its images, 78 x 27
-/// pixels with the library's. An `&` in the text is drawn as it is, and still makes the letter
-/// after it a shortcut, as in every QAbstractButton.
+/// In a resizable QScrollArea, and as a maximised or full-screen window, the switch accepts the
+/// size that it gets.
+///
+/// The switch has no size hint, but its size limits fix its size in every layout. Recommended fixed
+/// size: 78 x 27 pixels with the library's images. An `&` in the text is drawn as it is. It still
+/// makes the letter after it a shortcut, as in every QAbstractButton.
 class KIVWIDGETS_EXPORT SimpleSlideSwitch : public QAbstractButton
 {
     Q_OBJECT
@@ -44,14 +47,14 @@ public:
     QPixmap getUncheckedImg() const;
     void setUncheckedImg(const QPixmap &pixmap);
     /// Left end of the knob's travel in pixels, any int. Default: 0. A write moves the knob at
-    /// once; the revealed part of the track follows with the next setChecked() or release.
+    /// once. The visible part of the checked track follows with the next setChecked() or release.
     int getMarginLeft() const;
     void setMarginLeft(int margin);
     /// Track while checked. Default: the library's. A write sets the size.
     QPixmap getCheckedImg() const;
     void setCheckedImg(const QPixmap &pixmap);
-    /// Distance of the travel's right end from the right edge in pixels, any int. Default: 0. A
-    /// write acts like one of the left margin.
+    /// Distance from the right end of the knob's travel to the right edge in pixels, any int.
+    /// Default: 0. A write acts like a write of `marginLeft`.
     int getMarginRight() const;
     void setMarginRight(int margin);
     /// Track while unchecked and disabled. Default: the library's. A write sets the size.
@@ -60,17 +63,18 @@ public:
     /// Track while checked and disabled. Default: the library's. A write sets the size.
     QPixmap getCheckedDisImg() const;
     void setCheckedDisImg(const QPixmap &pixmap);
-    /// The knob; its size is the knob's size, disabled too. Default: the library's, 27 x 27 pixels.
+    /// The knob while enabled. Its size is also the size of the disabled knob. Default: the
+    /// library's, 27 x 27 pixels.
     QPixmap getBtnImg() const;
     void setBtnImg(const QPixmap &pixmap);
     /// The knob while disabled. Default: the library's.
     QPixmap getBtnDisImg() const;
     void setBtnDisImg(const QPixmap &pixmap);
 
-    /// Gives the switch the size @p size and the images that it holds.
+    /// Fixes the size of the switch to @p size and updates the icon from the track images.
     void updateWidgetsIcon(QSize size);
-    /// Checks or unchecks the switch with the knob at its end. Hides the base class's slot, which
-    /// leaves the revealed part of the track where it was.
+    /// Checks or unchecks the switch, and moves the knob to the end of its travel. Hides the slot
+    /// of the base class, which does not change the visible part of the checked track.
     void setChecked(bool checked);
 
 protected:

@@ -7,21 +7,21 @@
 #include <QtCore/QPoint>
 #include <QtWidgets/QAbstractButton>
 
-/// A checkable switch of 190 x 60 pixels drawn from the library's images, with a round knob that
-/// the user drags from one end to the other.
+/// A checkable switch drawn from the library's images, with a round knob that the user drags from
+/// one end to the other.
 ///
-/// `locked` shows the locked images; it and `partialON` put the knob in the middle, where a drag
-/// must then start. A drag starts anywhere on the knob's side of the switch, and one that ends
-/// short of the other side puts the knob back; a press elsewhere, and a click, do nothing. A drag
-/// from the middle to the side of the present state emits toggled() twice. Changes of the checked
-/// state through the base class only repaint. A disabled switch shows its image without a knob.
-/// The switch keeps the size of its images. GUI thread only.
+/// `locked` shows the locked images. Both `locked` and `partialON` put the knob in the middle,
+/// where a drag must then start. Otherwise a drag starts anywhere on the knob's side of the switch.
+/// A drag that ends short of the other side puts the knob back. A click, and a press elsewhere, do
+/// nothing. A drag from the middle to the side of the present state emits toggled() twice. A change
+/// of the checked state through the base class only repaints. A disabled switch shows its image
+/// without a knob. Use the switch only in the GUI thread.
 ///
-/// It accepts the size that a resizable QScrollArea gives it, or that it has as a maximised or
-/// full-screen window.
+/// The switch returns to the size of its images after every resize. In a resizable QScrollArea, and
+/// as a maximised or full-screen window, it accepts the size that it gets.
 ///
-/// It has no size hint: in a layout, give it a fixed size of 190 x 60 pixels. An `&` in the text is
-/// drawn as it is, and still makes the letter after it a shortcut, as in every QAbstractButton.
+/// The switch has no size hint. Recommended fixed size: 190 x 60 pixels. An `&` in the text is
+/// drawn as it is. It still makes the letter after it a shortcut, as in every QAbstractButton.
 class KIVWIDGETS_EXPORT SlideSwitch : public QAbstractButton
 {
     Q_OBJECT
@@ -32,12 +32,12 @@ public:
     explicit SlideSwitch(QWidget *parent = nullptr);
     ~SlideSwitch() override;
 
-    /// Whether the switch looks locked. Default: false. A change repaints; a drag from the middle
-    /// to either side clears it.
+    /// Whether the switch looks locked. Default: false. A change repaints. A drag from the middle
+    /// to either side clears the property.
     bool getLocked() const;
     void setLocked(bool locked);
-    /// Whether the switch is neither on nor off. Default: false. A change repaints; a drag from the
-    /// middle to either side clears it.
+    /// Whether the switch is neither on nor off. Default: false. A change repaints. A drag from the
+    /// middle to either side clears the property.
     bool getPartialON() const;
     void setPartialON(bool partialON);
 

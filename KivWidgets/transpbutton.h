@@ -7,17 +7,16 @@
 #include <QtCore/QPoint>
 #include <QtWidgets/QAbstractButton>
 
-/// A push button without a background: only its icon in the middle, and its text in the middle plus
-/// an offset. Nothing is cached.
+/// A push button without a background. It shows only its icon in the middle, and its text in the
+/// middle plus an offset. Nothing is cached.
 ///
-/// The icon is in active mode while the pointer is over the button, in disabled mode while the
-/// button is disabled. The button keeps itself at least two pixels larger than its icon size: a
-/// paint or a resize that finds it smaller makes it grow, its size limits included. GUI thread
-/// only.
+/// The icon is in active mode while the pointer is over the button, and in disabled mode while the
+/// button is disabled. If a paint or a resize finds the button less than two pixels larger than its
+/// icon size, the button grows to that size and raises its size limits if necessary. Use the button
+/// only in the GUI thread.
 ///
-/// It has no size hint: in a layout, give it a minimum or a fixed size. 80 x 60 pixels suit an icon
-/// of 24 x 24 with a text under it. An `&` in the text is drawn as it is, and still makes the
-/// letter after it a shortcut, as in every QAbstractButton.
+/// The button has no size hint. Recommended minimum size: 80 x 60 pixels. An `&` in the text is
+/// drawn as it is. It still makes the letter after it a shortcut, as in every QAbstractButton.
 class KIVWIDGETS_EXPORT TranspButton : public QAbstractButton
 {
     Q_OBJECT
@@ -27,15 +26,15 @@ public:
     explicit TranspButton(QWidget *parent = nullptr);
     ~TranspButton() override;
 
-    /// Offset of the text from the middle, in pixels to the right and down. Default: (0, 0). A
+    /// Offset of the text from the middle in pixels, to the right and downwards. Default: (0, 0). A
     /// change repaints.
     QPoint getPosLabel() const;
     void setPosLabel(const QPoint &posLabel);
 
 Q_SIGNALS:
-    /// Handles the pointer entering the button.
+    /// Emitted when the pointer enters the button.
     void mouseEnter();
-    /// Handles the pointer leaving the button.
+    /// Emitted when the pointer leaves the button.
     void mouseLeave();
 
 protected:

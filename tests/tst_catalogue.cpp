@@ -47,6 +47,8 @@ private Q_SLOTS:
     void namesEveryHeader();
     void description_data();
     void description();
+    void recommendedSize_data();
+    void recommendedSize();
     void states_data();
     void states();
     void sheet_data();
@@ -104,6 +106,39 @@ void CatalogueTest::description()
     widget->resize(row.size);
     row.populate(widget.get());
     QCOMPARE(findWidget(name), &row);
+}
+
+void CatalogueTest::recommendedSize_data()
+{
+    everyWidget();
+}
+
+/// The header and the page name the size that the catalogue recommends.
+void CatalogueTest::recommendedSize()
+{
+    QFETCH(QString, name);
+    const WidgetDescription &row = *findWidget(name);
+    const QString width = QString::number(row.minimumSize.width());
+    const QString height = QString::number(row.minimumSize.height());
+
+    const QString header = QStringLiteral("KivWidgets/%1.h").arg(name.toLower());
+    QString comment = contentsOf(header);
+    comment.replace(QRegularExpression(QStringLiteral("\n */// ?")), QStringLiteral(" "));
+    const QString inHeader =
+        QStringLiteral("Recommended %1 size: %2 x %3 pixels")
+            .arg(QLatin1String(row.sizesItself ? "fixed" : "minimum"), width, height);
+    QVERIFY2(
+        comment.count(inHeader) == 1 && comment.count(QStringLiteral("Recommended ")) == 1,
+        qPrintable(
+            QStringLiteral("the class comment in %1 should say once: %2").arg(header, inHeader)));
+
+    const QString page = QStringLiteral("docs/using.md");
+    const QString inTable =
+        QStringLiteral("\n| `%1` | %2 × %3 | %4 |\n")
+            .arg(name, width, height, QLatin1String(row.sizesItself ? "yes" : ""));
+    QVERIFY2(contentsOf(page).count(inTable) == 1,
+             qPrintable(QStringLiteral("the table of sizes in %1 should have the row: %2")
+                            .arg(page, inTable.trimmed())));
 }
 
 void CatalogueTest::states_data()
