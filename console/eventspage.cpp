@@ -339,15 +339,19 @@ void EventsPage::setHistory(History *newHistory)
     if (history)
         history->disconnect(this);
     history = newHistory;
+    isReading = false;
     list->setEvents({}, {});
     if (history) {
         connect(history, &History::eventsRead, this, &EventsPage::take);
         connect(history, &History::eventsChanged, this, [this](const QVector<Event> &events) {
-            // Many at once are read faster than put into their places.
-            if (events.size() > mostPlaced || list->rowCount() > mostListed + mostPlaced)
-                readTimer->start();
-            else
-                list->update(events);
+            // An answer that is still to come has them. Many at once are read faster than put into
+            // their places.
+            if (!isReading) {
+                if (events.size() > mostPlaced || list->rowCount() > mostListed + mostPlaced)
+                    readTimer->start();
+                else
+                    list->update(events);
+            }
             enableActions();
             showStatus();
         });
@@ -401,12 +405,14 @@ void EventsPage::read()
         return;
     askedFilter = chosenFilter();
     asked = history->readEvents(askedFilter, mostListed);
+    isReading = true;
 }
 
 void EventsPage::take(int number, const QVector<Event> &events, bool all)
 {
     if (number != asked)
         return; // another question came meanwhile
+    isReading = false;
     const QModelIndexList chosen = view->selectionModel()->selectedRows();
     const qint64 id = chosen.isEmpty() ? 0 : list->at(chosen.first().row()).id;
     allListed = all;

@@ -54,7 +54,8 @@ private:
 
     SiteModel *const site;
     QPointer<History> history;
-    int asked = 0; // the number of the last question
+    int asked = 0;          // the number of the last question
+    bool isReading = false; // its answer is to come
     EventFilter askedFilter;
     bool allListed = true;
     QString notice;
