@@ -54,6 +54,17 @@ struct ManyUpses
         if (errors.contains(name))
             return "ERR " + errors.value(name) + '\n';
         const QByteArray status = statuses.value(name, "OL");
+        if (line == "VER")
+            return "A server\n";
+        if (line.startsWith("GET CMDDESC "))
+            return "CMDDESC " + name + " load.off \"Off\"\n";
+        if (line.startsWith("LIST CMD ") || line.startsWith("LIST RW ")) {
+            // It knows the commands when the driver has handed over everything.
+            const bool known = words.value(1) == "CMD" && status != "WAIT" && !commandsLate;
+            commandsLate = false;
+            return "BEGIN " + line + '\n' + (known ? "CMD " + name + " load.off\n" : "") + "END " +
+                   line + '\n';
+        }
         if (words.value(0) == "GET") {
             ++statusQuestions;
             return "VAR " + name + " ups.status \"" + status + "\"\n";
@@ -80,6 +91,7 @@ struct ManyUpses
     int more;
     int lists = 0;
     int statusQuestions = 0;
+    bool commandsLate = false; // the next list lacks them
 };
 
 /// Feeds for all UPSes of a server, with what they deliver.
@@ -133,6 +145,7 @@ private Q_SLOTS:
     void boundsTheNumberOfUpses();
     void upsesMayComeAndGo();
     void endsBeforeItsFeeds();
+    void offersNothingBeforeTheDriverIsReady();
     void aThousandInOneGo();
 };
 
@@ -333,6 +346,31 @@ void NutServerFeedTest::endsBeforeItsFeeds()
     QTRY_VERIFY(!server);
     followers.feeds[1]->stop();
     followers.feeds[1]->start();
+}
+
+void NutServerFeedTest::offersNothingBeforeTheDriverIsReady()
+{
+    ManyUpses many(1);
+    many.statuses["u0000"] = "WAIT";
+    NutServerFeed server(many.host(), NutTls(), shortTimes());
+    NutFeed feed(&server, QStringLiteral("u0000"));
+    SnapshotLog log(&feed);
+    QVector<Offer> offers;
+    connect(&feed, &UpsFeed::offerReady, this, [&](const Offer &offer) { offers.append(offer); });
+    feed.askForOffer();
+    feed.start();
+    QTRY_VERIFY(log.count() > 0 && !log.last().isLost());
+    feed.askForOffer();
+    const auto rounds = log.count();
+    QTRY_VERIFY(log.count() > rounds + 2);
+    QVERIFY(offers.isEmpty());
+
+    // The status may come before the commands do.
+    many.commandsLate = true;
+    many.statuses["u0000"] = "OL";
+    QTRY_COMPARE(offers.size(), 1);
+    QCOMPARE(offers.first().commands.size(), 1);
+    QCOMPARE(offers.first().commands.first().name, QStringLiteral("load.off"));
 }
 
 /// The whole of a large site, with the variables that a UPS usually has. The fake server's own work

@@ -53,5 +53,6 @@ private:
     bool wantsOffer = false; // as soon as the UPS is reached
     Offer offer;
     bool isOfferPending = false;
-    bool showsOffer = false; // somebody asked for it
+    bool offeredNone = false; // the last time
+    bool showsOffer = false;  // somebody asked for it
 };

@@ -226,6 +226,9 @@ void NutServerFeed::askForEverything(NutFeed *feed)
 /// answer of all delivers it.
 void NutServerFeed::askForOffer(NutFeed *feed)
 {
+    // The server lists no command until the driver has handed over everything.
+    if (feed->status == QLatin1String("WAIT"))
+        return;
     constexpr int mostOffered = 200;
     constexpr int longest = 200;
     const auto text = [](const QByteArray &bytes) {
@@ -296,9 +299,16 @@ void NutServerFeed::askForOffer(NutFeed *feed)
         // Answers keep their order: behind this one all is known.
         link.ask("VER", [=](const NutReader &) {
             if (asking && asking->running) {
-                asking->offer = *offer;
-                asking->isOfferPending = true;
-                deliverSoon();
+                // Commands come last from the driver: none may be too early, and is asked again.
+                const bool none = offer->commands.isEmpty();
+                if (none && !asking->offeredNone) {
+                    asking->wantsOffer = true;
+                } else {
+                    asking->offer = *offer;
+                    asking->isOfferPending = true;
+                    deliverSoon();
+                }
+                asking->offeredNone = none;
             }
             answered();
         });
