@@ -231,16 +231,20 @@ void NutLinkTest::closesInAnAnswer()
 void NutLinkTest::encrypted_data()
 {
     QTest::addColumn<QByteArray>("host");
-    QTest::newRow("by name") << QByteArray("localhost");
-    QTest::newRow("by address") << QByteArray("127.0.0.1");
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("by name") << QByteArray("localhost") << QStringLiteral("right");
+    QTest::newRow("by address") << QByteArray("127.0.0.1") << QStringLiteral("right");
+    QTest::newRow("by common name for want of another")
+        << QByteArray("localhost") << QStringLiteral("onlycommonname");
 }
 
 /// Nothing but STARTTLS is readable on the way.
 void NutLinkTest::encrypted()
 {
     QFETCH(QByteArray, host);
+    QFETCH(QString, kind);
     TlsServer server;
-    server.use(*certificates, QStringLiteral("right"));
+    server.use(*certificates, kind);
     NutLink link(server.host(host.constData()), required(certificates->authority()));
     Outcome outcome(&link);
     link.open(patience);
@@ -264,6 +268,8 @@ void NutLinkTest::notEncrypted_data()
         QTest::newRow(name) << QString::fromLatin1(kind) << greeting << QString::fromLatin1(reason);
     };
     row("another name", "wrong", ok, "the server's certificate is not for localhost");
+    row("common name beside others", "commonname", ok,
+        "the server's certificate is not for localhost");
     row("expired", "expired", ok, "the server's certificate has expired");
     row("unknown authority", "unknown", ok, "an authority that is not trusted");
     row("no TLS", "right", "ERR FEATURE-NOT-CONFIGURED\n",

@@ -2,9 +2,10 @@
 
 #include "nutlink.h"
 
+#include "tlscheck.h"
+
 #include <QtCore/QPointer>
 #include <QtNetwork/QNetworkProxy>
-#include <QtNetwork/QSslConfiguration>
 #include <QtNetwork/QSslSocket>
 
 #include <utility>
@@ -13,27 +14,6 @@ namespace {
 
 /// Bytes that Qt may read ahead; the rest waits with the sender.
 constexpr int readAhead = 16 * 1024;
-
-QString wordsForTls(const QSslError &error, const QString &host)
-{
-    switch (error.error()) {
-    case QSslError::HostNameMismatch:
-        return QStringLiteral("the server's certificate is not for %1").arg(host);
-    case QSslError::CertificateExpired:
-        return QStringLiteral("the server's certificate has expired");
-    case QSslError::CertificateNotYetValid:
-        return QStringLiteral("the server's certificate is not valid yet");
-    case QSslError::SelfSignedCertificate:
-    case QSslError::SelfSignedCertificateInChain:
-    case QSslError::UnableToGetIssuerCertificate:
-    case QSslError::UnableToGetLocalIssuerCertificate:
-    case QSslError::UnableToVerifyFirstCertificate:
-    case QSslError::CertificateUntrusted:
-        return QStringLiteral("the server's certificate is of an authority that is not trusted");
-    default:
-        return QStringLiteral("the server's certificate is not accepted: ") + error.errorString();
-    }
-}
 
 } // namespace
 
@@ -86,7 +66,7 @@ void NutLink::open(int patienceMsecs)
         connect(secure, &QSslSocket::encrypted, this, &NutLink::secured);
         connect(secure, QOverload<const QList<QSslError> &>::of(&QSslSocket::sslErrors), this,
                 [this](const QList<QSslError> &errors) {
-                    tlsProblem = wordsForTls(errors.constFirst(), server.host);
+                    tlsProblem = TlsCheck::words(errors.constFirst(), server.host);
                 });
     }
     phase = Phase::Connecting;
@@ -181,18 +161,18 @@ void NutLink::startTls()
     auto *secure = static_cast<QSslSocket *>(socket);
     phase = Phase::Securing;
     tlsProblem.clear();
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.setProtocol(QSsl::TlsV1_2OrLater);
-    configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    if (!tls.authorities.isEmpty())
-        configuration.setCaCertificates(tls.authorities);
-    secure->setSslConfiguration(configuration);
+    secure->setSslConfiguration(TlsCheck::configuration(tls.authorities));
     secure->setPeerVerifyName(server.host);
     secure->startClientEncryption();
 }
 
 void NutLink::secured()
 {
+    const auto *secure = static_cast<const QSslSocket *>(socket);
+    if (!TlsCheck::isFor(secure->peerCertificate(), server.host)) {
+        fail(TlsCheck::wordsForName(server.host));
+        return;
+    }
     patience.stop();
     phase = Phase::Open;
     Q_EMIT opened();

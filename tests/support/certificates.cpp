@@ -41,6 +41,8 @@ Certificates::Certificates()
     sign(text("right"), text("ca"), "DNS:localhost,IP:127.0.0.1", false);
     sign(text("wrong"), text("ca"), "DNS:elsewhere.example,IP:127.0.0.9", false);
     sign(text("expired"), text("ca"), "DNS:localhost,IP:127.0.0.1", true);
+    sign(text("commonname"), text("ca"), "DNS:elsewhere.example", false, text("localhost"));
+    sign(text("onlycommonname"), text("ca"), QByteArray(), false, text("localhost"));
     sign(text("unknown"), text("other"), "DNS:localhost,IP:127.0.0.1", false);
 }
 
@@ -109,16 +111,17 @@ void Certificates::makeAuthority(const QString &name)
 }
 
 void Certificates::sign(const QString &kind, const QString &by, const QByteArray &names,
-                        bool expired)
+                        bool expired, const QString &commonName)
 {
+    const QString subject = commonName.isEmpty() ? text("server ") + kind : commonName;
     QFile extensions(path(kind + text(".ext")));
     if (!extensions.open(QIODevice::WriteOnly) ||
-        extensions.write("subjectAltName=" + names +
-                         "\nextendedKeyUsage=serverAuth\nbasicConstraints=CA:FALSE\n") < 0)
+        extensions.write((names.isEmpty() ? QByteArray() : "subjectAltName=" + names + '\n') +
+                         "extendedKeyUsage=serverAuth\nbasicConstraints=CA:FALSE\n") < 0)
         failed = text("cannot write ") + extensions.fileName();
     extensions.close();
     run(text("openssl"), {text("req"), text("-newkey"), text("rsa:2048"), text("-nodes"),
-                          text("-subj"), text("/CN=server ") + kind, text("-keyout"),
+                          text("-subj"), text("/CN=") + subject, text("-keyout"),
                           kind + text(".key"), text("-out"), kind + text(".csr")});
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const QString form = QStringLiteral("yyyyMMddHHmmss'Z'");

@@ -18,7 +18,8 @@ public:
     QString authority() const;
     QString otherAuthority() const;
     /// Certificate and key, NAME.pem and NAME.key, for a kind of server: "right", "wrong" for
-    /// another host's name, "expired", "unknown" by an authority of its own.
+    /// another host's name, "expired", "unknown" by an authority of its own, "commonname" for
+    /// another host's name beside "localhost" as the common name, "onlycommonname" with that alone.
     QString certificate(const QString &kind) const;
     QString key(const QString &kind) const;
     /// Both, with the authority's, in PKCS#12 form, under the name "upsd" and the password "p12".
@@ -27,7 +28,8 @@ public:
 private:
     void run(const QString &program, const QStringList &arguments);
     void makeAuthority(const QString &name);
-    void sign(const QString &kind, const QString &by, const QByteArray &names, bool expired);
+    void sign(const QString &kind, const QString &by, const QByteArray &names, bool expired,
+              const QString &commonName = QString());
 
     QTemporaryDir directory;
     QString failed;
