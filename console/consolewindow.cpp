@@ -612,14 +612,14 @@ void ConsoleWindow::showTabStates()
     }
 }
 
-void ConsoleWindow::setHistory(History *shown)
+void ConsoleWindow::setHistory(History *shown, TrendSource *source)
 {
     if (history)
         history->disconnect(this);
     history = shown;
-    overview->setHistory(history);
+    overview->setTrends(source ? source : history);
     events->setHistory(history);
-    trends->setHistory(history);
+    trends->setHistory(history, source);
     if (history)
         connect(history, &History::unacknowledgedChanged, this, &ConsoleWindow::showUnacknowledged);
     showUnacknowledged();

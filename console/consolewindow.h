@@ -27,6 +27,7 @@ class QTimer;
 class RotateStackedWidget;
 class SettingsPage;
 class TranspButton;
+class TrendSource;
 class TrendsPage;
 enum class Pictogram;
 
@@ -48,8 +49,9 @@ public:
     /// now on.
     void remember(const QString &file);
 
-    /// Shows @p history on its pages, which must live as long, or none (null).
-    void setHistory(History *history);
+    /// Shows @p history on its pages, and the curves of @p source, or the history's where there is
+    /// none. Both must live as long, and may be null.
+    void setHistory(History *history, TrendSource *source = nullptr);
 
     /// The pages' names as file names use them, in the order of the tabs.
     QStringList pageNames() const;

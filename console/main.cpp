@@ -6,6 +6,7 @@
 #include "notifier.h"
 #include "options.h"
 #include "program.h"
+#include "promtrends.h"
 #include "reportfile.h"
 #include "screenshots.h"
 #include "sitefeeds.h"
@@ -100,7 +101,8 @@ int main(int argc, char **argv)
     const bool isKept = !options.simulates() && !entries.servers.isEmpty();
     History history(!isKept ? QString() : Program::dataDirectory(), keptTimes());
     const Recorder recorder(&site, &history);
-    window.setHistory(&history);
+    PromTrends trends([&feeds](const QString &ups) { return feeds.promFeed(ups); }, &history);
+    window.setHistory(&history, &trends);
     const QString credentialsFile =
         entries.credentialsFile.isEmpty() ? kept : entries.credentialsFile;
     QObject::connect(&window, &ConsoleWindow::keepUser, &window,

@@ -120,16 +120,16 @@ void OverviewPage::resizeEvent(QResizeEvent *event)
     showBattery();
 }
 
-void OverviewPage::setHistory(History *shown)
+void OverviewPage::setTrends(TrendSource *shown)
 {
-    if (history)
-        history->disconnect(this);
-    history = shown;
+    if (trends)
+        trends->disconnect(this);
+    trends = shown;
     for (GaugeRoom *dial : dials)
         dial->showTrend({}, {});
-    if (history) {
-        connect(history, &History::trendRead, this, &OverviewPage::takeTrends);
-        connect(history, &History::replaced, this, &OverviewPage::readTrends);
+    if (trends) {
+        connect(trends, &TrendSource::trendRead, this, &OverviewPage::takeTrends);
+        connect(trends, &TrendSource::replaced, this, &OverviewPage::readTrends);
         readTrends();
     }
 }
@@ -137,13 +137,14 @@ void OverviewPage::setHistory(History *shown)
 void OverviewPage::readTrends()
 {
     // What nobody sees need not be read.
-    if (!history || upsId.isEmpty() || !isVisibleTo(window()))
+    if (!trends || upsId.isEmpty() || !isVisibleTo(window()))
         return;
     QVector<Quantity> quantities;
     for (const GaugeRoom *dial : dials)
         quantities.append(dial->shownQuantity());
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    askedTrends = history->readTrend(upsId, quantities, {now - trendLength, now}, trendColumns);
+    trends->drop(askedTrends);
+    askedTrends = trends->readTrend(upsId, quantities, {now - trendLength, now}, trendColumns);
 }
 
 void OverviewPage::takeTrends(int number, const Trend &trend)

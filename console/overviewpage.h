@@ -3,7 +3,7 @@
 #pragma once
 
 #include "diagram.h"
-#include "history/history.h"
+#include "history/trendsource.h"
 #include "page.h"
 
 #include <vector>
@@ -22,9 +22,9 @@ class OverviewPage : public Page
 public:
     explicit OverviewPage(QWidget *parent = nullptr);
 
-    /// Shows the past hour beside the dials as @p history has it, which must live as long; null:
+    /// Shows the past hour beside the dials as @p trends has it, which must live as long; null:
     /// nothing.
-    void setHistory(History *history);
+    void setTrends(TrendSource *trends);
     void applyScale() override;
     QSize minimumSizeHint() const override;
 
@@ -45,7 +45,7 @@ private:
     MetroBattIcon *battery;
     std::vector<GaugeRoom *> dials;
     Diagram latest;
-    QPointer<History> history;
+    QPointer<TrendSource> trends;
     QString upsId;
     QTimer *trendTimer;
     int askedTrends = 0;

@@ -186,9 +186,15 @@ bool SiteFeeds::addPrometheus(const PromEntry &entry, QString *error)
         UpsModel *model = site->add(feed->key());
         model->setNames(QString(), feed->instance());
         model->setFeed(feed);
+        promFeeds.insert(feed->key(), feed);
         feed->start();
     });
     return true;
+}
+
+PromFeed *SiteFeeds::promFeed(const QString &upsId) const
+{
+    return promFeeds.value(upsId);
 }
 
 void SiteFeeds::start()

@@ -35,6 +35,8 @@ public:
     bool add(const SiteEntries &entries, const QVector<Credentials> &users, QString *error,
              const NutTimes &times = NutTimes());
     void start();
+    /// The feed of a UPS that a Prometheus server knows; null for any other.
+    PromFeed *promFeed(const QString &upsId) const;
     /// Adds a user of the server of @p upsId to those in the file @p path, or replaces them there.
     /// @return false with the reason in @p error.
     bool keepUser(const QString &path, const QString &upsId, const QString &user,
@@ -55,4 +57,5 @@ private:
     std::vector<std::unique_ptr<Server>> servers;
     std::vector<std::unique_ptr<NutFeed>> feeds;
     std::vector<std::unique_ptr<PromSource>> sources;
+    QHash<QString, PromFeed *> promFeeds; // the sources' own, by id
 };

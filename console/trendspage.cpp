@@ -20,6 +20,7 @@ namespace {
 constexpr int spacingUnits = 6;
 constexpr int readMsecs = 30;
 constexpr int noticeMsecs = 6000;
+constexpr int slowMsecs = 400; // an answer that takes longer is announced
 constexpr int shortestRefresh = 2000;
 constexpr int longestRefresh = 60000;
 constexpr int refreshes = 300; // in the time that is shown
@@ -79,6 +80,7 @@ TrendsPage::TrendsPage(QWidget *parent)
     , chart(new Chart(chartCard))
     , refreshTimer(new QTimer(this))
     , readTimer(new QTimer(this))
+    , slowTimer(new QTimer(this))
     , noticeTimer(new QTimer(this))
 {
     periodRow = new QHBoxLayout;
@@ -134,14 +136,17 @@ TrendsPage::TrendsPage(QWidget *parent)
 
     connect(chart, &Chart::spanChosen, this, &TrendsPage::chooseSpan);
     connect(refreshTimer, &QTimer::timeout, this, [this] {
-        if (follows && isVisible())
+        if (follows && isVisible() && !waits)
             read();
     });
     readTimer->setSingleShot(true);
     readTimer->setInterval(readMsecs);
     connect(readTimer, &QTimer::timeout, this, &TrendsPage::read);
     noticeTimer->setSingleShot(true);
-    connect(noticeTimer, &QTimer::timeout, this, [this] { setHistory(history); });
+    connect(noticeTimer, &QTimer::timeout, this, &TrendsPage::showNotice);
+    slowTimer->setSingleShot(true);
+    slowTimer->setInterval(slowMsecs);
+    connect(slowTimer, &QTimer::timeout, this, &TrendsPage::showNotice);
     applyScale();
     choosePeriod(usualPeriod);
     setHistory(nullptr);
@@ -157,40 +162,55 @@ QPushButton *TrendsPage::makeButton(const QString &text, const QString &name, co
     return button;
 }
 
-void TrendsPage::setHistory(History *newHistory)
+void TrendsPage::setHistory(History *newHistory, TrendSource *newSource)
 {
-    if (history != newHistory) {
-        if (history)
-            history->disconnect(this);
-        history = newHistory;
-        chart->setLanes({}, {});
-        if (history) {
-            connect(history, &History::trendRead, this, &TrendsPage::take);
-            connect(history, &History::replaced, this, &TrendsPage::readSoon);
-            connect(history, &History::statusChanged, this, [this] { setHistory(history); });
-            connect(history, &History::fileWritten, this,
-                    [this](int, const QString &file, const QString &problem) {
-                        showNotice(problem.isEmpty() ? tr("Written: %1").arg(file)
-                                                     : tr("Not written: %1").arg(problem),
-                                   noticeMsecs);
-                    });
-        }
+    if (history)
+        history->disconnect(this);
+    if (source)
+        source->disconnect(this);
+    history = newHistory;
+    source = newSource ? newSource : newHistory;
+    waits = false;
+    slowTimer->stop();
+    problem.clear();
+    chart->setLanes({}, {});
+    if (history)
+        connect(history, &History::fileWritten, this,
+                [this](int, const QString &file, const QString &why) {
+                    say(why.isEmpty() ? tr("Written: %1").arg(file)
+                                      : tr("Not written: %1").arg(why));
+                });
+    if (source) {
+        connect(source, &TrendSource::trendRead, this, &TrendsPage::take);
+        connect(source, &TrendSource::replaced, this, &TrendsPage::readSoon);
+        connect(source, &TrendSource::statusChanged, this, &TrendsPage::showNotice);
     }
     for (QPushButton *button : exports)
         button->setEnabled(history != nullptr);
-    if (!history)
-        chart->setNotice(tr("No history is kept for this source"));
-    else if (history->status().state == HistoryStatus::State::NotKept)
-        chart->setNotice(history->status().line);
-    else
-        chart->setNotice(QString());
+    showNotice();
     readSoon();
 }
 
-void TrendsPage::showNotice(const QString &text, int msecs)
+void TrendsPage::say(const QString &text)
 {
-    chart->setNotice(text);
-    noticeTimer->start(msecs);
+    message = text;
+    noticeTimer->start(noticeMsecs);
+    showNotice();
+}
+
+void TrendsPage::showNotice()
+{
+    const QString notKept = source ? source->whyNotKept(upsId) : QString();
+    if (noticeTimer->isActive())
+        chart->setNotice(message);
+    else if (!source)
+        chart->setNotice(tr("No history is kept for this source"));
+    else if (!notKept.isEmpty())
+        chart->setNotice(notKept);
+    else if (waits && !slowTimer->isActive())
+        chart->setNotice(tr("Loading …"));
+    else
+        chart->setNotice(problem);
 }
 
 void TrendsPage::choosePeriod(qint64 wanted)
@@ -232,20 +252,28 @@ void TrendsPage::read()
         chosen.to = QDateTime::currentMSecsSinceEpoch();
         chosen.from = chosen.to - length;
     }
-    if (!history || upsId.isEmpty())
+    if (!source || upsId.isEmpty())
         return;
     QVector<Quantity> quantities;
     for (const Choice &choice : choices) {
         if (choice.button->isChecked())
             quantities.append(choice.quantity);
     }
-    asked = history->readTrend(upsId, quantities, chosen, chart->columns());
+    source->drop(asked);
+    if (!waits)
+        slowTimer->start();
+    waits = true;
+    asked = source->readTrend(upsId, quantities, chosen, chart->columns());
 }
 
 void TrendsPage::take(int number, const Trend &trend)
 {
     if (number != asked)
         return;
+    waits = false;
+    slowTimer->stop();
+    problem = trend.problem;
+    showNotice();
     QVector<ChartLane> lanes;
     for (const Trend::Curve &curve : trend.curves)
         lanes.append({curve.quantity, latest.measure(curve.quantity), curve.points});
@@ -260,6 +288,8 @@ void TrendsPage::showUps(const UpsModel &ups)
         return;
     upsId = ups.id();
     chart->setLanes({}, {});
+    problem.clear();
+    showNotice();
     readSoon();
 }
 

@@ -24,8 +24,9 @@ class TrendsPage : public Page
 public:
     explicit TrendsPage(QWidget *parent = nullptr);
 
-    /// Shows @p history, which must live as long, or nothing (null).
-    void setHistory(History *history);
+    /// Shows what @p source has, or @p history where there is none; both must live as long, and may
+    /// be null. The history writes files, also of what a source has.
+    void setHistory(History *history, TrendSource *source = nullptr);
     /// Write what the chart shows.
     void exportImage(const QString &file);
     void exportValues(const QString &file);
@@ -50,14 +51,19 @@ private:
     void read();
     void readSoon();
     void take(int number, const Trend &trend);
-    void showNotice(const QString &text, int msecs);
+    void say(const QString &text);
+    void showNotice();
     void chooseFile(const QString &suffix, void (TrendsPage::*write)(const QString &));
     void arrangeButtons();
 
     QPointer<History> history;
+    QPointer<TrendSource> source;
     QString upsId;
     Snapshot latest; // for limits
     int asked = 0;
+    bool waits = false;  ///< for the answer
+    QString problem;     ///< of the last answer
+    QString message;     ///< shown for a while
     bool follows = true; ///< the span ends now
     qint64 length = dayMsecs;
     TimeSpan chosen;
@@ -71,5 +77,6 @@ private:
     Chart *chart;
     QTimer *refreshTimer;
     QTimer *readTimer;
+    QTimer *slowTimer;
     QTimer *noticeTimer;
 };

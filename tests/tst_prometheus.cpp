@@ -2,20 +2,19 @@
 
 #include "prometheus.h"
 
+#include "certificates.h"
+#include "fakeweb.h"
+#include "prometheusserver.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
-#include <QtNetwork/QTcpServer>
-#include <QtNetwork/QTcpSocket>
 
 #include <cmath>
 #include <ctime>
-#include <functional>
 #include <memory>
 
 namespace {
@@ -26,66 +25,6 @@ QString text(const char *utf8)
 {
     return QString::fromUtf8(utf8);
 }
-
-quint16 freePort()
-{
-    QTcpServer probe;
-    return probe.listen(QHostAddress::LocalHost) ? probe.serverPort() : quint16(0);
-}
-
-/// A web server that answers as the test says.
-class FakeWeb : public QTcpServer
-{
-    Q_OBJECT
-
-public:
-    FakeWeb()
-    {
-        if (!listen(QHostAddress::LocalHost))
-            qFatal("the server cannot listen");
-        connect(this, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket *socket = nextPendingConnection())
-                connect(socket, &QTcpSocket::readyRead, this, [this, socket] { take(socket); });
-        });
-    }
-
-    PromServer server(const char *prefix = "") const
-    {
-        PromServer server;
-        server.url =
-            QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(serverPort()).arg(text(prefix)));
-        return server;
-    }
-
-    /// The code and the body for a query.
-    std::function<QPair<int, QByteArray>(const QByteArray &query)> onQuery;
-    bool answers = true;
-    QByteArrayList heads;
-
-private:
-    void take(QTcpSocket *socket)
-    {
-        QByteArray all = socket->property("all").toByteArray() + socket->readAll();
-        socket->setProperty("all", all);
-        const int end = int(all.indexOf("\r\n\r\n"));
-        if (end < 0)
-            return;
-        const QByteArray head = all.left(end);
-        const int mark = int(head.toLower().indexOf("content-length: "));
-        const int length = mark < 0 ? 0 : head.mid(mark + 16).split('\r').first().toInt();
-        if (all.size() < end + 4 + length)
-            return;
-        socket->setProperty("all", QByteArray());
-        heads += head;
-        if (!answers)
-            return;
-        const QByteArray query = QByteArray::fromPercentEncoding(all.mid(end + 4, length));
-        const auto [code, body] = onQuery(query);
-        socket->write("HTTP/1.1 " + QByteArray::number(code) +
-                      " X\r\nContent-Type: application/json\r\nContent-Length: " +
-                      QByteArray::number(body.size()) + "\r\n\r\n" + body);
-    }
-};
 
 QByteArray vectorOf(const QByteArrayList &rows, const QByteArray &more = QByteArray())
 {
@@ -151,6 +90,7 @@ class PrometheusTest : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void answers_data();
     void answers();
     void values();
@@ -164,10 +104,22 @@ private Q_SLOTS:
     void problems();
     void sendsSecretsOnlyWhereTheyAreSafe();
     void labelsAreNoQueries();
+    void overTls_data();
+    void overTls();
+    void plainWhereTlsIs();
     void thousandUpses();
     void documentedConfiguration();
     void realServer();
+
+private:
+    std::unique_ptr<Certificates> certificates;
 };
+
+void PrometheusTest::initTestCase()
+{
+    certificates = std::make_unique<Certificates>();
+    QVERIFY2(certificates->problem().isEmpty(), qPrintable(certificates->problem()));
+}
 
 void PrometheusTest::answers_data()
 {
@@ -413,11 +365,7 @@ void PrometheusTest::problems()
     else if (what == text("warning"))
         now = {200, vectorOf({status}, ",\"warnings\":[\"half is missing\"]")};
     else
-        web.close();
-    if (what == text("gone")) {
-        for (QTcpSocket *socket : web.findChildren<QTcpSocket *>())
-            socket->abort();
-    }
+        web.vanish();
     QTRY_VERIFY2(watch.problem.contains(problem), qPrintable(watch.problem));
     if (what == text("warning")) {
         QVERIFY(!watch.of("a@i (nut)").isLost());
@@ -452,7 +400,7 @@ void PrometheusTest::sendsSecretsOnlyWhereTheyAreSafe()
     PromSource leaking(server, shortTimes());
     Watch watch(&leaking);
     leaking.start();
-    QCOMPARE(watch.problem, text("a password needs https, except on this machine"));
+    QTRY_COMPARE(watch.problem, text("a password needs https, except on this machine"));
     server.url = QUrl(text("https://192.0.2.1:9090"));
     QVERIFY(!server.wouldLeak());
 }
@@ -478,6 +426,79 @@ void PrometheusTest::labelsAreNoQueries()
     watch.feeds.values().first()->setFollowed(true);
     QTRY_VERIFY(!asked.isEmpty());
     QVERIFY2(asked.contains(R"(ups="a\"} or {b\\")"), asked.constData());
+}
+
+void PrometheusTest::overTls_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<bool>("trusted");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("right") << "right" << true << "";
+    QTest::newRow("other authorities") << "right" << false << "an authority that is not trusted";
+    QTest::newRow("of nobody") << "unknown" << true << "an authority that is not trusted";
+    QTest::newRow("expired") << "expired" << true << "the server's certificate has expired";
+    QTest::newRow("another name") << "wrong" << true
+                                  << "the server's certificate is not for localhost";
+    QTest::newRow("common name beside others")
+        << "commonname" << true << "the server's certificate is not for localhost";
+    QTest::newRow("plain http") << "" << true << "no TLS connection; does the server speak https?";
+}
+
+/// Each failure has its line, and no secret is sent then.
+void PrometheusTest::overTls()
+{
+    QFETCH(QString, kind);
+    QFETCH(bool, trusted);
+    QFETCH(QString, problem);
+    FakeWeb web;
+    if (!kind.isEmpty())
+        web.useTls(certificates->certificate(kind), certificates->key(kind));
+    const QByteArray status = row("\"instance\":\"i\",\"ups\":\"a\",\"flag\":\"OL\"", seconds());
+    web.onQuery = [&](const QByteArray &) { return qMakePair(200, vectorOf({status})); };
+    PromServer server;
+    server.url = QUrl(QStringLiteral("https://localhost:%1").arg(web.serverPort()));
+    server.token = text("hunter2");
+    server.authorities = QSslCertificate::fromPath(trusted ? certificates->authority()
+                                                           : certificates->otherAuthority());
+    QVERIFY(!server.authorities.isEmpty());
+    PromSource source(server, shortTimes());
+    Watch watch(&source);
+    source.start();
+    if (problem.isEmpty()) {
+        QTRY_VERIFY_WITH_TIMEOUT(!watch.of("a@i (nut)").isLost(), patience);
+        QVERIFY(web.heads.first().contains("Bearer hunter2"));
+        return;
+    }
+    QTRY_VERIFY2_WITH_TIMEOUT(watch.problem.contains(problem), qPrintable(watch.problem), patience);
+    QVERIFY(!watch.problem.contains(QLatin1Char('\n')));
+    QVERIFY(watch.feeds.isEmpty());
+    QVERIFY2(web.heads.isEmpty(), web.heads.value(0).constData());
+}
+
+/// The other way round, Prometheus says what is wrong.
+void PrometheusTest::plainWhereTlsIs()
+{
+    PrometheusServer prometheus;
+    QVERIFY2(prometheus.useTls(certificates->certificate(text("right")),
+                               certificates->key(text("right"))),
+             qPrintable(prometheus.problem()));
+    QVERIFY2(prometheus.start(), qPrintable(prometheus.problem()));
+    PromServer server = prometheus.server();
+    QCOMPARE(server.url.scheme(), text("https"));
+    server.authorities = QSslCertificate::fromPath(certificates->authority());
+    PromTimes times;
+    times.refresh = 300;
+    PromSource source(server, times);
+    Watch watch(&source);
+    source.start();
+    QTRY_VERIFY_WITH_TIMEOUT(!watch.of("a@nut0:3493 (nut)").isLost(), patience);
+    server.url.setScheme(text("http"));
+    PromSource plain(server, times);
+    Watch wrong(&plain);
+    plain.start();
+    QTRY_COMPARE_WITH_TIMEOUT(
+        wrong.problem, text("it answers HTTP 400: Client sent an HTTP request to an HTTPS server."),
+        patience);
 }
 
 /// A refresh of a large fleet. What it costs is printed; its size is bounded.
@@ -539,58 +560,19 @@ void PrometheusTest::documentedConfiguration()
 /// Debian's server, an exporter of the test's own, and a loaded past.
 void PrometheusTest::realServer()
 {
-    const QTemporaryDir directory(text("/tmp/kivprom-XXXXXX"));
-    QVERIFY(QDir(directory.path()).mkpath(text("ups")));
-    const quint16 webPort = freePort();
-    const quint16 exporterPort = freePort();
-    const auto write = [&](const char *name, const QByteArray &content) {
-        QFile file(directory.filePath(text(name)));
-        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-    };
-    QVERIFY(write("prometheus.yml",
-                  "global: {scrape_interval: 1s, scrape_timeout: 1s}\nscrape_configs:\n"
-                  "- job_name: nut\n  metrics_path: /ups_metrics\n  static_configs:\n"
-                  "  - {targets: ['nut0:3493'], labels: {ups: a}}\n"
-                  "  - {targets: ['nut0:3493'], labels: {ups: b}}\n  relabel_configs:\n"
-                  "  - {source_labels: [ups], target_label: __param_ups}\n"
-                  "  - {source_labels: [__address__], target_label: instance}\n"
-                  "  - {target_label: __address__, replacement: '127.0.0.1:" +
-                      QByteArray::number(exporterPort) + "'}\n"));
-    QVERIFY(write("ups/b", "flags OB DISCHRG\nload 61\n"));
+    PrometheusServer prometheus;
     const qint64 now = QDateTime::currentSecsSinceEpoch();
-    QByteArray past = "# TYPE network_ups_tools_ups_load gauge\n";
+    QByteArray past;
     constexpr int minutes = 120;
     for (int i = minutes; i > 60; --i)
-        past += "network_ups_tools_ups_load{job=\"nut\",instance=\"nut0:3493\",ups=\"a\"} " +
-                QByteArray::number(i) + ' ' + QByteArray::number(now - i * 60) + '\n';
-    QVERIFY(write("past", past + "# EOF\n"));
-    const auto start = [&](QProcess *process, const QString &program,
-                           const QStringList &arguments) {
-        process->setWorkingDirectory(directory.path());
-        process->setStandardOutputFile(directory.filePath(text("log")), QIODevice::Append);
-        process->setStandardErrorFile(directory.filePath(text("log")), QIODevice::Append);
-        process->start(text("setpriv"),
-                       QStringList{text("--pdeathsig"), text("KILL"), program} + arguments);
-        return process->waitForStarted(patience);
-    };
-    QProcess load;
-    QVERIFY(start(&load, text("promtool"),
-                  {text("tsdb"), text("create-blocks-from"), text("openmetrics"), text("past"),
-                   text("data")}));
-    QVERIFY(load.waitForFinished(patience) && load.exitCode() == 0);
-    QProcess exporter;
-    QVERIFY(start(&exporter, QStringLiteral(KIV_UPS_EXPORTER),
-                  {QString::number(exporterPort), directory.filePath(text("ups"))}));
-    QProcess prometheus;
-    QVERIFY(start(&prometheus, text("prometheus"),
-                  {text("--config.file=prometheus.yml"), text("--storage.tsdb.path=data"),
-                   QStringLiteral("--web.listen-address=127.0.0.1:%1").arg(webPort),
-                   text("--log.level=warn")}));
-    PromServer server;
-    server.url = QUrl(QStringLiteral("http://127.0.0.1:%1").arg(webPort));
+        past += PrometheusServer::sample("ups_load", "a", i, now - i * 60);
+    QVERIFY2(prometheus.load("ups_load", past), qPrintable(prometheus.problem()));
+    QVERIFY2(prometheus.setUps("b", "flags OB DISCHRG\nload 61\n"),
+             qPrintable(prometheus.problem()));
+    QVERIFY2(prometheus.start(), qPrintable(prometheus.problem()));
     PromTimes times;
     times.refresh = 300;
-    PromSource source(server, times);
+    PromSource source(prometheus.server(), times);
     Watch watch(&source);
     source.start();
     const char *const a = "a@nut0:3493 (nut)";
@@ -605,14 +587,15 @@ void PrometheusTest::realServer()
                               std::optional<double>(1200.0), patience);
     QVERIFY(!watch.of(a).value(Quantity::BatteryRuntime));
     // A flag of another kind, and an exporter that fails.
-    QVERIFY(write("ups/a", "flags ALARM OL\n"));
+    QVERIFY(prometheus.setUps("a", "flags ALARM OL\n"));
     QTRY_VERIFY_WITH_TIMEOUT(watch.of(a).tokens.testFlag(StatusToken::Alarm), patience);
-    QVERIFY(write("ups/a", "error\n"));
+    QVERIFY(prometheus.setUps("a", "error\n"));
     QTRY_COMPARE_WITH_TIMEOUT(watch.of(a).reason, text("its exporter cannot be scraped"), patience);
     // The past, with a step that fits.
     PromAnswer trend;
     bool answered = false;
-    source.queryRange(watch.feeds.value(text(a))->queryOf(Quantity::Load),
+    source.queryRange(QStringLiteral("network_ups_tools_ups_load{%1}")
+                          .arg(watch.feeds.value(text(a))->selector()),
                       double(now - minutes * 60), double(now - 61 * 60), 60.0,
                       [&](const PromAnswer &answer) {
                           trend = answer;
@@ -633,12 +616,9 @@ void PrometheusTest::realServer()
     QTRY_VERIFY_WITH_TIMEOUT(answered, patience);
     QVERIFY2(trend.problem.contains(text("it refuses the query: ")), qPrintable(trend.problem));
     // Gone, it is one problem of all.
-    prometheus.kill();
-    QVERIFY(prometheus.waitForFinished(patience));
+    prometheus.stop();
     QTRY_VERIFY_WITH_TIMEOUT(watch.problem.contains(text("connection refused")), patience);
     QVERIFY(watch.of(b).isLost());
-    exporter.kill();
-    QVERIFY(exporter.waitForFinished(patience));
 }
 
 KIV_TEST_MAIN(PrometheusTest)

@@ -70,14 +70,19 @@ std::optional<PromSeries> seriesOf(const QJsonObject &json)
     return series;
 }
 
-QString reasonFor(int code, const QJsonObject &json)
+QString reasonFor(int code, const QJsonObject &json, const QByteArray &body)
 {
     if (code == 401 || code == 403)
         return QStringLiteral("it refuses this user (HTTP %1)").arg(code);
     const QString error = shortText(json.value(QLatin1String("error")).toString());
     if (!error.isEmpty())
         return QStringLiteral("it refuses the query: ") + error;
-    return QStringLiteral("it answers HTTP %1").arg(code);
+    // Such as "Client sent an HTTP request to an HTTPS server."
+    const QString said = shortText(QString::fromUtf8(body.left(4 * longestText)).trimmed());
+    const QString line = QStringLiteral("it answers HTTP %1").arg(code);
+    return said.isEmpty() || said.startsWith(QLatin1Char('<')) || said.startsWith(QLatin1Char('{'))
+               ? line
+               : line + QStringLiteral(": ") + said;
 }
 
 } // namespace
@@ -93,7 +98,7 @@ PromAnswer PromAnswer::parse(int code, const QByteArray &body)
     const QJsonObject json = document.object();
     constexpr int good = 200;
     if (code != good) {
-        answer.problem = reasonFor(code, json);
+        answer.problem = reasonFor(code, json, body);
         return answer;
     }
     const QJsonObject data = json.value(QLatin1String("data")).toObject();

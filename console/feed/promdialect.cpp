@@ -4,6 +4,8 @@
 
 #include <QtCore/QStringList>
 
+#include <algorithm>
+
 namespace {
 
 struct ValueRow
@@ -81,6 +83,14 @@ const QVector<PromDialect> &table()
 }
 
 } // namespace
+
+const PromValue *PromDialect::valueOf(const QString &variable) const
+{
+    const auto found =
+        std::find_if(values.cbegin(), values.cend(),
+                     [&variable](const PromValue &value) { return value.variable == variable; });
+    return found == values.cend() ? nullptr : found;
+}
 
 const PromDialect *PromDialect::find(const QString &name)
 {

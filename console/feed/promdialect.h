@@ -23,6 +23,8 @@ struct PromDialect
     QString upsLabel;     ///< names the UPS
     QVector<PromValue> values;
 
+    /// What stands for @p variable; null where nothing does.
+    const PromValue *valueOf(const QString &variable) const;
     /// Null where there is none of that name.
     static const PromDialect *find(const QString &name);
     static QStringList names();

@@ -4,6 +4,7 @@
 
 #include "nutaddress.h"
 #include "nutmapping.h"
+#include "tlscheck.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QPointer>
@@ -11,7 +12,6 @@
 #include <QtNetwork/QNetworkProxy>
 #include <QtNetwork/QNetworkReply>
 #include <QtNetwork/QNetworkRequest>
-#include <QtNetwork/QSslConfiguration>
 
 #include <algorithm>
 #include <cmath>
@@ -119,23 +119,32 @@ void PromSource::query(const QString &text, const Answer &answer)
     get(QStringLiteral("query"), {{QStringLiteral("query"), text}}, answer);
 }
 
-void PromSource::queryRange(const QString &text, double from, double to, double step,
-                            const Answer &answer)
+QNetworkReply *PromSource::queryRange(const QString &text, double from, double to, double step,
+                                      const Answer &answer)
 {
     const auto number = [](double value) { return QString::number(value, 'f', 3); };
     // The server refuses more points than this.
     const double least = (to - from) / (PromAnswer::maxSamples - 1);
-    get(QStringLiteral("query_range"),
-        {{QStringLiteral("query"), text},
-         {QStringLiteral("start"), number(from)},
-         {QStringLiteral("end"), number(to)},
-         {QStringLiteral("step"), number(std::max({step, least, 1.0}))}},
-        answer);
+    return get(QStringLiteral("query_range"),
+               {{QStringLiteral("query"), text},
+                {QStringLiteral("start"), number(from)},
+                {QStringLiteral("end"), number(to)},
+                {QStringLiteral("step"), number(std::max({step, least, 1.0}))}},
+               answer);
 }
 
-void PromSource::get(const QString &path, const QList<QPair<QString, QString>> &items,
-                     const Answer &answer)
+QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString>> items,
+                               const Answer &answer)
 {
+    if (server.wouldLeak()) {
+        PromAnswer refused;
+        refused.problem = QStringLiteral("a password needs https, except on this machine");
+        QMetaObject::invokeMethod(
+            this, [=] { answer(refused); }, Qt::QueuedConnection);
+        return nullptr;
+    }
+    // Nobody waits longer, so the server need not go on either.
+    items.append({QStringLiteral("timeout"), QString::number(times.answer / 1000.0)});
     QUrl url = server.url;
     QString base = url.path();
     while (base.endsWith(QLatin1Char('/')))
@@ -162,12 +171,7 @@ void PromSource::get(const QString &path, const QList<QPair<QString, QString>> &
             "Basic " + (server.user + QLatin1Char(':') + server.password).toUtf8().toBase64();
     if (!authorization.isEmpty())
         request.setRawHeader("Authorization", authorization);
-    QSslConfiguration ssl = QSslConfiguration::defaultConfiguration();
-    ssl.setProtocol(QSsl::TlsV1_2OrLater);
-    ssl.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    if (!server.authorities.isEmpty())
-        ssl.setCaCertificates(server.authorities);
-    request.setSslConfiguration(ssl);
+    request.setSslConfiguration(TlsCheck::configuration(server.authorities));
 
     QNetworkReply *reply = network.post(request, form.toString(QUrl::FullyEncoded).toUtf8());
     reply->setReadBufferSize(PromAnswer::maxBytes);
@@ -175,28 +179,45 @@ void PromSource::get(const QString &path, const QList<QPair<QString, QString>> &
         if (reply->bytesAvailable() >= PromAnswer::maxBytes)
             reply->abort();
     });
-    connect(reply, &QNetworkReply::finished, this, [reply, answer] {
+    // What is wrong with its certificate; the answer takes it along.
+    const auto tlsProblem = std::make_shared<QString>();
+    const QString host = server.url.host();
+    connect(reply, &QNetworkReply::sslErrors, reply,
+            [tlsProblem, host](const QList<QSslError> &errors) {
+                *tlsProblem = TlsCheck::words(errors.constFirst(), host);
+            });
+    // Before anything is sent.
+    connect(reply, &QNetworkReply::encrypted, reply, [reply, tlsProblem, host] {
+        if (TlsCheck::isFor(reply->sslConfiguration().peerCertificate(), host))
+            return;
+        *tlsProblem = TlsCheck::wordsForName(host);
+        reply->abort();
+    });
+    connect(reply, &QNetworkReply::finished, this, [reply, answer, tlsProblem] {
         reply->deleteLater();
         const int code = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         PromAnswer result;
-        if (code > 0 && reply->error() != QNetworkReply::OperationCanceledError)
+        if (!tlsProblem->isEmpty())
+            result.problem = *tlsProblem;
+        else if (code > 0 && reply->error() != QNetworkReply::OperationCanceledError)
             result = PromAnswer::parse(code, reply->readAll());
         else if (reply->error() == QNetworkReply::OperationCanceledError)
             result.problem = QStringLiteral("it gives no whole answer in time");
         else if (reply->error() == QNetworkReply::ConnectionRefusedError)
             result.problem = QStringLiteral("connection refused");
+        else if (reply->error() == QNetworkReply::HostNotFoundError)
+            result.problem = QStringLiteral("host not found");
+        else if (reply->error() == QNetworkReply::SslHandshakeFailedError)
+            result.problem = QStringLiteral("no TLS connection; does the server speak https?");
         else
             result.problem = plainText(reply->errorString()).left(200);
         answer(result);
     });
+    return reply;
 }
 
 void PromSource::refresh()
 {
-    if (server.wouldLeak()) {
-        loseAll(QStringLiteral("a password needs https, except on this machine"));
-        return;
-    }
     const QString by = QStringLiteral("max by (job, instance, %1").arg(dialect->upsLabel);
     const QString job = QStringLiteral("{job=%1}").arg(quoted(server.job));
     const QString status = dialect->statusMetric + job;
@@ -404,14 +425,19 @@ QString PromFeed::selector() const
         .arg(quoted(job), quoted(place), source->dialect->upsLabel, quoted(ups));
 }
 
-QString PromFeed::queryOf(Quantity quantity) const
+bool PromFeed::isKeptElsewhere() const
 {
-    const QString variable = nutVariableOf(quantity);
-    for (const PromValue &value : source->dialect->values) {
-        if (value.variable == variable)
-            return QStringLiteral("%1{%2} * %3").arg(value.metric, selector()).arg(value.factor);
-    }
-    return QString();
+    return true;
+}
+
+PromSource &PromFeed::server() const
+{
+    return *source;
+}
+
+const PromDialect &PromFeed::dialect() const
+{
+    return *source->dialect;
 }
 
 void PromFeed::deliver()

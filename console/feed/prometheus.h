@@ -64,7 +64,9 @@ public:
     /// Asks a query of one's own; @p answer comes once, unless this ends before.
     void query(const QString &text, const Answer &answer);
     /// The same over a time, with a step in seconds; both ends in seconds since the epoch.
-    void queryRange(const QString &text, double from, double to, double step, const Answer &answer);
+    /// @return what can be aborted as long as there is no answer; null where nothing is sent.
+    QNetworkReply *queryRange(const QString &text, double from, double to, double step,
+                              const Answer &answer);
 
 Q_SIGNALS:
     /// A UPS that was not known. The feed is this object's.
@@ -88,8 +90,8 @@ private:
     void askForValues(PromFeed *feed);
     void takeValues(PromFeed *feed, const PromAnswer &answer);
     void loseAll(const QString &reason);
-    void get(const QString &path, const QList<QPair<QString, QString>> &items,
-             const Answer &answer);
+    QNetworkReply *get(const QString &path, QList<QPair<QString, QString>> items,
+                       const Answer &answer);
     PromFeed *feedOf(const PromSeries &series);
     void tell(const QString &problem);
 
@@ -117,14 +119,17 @@ public:
     void start() override;
     void stop() override;
     void setFollowed(bool followed) override;
-    /// The query of @p quantity of this UPS; empty where the dialect has none.
-    QString queryOf(Quantity quantity) const;
+    bool isKeptElsewhere() const override;
+    /// Where it comes from.
+    PromSource &server() const;
+    const PromDialect &dialect() const;
+    /// Its labels as a query has them in braces.
+    QString selector() const;
 
 private:
     friend class PromSource;
 
     PromFeed(PromSource *source, const QString &job, const QString &instance, const QString &ups);
-    QString selector() const;
     void deliver();
     void lose(const QString &reason);
 

@@ -49,3 +49,8 @@ void UpsFeed::logIn(const QString &, const QString &)
 
 void UpsFeed::setFollowed(bool)
 {}
+
+bool UpsFeed::isKeptElsewhere() const
+{
+    return false;
+}

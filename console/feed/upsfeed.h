@@ -49,6 +49,10 @@ public:
     /// Whether somebody looks at this UPS, who may get more of it than of others. Here: nothing.
     virtual void setFollowed(bool followed);
 
+    /// Whether the server that this reads from keeps what the UPS measures, so that nobody else
+    /// need do so. Here: no.
+    virtual bool isKeptElsewhere() const;
+
     /// Asks what the UPS offers by name, now and whenever it was not reached for a time;
     /// offerReady() brings it. Here: nothing is offered.
     virtual void askForOffer();

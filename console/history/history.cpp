@@ -347,7 +347,7 @@ void History::inThread(Action action)
 }
 
 History::History(const QString &directory, const Retention &retention, QObject *parent)
-    : QObject(parent)
+    : TrendSource(parent)
     , thread(std::make_unique<QThread>())
     , worker(new HistoryWorker(this, directory, retention))
 {
@@ -414,6 +414,11 @@ int History::readTrend(const QString &ups, const QVector<Quantity> &quantities, 
     const int number = ++lastNumber;
     inThread([=] { worker->readTrend(number, ups, quantities, span, columns); });
     return number;
+}
+
+QString History::whyNotKept(const QString &) const
+{
+    return present.state == HistoryStatus::State::NotKept ? present.line : QString();
 }
 
 int History::exportEvents(const EventFilter &filter, const QString &file)

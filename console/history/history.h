@@ -3,9 +3,7 @@
 #pragma once
 
 #include "journal.h"
-#include "store.h"
-
-#include <QtCore/QObject>
+#include "trendsource.h"
 
 #include <array>
 #include <memory>
@@ -31,26 +29,11 @@ struct HistoryStatus
     bool canAcknowledge() const;
 };
 
-/// The values of a UPS over some time.
-struct Trend
-{
-    struct Curve
-    {
-        Quantity quantity = Quantity::Load;
-        QVector<TrendPoint> points;
-    };
-
-    QString ups;
-    TimeSpan span;
-    QVector<Curve> curves;       ///< of the quantities that were asked for, in that order
-    QVector<TimeSpan> onBattery; ///< when it ran on battery
-};
-
 /// The history of the site: what the UPSes measured and what happened to them. It lives in a thread
 /// of its own, which alone touches files; calls return at once, and answers come as signals.
 ///
 /// Where its file cannot be used, it goes on in memory, and tries the file again now and then.
-class History : public QObject
+class History : public TrendSource
 {
     Q_OBJECT
 
@@ -78,7 +61,8 @@ public:
     /// Each returns the number that comes with the answer.
     int readEvents(const EventFilter &filter, int most);
     int readTrend(const QString &ups, const QVector<Quantity> &quantities, TimeSpan span,
-                  int columns);
+                  int columns) override;
+    QString whyNotKept(const QString &ups) const override;
     /// Writes all events that @p filter lets pass to the CSV file @p file.
     int exportEvents(const EventFilter &filter, const QString &file);
     /// Writes @p bytes to @p file.
@@ -89,16 +73,12 @@ public:
     void lookAgain();
 
 Q_SIGNALS:
-    void statusChanged();
     void unacknowledgedChanged();
     /// These are new or different now, and on the disk.
     void eventsChanged(const QVector<Event> &events);
-    /// Anything may be different.
-    void replaced();
     /// A file was opened that knows nothing of the present: what is present must be said again.
     void presentWanted();
     void eventsRead(int number, const QVector<Event> &events, bool all);
-    void trendRead(int number, const Trend &trend);
     /// A file was written, or was not, for @p problem.
     void fileWritten(int number, const QString &file, const QString &problem);
 

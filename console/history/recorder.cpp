@@ -203,7 +203,8 @@ void Recorder::heard(UpsModel *ups)
                                                      : *watched.silentSince));
         }
     }
-    recordValues(*ups, &watched);
+    if (!ups->isKeptElsewhere())
+        recordValues(*ups, &watched);
 }
 
 void Recorder::meet(UpsModel *ups, Watched *watched)

@@ -12,7 +12,8 @@
 
 /// Watches the site for the history: what its UPSes measure becomes samples, and what begins and
 /// ends becomes events. What a UPS shows when the console meets it is no news of that moment: it
-/// continues what the history knows as present.
+/// continues what the history knows as present. Of a UPS whose server keeps what it measures, only
+/// events are recorded.
 class Recorder : public QObject
 {
     Q_OBJECT

@@ -97,6 +97,11 @@ void UpsModel::setFollowed(bool nowFollowed)
         feed->setFollowed(followed);
 }
 
+bool UpsModel::isKeptElsewhere() const
+{
+    return feed && feed->isKeptElsewhere();
+}
+
 void UpsModel::take(const Snapshot &snapshot)
 {
     const QPointer<UpsModel> guard(this);

@@ -43,6 +43,8 @@ public:
     void setFeed(UpsFeed *feed);
     /// Whether somebody looks at this UPS, who gets all of its values.
     void setFollowed(bool followed);
+    /// Whether the server of its feed keeps what it measures; see UpsFeed.
+    bool isKeptElsewhere() const;
     /// Takes the UPS's state from elsewhere.
     void take(const Snapshot &snapshot);
 
