@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
+#include "consolesettings.h"
 #include "consolewindow.h"
 #include "feed/simulatorfeed.h"
 #include "history/recorder.h"
@@ -11,8 +12,6 @@
 #include "screenshots.h"
 #include "sitefeeds.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QSettings>
 #include <QtWidgets/QApplication>
 
 #include <memory>
@@ -20,26 +19,6 @@
 
 /// The status when screenshots are there but of a UPS that cannot be reached.
 static constexpr int notReached = 3;
-
-/// How long the history keeps what, as the settings' group "history" says.
-static Retention keptTimes()
-{
-    Retention kept;
-    const QString file = Program::settingsFile(QStringLiteral("console.ini"));
-    if (file.isEmpty())
-        return kept;
-    const QSettings settings(file, QSettings::IniFormat);
-    const auto days = [&settings](const char *key, int usual) {
-        bool isNumber = false;
-        const int value = settings.value(QLatin1String(key)).toInt(&isNumber);
-        constexpr int longest = 36500;
-        return isNumber && value >= 0 && value <= longest ? value : usual;
-    };
-    kept.rawDays = days("history/rawDays", kept.rawDays);
-    kept.minuteDays = days("history/minuteDays", kept.minuteDays);
-    kept.hourDays = days("history/hourDays", kept.hourDays);
-    return kept;
-}
 
 int main(int argc, char **argv)
 {
@@ -98,8 +77,10 @@ int main(int argc, char **argv)
     }
     // What a simulation does is not to be mixed with what happened: it is forgotten with it.
     // Prometheus keeps its own.
+    const QString settings = Program::settingsFile(QStringLiteral("console.ini"));
     const bool isKept = !options.simulates() && !entries.servers.isEmpty();
-    History history(!isKept ? QString() : Program::dataDirectory(), keptTimes());
+    History history(!isKept ? QString() : Program::dataDirectory(),
+                    ConsoleSettings::keptTimes(settings));
     const Recorder recorder(&site, &history);
     PromTrends trends([&feeds](const QString &ups) { return feeds.promFeed(ups); }, &history);
     window.setHistory(&history, &trends);
@@ -113,11 +94,10 @@ int main(int argc, char **argv)
                      });
     Notifier notifier(&site);
     QObject::connect(&window, &ConsoleWindow::notifyChosen, &notifier, &Notifier::setEnabled);
-    if (const QString file = Program::settingsFile(QStringLiteral("console.ini"));
-        !file.isEmpty()) {
+    if (!settings.isEmpty()) {
         if (options.fresh)
-            QFile::remove(file);
-        window.remember(file);
+            ConsoleSettings::forget(settings);
+        window.remember(settings);
     }
     // What the command line says goes before what was remembered.
     if (options.dark)

@@ -31,8 +31,8 @@ Options parseOptions(const QStringList &arguments)
 {
     CommandLine line(QStringLiteral("kivconsole"),
                      QStringLiteral("Monitoring console for uninterruptible power supplies. "
-                                    "Without --ups, --server and --config it shows a "
-                                    "simulated one."),
+                                    "Without --ups, --server, --prometheus and --config it "
+                                    "shows a simulated one."),
                      QStringLiteral("each page"));
     const QCommandLineOption ups(QStringLiteral("ups"),
                                  QStringLiteral("Follow a UPS of a Network UPS Tools server; the "
@@ -67,7 +67,8 @@ Options parseOptions(const QStringList &arguments)
                        "this machine."),
         QStringLiteral("off|required"));
     const QCommandLineOption ca(QStringLiteral("ca"),
-                                QStringLiteral("Trust the authorities of a PEM file for TLS, "
+                                QStringLiteral("Trust the authorities of a PEM file for TLS with "
+                                               "the servers of --ups, --server and --prometheus, "
                                                "instead of the system's."),
                                 QStringLiteral("FILE"));
     const QCommandLineOption speed(QStringLiteral("speed"),
@@ -87,7 +88,8 @@ Options parseOptions(const QStringList &arguments)
                                         QStringLiteral("Fill the screen; F11 changes it, too."));
     const QCommandLineOption fresh(
         QStringLiteral("fresh"),
-        QStringLiteral("Forget the size, the page and the settings of earlier runs."));
+        QStringLiteral("Forget the size, the page, the theme and the settings of earlier runs, but "
+                       "not how long the history is kept."));
     const QCommandLineOption notify(QStringLiteral("notify"),
                                     QStringLiteral("Whether changes of state are announced on the "
                                                    "desktop: on or off."),
@@ -95,8 +97,8 @@ Options parseOptions(const QStringList &arguments)
     const QCommandLineOption report(
         QStringLiteral("report"),
         QStringLiteral("Write a report of the past day, week or month to the file of --output, of "
-                       "the UPSes of --ups or all that the history knows, and exit; needs no "
-                       "display."),
+                       "the UPSes of --ups or all that the console's own history knows, and exit; "
+                       "needs no display. Not for --prometheus."),
         QStringLiteral("day|week|month"));
     const QCommandLineOption output(QStringLiteral("output"),
                                     QStringLiteral("With --report: the file, whose name ends with "
@@ -142,11 +144,18 @@ Options parseOptions(const QStringList &arguments)
     }
     if (!options.simulates() && (line.isSet(speed) || line.isSet(at)))
         return refused(QStringLiteral("--speed and --at are for the simulated UPS, not for --ups, "
-                                      "--server and --config"));
+                                      "--server, --prometheus and --config"));
     const bool anyServer = !options.upses.isEmpty() || !options.servers.isEmpty();
-    if (!anyServer && (line.isSet(tls) || (line.isSet(ca) && options.prometheus.isEmpty())))
-        return refused(QStringLiteral("--tls and --ca go with --ups and --server"));
-    if (options.simulates() && line.isSet(credentials))
+    if (line.isSet(tls) && !anyServer)
+        return refused(QStringLiteral("--tls goes with --ups and --server; for --prometheus, the "
+                                      "address says http or https"));
+    const bool securesServers = anyServer && options.tls.value_or(true);
+    const bool securesPrometheus =
+        options.prometheus.startsWith(QLatin1String("https:"), Qt::CaseInsensitive);
+    if (line.isSet(ca) && !securesServers && !securesPrometheus)
+        return refused(QStringLiteral("--ca is for TLS: it goes with --ups and --server unless "
+                                      "--tls is off, and with an https address of --prometheus"));
+    if (!anyServer && options.config.isEmpty() && line.isSet(credentials))
         return refused(QStringLiteral("--credentials goes with --ups, --server or --config"));
     constexpr double lowestSpeed = 0.01;
     if (line.isSet(speed) &&
@@ -184,6 +193,9 @@ Options parseOptions(const QStringList &arguments)
         if (!known)
             return refused(QStringLiteral("--report needs --output with a file that ends with "
                                           ".html or .csv"));
+        if (!options.prometheus.isEmpty())
+            return refused(QStringLiteral("--report is written from the console's own history, "
+                                          "which has nothing of --prometheus"));
         if (options.task == Options::Task::TakeScreenshots || !options.servers.isEmpty() ||
             !options.config.isEmpty())
             return refused(QStringLiteral("--report goes with --ups and --output alone"));

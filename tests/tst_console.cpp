@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
+#include "consolesettings.h"
 #include "consolewindow.h"
 #include "elidedlabel.h"
 #include "feed/scenario.h"
@@ -32,6 +33,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QHash>
 #include <QtCore/QSet>
+#include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QLabel>
@@ -157,6 +159,7 @@ private Q_SLOTS:
     void options();
     void wrongOptions_data();
     void wrongOptions();
+    void freshKeepsTheLimitsOfTheHistory();
     void followsTheScenario_data();
     void followsTheScenario();
     void lowTabsShowAlarms();
@@ -199,6 +202,13 @@ void ConsoleTest::options_data()
     QTest::newRow("screenshot") << QStringList{QStringLiteral("--screenshot"),
                                                QStringLiteral("dir")}
                                 << int(Options::Task::TakeScreenshots);
+    for (const char *trusted :
+         {"--ca f --ups demo@host", "--ca f --server host --tls required",
+          "--ca f --prometheus HTTPS://host", "--ca f --ups demo@host --prometheus http://host",
+          "--ca f --server host --tls off --prometheus https://host",
+          "--credentials f --prometheus https://host --server host"})
+        QTest::newRow(trusted) << QString::fromLatin1(trusted).split(QLatin1Char(' '))
+                               << int(Options::Task::ShowWindow);
     QTest::newRow("a UPS") << QStringList{QStringLiteral("--ups"), QStringLiteral("demo@host")}
                            << int(Options::Task::ShowWindow);
 }
@@ -234,9 +244,16 @@ void ConsoleTest::wrongOptions_data()
     row("--server host --speed 2", "--server");
     row("--config file --at 2", "--config");
     row("--server host --tls maybe", "'maybe'");
+    row("--prometheus http://host --speed 2", "--prometheus");
     row("--tls off", "--ups");
+    row("--prometheus https://host --tls required", "the address says http or https");
     row("--ca file", "--ups");
+    row("--prometheus http://host --ca file", "an https address of --prometheus");
+    row("--ups demo@host --tls off --ca file", "unless --tls is off");
     row("--credentials file", "--config");
+    row("--prometheus https://host --credentials file", "--config");
+    row("--prometheus-auth file", "goes with --prometheus");
+    row("--prometheus=", "needs an address");
     row("--config=", "needs a file");
     row("--at 3", "--screenshot");
     row("--screenshot dir --at 3,x", "'x'");
@@ -253,6 +270,33 @@ void ConsoleTest::wrongOptions()
     QCOMPARE(int(options.task), int(Options::Task::Refuse));
     QVERIFY2(options.text.contains(part), qPrintable(options.text));
     QVERIFY(!options.text.contains(QLatin1Char('\n')));
+}
+
+/// What a run remembers is forgotten, but how long the history is kept is not: shorter limits would
+/// delete what is there.
+void ConsoleTest::freshKeepsTheLimitsOfTheHistory()
+{
+    const QTemporaryDir place;
+    const QString file = place.filePath(QStringLiteral("console.ini"));
+    const auto write = [&file](const QByteArray &text) {
+        QFile out(file);
+        return out.open(QIODevice::WriteOnly) && out.write(text) == text.size();
+    };
+    QVERIFY(write("dark=true\n[history]\nrawDays=14\nhourDays=x\n[window]\nsize=3\n"));
+    QCOMPARE(ConsoleSettings::keptTimes(file).rawDays, 14);
+    ConsoleSettings::forget(file);
+    QCOMPARE(ConsoleSettings::keptTimes(file).rawDays, 14);
+    QCOMPARE(ConsoleSettings::keptTimes(file).minuteDays, Retention().minuteDays);
+    QCOMPARE(ConsoleSettings::keptTimes(file).hourDays, Retention().hourDays);
+    QCOMPARE(QSettings(file, QSettings::IniFormat).childGroups(),
+             QStringList{QStringLiteral("history")});
+    QVERIFY(!QSettings(file, QSettings::IniFormat).contains(QStringLiteral("dark")));
+    // Nothing to keep, or nothing that can be read: nothing stays.
+    QVERIFY(write("dark=true\n"));
+    ConsoleSettings::forget(file);
+    QVERIFY(!QFile::exists(file));
+    ConsoleSettings::forget(file);
+    QVERIFY(!QFile::exists(file));
 }
 
 void ConsoleTest::followsTheScenario_data()

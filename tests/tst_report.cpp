@@ -209,6 +209,7 @@ void ReportTest::options_data()
     row("--output r.html", false);
     row("--report day --output r.html --screenshot dir", false);
     row("--report day --output r.html --server host", false);
+    row("--report day --output r.html --prometheus http://host", false);
 }
 
 void ReportTest::options()
@@ -220,6 +221,8 @@ void ReportTest::options()
     QCOMPARE(given.task != Options::Task::Refuse, taken);
     QCOMPARE(given.report.has_value(), taken || given.report.has_value());
     QVERIFY(!given.text.contains(QLatin1Char('\n')));
+    QCOMPARE(given.text.contains(QLatin1String("the console's own history")),
+             arguments.contains(QLatin1String("--prometheus")));
 }
 
 void ReportTest::programNeedsNoDisplay()

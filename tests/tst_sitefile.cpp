@@ -133,6 +133,10 @@ void SiteFileTest::wrongFiles_data()
     row("wrong name", server + "[ups x y@a]\n", ":3: a UPS is named");
     row("long text", server + "site = " + QByteArray(201, 'x'), ":3: the text has more than 200");
     row("long line", "# " + QByteArray(5000, 'x'), ":1: the line has more than 4096 bytes");
+    row("ca for plain http", "[prometheus p]\nurl = http://host\nca = f\n",
+        ":1: [prometheus p] has a ca, but its url is not https");
+    row("ca without TLS", server + "tls = off\nca = f\n",
+        ":1: [server a] has a ca, but tls is off");
     row("no url", "[prometheus p]\njob = x\n", ":1: [prometheus p] has no url");
     row("wrong url", "[prometheus p]\nurl = http://u:p@host\n",
         ":2: the address must have no user");

@@ -194,10 +194,7 @@ protected:
         case Section::Server:
             return endServer();
         case Section::Prometheus:
-            result.prometheus.append(prometheus);
-            return prometheus.url.isEmpty()
-                       ? QStringLiteral("[prometheus %1] has no url").arg(subject.left(longestText))
-                       : QString();
+            return endPrometheus();
         case Section::Ups:
             break;
         }
@@ -316,10 +313,25 @@ private:
     {
         if (server.host.host.isEmpty())
             return QStringLiteral("[server %1] has no address").arg(subject.left(longestText));
+        if (!server.authorities.isEmpty() && !server.tls.value_or(true))
+            return QStringLiteral("[server %1] has a ca, but tls is off")
+                .arg(subject.left(longestText));
         if (server.site.isEmpty())
             server.site = subject;
         servers.insert(subject, int(result.servers.size()));
         result.servers.append(server);
+        return {};
+    }
+
+    QString endPrometheus()
+    {
+        const QString name = subject.left(longestText);
+        if (prometheus.url.isEmpty())
+            return QStringLiteral("[prometheus %1] has no url").arg(name);
+        if (!prometheus.authorities.isEmpty() &&
+            !prometheus.url.startsWith(QLatin1String("https:"), Qt::CaseInsensitive))
+            return QStringLiteral("[prometheus %1] has a ca, but its url is not https").arg(name);
+        result.prometheus.append(prometheus);
         return {};
     }
 
