@@ -76,6 +76,8 @@ private Q_SLOTS:
     void whatEndedUnseen();
     void flickerIsOneEvent();
     void alarmsThatCountAreOneEvent();
+    void everNewAlarmsHaveABound();
+    void flickeringAlarmsAreNotLeftOut();
     void severityGrows();
     void unknownState();
     void unwatchedUpsIsLeft();
@@ -225,6 +227,71 @@ void HistoryTest::alarmsThatCountAreOneEvent()
     QCOMPARE(watch.lines(),
              (QStringList{QStringLiteral("Critical Alarm Battery ends in 30 s [] x1 present"),
                           QStringLiteral("Critical Alarm Fan [] x1 present")}));
+}
+
+/// Texts of alarms are a server's to choose. Whatever it does, states are listed.
+void HistoryTest::everNewAlarmsHaveABound()
+{
+    Watch watch;
+    QVERIFY(watch.waitFor(HistoryStatus::State::Temporary));
+    watch.pass(snapshotWith(StatusToken::OnLine));
+    const auto alarms = [](int number, StatusTokens tokens) {
+        Snapshot snapshot = snapshotWith(tokens | StatusToken::Alarm);
+        // Numbers would be taken for one text that counts.
+        for (int i = 0; i < 3; ++i) {
+            QString text = QStringLiteral("Word ");
+            for (int left = number * 3 + i + 1; left > 0; left /= 10)
+                text += QLatin1Char(char('a' + left % 10));
+            snapshot.alarmTexts += text;
+        }
+        return snapshot;
+    };
+    // Three new ones every five seconds, for 31 minutes: 1,110.
+    int number = 0;
+    for (; number < 360; ++number)
+        watch.pass(alarms(number, StatusToken::OnLine));
+    for (; number < 370; ++number)
+        watch.pass(alarms(number, StatusToken::OnBattery));
+    QVector<Event> events = watch.events();
+    const auto listed = [&events](const QString &part) {
+        return std::count_if(events.cbegin(), events.cend(),
+                             [&part](const Event &event) { return event.text.contains(part); });
+    };
+    // 50 at once and 10 an hour, of which half an hour has passed.
+    QCOMPARE(listed(QStringLiteral("Word")), 55);
+    QCOMPARE(listed(QStringLiteral("not listed")), 1);
+    QCOMPARE(listed(QStringLiteral("On battery")), 1);
+    // Quiet again: the event says how many there were, and ends.
+    watch.pass(snapshotWith(StatusToken::OnLine), 900);
+    events = watch.events();
+    const auto left = std::find_if(events.cbegin(), events.cend(), [](const Event &event) {
+        return event.text.contains(QLatin1String("not listed"));
+    });
+    QVERIFY(left != events.cend());
+    QVERIFY(!left->isPresent());
+    QCOMPARE(left->text, QStringLiteral("1055 more alarms are not listed"));
+    QCOMPARE(left->count, 1);
+    for (const Event &event : std::as_const(events))
+        QVERIFY2(!event.isPresent(), qPrintable(event.text));
+    // Later ones are listed again.
+    watch.pass(snapshotWith(StatusToken::OnLine), 3600, 60);
+    Snapshot fan = snapshotWith(StatusToken::OnLine | StatusToken::Alarm);
+    fan.alarmTexts = QStringList{QStringLiteral("Fan")};
+    watch.pass(fan);
+    QVERIFY(watch.lines().contains(QStringLiteral("Critical Alarm Fan [] x1 present")));
+}
+
+void HistoryTest::flickeringAlarmsAreNotLeftOut()
+{
+    Watch watch;
+    QVERIFY(watch.waitFor(HistoryStatus::State::Temporary));
+    Snapshot fan = snapshotWith(StatusToken::OnLine | StatusToken::Alarm);
+    fan.alarmTexts = QStringList{QStringLiteral("Fan")};
+    for (int i = 0; i < 100; ++i) {
+        watch.pass(snapshotWith(StatusToken::OnLine));
+        watch.pass(fan);
+    }
+    QCOMPARE(watch.lines(), QStringList(QStringLiteral("Critical Alarm Fan [] x100 present")));
 }
 
 void HistoryTest::severityGrows()

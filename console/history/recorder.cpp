@@ -17,6 +17,14 @@ constexpr int leaveAfterMsecs = 600000;
 constexpr float none = std::numeric_limits<float>::quiet_NaN();
 
 const QLatin1String silence("no-communication");
+const QLatin1String alarmPrefix("alarm");
+
+// A UPS can have so many new alarms at once, and so many an hour after that.
+constexpr double mostAlarms = 50.0;
+constexpr double alarmsAnHour = 10.0;
+/// Alarms that were left out are over after so long without another.
+constexpr qint64 leftOutMsecs = 10 * minuteMsecs;
+const QLatin1String leftOutCondition("alarms-left-out");
 
 bool isSame(float a, float b)
 {
@@ -27,7 +35,7 @@ EventKind kindOf(const Condition &condition)
 {
     if (condition.id == silence)
         return EventKind::Communication;
-    if (condition.id.startsWith(QLatin1String("alarm")))
+    if (condition.id.startsWith(alarmPrefix))
         return EventKind::Alarm;
     return condition.id.endsWith(QLatin1String("-too-low")) ||
                    condition.id.endsWith(QLatin1String("-too-high"))
@@ -210,6 +218,8 @@ void Recorder::heard(UpsModel *ups)
 void Recorder::meet(UpsModel *ups, Watched *watched)
 {
     watched->met = true;
+    watched->alarmsLeft = mostAlarms;
+    watched->alarmsLeftAt = now();
     EventChange change;
     change.what = EventChange::What::Present;
     change.ups = ups->id();
@@ -218,12 +228,68 @@ void Recorder::meet(UpsModel *ups, Watched *watched)
     if (watched->silenceNoted)
         add(endOf(ups->id(), silence, change.at));
     for (const Condition &condition : conditionsOf(*ups)) {
+        if (kindOf(condition) == EventKind::Alarm && !allowAlarm(keyOf(condition), watched)) {
+            watched->leftOut.insert(keyOf(condition));
+            continue;
+        }
         const qint64 since =
             condition.since.isValid() ? condition.since.toMSecsSinceEpoch() : change.at;
         change.present.append(beginOf(*ups, condition, since));
         watched->present.insert(keyOf(condition), condition.severity);
     }
     add(change);
+    noteLeftOut(ups->id(), watched);
+}
+
+bool Recorder::allowAlarm(const QString &key, Watched *watched)
+{
+    const qint64 at = now();
+    // One that flickers makes no other event.
+    for (auto over = watched->overAt.begin(); over != watched->overAt.end();)
+        over = std::abs(at - *over) < Journal::settleTime ? std::next(over)
+                                                          : watched->overAt.erase(over);
+    if (watched->overAt.remove(key) > 0)
+        return true;
+    const double hours = double(std::max(at - watched->alarmsLeftAt, qint64(0))) / hourMsecs;
+    watched->alarmsLeft = std::min(watched->alarmsLeft + hours * alarmsAnHour, mostAlarms);
+    watched->alarmsLeftAt = at;
+    if (watched->alarmsLeft >= 1.0) {
+        watched->alarmsLeft -= 1.0;
+        return true;
+    }
+    ++watched->leftOutCount;
+    watched->leftOutAt = at;
+    return false;
+}
+
+/// One event stands for all alarms that were left out; what it says follows within a minute.
+void Recorder::noteLeftOut(const QString &ups, Watched *watched)
+{
+    if (watched->leftOutCount == 0)
+        return;
+    const qint64 at = now();
+    const bool over = std::abs(at - watched->leftOutAt) >= leftOutMsecs;
+    const bool isNew = watched->leftOutNoted == 0;
+    const bool isDue = over || std::abs(at - watched->leftOutNotedAt) >= minuteMsecs;
+    if (isNew || (watched->leftOutNoted != watched->leftOutCount && isDue)) {
+        EventChange change;
+        change.ups = ups;
+        change.kind = EventKind::Alarm;
+        change.condition = leftOutCondition;
+        change.severity = Severity::Critical; // as they are
+        change.text =
+            watched->leftOutCount == 1
+                ? QStringLiteral("1 more alarm is not listed")
+                : QStringLiteral("%1 more alarms are not listed").arg(watched->leftOutCount);
+        change.at = at;
+        add(change);
+        watched->leftOutNoted = watched->leftOutCount;
+        watched->leftOutNotedAt = at;
+    }
+    if (over) {
+        add(endOf(ups, leftOutCondition, at));
+        watched->leftOutCount = watched->leftOutNoted = 0;
+    }
 }
 
 void Recorder::followConditions(UpsModel *ups, Watched *watched)
@@ -236,23 +302,37 @@ void Recorder::followConditions(UpsModel *ups, Watched *watched)
         Severity &worst = present.insert(keyOf(condition), condition.severity).value();
         worst = worseOf(worst, condition.severity);
     }
+    for (auto key = watched->leftOut.begin(); key != watched->leftOut.end();)
+        key = present.contains(*key) || silent ? std::next(key) : watched->leftOut.erase(key);
     // A UPS that is silent says nothing of its conditions: they are neither over nor new.
     for (auto known = watched->present.begin(); known != watched->present.end();) {
         if (present.contains(known.key()) || (silent && known.key() != silence)) {
             ++known;
         } else {
             add(endOf(ups->id(), known.key(), at));
+            if (known.key().startsWith(alarmPrefix))
+                watched->overAt.insert(known.key(), at);
             known = watched->present.erase(known);
         }
     }
     for (const Condition &condition : conditions) {
-        const auto known = watched->present.constFind(keyOf(condition));
-        if (known == watched->present.constEnd() ||
-            urgencyOf(condition.severity) > urgencyOf(*known)) {
-            add(beginOf(*ups, condition, at));
-            watched->present.insert(keyOf(condition), condition.severity);
+        const QString key = keyOf(condition);
+        const auto known = watched->present.constFind(key);
+        const bool isNew = known == watched->present.constEnd();
+        if (!isNew && urgencyOf(condition.severity) <= urgencyOf(*known))
+            continue;
+        if (isNew && kindOf(condition) == EventKind::Alarm) {
+            if (watched->leftOut.contains(key))
+                continue;
+            if (!allowAlarm(key, watched)) {
+                watched->leftOut.insert(key);
+                continue;
+            }
         }
+        add(beginOf(*ups, condition, at));
+        watched->present.insert(key, condition.severity);
     }
+    noteLeftOut(ups->id(), watched);
 }
 
 void Recorder::recordValues(const UpsModel &ups, Watched *watched)

@@ -6,6 +6,7 @@
 #include "sitemodel.h"
 
 #include <QtCore/QHash>
+#include <QtCore/QSet>
 #include <QtCore/QTimer>
 
 #include <array>
@@ -36,12 +37,23 @@ private:
         QHash<QString, Severity> present;             ///< conditions that the history knows
         std::array<float, quantityCount> values = {}; ///< last recorded; not a number: none
         qint64 heardAt = 0;
+        // Texts of alarms are the server's: how many events they make has a bound.
+        double alarmsLeft = 0.0; ///< so many may come at once
+        qint64 alarmsLeftAt = 0;
+        QHash<QString, qint64> overAt; ///< alarms that may begin again and be the same event
+        QSet<QString> leftOut;         ///< present alarms that made no event
+        int leftOutCount = 0;          ///< in the event that says so; 0: there is none
+        int leftOutNoted = 0;          ///< as it says
+        qint64 leftOutAt = 0;          ///< the last one
+        qint64 leftOutNotedAt = 0;
     };
 
     void watch(UpsModel *ups);
     void heard(UpsModel *ups);
     void meet(UpsModel *ups, Watched *watched);
     void followConditions(UpsModel *ups, Watched *watched);
+    bool allowAlarm(const QString &key, Watched *watched);
+    void noteLeftOut(const QString &ups, Watched *watched);
     void addCommand(const CommandRecord &record);
     void recordValues(const UpsModel &ups, Watched *watched);
     void add(const EventChange &change);
