@@ -32,6 +32,7 @@ constexpr int mostListed = 20000;
 constexpr int mostPlaced = 500;
 constexpr int spacingUnits = 6;
 constexpr int signUnits = 22;
+constexpr int userUnits = 100;
 constexpr int rowUnits = 46;
 constexpr int clockMsecs = 5000;
 constexpr int readMsecs = 150;
@@ -196,10 +197,10 @@ EventsPage::EventsPage(SiteModel *shown, QWidget *parent)
 {
     QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(card);
-    auto *inside = new QVBoxLayout(card);
-    inside->addWidget(makeFilters());
-    inside->addWidget(view, 1);
-    inside->addWidget(makeActions());
+    rows = new QVBoxLayout(card);
+    rows->addWidget(makeFilters());
+    rows->addWidget(view, 1);
+    rows->addWidget(makeActions());
 
     view->setObjectName(QStringLiteral("events list"));
     view->setAccessibleName(tr("Events"));
@@ -294,7 +295,6 @@ QWidget *EventsPage::makeActions()
     status->setObjectName(QStringLiteral("events status"));
     Theme::setText(status, Theme::Small);
     status->setForegroundRole(QPalette::Mid);
-    status->setLines(2);
     user = new QLineEdit(room);
     user->setObjectName(QStringLiteral("user"));
     Theme::setText(user, Theme::Normal);
@@ -476,7 +476,34 @@ void EventsPage::showStatus()
     if (history && history->status().state == HistoryStatus::State::Temporary && notice.isEmpty())
         text += Theme::separator() + tr("until the console ends");
     status->setText(text);
+    placeStatus();
     view->setEmptyText(history ? tr("No events") : tr("No history is kept for this source"));
+}
+
+/// Beside the buttons, or in a row of its own where the window is narrow.
+void EventsPage::placeStatus()
+{
+    constexpr int roomBeside = 600;
+    const bool beside = width() >= Theme::px(roomBeside);
+    QBoxLayout *row = beside ? actionRow : rows;
+    if (row->indexOf(status) < 0) {
+        (beside ? rows : actionRow)->removeWidget(status);
+        status->setParent(beside ? actionRow->parentWidget() : card);
+        row->insertWidget(beside ? 0 : 2, status, beside ? 1 : 0);
+        actionRow->setStretchFactor(user, beside ? 0 : 1);
+        status->show();
+    }
+    user->setMaximumWidth(beside ? Theme::px(userUnits) : QWIDGETSIZE_MAX);
+    const int room = width() - 2 * Theme::px(Theme::margin) - layout()->contentsMargins().left() -
+                     layout()->contentsMargins().right();
+    const bool isLong = status->fontMetrics().horizontalAdvance(status->text()) >= room;
+    status->setLines(beside || isLong ? 2 : 1);
+}
+
+void EventsPage::resizeEvent(QResizeEvent *event)
+{
+    Page::resizeEvent(event);
+    placeStatus();
 }
 
 void EventsPage::enableActions()
@@ -524,7 +551,7 @@ void EventsPage::applyScale()
                              static_cast<QWidget *>(period), static_cast<QWidget *>(search),
                              static_cast<QWidget *>(user)})
         control->setFixedHeight(Theme::touchSize());
-    user->setFixedWidth(Theme::px(100));
+    user->setMinimumWidth(Theme::px(userUnits));
     status->setMinimumWidth(Theme::px(90));
     for (QPushButton *button : {acknowledgeButton, allButton, exportButton}) {
         button->setMinimumHeight(Theme::touchSize());
@@ -532,5 +559,6 @@ void EventsPage::applyScale()
             std::max(Theme::touchSize(),
                      button->fontMetrics().horizontalAdvance(button->text()) + Theme::px(20)));
     }
+    placeStatus();
     view->doItemsLayout();
 }

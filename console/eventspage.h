@@ -37,6 +37,7 @@ public:
 protected:
     void showUps(const UpsModel &ups) override;
     void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QWidget *makeFilters();
@@ -49,6 +50,7 @@ private:
     void acknowledgeAll();
     void chooseFile();
     void showStatus();
+    void placeStatus();
     void enableActions();
     QString userName() const;
 
@@ -61,6 +63,7 @@ private:
     QString notice;
 
     QWidget *card;
+    QBoxLayout *rows;
     QBoxLayout *filterRow;
     QBoxLayout *actionRow;
     QComboBox *severity;

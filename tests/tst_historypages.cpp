@@ -108,6 +108,8 @@ private Q_SLOTS:
     void exportsWhatIsListed();
     void readerCannotAcknowledge();
     void withoutHistory();
+    void statusIsWhole_data();
+    void statusIsWhole();
     void tenThousandEventsScroll();
     void hostileTexts();
     void trendsFollowThePeriod();
@@ -310,6 +312,44 @@ void HistoryPagesTest::withoutHistory()
     QCOMPARE(played.find<QLabel>("events status")->text(),
              QStringLiteral("No history is kept for this source"));
     QCOMPARE(played.find<MetroTabicon>("Events")->accessibleName(), QStringLiteral("Events"));
+}
+
+void HistoryPagesTest::statusIsWhole_data()
+{
+    QTest::addColumn<QSize>("size");
+    for (const QSize size : {QSize(480, 320), QSize(640, 480), QSize(800, 480), QSize(1280, 800)})
+        QTest::addRow("%dx%d", size.width(), size.height()) << size;
+}
+
+/// What the page says of its history is to be read, also on the smallest window.
+void HistoryPagesTest::statusIsWhole()
+{
+    QFETCH(QSize, size);
+    const QTemporaryDir place;
+    History writer(place.path());
+    QTRY_COMPARE_WITH_TIMEOUT(int(writer.status().state), int(HistoryStatus::State::Kept), 30000);
+    History reader(place.path());
+    QTRY_COMPARE_WITH_TIMEOUT(int(reader.status().state), int(HistoryStatus::State::Read), 30000);
+    PlayedSite played;
+    played.happen(QStringLiteral("one"), Severity::Warning, start);
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 1, 30000);
+    played.window->resize(size);
+    played.showPage("events");
+    auto *status = played.find<ElidedLabel>("events status");
+    QVERIFY2(status->text().startsWith(QLatin1String("1 event ")) &&
+                 status->text().endsWith(QLatin1String(" until the console ends")),
+             qPrintable(status->text()));
+    QVERIFY2(!status->isElided(), qPrintable(QString::number(status->width())));
+    played.window->setHistory(&reader);
+    deliverAll();
+    QVERIFY2(status->text().contains(QLatin1String("Another console")), qPrintable(status->text()));
+    QVERIFY2(!status->isElided(), qPrintable(QString::number(status->width())));
+    QVERIFY(status->height() >= status->minimumSizeHint().height());
+    // Wide again, it is beside the buttons again.
+    played.window->resize(1000, 700);
+    deliverAll();
+    QCOMPARE(status->parentWidget(), played.find<QPushButton>("acknowledge")->parentWidget());
+    played.window->setHistory(nullptr);
 }
 
 void HistoryPagesTest::tenThousandEventsScroll()
