@@ -43,7 +43,7 @@ CommandLine::CommandLine(const QString &programName, const QString &description,
     , help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help."))
     , version({QStringLiteral("v"), QStringLiteral("version")},
               QStringLiteral("Print the version."))
-    , dark(QStringLiteral("dark"), QStringLiteral("Begin with the dark theme, light on dark."))
+    , dark(QStringLiteral("dark"), QStringLiteral("Start with the dark theme."))
     , screenshot(
           QStringLiteral("screenshot"),
           QStringLiteral("Write an image of %1 to DIR and exit; needs no display.").arg(shown),

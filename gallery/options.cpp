@@ -17,12 +17,12 @@ GalleryOptions parseGalleryOptions(const QStringList &arguments)
                      QStringLiteral("Shows every widget of KivWidgets with its properties."),
                      QStringLiteral("each widget"));
     const QCommandLineOption widget(QStringLiteral("widget"),
-                                    QStringLiteral("Begin with the widget of class NAME; with "
-                                                   "--screenshot, take it alone."),
+                                    QStringLiteral("Start with the widget of the class NAME; with "
+                                                   "--screenshot, write only its image."),
                                     QStringLiteral("NAME"));
     const QCommandLineOption size(QStringLiteral("size"),
                                   QStringLiteral("Size of the window in pixels, from 840x480 to "
-                                                 "8192x8192; 1120x720 unless given."),
+                                                 "8192x8192 (default: 1120x720)."),
                                   QStringLiteral("WIDTHxHEIGHT"));
     line.add(widget);
     line.add(size);

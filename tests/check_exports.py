@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Compares what the library exports with what its headers declare for hosts.
+"""Compares the exported symbols of the library with the declarations in its public headers.
 
 check_exports.py LIBRARY NM HEADER...
 
-Exported may be what the headers declare as public or protected, what Q_OBJECT declares, the tables that
-the compiler makes of a class, and the two functions of the resource collection. Anything else would become
-part of the binary interface by accident. Whatever is declared must be exported, too.
+The library may export the public and protected members that the headers declare, the members that Q_OBJECT
+declares, the tables that the compiler generates for a class, and the two functions of the resource
+collection. Any other symbol would become part of the binary interface by accident. The library must export
+everything that the headers declare.
 """
 
 import re

@@ -1,7 +1,7 @@
 #!/bin/sh
-# Checks an installed tree as a host meets it: its headers, and a small host that is built against it with
-# CMake and with qmake, and run. Packages and plain installations are held to the same; their headers are the same
-# to the byte, so that it is enough to compile those of one, which "compile" asks for.
+# Checks an installed tree as an application uses it: builds a small application against it with CMake and with
+# qmake, and runs it. Packages and plain installations get the same checks. Their headers are identical, so they
+# need to be compiled for one of them only: "compile" requests that.
 # check_prefix.sh CMAKE PREFIX HOST-SOURCES SCRATCH QT-VERSION [compile]
 set -eu
 cmake=$1
