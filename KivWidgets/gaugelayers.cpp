@@ -94,16 +94,16 @@ void composeLayers(QImage &image, const QImage &background, const QImage &value,
 
 GaugeLook::GaugeLook(const QWidget *widget, const std::array<QImage **, 3> &layers,
                      Identity identity, const QColor &ownColor,
-                     const std::array<double, 6> &ownNumbers, const QString &firstText,
-                     const QString &secondText)
+                     const std::array<double, 6> &ownNumbers, const QString &ownText,
+                     const QString &ownOtherText)
     : size(widget->size())
     , ratio(widget->devicePixelRatioF())
     , resolution(QGuiApplication::primaryScreen()->logicalDotsPerInch())
     , font(widget->font())
     , color(ownColor)
     , numbers(ownNumbers)
-    , text(firstText)
-    , otherText(secondText)
+    , text(ownText)
+    , otherText(ownOtherText)
 {
     for (std::size_t i = 0; i < layers.size(); ++i) {
         const QImage *const layer = *layers[i];

@@ -253,10 +253,10 @@ void SimpleSlideSwitch::paintEvent(QPaintEvent *)
     drawStretched(&painter, QRectF(QPointF(knobLeft(), 0), logicalSize(btnImg)), knob);
 }
 
-void SimpleSlideSwitch::setTrack(QPixmap &track, const QPixmap &newTrack)
+void SimpleSlideSwitch::setTrack(QPixmap &track, const QPixmap &pixmap)
 {
-    track = newTrack;
-    updateWidgetsIcon(logicalSize(newTrack));
+    track = pixmap;
+    updateWidgetsIcon(logicalSize(pixmap));
 }
 
 void SimpleSlideSwitch::setMargin(int &margin, int value)

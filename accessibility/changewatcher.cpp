@@ -21,9 +21,9 @@ bool differ(std::optional<double> before, std::optional<double> now)
 
 } // namespace
 
-ChangeWatcher::ChangeWatcher(QObject *watched, Source source)
-    : widget(watched)
-    , announcement(std::move(source))
+ChangeWatcher::ChangeWatcher(QObject *watchedWidget, Source newAnnouncement)
+    : widget(watchedWidget)
+    , announcement(std::move(newAnnouncement))
     , last(announcement().value_or(Announcement()))
 {
     widget->installEventFilter(this);
@@ -57,7 +57,7 @@ void ChangeWatcher::compare()
     // This watcher may not live to the end.
     QObject *const changedWidget = widget;
     const Announcement before = last;
-    const Announcement now = *current;
+    const Announcement &now = *current;
     last = now;
 
     QAccessible::State changed;

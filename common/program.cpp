@@ -76,7 +76,7 @@ std::unique_ptr<QApplication> Program::makeApplication(int &argc, char **argv)
     const QtMessageHandler previous = qInstallMessageHandler(StartMessages::keep);
     auto application = std::make_unique<QApplication>(argc, argv);
     qInstallMessageHandler(previous);
-    for (const QString &message : StartMessages::kept())
+    for (const QString &message : std::as_const(StartMessages::kept()))
         std::fprintf(stderr, "%s\n", qPrintable(message));
     StartMessages::kept().clear();
     styleApplication();

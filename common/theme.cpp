@@ -77,7 +77,7 @@ QFont Theme::font(TextSize size, bool bold)
 {
     QFont font(QStringLiteral("DejaVu Sans"));
     const double least = smallestPoints * std::min(textScale / unit, 1.0);
-    font.setPointSizeF(std::max(size * textScale, least));
+    font.setPointSizeF(std::max(int(size) * textScale, least));
     font.setBold(bold);
     return font;
 }
@@ -112,12 +112,14 @@ void Theme::setScale(double pixelsPerUnit, int dotsPerInch)
 
 void Theme::applyScale(QWidget *root)
 {
-    for (QWidget *widget : root->findChildren<QWidget *>()) {
+    const QList<QWidget *> widgets = root->findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
         const int kept = widget->property(textProperty).toInt();
         if (kept)
             widget->setFont(font(TextSize(kept % boldFlag), kept >= boldFlag));
     }
-    for (QLayout *layout : root->findChildren<QLayout *>()) {
+    const QList<QLayout *> layouts = root->findChildren<QLayout *>();
+    for (QLayout *layout : layouts) {
         if (layout->property(pageProperty).toBool())
             fitPageLayout(layout);
     }

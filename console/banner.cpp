@@ -103,17 +103,17 @@ Banner::Banner(QWidget *parent)
     applyLook();
 }
 
-void Banner::showSite(Severity shown, const QString &line, const QString &below)
+void Banner::showSite(Severity newSeverity, const QString &newHeadline, const QString &newDetail)
 {
     ofSite = true;
-    severity = shown;
+    severity = newSeverity;
     timeIsLow = false;
-    headline->setText(line);
-    detail->setText(below);
+    headline->setText(newHeadline);
+    detail->setText(newDetail);
     time->setText(QString());
     sign->setToolTip(nameOf(severity));
     sign->setAccessibleName(nameOf(severity));
-    setAccessibleName(nameOf(severity) + QStringLiteral(": ") + line);
+    setAccessibleName(nameOf(severity) + QStringLiteral(": ") + newHeadline);
     showParts();
     applyLook();
 }

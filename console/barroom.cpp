@@ -36,9 +36,9 @@ QString endText(double end)
 
 } // namespace
 
-BarRoom::BarRoom(Quantity shown, QWidget *parent)
+BarRoom::BarRoom(Quantity shownQuantity, QWidget *parent)
     : QWidget(parent)
-    , quantity(shown)
+    , quantity(shownQuantity)
     , name(new ElidedLabel(this))
     , phases(new ElidedLabel(this))
     , number(Theme::label(this, Theme::Large, true))
@@ -97,7 +97,8 @@ void BarRoom::showUps(const UpsModel &ups)
     const Scale newScale = ups.scale(quantity);
     const Reading newReading = ups.reading(quantity);
     QStringList texts;
-    for (const Reading &phase : phaseReadingsOf(ups.snapshot(), quantity))
+    const QVector<Reading> readings = phaseReadingsOf(ups.snapshot(), quantity);
+    for (const Reading &phase : readings)
         texts += QString(phase.phase + QLatin1Char(' ') + phase.text)
                      .replace(QLatin1Char(' '), QChar(QChar::Nbsp)); // a line ends between them
     phases->setText(texts.join(QStringLiteral(", ")));
@@ -151,11 +152,11 @@ void BarRoom::showAlarm()
     number->setToolTip(reading.outsideLimits ? tr("Outside the limits of the UPS") : QString());
 }
 
-void BarRoom::showBar(QWidget *shown)
+void BarRoom::showBar(QWidget *shownBar)
 {
-    bar->setVisible(shown == bar);
+    bar->setVisible(shownBar == bar);
     if (loadBar)
-        loadBar->setVisible(shown == loadBar);
+        loadBar->setVisible(shownBar == loadBar);
 }
 
 void BarRoom::applyColors()
@@ -206,7 +207,8 @@ void BarRoom::paintEvent(QPaintEvent *)
         painter.fillRect(track, QBrush(colors.track, Qt::BDiagPattern));
     }
     const int strip = std::max(Theme::px(stripUnits) - 1, 2);
-    for (const ScaleArc &arc : scale.limitArcs()) {
+    const QVector<ScaleArc> arcs = scale.limitArcs();
+    for (const ScaleArc &arc : arcs) {
         const int from = columnOf(arc.from);
         painter.fillRect(from, track.bottom() + 2, columnOf(arc.to) - from + 1, strip,
                          colors.outOfLimits);

@@ -95,11 +95,11 @@ void Chart::setZone(const QTimeZone &newZone)
     redraw();
 }
 
-void Chart::setNotice(const QString &text)
+void Chart::setNotice(const QString &newNotice)
 {
-    if (notice == text)
+    if (notice == newNotice)
         return;
-    notice = text;
+    notice = newNotice;
     setAccessibleDescription(notice);
     update();
 }
@@ -163,7 +163,8 @@ void Chart::arrange()
         const int most = std::clamp(laneRect(i).height() / metrics.height(), 1, 6);
         const ValueAxis axis = valueAxis(lane.quantity, lane.measure, low, high, most);
         axes.append(axis);
-        for (const double value : axis.ticks())
+        const QVector<double> places = axis.ticks();
+        for (const double value : places)
             widest =
                 std::max(widest, metrics.horizontalAdvance(axisLabel(lane.quantity, value, axis)));
     }
@@ -175,7 +176,7 @@ void Chart::arrange()
 double Chart::xOf(qint64 at) const
 {
     const QRect plot = plotRect();
-    const double length = double(std::max<qint64>(shownSpan.to - shownSpan.from, 1));
+    const auto length = double(std::max<qint64>(shownSpan.to - shownSpan.from, 1));
     return plot.left() + double(at - shownSpan.from) / length * plot.width();
 }
 
@@ -227,7 +228,8 @@ void Chart::paintScale(QPainter *painter, int index) const
     };
     // Whole steps, with a number where there is room for it.
     double lastLabel = room.bottom() + metrics.height();
-    for (const double value : axis.ticks()) {
+    const QVector<double> places = axis.ticks();
+    for (const double value : places) {
         const double y = std::floor(yOf(value)) + 0.5;
         painter->setPen(QPen(palette().color(QPalette::Window), 0));
         painter->drawLine(QPointF(room.left(), y), QPointF(room.right() + 1, y));
@@ -514,8 +516,8 @@ QString Chart::readingOf(const ChartLane &lane) const
     }
     if (lane.points.isEmpty())
         return name.trimmed();
-    double low = double(lane.points.first().low);
-    double high = double(lane.points.first().high);
+    auto low = double(lane.points.first().low);
+    auto high = double(lane.points.first().high);
     for (const TrendPoint &point : lane.points) {
         low = std::min(low, double(point.low));
         high = std::max(high, double(point.high));
@@ -591,7 +593,7 @@ void Chart::mouseMoveEvent(QMouseEvent *event)
     if (dragFrom && event->buttons().testFlag(Qt::LeftButton)) {
         constexpr double least = 5.0;
         const double share = (*dragFrom - x) / std::max(plotRect().width(), 1);
-        const qint64 by = qint64(share * double(dragSpan.to - dragSpan.from));
+        const auto by = qint64(share * double(dragSpan.to - dragSpan.from));
         if (std::abs(*dragFrom - x) >= least)
             Q_EMIT spanChosen({dragSpan.from + by, dragSpan.to + by});
     }

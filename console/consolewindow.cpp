@@ -222,11 +222,11 @@ ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
 }
 
 /// Shows @p followed on all pages from now on.
-void ConsoleWindow::follow(UpsModel *followed)
+void ConsoleWindow::follow(UpsModel *followedUps)
 {
     ups->disconnect(this);
     ups->setFollowed(false);
-    ups = followed;
+    ups = followedUps;
     ups->setFollowed(true);
     for (const Tab &tab : tabs)
         tab.page->setModel(ups);
@@ -362,7 +362,8 @@ void ConsoleWindow::addTab(const QString &name, Pictogram image, Page *page,
     button->installEventFilter(this);
     connect(button, &MetroTabicon::clicked, this, [=] { showPage(index); });
     // The pointer tells what can be pressed.
-    for (QAbstractButton *control : page->findChildren<QAbstractButton *>()) {
+    const QList<QAbstractButton *> controls = page->findChildren<QAbstractButton *>();
+    for (QAbstractButton *control : controls) {
         if (control->focusPolicy() != Qt::NoFocus)
             control->setCursor(Qt::PointingHandCursor);
     }

@@ -347,14 +347,14 @@ void ControlPage::offerCommands()
     showWhatIsMissing();
 }
 
-void ControlPage::followModel(UpsModel *followed)
+void ControlPage::followModel(UpsModel *followedModel)
 {
-    shown = followed;
-    offers->setModel(followed);
-    if (followed) {
-        connect(followed, &UpsModel::offerChanged, this, &ControlPage::showWhatIsMissing);
+    shown = followedModel;
+    offers->setModel(followedModel);
+    if (followedModel) {
+        connect(followedModel, &UpsModel::offerChanged, this, &ControlPage::showWhatIsMissing);
         if (isVisible())
-            followed->askForOffer();
+            followedModel->askForOffer();
     }
 }
 

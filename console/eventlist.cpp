@@ -7,9 +7,9 @@
 
 #include <algorithm>
 
-EventList::EventList(const SiteModel *shown, QObject *parent)
+EventList::EventList(const SiteModel *shownSite, QObject *parent)
     : QAbstractListModel(parent)
-    , site(shown)
+    , site(shownSite)
 {}
 
 QString EventList::upsOf(const Event &event) const

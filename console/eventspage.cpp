@@ -185,9 +185,9 @@ private:
     QString empty;
 };
 
-EventsPage::EventsPage(SiteModel *shown, QWidget *parent)
+EventsPage::EventsPage(SiteModel *shownSite, QWidget *parent)
     : Page(parent)
-    , site(shown)
+    , site(shownSite)
     , card(new Card(this))
     , list(new EventList(site, this))
     , view(new EventView(card))
@@ -278,7 +278,8 @@ QWidget *EventsPage::makeFilters()
     search->setPlaceholderText(tr("Search"));
     search->setAccessibleName(tr("Search"));
     search->setClearButtonEnabled(true);
-    for (QToolButton *clear : search->findChildren<QToolButton *>())
+    const QList<QToolButton *> clearButtons = search->findChildren<QToolButton *>();
+    for (QToolButton *clear : clearButtons)
         clear->setAccessibleName(tr("Clear"));
     search->setMaxLength(200);
     connect(search, &QLineEdit::textChanged, readTimer, QOverload<>::of(&QTimer::start));

@@ -9,9 +9,9 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QScrollArea>
 
-FocusFrame::FocusFrame(QWidget *followed)
-    : QFocusFrame(followed)
-    , window(followed)
+FocusFrame::FocusFrame(QWidget *followedWindow)
+    : QFocusFrame(followedWindow)
+    , window(followedWindow)
 {
     setObjectName(QStringLiteral("focusFrame"));
     setAttribute(Qt::WA_TransparentForMouseEvents);

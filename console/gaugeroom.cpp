@@ -42,9 +42,9 @@ QString asFormat(QString text)
 
 } // namespace
 
-GaugeRoom::GaugeRoom(Quantity shown, const QString &label, QWidget *parent)
+GaugeRoom::GaugeRoom(Quantity newQuantity, const QString &label, QWidget *parent)
     : QWidget(parent)
-    , quantity(shown)
+    , quantity(newQuantity)
     , dial(new MetroCirclerate(this))
 {
     setObjectName(label + QStringLiteral("Room"));
@@ -286,8 +286,8 @@ void GaugeRoom::drawTrend(QPainter *painter) const
     const qint64 length = trendSpan.to - trendSpan.from;
     if (radius < leastRadius || trend.isEmpty() || length <= 0)
         return;
-    double low = double(trend.first().low);
-    double high = double(trend.first().high);
+    auto low = double(trend.first().low);
+    auto high = double(trend.first().high);
     for (const TrendPoint &point : trend) {
         low = std::min(low, double(point.low));
         high = std::max(high, double(point.high));
@@ -333,7 +333,8 @@ void GaugeRoom::drawSurroundings()
     const double band = outside + limitWidth / 2;
     painter.setPen(
         QPen(alarm, limitWidth * std::max(Theme::scale(), 0.8), Qt::SolidLine, Qt::FlatCap));
-    for (const ScaleArc &arc : scale.limitArcs()) {
+    const QVector<ScaleArc> arcs = scale.limitArcs();
+    for (const ScaleArc &arc : arcs) {
         const double from = angleOf(arc.from);
         painter.drawArc(QRectF(center.x() - band, center.y() - band, 2 * band, 2 * band),
                         int(std::lround(from * sixteenths)),

@@ -43,10 +43,10 @@ private:
 
 } // namespace
 
-HoldGuard::HoldGuard(QAbstractButton *guarded)
-    : QObject(guarded)
-    , button(guarded)
-    , bar(new HoldBar(guarded))
+HoldGuard::HoldGuard(QAbstractButton *guardedButton)
+    : QObject(guardedButton)
+    , button(guardedButton)
+    , bar(new HoldBar(guardedButton))
 {
     hold.setSingleShot(true);
     hold.setInterval(holdMsecs);

@@ -87,7 +87,8 @@ QWidget *InformationPage::makeTable()
     search->setPlaceholderText(tr("Search names and values"));
     search->setAccessibleName(tr("Search"));
     search->setClearButtonEnabled(true);
-    for (QToolButton *clear : search->findChildren<QToolButton *>())
+    const QList<QToolButton *> clearButtons = search->findChildren<QToolButton *>();
+    for (QToolButton *clear : clearButtons)
         clear->setAccessibleName(tr("Clear"));
     search->setMaxLength(200);
     count = Theme::label(tableCard, Theme::Normal);

@@ -77,7 +77,7 @@ void Notifier::look(UpsModel *ups)
         announce(ups, &before);
 }
 
-void Notifier::announce(UpsModel *ups, Announced *announced)
+void Notifier::announce(UpsModel *ups, Announced *lastAnnounced)
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
@@ -93,14 +93,15 @@ void Notifier::announce(UpsModel *ups, Announced *announced)
     body.removeAll(QString());
     const QString name = ups->title();
     const QVariantMap hints = {
-        {QStringLiteral("urgency"), QVariant::fromValue(uchar(urgencyFor(announced->severity)))},
+        {QStringLiteral("urgency"),
+         QVariant::fromValue(uchar(urgencyFor(lastAnnounced->severity)))},
         {QStringLiteral("desktop-entry"), QCoreApplication::applicationName()},
     };
     constexpr int asTheServiceLikes = -1;
-    call.setArguments({QCoreApplication::applicationName(), announced->id,
-                       iconFor(announced->severity), name + QStringLiteral(": ") + announced->text,
-                       body.join(QLatin1Char('\n')).toHtmlEscaped(), QStringList(), hints,
-                       asTheServiceLikes});
+    call.setArguments(
+        {QCoreApplication::applicationName(), lastAnnounced->id, iconFor(lastAnnounced->severity),
+         name + QStringLiteral(": ") + lastAnnounced->text,
+         body.join(QLatin1Char('\n')).toHtmlEscaped(), QStringList(), hints, asTheServiceLikes});
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     const QString id = ups->id();
     connect(watcher, &QDBusPendingCallWatcher::finished, this,

@@ -89,7 +89,8 @@ void PowerPage::showUps(const UpsModel &ups)
                                : nameOf(cell.quantity) + QLatin1Char(' ') + reading.phase);
         cell.text->setText(reading.text);
         QStringList phases;
-        for (const Reading &phase : phaseReadingsOf(ups.snapshot(), cell.quantity))
+        const QVector<Reading> phaseReadings = phaseReadingsOf(ups.snapshot(), cell.quantity);
+        for (const Reading &phase : phaseReadings)
             phases += phase.phase + QLatin1Char(' ') + phase.text;
         cell.text->setToolTip(phases.join(Theme::separator()).toHtmlEscaped());
     }

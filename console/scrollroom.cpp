@@ -48,12 +48,14 @@ protected:
 private:
     void begin()
     {
-        for (QAbstractButton *button : area->findChildren<QAbstractButton *>()) {
+        const QList<QAbstractButton *> buttons = area->findChildren<QAbstractButton *>();
+        for (QAbstractButton *button : buttons) {
             if (button->isDown())
                 button->setDown(false);
         }
         // Others that show a press are let go.
-        for (QWidget *widget : area->viewport()->findChildren<QWidget *>()) {
+        const QList<QWidget *> widgets = area->viewport()->findChildren<QWidget *>();
+        for (QWidget *widget : widgets) {
             QEvent letGo(QEvent::UngrabMouse);
             QCoreApplication::sendEvent(widget, &letGo);
         }

@@ -263,10 +263,10 @@ void SettingsPage::showPageAnimation(bool animated)
     pageAnimation->setChecked(animated);
 }
 
-void SettingsPage::showNotify(bool announced)
+void SettingsPage::showNotify(bool newNotify)
 {
     const QSignalBlocker silent(notify);
-    notify->setChecked(announced);
+    notify->setChecked(newNotify);
 }
 
 void SettingsPage::offerCommands()

@@ -365,7 +365,8 @@ void TrendsPage::applyScale()
     controls->layout()->setSpacing(spacing);
     periodRow->setSpacing(spacing);
     choiceRow->setSpacing(spacing);
-    for (QPushButton *button : controls->findChildren<QPushButton *>()) {
+    const QList<QPushButton *> buttons = controls->findChildren<QPushButton *>();
+    for (QPushButton *button : buttons) {
         button->setMinimumHeight(Theme::touchSize());
         button->setMinimumWidth(std::max(
             Theme::touchSize(), button->fontMetrics().horizontalAdvance(button->text()) + 8));

@@ -64,8 +64,8 @@ QStringList enumeratorsOf(const QMetaEnum &type, int number)
     const QString scope = QString::fromLatin1(type.scope()) + QStringLiteral("::");
     QStringList names;
     if (type.isFlag()) {
-        const QByteArray keys = type.valueToKeys(number);
-        for (const QByteArray &key : keys.split('|')) {
+        const QList<QByteArray> keys = type.valueToKeys(number).split('|');
+        for (const QByteArray &key : keys) {
             if (!key.isEmpty())
                 names.append(scope + QString::fromLatin1(key));
         }

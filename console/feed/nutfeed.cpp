@@ -88,11 +88,11 @@ QString NutFeed::user() const
     return server ? server->session().user() : QString();
 }
 
-void NutFeed::logIn(const QString &name, const QString &password)
+void NutFeed::logIn(const QString &newUser, const QString &password)
 {
     if (!server)
         return;
-    if (!server->session().setUser(name, password)) {
+    if (!server->session().setUser(newUser, password)) {
         Q_EMIT userChecked(CommandOutcome::Refused,
                            QStringLiteral("name and password must be there, and plain text"));
         return;

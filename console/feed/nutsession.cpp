@@ -86,17 +86,17 @@ void NutSession::wipe()
     secret.clear();
 }
 
-bool NutSession::setUser(const QString &name, const QString &password)
+bool NutSession::setUser(const QString &newUser, const QString &password)
 {
-    const std::optional<QByteArray> quotedName = quotedForNut(name);
+    const std::optional<QByteArray> quotedName = quotedForNut(newUser);
     std::optional<QByteArray> quotedPassword = quotedForNut(password);
-    if (!quotedName || !quotedPassword || name.isEmpty() || password.isEmpty())
+    if (!quotedName || !quotedPassword || newUser.isEmpty() || password.isEmpty())
         return false;
     keepOutOfDumps();
     link.close();
     lose(QStringLiteral("another user logged in"));
     wipe();
-    userName = name;
+    userName = newUser;
     quotedUser = *quotedName;
     secret.swap(*quotedPassword);
     return true;

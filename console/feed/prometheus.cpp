@@ -370,12 +370,12 @@ void PromSource::loseAll(const QString &reason)
         feeds[i]->lose(QStringLiteral("the Prometheus server cannot be read: ") + reason);
 }
 
-void PromSource::tell(const QString &text)
+void PromSource::tell(const QString &newProblem)
 {
-    if (problem == text)
+    if (problem == newProblem)
         return;
-    problem = text;
-    Q_EMIT problemChanged(text);
+    problem = newProblem;
+    Q_EMIT problemChanged(newProblem);
 }
 
 PromFeed::PromFeed(PromSource *usedSource, const QString &jobLabel, const QString &instanceLabel,

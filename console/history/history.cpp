@@ -121,7 +121,8 @@ public:
     void acknowledgeAll(const QString &who, qint64 at)
     {
         QVector<qint64> ids;
-        for (const Event &event : store->unacknowledged())
+        const QVector<Event> events = store->unacknowledged();
+        for (const Event &event : events)
             ids.append(event.id);
         acknowledge(ids, who, at);
     }

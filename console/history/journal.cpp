@@ -83,7 +83,8 @@ public:
 
     bool present(const EventChange &change)
     {
-        for (const Event &event : store->presentEvents(change.ups)) {
+        const QVector<Event> events = store->presentEvents(change.ups);
+        for (const Event &event : events) {
             const auto same = [&event](const EventChange &one) {
                 return one.condition == event.condition;
             };
@@ -104,7 +105,7 @@ public:
 
     QVector<Event> result() const
     {
-        return changed.values().toVector();
+        return QVector<Event>(changed.cbegin(), changed.cend());
     }
 
 private:
@@ -193,7 +194,8 @@ std::optional<QVector<Event>> Journal::acknowledge(Store *store, const QVector<q
 std::optional<QVector<Event>> Journal::leave(Store *store, const QStringList &watched)
 {
     return inOneGo(store, [&](Writer *writer) {
-        for (const Event &event : store->presentEvents()) {
+        const QVector<Event> events = store->presentEvents();
+        for (const Event &event : events) {
             if (!watched.contains(event.ups) && !writer->endUnseen(event))
                 return false;
         }

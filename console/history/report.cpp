@@ -29,7 +29,8 @@ QVector<Piece> piecesOf(Store *store, const QString &ups, Quantity quantity, Tim
     QVector<Piece> pieces;
     const auto minutes = store->rollups(ups, quantity, minuteMsecs, span.from, span.to);
     const qint64 first = floorTo(minutes.isEmpty() ? span.to : minutes.first().first, hourMsecs);
-    for (const auto &[at, sum] : store->rollups(ups, quantity, hourMsecs, span.from, first))
+    const auto hours = store->rollups(ups, quantity, hourMsecs, span.from, first);
+    for (const auto &[at, sum] : hours)
         pieces.append({at, hourMsecs, sum});
     for (const auto &[at, sum] : minutes)
         pieces.append({at, minuteMsecs, sum});
@@ -48,7 +49,8 @@ WatchedTime watchedOf(Store *store, const QString &ups, TimeSpan span)
 {
     WatchedTime watched;
     for (int i = 0; i < quantityCount; ++i) {
-        for (const Piece &piece : piecesOf(store, ups, Quantity(i), span)) {
+        const QVector<Piece> pieces = piecesOf(store, ups, Quantity(i), span);
+        for (const Piece &piece : pieces) {
             WatchedPiece &most = watched[piece.at];
             most.step = std::max(most.step, piece.step);
             most.covered = std::max(most.covered, piece.sum.covered);
@@ -91,7 +93,8 @@ UpsReport upsReportOf(Store *store, const QString &ups, TimeSpan span)
     filter.ups = ups;
     filter.from = span.from;
     constexpr int most = 100000;
-    for (const Event &event : store->events(filter, most)) {
+    const QVector<Event> events = store->events(filter, most);
+    for (const Event &event : events) {
         if (event.condition != QLatin1String("on-battery") || event.begin >= span.to)
             continue;
         UpsReport::Outage outage;
@@ -102,8 +105,9 @@ UpsReport upsReportOf(Store *store, const QString &ups, TimeSpan span)
         outage.endSeen = event.endSeen;
         const TimeSpan lasted{event.begin, std::max(event.end.value_or(span.to), event.begin + 1)};
         // The raw values where they are kept, else what contains them.
-        for (const TrendPoint &point :
-             store->curve(ups, Quantity::BatteryCharge, lasted, int(minuteMsecs)))
+        const QVector<TrendPoint> charges =
+            store->curve(ups, Quantity::BatteryCharge, lasted, int(minuteMsecs));
+        for (const TrendPoint &point : charges)
             outage.lowestCharge =
                 std::min(outage.lowestCharge.value_or(double(point.low)), double(point.low));
         report.outages.append(outage);
@@ -117,7 +121,7 @@ UpsReport upsReportOf(Store *store, const QString &ups, TimeSpan span)
     report.watched = std::min(report.watched, span.to - span.from);
     if (report.watched > 0) {
         const auto shareWithout = [&](const QStringList &conditions) {
-            const double without = double(lengthOf(store, ups, conditions, span, watched));
+            const auto without = double(lengthOf(store, ups, conditions, span, watched));
             return std::clamp(1.0 - without / double(report.watched), 0.0, 1.0);
         };
         QStringList off;
@@ -126,13 +130,15 @@ UpsReport upsReportOf(Store *store, const QString &ups, TimeSpan span)
         report.available = shareWithout(off);
         report.mains = shareWithout({QStringLiteral("on-battery")});
     }
-    for (const Piece &piece : piecesOf(store, ups, Quantity::Load, span)) {
+    const QVector<Piece> loads = piecesOf(store, ups, Quantity::Load, span);
+    for (const Piece &piece : loads) {
         if (piece.sum.high > report.peakLoad.value_or(-1.0)) {
             report.peakLoad = piece.sum.high;
             report.peakAt = piece.at;
         }
     }
-    for (const Piece &piece : piecesOf(store, ups, Quantity::OutputPower, span))
+    const QVector<Piece> powers = piecesOf(store, ups, Quantity::OutputPower, span);
+    for (const Piece &piece : powers)
         report.energy =
             report.energy.value_or(0.0) + piece.sum.mean * double(piece.sum.covered) / msecsOfHour;
     return report;
@@ -245,7 +251,7 @@ QString htmlOf(const Report &report, const QTimeZone &zone)
         const QString peak = ups.peakLoad ? Values::text(Quantity::Load, ups.peakLoad) +
                                                 QStringLiteral(", ") + time(ups.peakAt)
                                           : Values::noData();
-        const double length = double(report.span.to - report.span.from);
+        const auto length = double(report.span.to - report.span.from);
         page += row("td", {QStringLiteral("Outages"), QString::number(ups.outages.size())});
         page += row("td", {QStringLiteral("Output available"), percent(ups.available)});
         page += row("td", {QStringLiteral("Not on battery"), percent(ups.mains)});

@@ -100,7 +100,7 @@ std::optional<Rollup> rollUp(const QVector<Sample> &samples, qint64 end)
         const Sample &sample = samples.at(i);
         if (sample.isGap())
             continue;
-        const double value = double(sample.value);
+        const auto value = double(sample.value);
         const qint64 until = i + 1 < samples.size() ? samples.at(i + 1).at : end;
         const qint64 time = std::max<qint64>(until - sample.at, 0);
         if (!result)

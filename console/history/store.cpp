@@ -337,15 +337,15 @@ bool Store::takeLock(const QString &directory)
     return true;
 }
 
-bool Store::open(const QString &directory, Mode wanted, const QDateTime &now, bool anew)
+bool Store::open(const QString &directory, Mode wantedMode, const QDateTime &now, bool anew)
 {
     close();
     aside.clear();
     lastProblem = Problem::None;
     lastText.clear();
     const QString file = QDir(directory).filePath(QLatin1String(fileName));
-    if (wanted == Mode::Reading) {
-        current = wanted;
+    if (wantedMode == Mode::Reading) {
+        current = wantedMode;
         if (!QFile::exists(file))
             fail(Problem::NoPlace, QStringLiteral("there is no %1").arg(file));
         else if (openConnection(file, true) && prepareTables())
@@ -359,7 +359,7 @@ bool Store::open(const QString &directory, Mode wanted, const QDateTime &now, bo
         const bool isBad = attempt > 0 || anew;
         if ((isBad && aside.isEmpty() && !setAside(directory, now)) || !prepareFile(directory))
             break;
-        current = wanted;
+        current = wantedMode;
         if (openConnection(file, false) && prepareTables()) {
             // What the old file had is no problem of the new one.
             lastProblem = Problem::None;
@@ -520,7 +520,8 @@ bool Store::adopt(Store *other, qint64 now)
     QVector<UpsSample> samples;
     const QStringList all = other->upsNames();
     for (const QString &ups : all) {
-        for (const Sample &sample : other->samples(ups, now - dayMsecs, now + hourMsecs))
+        const QVector<Sample> lastDay = other->samples(ups, now - dayMsecs, now + hourMsecs);
+        for (const Sample &sample : lastDay)
             samples.append({ups, sample});
     }
     if (!addSamples(samples) || !begin())
@@ -854,7 +855,8 @@ std::optional<qint64> Store::lastSeen(const QString &ups)
     if (found && found->next()) {
         const qint64 minute = found->value(0).toLongLong() * secondMsecs;
         last = minute;
-        for (const Sample &sample : unpacked(found->value(1).toByteArray(), minute))
+        const QVector<Sample> samples = unpacked(found->value(1).toByteArray(), minute);
+        for (const Sample &sample : samples)
             last = std::max(*last, sample.at);
     }
     if (found)
@@ -870,7 +872,8 @@ QVector<Sample> Store::samples(const QString &ups, qint64 from, qint64 to)
               {numberOf(ups), toSeconds(floorTo(from, minuteMsecs)), toSeconds(to) + 1});
     while (found && found->next()) {
         const qint64 minute = found->value(0).toLongLong() * secondMsecs;
-        for (const Sample &sample : unpacked(found->value(1).toByteArray(), minute)) {
+        const QVector<Sample> samples = unpacked(found->value(1).toByteArray(), minute);
+        for (const Sample &sample : samples) {
             if (sample.at >= from && sample.at < to)
                 all.append(sample);
         }
@@ -925,14 +928,16 @@ QVector<TrendPoint> Store::curve(const QString &ups, Quantity quantity, TimeSpan
     QVector<TrendPoint> points;
     qint64 done = span.from; // what is drawn so far
     if (length > longestMinutes) {
-        for (const auto &[at, rollup] :
-             rollups(ups, quantity, hourMsecs, floorTo(span.from, hourMsecs), span.to)) {
+        const auto finished =
+            rollups(ups, quantity, hourMsecs, floorTo(span.from, hourMsecs), span.to);
+        for (const auto &[at, rollup] : finished) {
             points.append(pointOf(at, hourMsecs, rollup));
             done = at + hourMsecs;
         }
         // The running hour, and whatever else is not rolled up yet.
         std::map<qint64, QVector<Rollup>> hours;
-        for (const auto &[at, rollup] : rollups(ups, quantity, minuteMsecs, done, span.to))
+        const auto minutes = rollups(ups, quantity, minuteMsecs, done, span.to);
+        for (const auto &[at, rollup] : minutes)
             hours[floorTo(at, hourMsecs)].append(rollup);
         for (const auto &[at, parts] : hours) {
             if (const std::optional<Rollup> sum = rollUp(parts))
@@ -953,8 +958,9 @@ QVector<TrendPoint> Store::curve(const QString &ups, Quantity quantity, TimeSpan
         found->finish();
     const qint64 coarse = step == 0 ? minuteMsecs : hourMsecs;
     if (finest > span.from) {
-        for (const auto &[at, rollup] :
-             rollups(ups, quantity, coarse, floorTo(span.from, coarse), finest - coarse + 1))
+        const auto older =
+            rollups(ups, quantity, coarse, floorTo(span.from, coarse), finest - coarse + 1);
+        for (const auto &[at, rollup] : older)
             points.append(pointOf(at, coarse, rollup));
         join(&points, coarse);
     }
@@ -962,8 +968,8 @@ QVector<TrendPoint> Store::curve(const QString &ups, Quantity quantity, TimeSpan
     if (step == 0) {
         fine = rawPoints(ups, quantity, {finest, span.to}, columns, more);
     } else {
-        for (const auto &[at, rollup] :
-             rollups(ups, quantity, step, floorTo(finest, step), span.to))
+        const auto newer = rollups(ups, quantity, step, floorTo(finest, step), span.to);
+        for (const auto &[at, rollup] : newer)
             fine.append(pointOf(at, step, rollup));
         join(&fine, step);
         // The minutes that are not in the file yet.
@@ -1081,7 +1087,8 @@ QVector<Event> Store::unacknowledged()
 QVector<Event> Store::events(const EventFilter &filter, int most)
 {
     QVector<Event> all;
-    for (const Event &event : presentEvents(filter.ups)) {
+    const QVector<Event> present = presentEvents(filter.ups);
+    for (const Event &event : present) {
         if (filter.matches(event))
             all.append(event);
     }

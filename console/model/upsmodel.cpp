@@ -251,14 +251,14 @@ void UpsModel::run(const QString &commandName, const QString &value)
         feed->run(commandName, value);
 }
 
-void UpsModel::set(const QString &variable, const QString &value)
+void UpsModel::set(const QString &variableName, const QString &value)
 {
     if (!feed)
         return;
     ++underWay;
-    Q_EMIT commandBegan(variable, value);
+    Q_EMIT commandBegan(variableName, value);
     if (feed)
-        feed->set(variable, value);
+        feed->set(variableName, value);
 }
 
 int UpsModel::commandsUnderWay() const
@@ -276,10 +276,10 @@ QString UpsModel::user() const
     return feed ? feed->user() : QString();
 }
 
-void UpsModel::logIn(const QString &who, const QString &password)
+void UpsModel::logIn(const QString &newUser, const QString &password)
 {
     if (feed)
-        feed->logIn(who, password);
+        feed->logIn(newUser, password);
 }
 
 void UpsModel::finishCommand(const CommandResult &result)
