@@ -198,7 +198,19 @@ bool NutServer::startServer()
 
 bool NutServer::start()
 {
-    return startDriver() && startServer();
+    return startDriver() && startServer() && (ownDriver.isEmpty() || waitForCommands());
+}
+
+bool NutServer::waitForCommands()
+{
+    const auto listsCommands = [this] {
+        QTcpSocket socket;
+        socket.connectToHost(QStringLiteral("127.0.0.1"), freePort);
+        socket.write("LIST CMD demo\nLOGOUT\n");
+        socket.waitForDisconnected(patience);
+        return socket.readAll().contains("\nCMD demo ");
+    };
+    return waitUntil(listsCommands) || fail(QStringLiteral("the server lists no command"));
 }
 
 bool NutServer::launch(std::unique_ptr<QProcess> *process, const QString &program,

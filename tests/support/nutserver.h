@@ -42,7 +42,8 @@ public:
     bool rereadUsers();
 
     /// Start what writeVariables() has prepared, and wait until it can be talked to (not until the
-    /// driver has its first data: until then the status is WAIT).
+    /// driver has its first data: until then the status is WAIT). start() waits until the commands
+    /// of useDriver()'s program are known.
     bool startDriver();
     bool startServer();
     bool start();
@@ -68,6 +69,7 @@ private:
                 const QStringList &arguments);
     bool kill(std::unique_ptr<QProcess> *process);
     bool signalDriver(int signal);
+    bool waitForCommands();
     bool fail(const QString &what);
 
     QTemporaryDir directory;
