@@ -1,8 +1,8 @@
 # Headers of Qt that are compiled once for many sources.
 
 # kiv_precompile(TARGET...): the sources of these targets, which link to Qt's widgets and to kivoptions, begin with
-# the headers below, where KIVWIDGETS_PRECOMPILE_HEADERS is on. They include what they use all the same: the library,
-# the packages and the preset "dev" are built without.
+# the headers below, where KIVWIDGETS_PRECOMPILE_HEADERS is on. They include what they use all the same: the library
+# and the preset "dev" are built without.
 function(kiv_precompile)
     if(NOT KIVWIDGETS_PRECOMPILE_HEADERS)
         return()
