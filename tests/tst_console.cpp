@@ -155,10 +155,6 @@ class ConsoleTest : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void options_data();
-    void options();
-    void wrongOptions_data();
-    void wrongOptions();
     void freshKeepsTheLimitsOfTheHistory();
     void followsTheScenario_data();
     void followsTheScenario();
@@ -190,87 +186,6 @@ private Q_SLOTS:
     void screenshots();
     void screenshotsNeedADirectory();
 };
-
-void ConsoleTest::options_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("task");
-    QTest::newRow("none") << QStringList() << int(Options::Task::ShowWindow);
-    QTest::newRow("help") << QStringList{QStringLiteral("--help")} << int(Options::Task::PrintText);
-    QTest::newRow("version") << QStringList{QStringLiteral("--version")}
-                             << int(Options::Task::PrintText);
-    QTest::newRow("screenshot") << QStringList{QStringLiteral("--screenshot"),
-                                               QStringLiteral("dir")}
-                                << int(Options::Task::TakeScreenshots);
-    for (const char *trusted :
-         {"--ca f --ups demo@host", "--ca f --server host --tls required",
-          "--ca f --prometheus HTTPS://host", "--ca f --ups demo@host --prometheus http://host",
-          "--ca f --server host --tls off --prometheus https://host",
-          "--credentials f --prometheus https://host --server host"})
-        QTest::newRow(trusted) << QString::fromLatin1(trusted).split(QLatin1Char(' '))
-                               << int(Options::Task::ShowWindow);
-    QTest::newRow("a UPS") << QStringList{QStringLiteral("--ups"), QStringLiteral("demo@host")}
-                           << int(Options::Task::ShowWindow);
-}
-
-void ConsoleTest::options()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(int, task);
-    const Options options = parseOptions(QStringList(QStringLiteral("kivconsole")) + arguments);
-    QCOMPARE(int(options.task), task);
-    QCOMPARE(options.speed, 1.0);
-    if (task == int(Options::Task::PrintText))
-        QVERIFY(options.text.contains(QStringLiteral("kivconsole ")) ||
-                options.text.contains(QStringLiteral("--screenshot")));
-}
-
-void ConsoleTest::wrongOptions_data()
-{
-    QTest::addColumn<QString>("arguments");
-    QTest::addColumn<QString>("part");
-    const auto row = [](const char *arguments, const char *part) {
-        QTest::newRow(arguments) << QString::fromLatin1(arguments) << QString::fromLatin1(part);
-    };
-    row("--unknown", "unknown");
-    row("stray", "'stray'");
-    row("--speed fast", "'fast'");
-    row("--speed 0", "'0'");
-    row("--speed -1", "'-1'");
-    row("--speed nan", "'nan'");
-    row("--speed 1e9", "'1e9'");
-    row("--speed", "speed");
-    row("--ups demo@host --speed 2", "--ups");
-    row("--server host --speed 2", "--server");
-    row("--config file --at 2", "--config");
-    row("--server host --tls maybe", "'maybe'");
-    row("--prometheus http://host --speed 2", "--prometheus");
-    row("--tls off", "--ups");
-    row("--prometheus https://host --tls required", "the address says http or https");
-    row("--ca file", "--ups");
-    row("--prometheus http://host --ca file", "an https address of --prometheus");
-    row("--ups demo@host --tls off --ca file", "unless --tls is off");
-    row("--credentials file", "--config");
-    row("--prometheus https://host --credentials file", "--config");
-    row("--prometheus-auth file", "goes with --prometheus");
-    row("--prometheus=", "needs an address");
-    row("--config=", "needs a file");
-    row("--at 3", "--screenshot");
-    row("--screenshot dir --at 3,x", "'x'");
-    row("--screenshot dir --at -3", "'-3'");
-    row("--ups demo@host --screenshot dir --at 3", "--at");
-}
-
-void ConsoleTest::wrongOptions()
-{
-    QFETCH(QString, arguments);
-    QFETCH(QString, part);
-    const Options options =
-        parseOptions(QStringList(QStringLiteral("kivconsole")) + arguments.split(QLatin1Char(' ')));
-    QCOMPARE(int(options.task), int(Options::Task::Refuse));
-    QVERIFY2(options.text.contains(part), qPrintable(options.text));
-    QVERIFY(!options.text.contains(QLatin1Char('\n')));
-}
 
 /// What a run remembers is forgotten, but how long the history is kept is not: shorter limits would
 /// delete what is there.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
 #include "journal.h"
-#include "options.h"
 #include "report.h"
 #include "reportfile.h"
 
@@ -71,8 +70,6 @@ private Q_SLOTS:
     void spans();
     void pageIsPlain();
     void linesAreComplete();
-    void options_data();
-    void options();
     void programNeedsNoDisplay();
     void programSaysWhatIsWrong();
 };
@@ -191,38 +188,6 @@ void ReportTest::linesAreComplete()
           "demo@host:3493,peak load,2026-11-22 01:00:00,,97.0,%\r\n",
           "demo@host:3493,energy,2026-11-21 10:00:00,,28800.0,Wh\r\n"})
         QVERIFY2(lines.contains(QLatin1String(line)), qPrintable(lines));
-}
-
-void ReportTest::options_data()
-{
-    QTest::addColumn<QString>("arguments");
-    QTest::addColumn<bool>("taken");
-    const auto row = [](const char *arguments, bool taken) {
-        QTest::newRow(arguments) << QString::fromLatin1(arguments) << taken;
-    };
-    row("--report day --output r.html", true);
-    row("--report week --output r.csv --ups demo@host", true);
-    row("--report month --output R.HTML", true);
-    row("--report year --output r.html", false);
-    row("--report day", false);
-    row("--report day --output r.pdf", false);
-    row("--output r.html", false);
-    row("--report day --output r.html --screenshot dir", false);
-    row("--report day --output r.html --server host", false);
-    row("--report day --output r.html --prometheus http://host", false);
-}
-
-void ReportTest::options()
-{
-    QFETCH(QString, arguments);
-    QFETCH(bool, taken);
-    const Options given =
-        parseOptions(QStringList(QStringLiteral("kivconsole")) + arguments.split(QLatin1Char(' ')));
-    QCOMPARE(given.task != Options::Task::Refuse, taken);
-    QCOMPARE(given.report.has_value(), taken || given.report.has_value());
-    QVERIFY(!given.text.contains(QLatin1Char('\n')));
-    QCOMPARE(given.text.contains(QLatin1String("the console's own history")),
-             arguments.contains(QLatin1String("--prometheus")));
 }
 
 void ReportTest::programNeedsNoDisplay()
