@@ -127,9 +127,24 @@ void FleetPage::applyScale()
 {
     const int height = Theme::touchSize();
     search->setFixedHeight(height);
+    for (QToolButton *button : severities)
+        button->setMinimumHeight(height);
+    showSigns();
+    bar->setSpacing(Theme::px(6));
+    view->applyScale();
+}
+
+void FleetPage::changeEvent(QEvent *event)
+{
+    Page::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        showSigns();
+}
+
+void FleetPage::showSigns()
+{
     const int icon = Theme::px(18);
     for (std::size_t i = 0; i < severities.size(); ++i) {
-        severities[i]->setMinimumHeight(height);
         severities[i]->setIconSize(QSize(icon, icon));
         const Severity severity = shownSeverities[i];
         const SeverityLook look = lookOf(severity, Theme::isDark());
@@ -144,8 +159,6 @@ void FleetPage::applyScale()
         }
         severities[i]->setIcon(severitySign(severity, icon, color, ink, devicePixelRatioF()));
     }
-    bar->setSpacing(Theme::px(6));
-    view->applyScale();
 }
 
 QSize FleetPage::minimumSizeHint() const

@@ -28,11 +28,13 @@ Q_SIGNALS:
 
 protected:
     void showUps(const UpsModel &ups) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void makeFilter();
     void takeFilter();
     void showCounts();
+    void showSigns();
     void showProblems();
 
     SiteModel *site;

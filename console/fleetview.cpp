@@ -230,7 +230,8 @@ void FleetView::refresh()
     // A search may look for what changes.
     if (reordered || !filter.words.isEmpty())
         arrange();
-    if (isVisible()) {
+    // Also in a window that is only rendered.
+    if (isVisibleTo(window())) {
         place();
         for (Entry &entry : entries)
             entry.dirty = false;
@@ -397,7 +398,7 @@ void FleetView::applyScale()
         if (tile->ups)
             tile->showUps(tile->ups, true);
     }
-    if (isVisible())
+    if (isVisibleTo(window()))
         place();
 }
 
@@ -405,7 +406,7 @@ void FleetView::resizeEvent(QResizeEvent *event)
 {
     QAbstractScrollArea::resizeEvent(event);
     layOut();
-    if (isVisible())
+    if (isVisibleTo(window()))
         place();
 }
 

@@ -16,6 +16,8 @@ namespace {
 
 /// As long as a lost link may take to show.
 constexpr int patienceMsecs = 6000;
+/// Longer than pages gather what changes before they show it.
+constexpr int settleMsecs = 600;
 
 /// Late in the phases that show the most.
 QVector<double> notableInstants()
@@ -98,6 +100,8 @@ LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, cons
     QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
     loop.exec();
     waitForOffer(site);
+    QTimer::singleShot(settleMsecs, &loop, &QEventLoop::quit);
+    loop.exec();
     if (!takePages(window, options.directory, QString(), error))
         return LiveScreenshots::Failed;
     for (int i = 0; i < site.count(); ++i) {

@@ -3,6 +3,9 @@
 #include "consolewindow.h"
 #include "fleetpage.h"
 #include "nutmapping.h"
+#include "options.h"
+#include "screenshots.h"
+#include "theme.h"
 
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -11,6 +14,9 @@
 #include <metrotabicon.h>
 #include <rotatestackedwidget.h>
 
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QTimer>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
@@ -76,6 +82,8 @@ private Q_SLOTS:
     void problemsOfServers();
     void textsStayPlain();
     void oneUpsHasNoFleet();
+    void signsFollowTheTheme();
+    void screenshotsShowTheTiles();
 
 private:
     /// The titles of the visible tiles, from top to bottom.
@@ -347,6 +355,61 @@ void FleetTest::oneUpsHasNoFleet()
     site->setGrowing(true);
     const ConsoleWindow growing(site.get());
     QCOMPARE(growing.pageNames().first(), QStringLiteral("fleet"));
+}
+
+/// The signs of the filter are as readable on dark as if the page had begun there.
+void FleetTest::signsFollowTheTheme()
+{
+    const auto site = siteOf(3);
+    const auto signOf = [](const FleetPage &page) {
+        const auto *button = page.findChild<QToolButton *>(QStringLiteral("only No communication"));
+        return button ? button->icon().pixmap(button->iconSize()).toImage() : QImage();
+    };
+    QApplication::setPalette(Theme::palette(false));
+    const FleetPage page(site.get());
+    const QImage light = signOf(page);
+    QVERIFY(!light.isNull());
+    QApplication::setPalette(Theme::palette(true));
+    deliverAll();
+    const FleetPage dark(site.get());
+    QVERIFY(signOf(dark) != light);
+    QCOMPARE(signOf(page), signOf(dark));
+    prepareTestApplication();
+}
+
+/// UPSes that a server names just before are on the image too.
+void FleetTest::screenshotsShowTheTiles()
+{
+    const QTemporaryDir place;
+    SiteModel site;
+    site.setGrowing(true);
+    ConsoleWindow window(&site);
+    QTimer::singleShot(0, &site, [&site] {
+        for (const char *name : {"a", "b", "c"})
+            site.add(QLatin1String(name))->take(ups(QLatin1String(name), "OL"));
+    });
+    Options options;
+    options.directory = place.path();
+    QString error;
+    QVERIFY2(takeLiveScreenshots(window, site, options, &error) == LiveScreenshots::Taken,
+             qPrintable(error));
+    const QImage image(place.filePath(QStringLiteral("fleet.png")));
+    QCOMPARE(image.size(), window.size());
+    window.showPage(0);
+    const auto *page = window.findChild<FleetPage *>();
+    QTRY_COMPARE(shown(*page).size(), 3);
+    for (const MetroShelter *tile : page->findChildren<MetroShelter *>()) {
+        if (tile->isHidden())
+            continue;
+        // A text on a plate has many colours, and the page behind it one.
+        const QRect room(tile->mapTo(&window, QPoint()), tile->size());
+        QSet<QRgb> colors;
+        for (int y = room.top() + 1; y < room.bottom(); ++y) {
+            for (int x = room.left() + 1; x < room.right(); ++x)
+                colors.insert(image.pixel(x, y));
+        }
+        QVERIFY2(colors.size() > 5, qPrintable(QString::number(colors.size())));
+    }
 }
 
 KIV_TEST_MAIN(FleetTest)
