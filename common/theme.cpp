@@ -46,6 +46,7 @@ QPalette Theme::palette(bool dark)
     QPalette palette(window);
     palette.setColor(QPalette::Window, window);
     palette.setColor(QPalette::Base, card);
+    palette.setColor(QPalette::AlternateBase, dark ? 0xff353c43 : 0xfff1f4f6);
     palette.setColor(QPalette::WindowText, text);
     palette.setColor(QPalette::Text, text);
     palette.setColor(QPalette::ButtonText, text);
