@@ -89,7 +89,7 @@ const PromValue *PromDialect::valueOf(const QString &variable) const
     const auto found =
         std::find_if(values.cbegin(), values.cend(),
                      [&variable](const PromValue &value) { return value.variable == variable; });
-    return found == values.cend() ? nullptr : found;
+    return found == values.cend() ? nullptr : &*found;
 }
 
 const PromDialect *PromDialect::find(const QString &name)
