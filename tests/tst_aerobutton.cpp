@@ -117,7 +117,7 @@ void AeroButtonTest::ampersand()
     Stage<AeroButton> button(QSize(120, 40));
     button->setColorText(Qt::white);
     button->setText(QStringLiteral("R&D"));
-    QCOMPARE(button->shortcut(), QKeySequence(Qt::ALT | Qt::Key_D));
+    QCOMPARE(button->shortcut(), QKeySequence(QStringLiteral("Alt+D")));
     deliverAll();
     const QImage withShortcut = imageOf(button.widget);
     button->setText(QStringLiteral("RD"));

@@ -227,7 +227,8 @@ void Recorder::meet(UpsModel *ups, Watched *watched)
     // What had not been heard is now, which was seen.
     if (watched->silenceNoted)
         add(endOf(ups->id(), silence, change.at));
-    for (const Condition &condition : conditionsOf(*ups)) {
+    const QVector<Condition> conditions = conditionsOf(*ups);
+    for (const Condition &condition : conditions) {
         if (kindOf(condition) == EventKind::Alarm && !allowAlarm(keyOf(condition), watched)) {
             watched->leftOut.insert(keyOf(condition));
             continue;
