@@ -613,11 +613,11 @@ void ConsoleWindow::showTabStates()
     }
 }
 
-void ConsoleWindow::setHistory(History *shown, TrendSource *source)
+void ConsoleWindow::setHistory(History *shownHistory, TrendSource *source)
 {
     if (history)
         history->disconnect(this);
-    history = shown;
+    history = shownHistory;
     overview->setTrends(source ? source : history);
     events->setHistory(history);
     trends->setHistory(history, source);

@@ -88,10 +88,10 @@ QHash<qint64, double> valuesOf(const PromAnswer &answer, const QString &curve, i
 
 } // namespace
 
-PromTrends::PromTrends(const Find &findFeed, TrendSource *otherTrends, QObject *parent)
+PromTrends::PromTrends(const Find &findFeed, TrendSource *newOthers, QObject *parent)
     : TrendSource(parent)
     , find(findFeed)
-    , others(otherTrends)
+    , others(newOthers)
 {
     if (!others)
         return;
