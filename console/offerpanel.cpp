@@ -347,7 +347,7 @@ void OfferPanel::refresh()
         return;
     userText->setText(model->user().isEmpty() ? tr("Nobody is logged in. Commands ask for a user.")
                                               : tr("Commands are given as %1.").arg(model->user()));
-    const QMap<QString, QString> &variables = model->snapshot().variables;
+    const QHash<QString, QString> &variables = model->snapshot().variables;
     for (Editor &editor : editors) {
         const auto now = variables.constFind(editor.name);
         if (now == variables.cend() || *now == editor.shown)

@@ -6,6 +6,7 @@
 
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
+#include <QtGui/QPixmapCache>
 
 #include <cmath>
 
@@ -70,7 +71,17 @@ SeverityLook lookOf(Severity severity, bool dark)
 QPixmap severitySign(Severity severity, int side, const QColor &color, const QColor &ink,
                      double ratio)
 {
-    QPixmap sign = transparentPixmap({side, side}, ratio);
+    // The tiles of a fleet draw few signs often.
+    const QString key = QStringLiteral("kiv-severity-%1-%2-%3-%4-%5")
+                            .arg(int(severity))
+                            .arg(side)
+                            .arg(color.rgba())
+                            .arg(ink.rgba())
+                            .arg(ratio);
+    QPixmap sign;
+    if (QPixmapCache::find(key, &sign))
+        return sign;
+    sign = transparentPixmap({side, side}, ratio);
     QPainter painter(&sign);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(side / grid, side / grid);
@@ -114,5 +125,7 @@ QPixmap severitySign(Severity severity, int side, const QColor &color, const QCo
         break;
     }
     }
+    painter.end();
+    QPixmapCache::insert(key, sign);
     return sign;
 }

@@ -2,14 +2,19 @@
 
 #include "variablelist.h"
 
+#include <QtCore/QMap>
+
 namespace {
 
 enum Column { Name, Value, ColumnCount };
 
 } // namespace
 
-void VariableList::setVariables(const QMap<QString, QString> &variables)
+void VariableList::setVariables(const QHash<QString, QString> &unsorted)
 {
+    QMap<QString, QString> variables;
+    for (auto given = unsorted.cbegin(); given != unsorted.cend(); ++given)
+        variables.insert(given.key(), given.value());
     if (rows.isEmpty() || variables.isEmpty()) {
         if (rows.isEmpty() && variables.isEmpty())
             return;

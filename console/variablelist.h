@@ -3,7 +3,7 @@
 #pragma once
 
 #include <QtCore/QAbstractTableModel>
-#include <QtCore/QMap>
+#include <QtCore/QHash>
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
@@ -16,7 +16,7 @@ public:
     using QAbstractTableModel::QAbstractTableModel;
 
     /// Takes new values; rows that stay are kept, so that a selection outlives them.
-    void setVariables(const QMap<QString, QString> &variables);
+    void setVariables(const QHash<QString, QString> &variables);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;

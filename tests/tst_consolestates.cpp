@@ -142,7 +142,7 @@ void ConsoleStatesTest::everyState()
         const QByteArray report = QByteArray::number(i) + ' ' + state.status;
         VERIFY_SERVER(writeVariables(variables(state)));
         const auto arrived = [&] {
-            const QMap<QString, QString> &given = ups->snapshot().variables;
+            const QHash<QString, QString> &given = ups->snapshot().variables;
             const QString alarm = given.value(QStringLiteral("ups.alarm"));
             const bool wantsAlarm = QByteArray(state.more).contains("ups.alarm");
             return given.value(QStringLiteral("ups.status")) == QLatin1String(state.status) &&

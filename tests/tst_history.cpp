@@ -692,7 +692,7 @@ void HistoryTest::realOutage()
     ups->setFeed(&feed);
     feed.start();
     const auto isNow = [&](const char *status, const char *alarm = "") {
-        const QMap<QString, QString> &given = ups->snapshot().variables;
+        const QHash<QString, QString> &given = ups->snapshot().variables;
         return given.value(QStringLiteral("ups.status")) == QLatin1String(status) &&
                given.value(QStringLiteral("ups.alarm")) == QLatin1String(alarm);
     };

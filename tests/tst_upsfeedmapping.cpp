@@ -530,7 +530,7 @@ void TestUpsFeedMapping::allVariables()
                                                                               "b\xe2\x80\xa8"
                                                                               "c")},
                                  {QStringLiteral("driver.version"), QStringLiteral("2.8.0")}});
-    const QMap<QString, QString> expected{
+    const QHash<QString, QString> expected{
         {QStringLiteral("driver.version"), QStringLiteral("2.8.0")},
         {QStringLiteral("ups.id"), QStringLiteral("ab c")},
         {QStringLiteral("ups.status"), QStringLiteral("OL")}};

@@ -5,6 +5,8 @@
 #include <QtCore/QRegularExpression>
 #include <QtNetwork/QHostAddress>
 
+#include <algorithm>
+
 namespace {
 
 bool matches(const char *pattern, const QString &text)
@@ -12,6 +14,19 @@ bool matches(const char *pattern, const QString &text)
     return QRegularExpression(QRegularExpression::anchoredPattern(QLatin1String(pattern)))
         .match(text)
         .hasMatch();
+}
+
+/// Letters and digits of ASCII, and a few marks. Servers give names by the thousand, which is why
+/// this is no pattern.
+bool isName(const QString &text, int longest)
+{
+    return !text.isEmpty() && text.size() <= longest &&
+           std::all_of(text.cbegin(), text.cend(), [](QChar c) {
+               const ushort code = c.unicode();
+               const ushort small = code | 0x20;
+               return (small >= 'a' && small <= 'z') || (code >= '0' && code <= '9') ||
+                      code == '_' || code == '.' || code == '-';
+           });
 }
 
 bool isIPv6(const QString &text)
@@ -60,12 +75,14 @@ std::optional<NutHost> parseHost(const QString &text, const QString &form, QStri
 
 bool isNutUpsName(const QString &name)
 {
-    return matches("[A-Za-z0-9_.-]{1,64}", name);
+    constexpr int longest = 64;
+    return isName(name, longest);
 }
 
 bool isNutName(const QString &name)
 {
-    return matches("[A-Za-z0-9_.-]{1,128}", name);
+    constexpr int longest = 128;
+    return isName(name, longest);
 }
 
 std::optional<NutHost> NutHost::parse(const QString &text, QString *error)

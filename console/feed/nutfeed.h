@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "nutlistreader.h"
 #include "nutserverfeed.h"
 #include "upsfeed.h"
 
@@ -47,7 +48,8 @@ private:
     // For the connection:
     int slot = 0;
     bool wantsEverything = true;
-    QString status; // as it was in the last list
+    NutVariables variables; // of the last list
+    QString status;         // as it was there
     Snapshot latest;
     bool isPending = false;
     bool wantsOffer = false; // as soon as the UPS is reached

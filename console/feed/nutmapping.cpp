@@ -3,7 +3,10 @@
 #include "nutmapping.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <unordered_map>
+#include <vector>
 
 namespace {
 
@@ -109,23 +112,42 @@ constexpr PhaseRow phaseTable[] = {
 };
 
 constexpr int phaseCount = 3;
+constexpr std::array<const char *, phaseCount> singlePhases = {"L1", "L2", "L3"};
+constexpr std::array<const char *, phaseCount> phasePairs = {"L1-L2", "L2-L3", "L3-L1"};
 
-/// The parts of a text of the tables, which is split once.
-const QStringList &split(const char *text, char separator)
+/// What @p make makes of a text of the tables, once for each text and thread.
+template <typename Made>
+const Made &madeOnce(const char *text, Made (*make)(const QString &text))
 {
-    thread_local QHash<const char *, QStringList> known;
-    const auto found = known.constFind(text);
-    if (found != known.cend())
-        return *found;
-    return *known.insert(
-        text, QString::fromLatin1(text).split(QLatin1Char(separator), Qt::SkipEmptyParts));
+    thread_local std::unordered_map<const char *, Made> known;
+    auto found = known.find(text);
+    if (found == known.end())
+        found = known.emplace(text, make(QString::fromLatin1(text))).first;
+    return found->second;
+}
+
+/// One of several variables to take a number from, or a number that stands for itself.
+struct Alternative
+{
+    QString variable;
+    std::optional<double> literal;
+};
+
+const std::vector<Alternative> &alternativesOf(const char *text)
+{
+    return madeOnce<std::vector<Alternative>>(text, [](const QString &all) {
+        std::vector<Alternative> alternatives;
+        const QStringList names = all.split(QLatin1Char('|'), Qt::SkipEmptyParts);
+        for (const QString &name : names)
+            alternatives.push_back({name, nutNumber(name)});
+        return alternatives;
+    });
 }
 
 QString firstText(const NutVariables &variables, const char *alternatives)
 {
-    const QStringList &names = split(alternatives, '|');
-    for (const QString &variable : names) {
-        QString text = plainText(variables.value(variable));
+    for (const Alternative &alternative : alternativesOf(alternatives)) {
+        QString text = plainText(variables.value(alternative.variable));
         if (!text.isEmpty())
             return text;
     }
@@ -134,11 +156,10 @@ QString firstText(const NutVariables &variables, const char *alternatives)
 
 std::optional<double> firstNumber(const NutVariables &variables, const char *alternatives)
 {
-    const QStringList &names = split(alternatives, '|');
-    for (const QString &alternative : names) {
-        const std::optional<double> literal = nutNumber(alternative);
-        const std::optional<double> number =
-            literal ? literal : nutNumber(variables.value(alternative));
+    for (const Alternative &alternative : alternativesOf(alternatives)) {
+        const std::optional<double> number = alternative.literal
+                                                 ? alternative.literal
+                                                 : nutNumber(variables.value(alternative.variable));
         if (number)
             return number;
     }
@@ -160,18 +181,33 @@ Measure measureOf(const NutVariables &variables, const ValueRow &row)
     return measure;
 }
 
+/// The variables of the phases, as one alternative gives them.
+using PhaseVariables = QVector<QPair<QString, QString>>; // phase and variable
+
+const std::vector<PhaseVariables> &phaseVariablesOf(const char *text)
+{
+    return madeOnce<std::vector<PhaseVariables>>(text, [](const QString &all) {
+        std::vector<PhaseVariables> alternatives;
+        const QStringList names = all.split(QLatin1Char('|'), Qt::SkipEmptyParts);
+        for (const QString &name : names) {
+            const bool single = name.contains(QLatin1Char('*'));
+            PhaseVariables variables;
+            for (const char *phase : single ? singlePhases : phasePairs) {
+                QString variable = name;
+                variable.replace(QLatin1Char(single ? '*' : '#'), QLatin1String(phase));
+                variables.append({QString::fromLatin1(phase), variable});
+            }
+            alternatives.push_back(variables);
+        }
+        return alternatives;
+    });
+}
+
 QVector<PhaseValue> phasesOf(const NutVariables &variables, const char *alternatives)
 {
-    static const QStringList singles = split("L1 L2 L3", ' ');
-    static const QStringList pairs = split("L1-L2 L2-L3 L3-L1", ' ');
     QVector<PhaseValue> phases;
-    const QStringList &names = split(alternatives, '|');
-    for (const QString &name : names) {
-        const QLatin1Char mark(name.contains(QLatin1Char('*')) ? '*' : '#');
-        for (int i = 0; i < phaseCount; ++i) {
-            const QString &phase = (mark == QLatin1Char('*') ? singles : pairs).at(i);
-            QString variable = name;
-            variable.replace(mark, phase);
+    for (const PhaseVariables &names : phaseVariablesOf(alternatives)) {
+        for (const auto &[phase, variable] : names) {
             if (const std::optional<double> number = nutNumber(variables.value(variable)))
                 phases.append({phase, *number});
         }
@@ -316,7 +352,8 @@ void takeStatus(Snapshot *snapshot, const QStringList &tokens)
 {
     QStringList untold = tokens;
     for (const StatusRow &row : statusTable) {
-        const QStringList &needed = split(row.tokens, ' ');
+        const QStringList &needed = madeOnce<QStringList>(
+            row.tokens, [](const QString &all) { return all.split(QLatin1Char(' ')); });
         const bool holds = std::all_of(needed.begin(), needed.end(), [&](const QString &token) {
             return tokens.contains(token);
         });
@@ -359,6 +396,33 @@ void roundOff(Snapshot *snapshot)
     showAlarm(&snapshot->system);
 }
 
+/// Whether plainText() would change nothing; false where that is not seen at once.
+bool isPlain(const QString &text)
+{
+    ushort before = ' ';
+    for (const QChar c : text) {
+        const ushort code = c.unicode();
+        if (code < 0x20 || code >= 0x7f || (code == ' ' && before == ' '))
+            return false;
+        before = code;
+    }
+    return before != ' ' || text.isEmpty();
+}
+
+/// Shares the texts, and where all of them are plain the whole.
+NutVariables plainVariables(const NutVariables &variables)
+{
+    bool plain = true;
+    for (auto one = variables.cbegin(); plain && one != variables.cend(); ++one)
+        plain = isPlain(one.key()) && isPlain(one.value());
+    if (plain)
+        return variables;
+    NutVariables texts;
+    for (auto one = variables.cbegin(); one != variables.cend(); ++one)
+        texts.insert(plainText(one.key()), plainText(one.value()));
+    return texts;
+}
+
 std::optional<bool> beeperOf(const NutVariables &variables)
 {
     const QString text = variables.value(QStringLiteral("ups.beeper.status"));
@@ -374,10 +438,7 @@ std::optional<bool> beeperOf(const NutVariables &variables)
 QString plainText(const QString &text)
 {
     // Most texts are plain already, and stay shared.
-    const bool plainAlready = std::all_of(text.cbegin(), text.cend(), [](QChar c) {
-        return c.unicode() > 0x20 && c.unicode() < 0x7f;
-    });
-    if (plainAlready)
+    if (isPlain(text))
         return text;
     QString plain;
     plain.reserve(text.size());
@@ -399,6 +460,8 @@ QString plainText(const QString &text)
 
 std::optional<double> nutNumber(const QString &text)
 {
+    if (text.isEmpty())
+        return std::nullopt;
     const QByteArray digits = text.trimmed().toLatin1();
     bool ok = false;
     const double number = digits.toDouble(&ok);
@@ -428,8 +491,7 @@ Snapshot snapshotOf(const QString &upsName, const NutVariables &variables)
     QStringList tokens =
         firstText(variables, "ups.status").split(QLatin1Char(' '), Qt::SkipEmptyParts);
     tokens.removeDuplicates();
-    for (auto variable = variables.cbegin(); variable != variables.cend(); ++variable)
-        snapshot.variables.insert(plainText(variable.key()), plainText(variable.value()));
+    snapshot.variables = plainVariables(variables);
     snapshot.tokens = tokensOf(tokens, &snapshot.otherTokens);
     if (snapshot.tokens.testFlag(StatusToken::Waiting)) {
         snapshot.status += QStringLiteral("Waiting for the first data");

@@ -4,57 +4,70 @@
 
 #include <algorithm>
 
-// One switch over what a character may stand in.
-// NOLINTNEXTLINE(readability-function-cognitive-complexity)
+namespace {
+
+/// Where the run of characters ends that begins at @p from and has neither @p first, @p second nor
+/// control characters. Bytes above 0x7f are UTF-8.
+int endOfRun(const QByteArray &line, int from, char first, char second)
+{
+    while (from < line.size()) {
+        const char c = line.at(from);
+        if (c == first || c == second || (c >= 0 && c < 0x20))
+            break;
+        ++from;
+    }
+    return from;
+}
+
+/// Appends the quoted word that begins at @p from, behind its quote, and returns the position
+/// behind the closing one; -1 when it is not of that form.
+int takeQuoted(const QByteArray &line, int from, QByteArray *word)
+{
+    while (true) {
+        const int end = endOfRun(line, from, '"', '\\');
+        word->append(line.constData() + from, end - from);
+        if (end == line.size())
+            return -1;
+        if (line.at(end) == '"')
+            return end + 1;
+        // An escape stands before a quote or another one.
+        const char escaped = end + 1 < line.size() ? line.at(end + 1) : ' ';
+        if (line.at(end) != '\\' || (escaped != '"' && escaped != '\\'))
+            return -1;
+        word->append(escaped);
+        from = end + 2;
+    }
+}
+
+} // namespace
+
 std::optional<QVector<QByteArray>> splitNutLine(const QByteArray &line)
 {
-    enum class Within { Nothing, Word, Quotes, Escape, AfterQuotes };
-
+    constexpr int usual = 4;
     QVector<QByteArray> words;
-    Within within = Within::Nothing;
-    for (const char c : line) {
-        if (c >= 0 && c < 0x20) // bytes above 0x7f are UTF-8
-            return std::nullopt;
-        switch (within) {
-        case Within::AfterQuotes:
-            if (c != ' ')
-                return std::nullopt;
-            within = Within::Nothing;
-            break;
-        case Within::Nothing:
-            if (c == ' ')
-                break;
-            words.append(QByteArray());
-            within = c == '"' ? Within::Quotes : Within::Word;
-            if (c != '"')
-                words.last().append(c);
-            break;
-        case Within::Word:
-            if (c == '"')
-                return std::nullopt;
-            if (c == ' ')
-                within = Within::Nothing;
-            else
-                words.last().append(c);
-            break;
-        case Within::Quotes:
-            if (c == '"')
-                within = Within::AfterQuotes;
-            else if (c == '\\')
-                within = Within::Escape;
-            else
-                words.last().append(c);
-            break;
-        case Within::Escape:
-            if (c != '"' && c != '\\')
-                return std::nullopt;
-            words.last().append(c);
-            within = Within::Quotes;
-            break;
+    words.reserve(usual);
+    int position = 0;
+    while (position < line.size()) {
+        if (line.at(position) == ' ') {
+            ++position;
+            continue;
         }
+        if (line.at(position) == '"') {
+            words.append(QByteArray());
+            position = takeQuoted(line, position + 1, &words.last());
+            if (position < 0)
+                return std::nullopt;
+        } else {
+            const int end = endOfRun(line, position, ' ', '"');
+            if (end == position)
+                return std::nullopt;
+            words.append(QByteArray(line.constData() + position, end - position));
+            position = end;
+        }
+        // A space stands between words.
+        if (position < line.size() && line.at(position) != ' ')
+            return std::nullopt;
     }
-    if (within == Within::Quotes || within == Within::Escape)
-        return std::nullopt;
     return words;
 }
 

@@ -212,8 +212,12 @@ void NutServerFeed::askForEverything(NutFeed *feed)
                          retryRest = times.firstRetry;
                          const NutVariables &variables =
                              static_cast<const NutListReader &>(answer).variables();
-                         asking->status = variables.value(QStringLiteral("ups.status"));
-                         asking->setPending(snapshotOf(asking->upsName, variables));
+                         if (asking->latest.isLost() || variables != asking->variables) {
+                             asking->variables = variables;
+                             asking->status = variables.value(QStringLiteral("ups.status"));
+                             asking->latest = snapshotOf(asking->upsName, variables);
+                         }
+                         asking->setPending(asking->latest);
                          if (asking->wantsOffer)
                              askForOffer(asking);
                      }

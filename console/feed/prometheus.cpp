@@ -268,6 +268,11 @@ void PromSource::takeStatuses(const PromAnswer &answer)
     tell(answer.warnings.isEmpty()
              ? QString()
              : QStringLiteral("its answers may be incomplete: ") + answer.warnings);
+    const PromValue *load = nullptr;
+    for (const PromValue &value : dialect->values) {
+        if (value.variable == QLatin1String("ups.load"))
+            load = &value;
+    }
     const double now = double(QDateTime::currentMSecsSinceEpoch()) / 1000.0;
     for (const auto &one : feeds) {
         PromFeed *feed = one.get();
@@ -282,19 +287,18 @@ void PromSource::takeStatuses(const PromAnswer &answer)
         } else {
             QStringList flags = status->flags;
             std::sort(flags.begin(), flags.end());
-            feed->status = flags.join(QLatin1Char(' '));
+            const QString words = flags.join(QLatin1Char(' '));
+            // What is as before comes with the load, once.
+            feed->isPending = load && feed->heard && feed->status == words;
+            feed->status = words;
             feed->heard = true;
-            feed->deliver();
+            if (!feed->isPending)
+                feed->deliver();
             if (guard && feed->followed)
                 askForValues(feed);
         }
         if (!guard)
             return;
-    }
-    const PromValue *load = nullptr;
-    for (const PromValue &value : dialect->values) {
-        if (value.variable == QLatin1String("ups.load"))
-            load = &value;
     }
     if (load)
         query(QStringLiteral("max by (job, instance, %1) (%2{job=%3})")
@@ -304,8 +308,6 @@ void PromSource::takeStatuses(const PromAnswer &answer)
 
 void PromSource::takeLoads(const PromAnswer &answer)
 {
-    if (!answer.succeeded)
-        return;
     double factor = 1.0;
     for (const PromValue &value : dialect->values) {
         if (value.variable == QLatin1String("ups.load"))
@@ -327,6 +329,11 @@ void PromSource::takeLoads(const PromAnswer &answer)
         feed->deliver();
         if (!guard)
             return;
+    }
+    // The others, and all where there are no loads.
+    for (std::size_t i = 0; guard && i < feeds.size(); ++i) {
+        if (feeds[i]->isPending)
+            feeds[i]->deliver();
     }
 }
 
@@ -442,17 +449,22 @@ const PromDialect &PromFeed::dialect() const
 
 void PromFeed::deliver()
 {
+    isPending = false;
     if (!running)
         return;
     NutVariables variables = values;
     variables.insert(QStringLiteral("ups.status"), status);
-    latest = snapshotOf(upsName(), variables);
+    if (latest.isLost() || variables != delivered) {
+        delivered = variables;
+        latest = snapshotOf(upsName(), variables);
+    }
     Q_EMIT snapshotReady(latest);
 }
 
 void PromFeed::lose(const QString &reason)
 {
     heard = false;
+    isPending = false;
     values.clear();
     if (running)
         Q_EMIT snapshotReady(Snapshot::lost(upsName(), reason));

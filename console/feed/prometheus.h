@@ -140,8 +140,10 @@ private:
     QString id;
     bool running = false;
     bool followed = false;
-    bool heard = false; // in the present refresh
+    bool heard = false;     // in the present refresh
+    bool isPending = false; // to be delivered with the load
     QString status;
-    QHash<QString, QString> values; // by variable
+    QHash<QString, QString> values;    // by variable
+    QHash<QString, QString> delivered; // with the status, as the latest snapshot has them
     Snapshot latest;
 };

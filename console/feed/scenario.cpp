@@ -284,9 +284,9 @@ Identity simulatedIdentity()
 }
 
 /// What a server would give for @p snapshot.
-QMap<QString, QString> variablesOf(const Snapshot &snapshot)
+QHash<QString, QString> variablesOf(const Snapshot &snapshot)
 {
-    QMap<QString, QString> variables;
+    QHash<QString, QString> variables;
     variables.insert(QStringLiteral("ups.mfr"), snapshot.identity.manufacturer);
     variables.insert(QStringLiteral("ups.model"), snapshot.identity.model);
     variables.insert(QStringLiteral("ups.serial"), snapshot.identity.serial);

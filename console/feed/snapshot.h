@@ -5,7 +5,7 @@
 #include "elementstate.h"
 #include "statustoken.h"
 
-#include <QtCore/QMap>
+#include <QtCore/QHash>
 #include <QtCore/QMetaType>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -107,7 +107,7 @@ struct Snapshot
     QStringList status;                ///< all of that in words
     QStringList alarms;                ///< the alarms among them, and the UPS's own alarm texts
     QStringList alarmTexts;            ///< the UPS's own alarm texts
-    QMap<QString, QString> variables;  ///< all that the UPS gives, by name
+    QHash<QString, QString> variables; ///< all that the UPS gives, by name
     std::optional<bool> beeperEnabled; ///< absent when not known
     bool simulated = false;            ///< not from a real UPS: to be marked on screen
 };

@@ -129,13 +129,19 @@ void addLimits(QVector<Condition> *conditions, const Snapshot &snapshot,
             measure.high = fullLoad;
         if (!measure.value || (snapshot.tokens & row.saidBy))
             continue;
-        const int earlier = stood(idOf(row, -1)) ? -1 : stood(idOf(row, 1)) ? 1 : 0;
-        int side = sideOf(measure, *measure.value, earlier);
-        QString value = Values::text(row.quantity, measure.value);
+        // Most values are in order; no text is made of those.
+        const int earlier = before.isEmpty()       ? 0
+                            : stood(idOf(row, -1)) ? -1
+                            : stood(idOf(row, 1))  ? 1
+                                                   : 0;
+        QString phase;
+        double value = *measure.value;
+        int side = sideOf(measure, value, earlier);
         if (side == 0 && !measure.phases.isEmpty()) {
             const PhaseValue &worst = measure.phases.first();
-            side = sideOf(measure, worst.value, earlier);
-            value = worst.name + QLatin1Char(' ') + Values::text(row.quantity, worst.value);
+            value = worst.value;
+            side = sideOf(measure, value, earlier);
+            phase = worst.name + QLatin1Char(' ');
         }
         if (side == 0)
             continue;
@@ -144,7 +150,7 @@ void addLimits(QVector<Condition> *conditions, const Snapshot &snapshot,
         condition.text = nameOf(row.quantity) +
                          (side < 0 ? QStringLiteral(" too low") : QStringLiteral(" too high"));
         condition.severity = Severity::Warning;
-        condition.valueText = value;
+        condition.valueText = phase + Values::text(row.quantity, value);
         conditions->append(condition);
     }
 }
