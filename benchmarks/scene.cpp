@@ -25,7 +25,8 @@
 
 // Measures what a console does all day: many widgets that change ten times a second, through the
 // event loop and into a window; the same with peers; and a page change. With "scale", how time and
-// memory grow with the number of widgets. With "own" or "peers" it only shows such a scene.
+// memory grow with the number of widgets, and with "peer-scale" of peers. With "own" or "peers" it
+// only shows such a scene.
 
 namespace {
 
@@ -156,7 +157,7 @@ double usedBytes()
 
 /// @p count times the same scene, each in its window: what a widget takes of time and memory, and
 /// under callgrind (started with --instr-atstart=no) of instructions, in a dump of its own.
-void measureScale(int count, int seconds)
+void measureScale(std::initializer_list<Share> shares, int count, int seconds)
 {
     constexpr int warmUp = 2 * updatesPerSecond;
     const double before = usedBytes();
@@ -164,7 +165,7 @@ void measureScale(int count, int seconds)
     int widgets = 0;
     double windows = 0.0;
     for (int i = 0; i < count; ++i) {
-        scenes.push_back(std::make_unique<Scene>(ownShares));
+        scenes.push_back(std::make_unique<Scene>(shares));
         widgets += scenes.back()->count();
         windows += scenes.back()->windowBytes();
     }
@@ -287,9 +288,10 @@ int main(int argc, char *argv[])
 {
     const QByteArray task = argc > 1 ? argv[1] : "";
     const int seconds = argc > 2 ? QByteArray(argv[2]).toInt() : 5;
-    const bool isKnown = task.isEmpty() || task == "scale" || task == "own" || task == "peers";
+    const bool scales = task == "scale" || task == "peer-scale";
+    const bool isKnown = task.isEmpty() || scales || task == "own" || task == "peers";
     if (argc > 3 || !isKnown || seconds < 1 || seconds > 1000) {
-        std::fprintf(stderr, "usage: kivscene [scale [SECONDS]|own|peers]\n");
+        std::fprintf(stderr, "usage: kivscene [scale [SECONDS]|peer-scale [SECONDS]|own|peers]\n");
         return 2;
     }
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
@@ -299,9 +301,9 @@ int main(int argc, char *argv[])
         showOnce(task == "own" ? ownShares : peerShares);
         return 0;
     }
-    if (task == "scale") {
+    if (scales) {
         for (const int count : {1, 10, 100})
-            measureScale(count, seconds);
+            measureScale(task == "scale" ? ownShares : peerShares, count, seconds);
         return 0;
     }
     if (!compareScenes())

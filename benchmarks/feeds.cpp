@@ -1,0 +1,370 @@
+// SPDX-License-Identifier: LicenseRef-all-rights-reserved
+
+// What the console spends on the data of a fleet: kivfeeds nut|status|prometheus COUNT [ROUNDS]
+// shows a site of COUNT UPSes on the fleet page, fed by a server in a thread of its own, and prints
+// the time and the processor's time of a round. "nut" asks some UPSes of each round for everything,
+// as the console does, "everything" all of them, and "status" none after the first round. One value
+// of each UPS changes every second. The server's thread does not count.
+
+#include "consolewindow.h"
+#include "feed/sitefile.h"
+#include "history/history.h"
+#include "history/recorder.h"
+#include "program.h"
+#include "sitefeeds.h"
+#include "theme.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QSemaphore>
+#include <QtCore/QThread>
+#include <QtNetwork/QTcpServer>
+#include <QtNetwork/QTcpSocket>
+#include <QtWidgets/QApplication>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <ctime>
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace {
+
+double milliseconds(clockid_t clock)
+{
+    timespec now = {};
+    clock_gettime(clock, &now);
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+}
+
+/// A server in a thread of its own.
+class Server : public QThread
+{
+public:
+    explicit Server(int count)
+        : upses(count)
+    {}
+
+    ~Server() override
+    {
+        quit();
+        wait();
+    }
+
+    quint16 open()
+    {
+        start();
+        ready.acquire();
+        return port;
+    }
+
+    /// The processor's time that the thread has taken.
+    double cpu() const
+    {
+        return milliseconds(clock);
+    }
+
+    std::atomic<double> askedAt{0.0}; ///< when the first question after a silence came
+    std::atomic<qint64> bytes{0};     ///< of the answers
+
+protected:
+    /// Takes what has come, leaves what is not whole, and returns the answers.
+    virtual QByteArray answer(QByteArray *asked) = 0;
+
+    int count() const
+    {
+        return upses;
+    }
+
+    /// Changes every second.
+    static int load(int ups)
+    {
+        return 20 + int((ups + QDateTime::currentSecsSinceEpoch()) % 60);
+    }
+
+private:
+    void run() override
+    {
+        pthread_getcpuclockid(pthread_self(), &clock);
+        QTcpServer server;
+        QObject::connect(&server, &QTcpServer::newConnection, &server, [this, &server] {
+            QTcpSocket *socket = server.nextPendingConnection();
+            const auto pending = std::make_shared<QByteArray>();
+            QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket, pending] {
+                if (isSilent)
+                    askedAt = milliseconds(CLOCK_MONOTONIC);
+                isSilent = false;
+                *pending += socket->readAll();
+                const QByteArray all = answer(pending.get());
+                bytes += all.size();
+                socket->write(all);
+                // The next question comes after all of this has been read.
+                isSilent = pending->isEmpty();
+            });
+        });
+        if (server.listen(QHostAddress::LocalHost))
+            port = server.serverPort();
+        ready.release();
+        exec();
+    }
+
+    const int upses;
+    QSemaphore ready;
+    quint16 port = 0;
+    clockid_t clock = CLOCK_MONOTONIC;
+    bool isSilent = true;
+};
+
+/// A server of Network UPS Tools, whose UPSes have 36 variables each.
+class NutServer : public Server
+{
+public:
+    using Server::Server;
+
+protected:
+    QByteArray answer(QByteArray *asked) override
+    {
+        const int end = int(asked->lastIndexOf('\n')) + 1;
+        QByteArray all;
+        for (const QByteArray &line : asked->left(end).split('\n')) {
+            const QList<QByteArray> words = line.split(' ');
+            if (line == "LIST UPS")
+                all += upsList();
+            else if (line.startsWith("GET VAR "))
+                all += "VAR " + words.value(2) + " ups.status \"" + status(words.value(2)) + "\"\n";
+            else if (line.startsWith("LIST VAR "))
+                all += variables(words.value(2));
+            else if (!line.isEmpty())
+                all += "ERR UNKNOWN-COMMAND\n";
+        }
+        asked->remove(0, end);
+        return all;
+    }
+
+private:
+    static int numberOf(const QByteArray &ups)
+    {
+        return ups.mid(3).toInt();
+    }
+
+    QByteArray upsList() const
+    {
+        QByteArray all = "BEGIN LIST UPS\n";
+        for (int i = 0; i < count(); ++i)
+            all += "UPS ups" + QByteArray::number(i) + " \"Rack " + QByteArray::number(i) + "\"\n";
+        return all + "END LIST UPS\n";
+    }
+
+    static const char *status(const QByteArray &ups)
+    {
+        static const char *const states[] = {"OL",    "OL CHRG",  "OB DISCHRG",
+                                             "OB LB", "OL ALARM", "OL OFF"};
+        const int number = numberOf(ups);
+        return states[number % 50 == 7 ? 2 + number / 50 % 4 : number % 9 == 4 ? 1 : 0];
+    }
+
+    static QByteArray variables(const QByteArray &ups)
+    {
+        const QByteArray row = "VAR " + ups + ' ';
+        QByteArray all = "BEGIN LIST VAR " + ups + '\n';
+        const auto add = [&](const char *name, const QByteArray &value) {
+            all += row + name + " \"" + value + "\"\n";
+        };
+        add("ups.status", status(ups));
+        add("ups.load", QByteArray::number(load(numberOf(ups))));
+        static const std::pair<const char *, const char *> others[] = {
+            {"battery.charge", "97"},
+            {"battery.charge.low", "10"},
+            {"battery.charge.warning", "50"},
+            {"battery.date", "2024/03/01"},
+            {"battery.runtime", "2220"},
+            {"battery.runtime.low", "120"},
+            {"battery.type", "PbAc"},
+            {"battery.voltage", "27.1"},
+            {"battery.voltage.nominal", "24.0"},
+            {"device.mfr", "Example Power"},
+            {"device.model", "Online 3000"},
+            {"device.serial", "X0123456"},
+            {"device.type", "ups"},
+            {"driver.name", "usbhid-ups"},
+            {"driver.parameter.pollfreq", "30"},
+            {"driver.parameter.pollinterval", "2"},
+            {"driver.parameter.port", "auto"},
+            {"driver.version", "2.8.0"},
+            {"driver.version.data", "Example HID 0.98"},
+            {"driver.version.internal", "0.47"},
+            {"input.frequency", "50.0"},
+            {"input.transfer.high", "280"},
+            {"input.transfer.low", "180"},
+            {"input.voltage", "231.0"},
+            {"input.voltage.nominal", "230"},
+            {"output.frequency", "50.0"},
+            {"output.voltage", "230.0"},
+            {"ups.beeper.status", "enabled"},
+            {"ups.delay.shutdown", "20"},
+            {"ups.delay.start", "30"},
+            {"ups.firmware", "02.08"},
+            {"ups.mfr", "Example Power"},
+            {"ups.model", "Online 3000"},
+            {"ups.serial", "X0123456"},
+        };
+        for (const auto &[name, value] : others)
+            add(name, value);
+        return all + "END LIST VAR " + ups + '\n';
+    }
+};
+
+/// A Prometheus-compatible server with the answers that a refresh needs.
+class PromServerThread : public Server
+{
+public:
+    using Server::Server;
+
+protected:
+    QByteArray answer(QByteArray *asked) override
+    {
+        const int end = int(asked->indexOf("\r\n\r\n"));
+        const int mark = int(asked->toLower().indexOf("content-length: "));
+        if (end < 0 || mark < 0 || mark > end)
+            return {};
+        const int length = asked->mid(mark + 16).split('\r').first().toInt();
+        if (asked->size() < end + 4 + length)
+            return {};
+        const bool wantsStatuses = asked->indexOf("timestamp", end) >= 0;
+        // All values of the one UPS that the console follows.
+        const bool wantsValues = asked->indexOf("__name__", end) >= 0;
+        asked->clear();
+        QByteArrayList rows;
+        const QByteArray now = QByteArray::number(QDateTime::currentSecsSinceEpoch());
+        for (int i = 0; i < (wantsValues ? 1 : count()); ++i) {
+            QByteArray row = "{\"metric\":{";
+            if (wantsStatuses)
+                row += i % 9 == 4 ? R"("flag":"CHRG",)" : R"("flag":"OL",)";
+            if (wantsValues)
+                row += R"("__name__":"network_ups_tools_ups_load",)";
+            row += R"("instance":"nut)" + QByteArray::number(i / 20) +
+                   R"(:3493","job":"nut","ups":"u)" + QByteArray::number(i) + R"("},"value":[)" +
+                   now + ".308,\"" + (wantsStatuses ? now : QByteArray::number(load(i))) + "\"]}";
+            rows += row;
+        }
+        const QByteArray body = R"({"status":"success","data":{"resultType":"vector","result":[)" +
+                                rows.join(',') + "]}}";
+        return "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: " +
+               QByteArray::number(body.size()) + "\r\n\r\n" + body;
+    }
+};
+
+double leastOf(const std::vector<double> &values)
+{
+    return *std::min_element(values.cbegin(), values.cend());
+}
+
+double middleOf(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("kivfeeds"));
+    Program::styleApplication();
+    QApplication::setPalette(Theme::palette(false));
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString mode = arguments.value(1);
+    const int count = arguments.value(2, QStringLiteral("1000")).toInt();
+    const int rounds = arguments.value(3, QStringLiteral("10")).toInt();
+    const bool prometheus = mode == QLatin1String("prometheus");
+    const bool known = prometheus || mode == QLatin1String("nut") ||
+                       mode == QLatin1String("status") || mode == QLatin1String("everything");
+    if (!known || count < 1 || rounds < 1)
+        return Program::refuse(
+            QStringLiteral("use kivfeeds nut|everything|status|prometheus COUNT [ROUNDS]"),
+            Program::wrongOptions);
+
+    std::unique_ptr<Server> server;
+    if (prometheus)
+        server = std::make_unique<PromServerThread>(count);
+    else
+        server = std::make_unique<NutServer>(count);
+    const quint16 port = server->open();
+    SiteEntries entries;
+    if (prometheus) {
+        PromEntry entry;
+        entry.url = QStringLiteral("http://127.0.0.1:%1").arg(port);
+        entries.prometheus.append(entry);
+    } else {
+        ServerEntry entry;
+        entry.host = {QStringLiteral("127.0.0.1"), port};
+        entry.all = true;
+        entries.servers.append(entry);
+    }
+    NutTimes times;
+    if (mode == QLatin1String("status"))
+        times.rounds = std::numeric_limits<int>::max();
+    else if (mode == QLatin1String("everything"))
+        times.rounds = 1;
+
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QString error;
+    if (!feeds.add(entries, {}, &error, times))
+        return Program::refuse(error, Program::failed);
+    ConsoleWindow window(&site);
+    History history((QString()));
+    const Recorder recorder(&site, &history);
+    window.setHistory(&history);
+    window.resize(1280, 800);
+    window.show();
+
+    // All UPSes are heard once a round.
+    std::vector<double> elapsed;
+    int heard = 0;
+    int round = -2; // the first ones make the models, and show them
+    double cpuBefore = 0.0;
+    double serverBefore = 0.0;
+    double threadBefore = 0.0;
+    double startedAt = 0.0;
+    qint64 bytesBefore = 0;
+    const auto take = [&](UpsModel *ups) {
+        if (ups->snapshot().isLost() || ++heard < count)
+            return;
+        heard = 0;
+        const double now = milliseconds(CLOCK_MONOTONIC);
+        if (round == -2)
+            std::printf("%d UPSes, the first round: %.0f ms\n", count, now - server->askedAt);
+        if (round >= 0)
+            elapsed.push_back(now - server->askedAt);
+        if (++round == 0) {
+            startedAt = now;
+            cpuBefore = milliseconds(CLOCK_PROCESS_CPUTIME_ID);
+            threadBefore = milliseconds(CLOCK_THREAD_CPUTIME_ID);
+            serverBefore = server->cpu();
+            bytesBefore = server->bytes;
+        }
+        if (round == rounds)
+            QCoreApplication::quit();
+    };
+    QObject::connect(&site, &SiteModel::added, &window, [&](UpsModel *ups) {
+        QObject::connect(ups, &UpsModel::heard, &window, [&take, ups] { take(ups); });
+    });
+    feeds.start();
+    QApplication::exec();
+
+    const double cpu = milliseconds(CLOCK_PROCESS_CPUTIME_ID) - cpuBefore;
+    const double own = cpu - (server->cpu() - serverBefore);
+    const double thread = milliseconds(CLOCK_THREAD_CPUTIME_ID) - threadBefore;
+    const double all = milliseconds(CLOCK_MONOTONIC) - startedAt;
+    std::printf("a round: %.0f ms (the shortest %.0f), %.1f KB\n", middleOf(elapsed),
+                leastOf(elapsed), double(server->bytes - bytesBefore) / rounds / 1e3);
+    std::printf(
+        "the console's processor time: %.1f ms a round, of which %.1f ms in the GUI thread; "
+        "%.1f %% of a processor\n",
+        own / rounds, thread / rounds, 100.0 * own / all);
+    return 0;
+}
