@@ -16,7 +16,7 @@ public:
     using QAbstractTableModel::QAbstractTableModel;
 
     /// Takes new values; rows that stay are kept, so that a selection outlives them.
-    void setVariables(const QHash<QString, QString> &variables);
+    void setVariables(const QHash<QString, QString> &unsorted);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
