@@ -168,10 +168,11 @@ void ConsoleStatesTest::everyState()
         QCOMPARE(bar->getMaxValue(), 290);
         QCOMPARE(textOf(window, "Load value"), ups->reading(Quantity::Load).text);
         QCOMPARE(window.findChild<AeroLinebar *>()->getText(), QStringLiteral("60 %"));
+        // By itself: at some seconds of the day the clock has these characters, too.
+        static const QRegularExpression timeLeft(QStringLiteral("(?<![0-9:])2:10(?![0-9:])"));
         bool timeShown = false;
         for (const QLabel *label : window.findChildren<QLabel *>())
-            timeShown =
-                timeShown || (!label->isHidden() && label->text().contains(QLatin1String("2:10")));
+            timeShown = timeShown || (!label->isHidden() && label->text().contains(timeLeft));
         QVERIFY2(timeShown == (*state.timeLeft != '\0'), report);
         // For looking at them.
         const QString directory = qEnvironmentVariable("KIV_PAGE_IMAGES");
