@@ -13,6 +13,7 @@
 #include <metroxbar.h>
 
 #include <QtCore/QDir>
+#include <QtCore/QRegularExpression>
 
 #include <memory>
 
