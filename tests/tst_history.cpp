@@ -76,6 +76,7 @@ private Q_SLOTS:
     void whatEndedUnseen();
     void flickerIsOneEvent();
     void alarmsThatCountAreOneEvent();
+    void whatContinuesKeepsItsText();
     void everNewAlarmsHaveABound();
     void flickeringAlarmsAreNotLeftOut();
     void severityGrows();
@@ -227,6 +228,19 @@ void HistoryTest::alarmsThatCountAreOneEvent()
     QCOMPARE(watch.lines(),
              (QStringList{QStringLiteral("Critical Alarm Battery ends in 30 s [] x1 present"),
                           QStringLiteral("Critical Alarm Fan [] x1 present")}));
+}
+
+void HistoryTest::whatContinuesKeepsItsText()
+{
+    const QTemporaryDir place;
+    Snapshot snapshot = snapshotWith(StatusToken::OnLine | StatusToken::Alarm);
+    const QString line = QStringLiteral("Critical Alarm Battery ends in 30 s [] x1 present");
+    for (const char *text : {"Battery ends in 30 s", "Battery ends in 5 s"}) {
+        Watch watch(place.filePath(QStringLiteral("kivconsole")));
+        snapshot.alarmTexts = QStringList(QString::fromLatin1(text));
+        watch.pass(snapshot);
+        QCOMPARE(watch.lines(), QStringList(line));
+    }
 }
 
 /// Texts of alarms are a server's to choose. Whatever it does, states are listed.

@@ -93,7 +93,15 @@ public:
                 return false;
         }
         return std::all_of(change.present.cbegin(), change.present.cend(),
-                           [this](const EventChange &one) { return begin(one); });
+                           [this](const EventChange &one) { return goOn(one); });
+    }
+
+    /// What continues is called as at its begin, also an alarm that counts down.
+    bool goOn(const EventChange &change)
+    {
+        const Event event = store->latest(change.ups, change.condition);
+        const bool lasts = event.id != 0 && event.isPresent();
+        return (lasts && urgencyOf(change.severity) <= urgencyOf(event.severity)) || begin(change);
     }
 
     bool moment(const EventChange &change)
