@@ -20,3 +20,10 @@ target_compile_definitions(kivoptions INTERFACE
     QT_DISABLE_DEPRECATED_BEFORE=${kiv_deprecated_before_qt${KIVWIDGETS_QT}}
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
     QT_DEPRECATED_WARNINGS QT_STRICT_ITERATORS)
+
+# The linker checks that a shared library names all that it needs. The runtime of clang's sanitizers is part of the
+# program alone.
+set(kiv_complete_library -Wl,--no-undefined)
+if(CMAKE_CXX_COMPILER_ID MATCHES Clang AND CMAKE_CXX_FLAGS MATCHES "-fsanitize=")
+    set(kiv_complete_library)
+endif()

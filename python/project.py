@@ -14,6 +14,9 @@ from sipbuild import Installable, UserException
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import headers  # noqa: E402
 
+# What the module's file includes by name; the files of all other classes follow.
+OWN_FILES = ("kivwidgets.sip", "qt5.sip", "qt6.sip", "elemdesc.sip", "metrostyle.sip", "aerostyle.sip")
+
 
 class KivProject(PyQtProject):
     """The bindings of one of the two Qts, for the library that pkg-config finds."""
@@ -95,7 +98,10 @@ class KivBindings(PyQtBindings):
 
         documented = os.path.join(self.project.build_dir, "documented")
         os.makedirs(documented, exist_ok=True)
+        classes = []
         for path in sorted(glob.glob(os.path.join(os.path.dirname(self.sip_file), "*.sip"))):
+            if os.path.basename(path) not in OWN_FILES:
+                classes.append(f"%Include {os.path.basename(path)}\n")
             with open(path, encoding="utf-8") as source:
                 text = headers.document_sip(source.read(), docs)
             if self.project.qt == "5":
@@ -104,6 +110,8 @@ class KivBindings(PyQtBindings):
             with open(os.path.join(documented, os.path.basename(path)), "w",
                       encoding="utf-8") as target:
                 target.write(text)
+        with open(os.path.join(documented, "classes.sip"), "w", encoding="utf-8") as target:
+            target.writelines(classes)
         self.sip_file = os.path.join(documented, os.path.basename(self.sip_file))
 
         buildable = super().generate()

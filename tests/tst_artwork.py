@@ -20,7 +20,7 @@ sys.dont_write_bytecode = True
 ARTWORK = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "artwork")
 IMAGES = os.path.join(ARTWORK, "..", "KivWidgets", "Images")
 SCRIPT = os.path.join(ARTWORK, "render")
-sys.path.insert(0, ARTWORK)
+sys.path[:0] = [ARTWORK, os.path.join(ARTWORK, "..", "tools")]
 import pngfile
 
 loader = importlib.machinery.SourceFileLoader("render", SCRIPT)

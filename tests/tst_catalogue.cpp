@@ -216,6 +216,9 @@ void CatalogueTest::pages()
         QVERIFY2(QFileInfo::exists(root + QLatin1Char('/') + image),
                  qPrintable(QStringLiteral("no %1: build the target widget-sheets").arg(image)));
     }
+    const QString binding = QStringLiteral("python/sip/%1.sip").arg(name.toLower());
+    QVERIFY2(QFileInfo::exists(root + QLatin1Char('/') + binding),
+             qPrintable(QStringLiteral("no %1: say there what Python sees of it").arg(binding)));
     const auto isOn = [&](const QStringList &pages) {
         for (const QString &page : pages) {
             if (mentions(contentsOf(page), name))

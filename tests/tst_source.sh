@@ -34,6 +34,7 @@ chmod +x "$scratch/bin/git"
 "$tree/docs/check-pages" || fail "the pages need git"
 "$cmake" -S "$tree" -B "$scratch/build" -G Ninja -DKIVWIDGETS_BUILD_TESTS=ON >"$scratch/log" 2>&1 ||
     fail "$(cat "$scratch/log")"
-"$cmake" --build "$scratch/build" --target kivnumbers >"$scratch/log" 2>&1 ||
+"$cmake" --build "$scratch/build" --target tst_version >"$scratch/log" 2>&1 ||
     fail "$(cat "$scratch/log")"
+QT_QPA_PLATFORM=offscreen "$scratch/build/tests/tst_version" >"$scratch/log" 2>&1 || fail "$(cat "$scratch/log")"
 echo "packed, unpacked, and used"
