@@ -32,10 +32,10 @@ public:
     explicit AeroStatusbar(QWidget *parent = nullptr);
     ~AeroStatusbar() override;
 
-    /// Stored only. Default: an invalid colour. A change rebuilds the panel.
+    /// Stored, but not used. Default: an invalid colour. A change rebuilds the panel.
     QColor getColorText() const;
     void setColorText(const QColor &colorText);
-    /// Stored only. Default: false. A change rebuilds the panel.
+    /// Stored, but not used. Default: false. A change rebuilds the panel.
     bool getBold() const;
     void setTextBold(bool bold);
 

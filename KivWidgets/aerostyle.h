@@ -36,7 +36,7 @@ public:
     /// Colour of the outer outline. Default: Qt::black.
     QColor getColorPen() const;
     void setColorPen(const QColor &colorPen);
-    /// Width of the outer outline in pixels, any int. All insets of the panel follow from it.
+    /// Width of the outer outline in pixels, any int. All insets of the panel depend on it.
     /// Default: 2.
     int getWidthPen() const;
     void setWidthPen(int widthPen);

@@ -20,9 +20,9 @@ enum class EmptiedWith {
     ApplicationOrFonts, ///< then, and when fonts come or go
 };
 
-/// What the library remembers for all of its widgets, one value of each type. It is emptied when
-/// the application ends, before what it holds loses its base, and when the library is unloaded.
-/// GUI thread only.
+/// The data that the library remembers for all of its widgets, one value of each type. It is
+/// cleared when the application ends, while its contents can still be deleted, and when the library
+/// is unloaded. GUI thread only.
 template <typename T, EmptiedWith end = EmptiedWith::Application>
 T &applicationMemory()
 {

@@ -9,9 +9,9 @@
 class QImage;
 class QWidget;
 
-/// The vocabulary of the cached-image discipline. Its three verbs are kept apart: a *drop* deletes
-/// an image and marks the widget dirty, a *schedule* drops and asks for an update, a *creation*
-/// allocates and paints what is missing at the next paint.
+/// The functions that all widgets with cached images use. The code uses three terms: a *drop*
+/// deletes an image and marks the widget dirty, a *schedule* drops an image and requests an update,
+/// and a *creation* allocates and paints the missing images at the next paint.
 namespace KivPrivate {
 
 /// Deletes *@p image if there is one, nulls it and sets @p dirty, all under @p lock. Any thread.
@@ -42,7 +42,7 @@ bool createIfMissing(QImage **image, const QWidget *widget);
 /// and null images never are.
 bool isOutdated(const QImage *image, const QWidget *widget);
 
-/// Drops those of @p images that are outdated, at the begin of a paint event.
+/// Drops those of @p images that are outdated, at the beginning of a paint event.
 template <typename Images>
 void dropOutdated(const QWidget *widget, QMutex &lock, bool &dirty, const Images &images)
 {
@@ -52,12 +52,11 @@ void dropOutdated(const QWidget *widget, QMutex &lock, bool &dirty, const Images
     }
 }
 
-/// Whether there is nothing to paint on: no image, since an application may call a public painting
-/// step at any time, or a null image.
+/// Whether @p image cannot be painted on, because it does not exist or is a null image. An
+/// application may call a public painting step at any time.
 bool isMissing(const QImage *image);
 
-/// A painter on a cached image that begins with the image cleared to transparent and SourceOver
-/// set.
+/// A painter on a cached image. Its constructor clears the image to transparent.
 class ImagePainter : public QPainter
 {
 public:

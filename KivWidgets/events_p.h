@@ -12,45 +12,46 @@ class QGroupBox;
 class QObject;
 class QWidget;
 
-/// What the widgets share in answering events.
+/// The event handling that the widgets share.
 namespace KivPrivate {
 
 using EventTypes = std::initializer_list<QEvent::Type>;
 
-// The events that drop a widget's images; each class says which set it uses.
+// The sets of events that drop a widget's images. Each class uses one of them.
 
-/// Of a widget that is drawn for its size.
+/// For a widget whose images depend on its size.
 constexpr EventTypes sizedDropEvents = {
     QEvent::Resize,        QEvent::EnabledChange, QEvent::ChildRemoved,
     QEvent::PolishRequest, QEvent::UpdateRequest,
 };
-/// Of a widget whose size comes from what it shows: a resize is answered, or stretches the image.
+/// For a widget whose size depends on what it shows. It handles a resize itself, or stretches its
+/// image.
 constexpr EventTypes unsizedDropEvents = {
     QEvent::EnabledChange,
     QEvent::ChildRemoved,
     QEvent::PolishRequest,
     QEvent::UpdateRequest,
 };
-/// Of a box that is drawn for its size. A removed child is not among them.
+/// For a box whose images depend on its size. A removed child drops none of them.
 constexpr EventTypes sizedBoxDropEvents = {
     QEvent::Resize,        QEvent::EnabledChange, QEvent::ContentsRectChange,
     QEvent::PolishRequest, QEvent::UpdateRequest,
 };
-/// Of a box that answers resizes by itself.
+/// For a box that handles a resize itself.
 constexpr EventTypes unsizedBoxDropEvents = {
     QEvent::EnabledChange,
     QEvent::ContentsRectChange,
     QEvent::PolishRequest,
     QEvent::UpdateRequest,
 };
-/// Of a widget that is drawn again for every paint, too.
+/// For a widget that also drops its images at every paint.
 constexpr EventTypes paintedDropEvents = {
     QEvent::Paint,        QEvent::Resize,        QEvent::EnabledChange,
     QEvent::ChildRemoved, QEvent::PolishRequest, QEvent::UpdateRequest,
 };
-/// At which a button may find itself too small for its icon.
+/// The events at which a button checks whether it is too small for its icon.
 constexpr EventTypes growEvents = {QEvent::Paint, QEvent::Resize};
-/// The pointer comes and goes.
+/// The events that report that the pointer enters or leaves a widget.
 constexpr EventTypes hoverEvents = {QEvent::Enter, QEvent::Leave};
 
 /// Whether the type of @p event is one of @p types.
@@ -59,16 +60,17 @@ inline bool isOneOf(const QEvent *event, EventTypes types)
     return std::find(types.begin(), types.end(), event->type()) != types.end();
 }
 
-/// Asks @p receiver through Qt's event loop to drop its images. Any thread.
+/// Posts an event that makes @p receiver drop its images. Any thread may call it.
 void postUpdateRequest(QObject *receiver);
 
-/// Takes back what a schedule in the handler of an update request has posted to a @p widget that is
-/// a window: the base class paints on this very request, and another one would schedule again, for
-/// ever. Stands between the schedule and the base class's handler.
+/// Removes the update requests that a schedule has posted while @p widget handles an update request
+/// as a window. The base class paints at the present request, and each further request would
+/// schedule the next one without end. Call it after the schedule, and before the base class's
+/// handler.
 void absorbUpdateRequests(QWidget *widget, const QEvent *event);
 
-/// What the library's boxes do on a press: the left button toggles the box, if it is checkable, and
-/// emits clicked() in any case; another button is ignored. A slot may delete the box.
+/// Handles a press on one of the library's boxes. The left button toggles the box, if it is
+/// checkable, and always emits clicked(). Another button is ignored. A slot may delete the box.
 void toggleOnLeftPress(QGroupBox *box, QMouseEvent *event);
 
 /// A movement far outside of any box. QGroupBox toggles on a release when the movement before it

@@ -15,23 +15,24 @@
 class QRect;
 
 /// The three-layer scheme of the Metro gauges: a background, a value layer over it, and a mask
-/// whose ink is cut out of both. The layers are cached; composition and texts are done again by a
-/// paint that finds anything changed since the last.
+/// whose ink is cut out of both. The layers are cached. If anything has changed since the last
+/// paint, the next paint composes them and draws the texts again.
 namespace KivPrivate {
 
-/// Paints the three layers over each other into @p image, cleared before. No painter is open on it.
+/// Clears @p image, and paints the three layers over each other into it. No painter may be active
+/// on it.
 void composeLayers(QImage &image, const QImage &background, const QImage &value,
                    const QImage &mask);
 
-/// What the image of a gauge is composed from. Equal ones stand for equal pixels of one widget.
+/// What the image of a gauge is composed from. For one widget, equal values give equal pixels.
 struct GaugeLook
 {
-    /// How layers are known again: as the same images, or by the settings that they were just
-    /// painted from, since a gauge that drops its layers with each paint has new images.
+    /// How two values compare their layers: by the images, or only by the settings that they were
+    /// painted from. A gauge that drops its layers at each paint always has new images.
     enum Identity { OfImages, OfSettings };
 
-    /// Of layers in their order, with the gauge's own settings: what its texts are drawn with and
-    /// where, and what its layers were painted from. Size, font and screen are the widget's.
+    /// Takes the layers in their order, and the gauge's own settings: those of its texts, and those
+    /// that its layers were painted from. Size, font and screen are taken from @p widget.
     GaugeLook(const QWidget *widget, const std::array<QImage **, 3> &layers, Identity identity,
               const QColor &color, const std::array<double, 6> &numbers, const QString &text,
               const QString &otherText = QString());
@@ -50,25 +51,27 @@ struct GaugeLook
     QString otherText;
 };
 
-/// The image that @p widget showed last; a null image if that had another look, or is forgotten.
+/// The image that @p widget showed last. A null image if it had another look or is no longer
+/// remembered.
 QImage composedBefore(const QWidget *widget, const GaugeLook &look);
-/// An image to compose that look on: the pixels of the last one are used again where they can be.
+/// An image to compose @p look on. It reuses the pixels of the last image if possible.
 QImage imageToCompose(const QWidget *widget, const GaugeLook &look);
-/// Remembers what @p widget shows now. It must forget it before it ends.
+/// Remembers the image that @p widget shows now. Call forgetComposed() before the widget is
+/// destroyed.
 void rememberComposed(const QWidget *widget, const GaugeLook &look, const QImage &image);
 void forgetComposed(const QWidget *widget);
-/// The bytes that they take at most.
+/// The maximum size of all remembered images in bytes.
 constexpr int mostComposedBytes = 768 * 1024;
 
-/// Shows on @p widget what @p build draws into an image of the widget's size. It is not built again
-/// for the same look.
+/// Shows on @p widget what @p build draws into an image of the widget's size. The same look is not
+/// built again.
 template <typename Build>
 void showComposed(QWidget *widget, const GaugeLook &look, Build build);
 
-/// What the two bar gauges share. Columns and rows are in pixels; @p barWidth is the bar's last
-/// column.
+// The functions that the two bar gauges share. Columns and rows are in pixels; barWidth is the
+// bar's last column.
 
-/// The room that is left of @p width for a bar beside its widest text.
+/// The part of @p width that remains for a bar beside its widest text.
 int barWidthBeside(int width, const QFont &font, const QString &widestText);
 
 /// Sets pen and brush to @p color and fills the rectangle with these inclusive corners. Corners in
@@ -77,9 +80,9 @@ void fillBar(QPainter *painter, const QColor &color, int left, int top, int righ
 
 /// The column of the scale's division @p i of ten.
 int scaleColumn(int barWidth, int i);
-/// A black line of one pixel's width, along a row or a column, with both its ends.
+/// Draws a black line along a row or a column, one pixel wide, including both ends.
 void drawScaleLine(QPainter *painter, int x1, int y1, int x2, int y2);
-/// The frame around a bar on a gauge of @p height.
+/// Draws the frame around a bar on a gauge of @p height.
 void drawBarFrame(QPainter *painter, int barWidth, int height);
 
 /// Paints the background layer of a bar.

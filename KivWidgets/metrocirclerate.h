@@ -16,9 +16,9 @@
 /// and the formatted value written over it.
 ///
 /// The dial computes its own size from its radius and angles. A new dial takes this size with its
-/// first resize event, when it is shown. A resize ends at this size, with one exception: a dial
-/// that already has its own size accepts a resize, keeps its layers as they are, and returns to its
-/// own size with the next resize. In a layout it can therefore be larger or smaller than its arc.
+/// first resize event, when it is shown. After a resize the dial returns to its own size. There is
+/// one exception: a dial that has its own size accepts one resize, does not redraw its layers, and
+/// returns at the next resize. In a layout it can therefore be larger or smaller than its arc.
 /// Angles are in degrees, counter-clockwise from three o'clock; the arc runs clockwise from
 /// `minAngle`.
 ///

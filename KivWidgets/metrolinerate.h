@@ -32,11 +32,11 @@ public:
     explicit MetroLinerate(QWidget *parent = nullptr);
     ~MetroLinerate() override;
 
-    /// Colour of the empty bar. Default: (167, 167, 167). A change shows with the next event that
-    /// drops all layers.
+    /// Colour of the empty bar. Default: (167, 167, 167). A change becomes visible with the next
+    /// event that drops all layers.
     QColor getBackgroundcolor() const;
     void setBackgroundColor(const QColor &color);
-    /// Stored only: the fill keeps its own colours. Default: (0, 174, 240).
+    /// Stored, but not used: the fill keeps its own colours. Default: (0, 174, 240).
     QColor getForegroundcolor() const;
     void setForegroundColor(const QColor &color);
     /// The percentage, 0 to 255. A write keeps the low 8 bits of its value. Default: 35.

@@ -11,9 +11,9 @@
 /// A drawer that opens to the left from a fixed right edge, over the page.
 ///
 /// A closed drawer shows only its tab image. An open drawer is as wide as its visible children side
-/// by side plus the tab, and shows a panel behind them. A closed drawer returns to the size of the
-/// tab image plus 12 pixels beside it and 12 above and below after every resize: 62 x 76 pixels
-/// with the library's image. An open drawer is at least that large.
+/// by side plus the tab, and shows a panel behind them. After every resize, a closed drawer returns
+/// to its own size: the tab image plus 12 pixels beside, above and below it. With the library's
+/// image that is 62 x 76 pixels. An open drawer is at least that large.
 ///
 /// Opening sets the minimum size of each visible child to its width on both axes. Closing sets the
 /// minimum height to 0. The drawer neither moves nor hides its children. A left press toggles the

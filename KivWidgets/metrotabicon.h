@@ -13,10 +13,10 @@
 ///
 /// Two finished images are cached, one for each checked state. A new state, a change of the enabled
 /// state and the removal of a child drop both. A resize keeps them and shows them stretched until
-/// the next drop. A new icon also becomes visible with the next drop. A tab that is not at least
-/// two pixels larger than its icon size grows to that size, and raises its size limits if
-/// necessary; this drops both images. Use the tab only in the GUI thread, except for
-/// MetroStyle::setState().
+/// the next drop. A new icon also becomes visible with the next drop. If the tab is painted or
+/// resized while it is less than two pixels larger than its icon size, it grows to the icon size
+/// plus two pixels, raises its size limits if necessary, and drops both images. Use the tab only in
+/// the GUI thread, except for MetroStyle::setState().
 ///
 /// The tab has no size hint. Recommended minimum size: 64 x 64 pixels. Set the icon size to that of
 /// the icon, because the icon size decides where the icon is drawn.

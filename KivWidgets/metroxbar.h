@@ -13,10 +13,10 @@
 /// A horizontal bar gauge for a whole number with a unit: a bar with ten divisions, filled from the
 /// left in light blue between a minimum and a maximum, with number and unit written beside it.
 ///
-/// A value above the maximum fills the bar, a value below the minimum leaves it empty. A value that
-/// is one pixel of the scale or more below the minimum also draws a light blue line in the widget's
-/// first column, left of the bar's frame. The text is black and shows the true value. The bar
-/// leaves room for the text of 138 with its unit; a wider text is cut off at the right edge.
+/// A value above the maximum fills the bar, a value below the minimum leaves it empty. If the value
+/// is at least one pixel below the minimum, the bar also draws a light blue line in the first
+/// column, left of the frame. The text is black and shows the true value. The bar leaves room for
+/// the text 138 with its unit; a wider text is cut off at the right edge.
 ///
 /// Three layers are cached: the value, the empty bar, and the mask of the frame and the scale.
 /// Every paint, a resize, a change of the enabled state and the removal of a child drop all three,
@@ -40,15 +40,15 @@ public:
     /// Colour of the empty bar. Default: (167, 167, 167). A change drops the value layer.
     QColor getBackgroundcolor() const;
     void setBackgroundColor(const QColor &color);
-    /// Stored only: the fill keeps its own colour. Default: (0, 174, 240). A change drops the value
-    /// layer.
+    /// Stored, but not used: the fill keeps its own colour. Default: (0, 174, 240). A change drops
+    /// the value layer.
     QColor getForegroundcolor() const;
     void setForegroundColor(const QColor &color);
     /// The value shown, any int. Default: 35. A change drops the value layer.
     int getValue() const;
     void setValue(int value);
-    /// Value of a full bar, any int. If it equals the minimum, the bar is full for a value above
-    /// it, and otherwise empty. Default: 300. A change drops the value layer.
+    /// Value of a full bar, any int. If maximum and minimum are equal, the bar is full for a value
+    /// above them, and empty otherwise. Default: 300. A change drops the value layer.
     int getMaxValue() const;
     void setMaxValue(int maximum);
     /// Value of an empty bar, any int. Default: 0. A change drops the value layer.

@@ -15,13 +15,13 @@ class QSequentialAnimationGroup;
 ///
 /// Animation is off until the application enables it. During an animated change, the pages are
 /// hidden, and every frame paints a new image of a page. currentIndex() returns the old page until
-/// the end. If a page asks for another page when it is shown at the end, or if a slot on
-/// currentChanged() does, the next change begins. If the stack is resized during a change, the new
-/// page fills the frame's contents at the end.
+/// the end. If the new page, or a slot connected to currentChanged(), requests another page at the
+/// end of a change, the next change starts. If the stack is resized during a change, the new page
+/// fills the frame's contents at the end.
 ///
-/// The page asked for is stored as an index: if pages are inserted or removed before it, the index
-/// names another page. An event loop inside a slot on currentChanged() stops all of Qt's animations
-/// until the loop ends. Use the stack only in the GUI thread.
+/// The requested page is stored as an index. If pages are inserted or removed before it, the index
+/// refers to another page. An event loop inside a slot connected to currentChanged() stops all of
+/// Qt's animations until the loop ends. Use the stack only in the GUI thread.
 ///
 /// The size hint is that of QStackedWidget, from the pages. Recommended minimum size: 160 x 120
 /// pixels.
@@ -64,9 +64,9 @@ public:
     void initAnimation();
 
     /// Changes the page. Without animation, it changes at once. With animation, a change starts; if
-    /// one is already running, it ends at the page asked for last. During a change, asking for the
-    /// old page does nothing. An index without a page leaves the current page. Hides the slot of
-    /// the base class, which always changes at once.
+    /// one is already running, it ends at the page requested last. During a change, a request for
+    /// the old page does nothing. An index without a page leaves the current page. Hides the slot
+    /// of the base class, which always changes at once.
     void setCurrentIndex(int index);
 
 protected:

@@ -12,7 +12,7 @@
 ///
 /// `locked` shows the locked images. Both `locked` and `partialON` put the knob in the middle,
 /// where a drag must then start. Otherwise a drag starts anywhere on the knob's side of the switch.
-/// A drag that ends short of the other side puts the knob back. A click, and a press elsewhere, do
+/// A drag that ends short of the other side puts the knob back. A click or a press elsewhere does
 /// nothing. A drag from the middle to the side of the present state emits toggled() twice. A change
 /// of the checked state through the base class only repaints. A disabled switch shows its image
 /// without a knob. Use the switch only in the GUI thread.

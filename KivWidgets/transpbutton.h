@@ -11,9 +11,9 @@
 /// middle plus an offset. Nothing is cached.
 ///
 /// The icon is in active mode while the pointer is over the button, and in disabled mode while the
-/// button is disabled. If a paint or a resize finds the button less than two pixels larger than its
-/// icon size, the button grows to that size and raises its size limits if necessary. Use the button
-/// only in the GUI thread.
+/// button is disabled. If the button is painted or resized while it is less than two pixels larger
+/// than its icon size, it grows to the icon size plus two pixels, and raises its size limits if
+/// necessary. Use the button only in the GUI thread.
 ///
 /// The button has no size hint. Recommended minimum size: 80 x 60 pixels. An `&` in the text is
 /// drawn as it is. It still makes the letter after it a shortcut, as in every QAbstractButton.
