@@ -23,7 +23,7 @@ QPixmap iconAtRatio(const QIcon &icon, QSize size, double ratio, QIcon::Mode mod
     return unscaledPixmap(icon, pixelSize(size, ratio), mode, state);
 }
 
-/// What the icon needs, held within what a widget can have so that growing comes to an end.
+/// The extent that the icon needs, limited to that of a widget so that the growing ends.
 int wanted(int iconExtent)
 {
     return int(std::min<qint64>(qint64(iconExtent) + 2, QWIDGETSIZE_MAX));

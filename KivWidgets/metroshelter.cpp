@@ -118,7 +118,7 @@ QPixmap MetroShelter::getImageBackground() const
 
 void MetroShelter::setBackgroundImage(const QPixmap &pixmap)
 {
-    // The caller's pixmap may be the held one.
+    // The caller's pixmap may be the stored one.
     QPixmap *held = pixmap.isNull() ? nullptr : new QPixmap(pixmap);
     delete ImageBackground;
     ImageBackground = held;

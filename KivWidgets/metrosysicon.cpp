@@ -22,7 +22,7 @@ using namespace KivPrivate;
 
 namespace {
 
-/// An icon's extent with the border on both sides, held within what a widget can have.
+/// An icon's extent with the border on both sides, limited to that of a widget.
 int framedExtent(int iconExtent, int border)
 {
     return int(std::clamp<qint64>(iconExtent + 2 * qint64(border), 0, QWIDGETSIZE_MAX));

@@ -7,7 +7,7 @@ class QPointF;
 
 namespace KivPrivate {
 
-/// @p number truncated towards zero, held within the range of int; a NaN gives 0.
+/// @p number truncated towards zero, limited to the range of int; a NaN gives 0.
 int truncatedToInt(double number);
 
 /// @p dividend / @p divisor by IEEE rules, which the language leaves open for a zero divisor.

@@ -150,7 +150,7 @@ void SimpleSlideSwitch::updateWidgetsIcon(QSize size)
     updateLimits(size.width());
     setMaximumSize(size);
     setMinimumSize(size);
-    // A switch that becomes smaller was held by its old minimum until here.
+    // Until here, its old minimum size has kept the switch from becoming smaller.
     resize(size);
 }
 

@@ -23,7 +23,7 @@ namespace KivPrivate {
 
 namespace {
 
-/// Longer texts are measured each time, so that nothing large is held.
+/// Longer texts are measured each time, so that nothing large is kept.
 constexpr int longestText = 64;
 
 /// Larger glyphs are drawn as paths, another way.
@@ -170,7 +170,7 @@ ShapedText shape(const QFont &font, const QString &text)
     return {true, glyphs};
 }
 
-/// About, with what Qt holds for it.
+/// Approximately, including the data that Qt keeps for it.
 int bytesOf(const TextKey &key, const ShapedText &shaped)
 {
     constexpr int ofOneGlyph = int(sizeof(QPointF) + sizeof(quint32));
@@ -220,8 +220,8 @@ QFont smallerFont(const QFont &font, int percent)
 
 bool isSameFont(const QFont &one, const QFont &other)
 {
-    // A held copy keeps the font's data alive, so that no other can take its place. What of it is
-    // set decides what a painter takes from its device instead.
+    // A stored copy keeps the font's data alive, so that no other font can take its address. The
+    // mask counts too, because a painter takes the attributes that are not set from its device.
     return one.isCopyOf(other) && resolveMask(one) == resolveMask(other);
 }
 

@@ -30,8 +30,8 @@ protected:
     void act() override;
 };
 
-/// The drawer: expanded or collapsed. Its action is the press on it; what follows is the host's
-/// affair.
+/// The drawer: expanded or collapsed. Its action is the press on it; the application decides what
+/// follows.
 class DrawerInterface : public WidgetInterface
 {
 public:

@@ -4,8 +4,8 @@
 
 #include "widgetinterface.h"
 
-/// A button that is pressed, or toggled if it is checkable, as by a click of the user: hosts that
-/// listen to clicked() hear it.
+/// A button that is pressed, or toggled if it is checkable, as by a click of the user: applications
+/// that listen to clicked() receive it.
 class ButtonInterface : public WidgetInterface
 {
 public:

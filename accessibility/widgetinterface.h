@@ -12,8 +12,8 @@ class ChangeWatcher;
 
 /// What the interfaces of all widgets share: name, description, and the notes on changes.
 ///
-/// The name is the one that the host gave, else what the widget shows as its name, else that of a
-/// label whose buddy the widget is, its tool tip, its window title, or its object name. The
+/// The name is the one that the application set, else what the widget shows as its name, else that
+/// of a label whose buddy the widget is, its tool tip, its window title, or its object name. The
 /// description begins with what the widget shows in words. Once the widget is being deleted,
 /// everything is empty.
 class WidgetInterface : public QAccessibleWidget

@@ -97,7 +97,7 @@ private:
     QMap<QByteArray, std::vector<double>> times;
 };
 
-/// Bytes on the heap that one shown and painted widget of many holds.
+/// Bytes on the heap that one shown and painted widget of many uses.
 double heapOf(const Subject &subject)
 {
     constexpr int count = 20;

@@ -89,7 +89,7 @@ turns its pages like cards.")
 kiv_package(development libkivwidgets${kiv_suffix}-dev libdevel
     "Qt ${KIVWIDGETS_QT} widgets for UPS monitoring consoles (development files)"
     "KivWidgets is a library of widgets for monitoring consoles of
-uninterruptible power supplies. This package holds its headers, a package
+uninterruptible power supplies. This package contains its headers, a package
 for CMake and a file for pkg-config."
     DEPENDS "${kiv_qt_package} (>= ${kiv_qt_version})")
 # The pages and the reference are the same for both versions of Qt.
@@ -160,7 +160,7 @@ if(TARGET kivpython)
         "Python bindings of the KivWidgets for PyQt${KIVWIDGETS_QT}"
         "With this package Python programs use the KivWidgets, widgets for
 monitoring consoles of uninterruptible power supplies, and the forms of
-Qt Designer that hold them."
+Qt Designer that contain them."
         DEPENDS "python3, python3-pyqt${KIVWIDGETS_QT} (>= ${kiv_qt_version}), python3-pyqt${KIVWIDGETS_QT}.sip (>= ${kiv_sip_version}), python3-kivwidgets-common (>= ${PROJECT_VERSION})")
     if(KIVWIDGETS_QT EQUAL 5)
         install(FILES ${kiv_python_root}/kivwidgets/__init__.py ${kiv_python_root}/kivwidgets/py.typed
@@ -169,7 +169,7 @@ Qt Designer that hold them."
             DESTINATION ${kiv_python_packages}/KivWidgets COMPONENT pythoncommon)
         kiv_package(pythoncommon python3-kivwidgets-common python
             "Python bindings of the KivWidgets (common files)"
-            "This package holds what the Python bindings of the KivWidgets for PyQt5
+            "This package contains what the Python bindings of the KivWidgets for PyQt5
 and those for PyQt6 share: it finds the bindings for the PyQt that a
 program uses."
             DEPENDS "python3" RECOMMENDS "python3-kivwidgets | python3-kivwidgets-qt6")

@@ -276,7 +276,7 @@ const std::vector<WidgetDescription> &widgetCatalogue()
             .role(QAccessible::Button)
             .label("text", "Button")
             .decorate(addIcon)
-            .use("Grows to hold its icon. posLabel moves the text away from the middle.")
+            .use("Grows to the size of its icon. posLabel moves the text away from the middle.")
             .form(KIV_ICON("batt_ok.png", "36") KIV_PROPERTY("posLabel", "<point><x>0</x><y>22</y></point>")),
         Row<AeroStatusbar>(WidgetFamily::Aero, "Glass strip for a status area", {300, 40})
             .minimum({120, 36})

@@ -40,7 +40,7 @@ protected:
 
     /// Brings the input to @p value; its signals are blocked meanwhile by the editor itself.
     virtual void showValue(const QVariant &value) = 0;
-    /// Reports a value that a person chose, unless it is the one already held.
+    /// Reports a value that a person chose, unless it is the present one.
     void take(const QVariant &value);
     /// Keeps the wheel, which scrolls the list of editors, from changing @p input by accident.
     void guard(QWidget *input);

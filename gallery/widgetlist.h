@@ -8,7 +8,7 @@ class QLineEdit;
 class QListWidget;
 
 /// All widgets in groups, with a field that narrows the list to those whose name or description
-/// holds every word typed.
+/// contains every word typed.
 class WidgetList : public QWidget
 {
     Q_OBJECT

@@ -153,7 +153,7 @@ void WidgetStage::dragHandle(QPoint role, QPoint offset)
         return;
     const QRect &before = geometryBeforeDrag;
     resizeStaged(before.size() + QSize(role.x() * offset.x(), role.y() * offset.y()));
-    // The widget may hold to a size of its own; the edges opposite to the handle stay.
+    // The widget may keep a size of its own; the edges opposite to the handle stay.
     const QSize now = widgetShown->size();
     widgetShown->move(role.x() < 0 ? before.right() + 1 - now.width() : before.left(),
                       role.y() < 0 ? before.bottom() + 1 - now.height() : before.top());

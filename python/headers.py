@@ -38,7 +38,7 @@ def read_docs(header):
                 continue
             name = re.search(r"(\w+)\(|enum (?:class )?(\w+)|(\w+)(?:\[\d+\])?;", declaration)
             if name and comment and "= delete" not in declaration:
-                # A comment stands before a getter and holds for the setter after it.
+                # A comment stands before a getter and also documents the setter after it.
                 docs[scope, next(filter(None, name.groups()))] = plain(comment)
             declaration = ""
             documented = True

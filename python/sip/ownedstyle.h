@@ -4,8 +4,8 @@
 
 #include <QtCore/QObject>
 
-/// A style base that a Python object holds by itself, beside its owner. It outlives the owner
-/// unharmed: from then on its update requests go nowhere.
+/// A style base that is a Python object of its own, apart from its owner. It can outlive the owner:
+/// from then on its update requests have no effect.
 template <class Style>
 class KivOwnedStyle : public Style
 {
