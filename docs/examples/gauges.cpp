@@ -8,7 +8,7 @@
 
 void showGauges(QWidget *page)
 {
-    // A dial makes itself as large as its arc is; only its place is given.
+    // A dial computes its size from its arc; set only its position.
     auto *load = new MetroCirclerate(page);
     load->setRadius(70);
     load->setTickness(20);
@@ -27,6 +27,6 @@ void showGauges(QWidget *page)
     voltage->setGeometry(190, 90, 280, 36);
     voltage->setMinValue(180);
     voltage->setMaxValue(260);
-    voltage->setMeasure(" V "); // the last space gives the text air
+    voltage->setMeasure(" V "); // the last space keeps the unit away from the edge
     voltage->setValue(231);
 }
