@@ -36,17 +36,16 @@ Options parseOptions(const QStringList &arguments)
                      QStringLiteral("each page"));
     const QCommandLineOption ups(QStringLiteral("ups"),
                                  QStringLiteral("Follow a UPS of a Network UPS Tools server; the "
-                                                "port is 3493 unless given. May be given "
+                                                "default port is 3493. Can be given "
                                                 "several times."),
                                  QStringLiteral("NAME@HOST[:PORT]"));
     const QCommandLineOption server(QStringLiteral("server"),
-                                    QStringLiteral("Follow all UPSes of a server. May be given "
+                                    QStringLiteral("Follow all UPSes of a server. Can be given "
                                                    "several times."),
                                     QStringLiteral("HOST[:PORT]"));
     const QCommandLineOption prometheus(
         QStringLiteral("prometheus"),
-        QStringLiteral(
-            "Follow the UPSes that a Prometheus-compatible server knows from exporters."),
+        QStringLiteral("Follow the UPSes that a Prometheus-compatible server scrapes."),
         QStringLiteral("URL"));
     const QCommandLineOption prometheusAuth(
         QStringLiteral("prometheus-auth"),
@@ -54,7 +53,8 @@ Options parseOptions(const QStringList &arguments)
                        "read it."),
         QStringLiteral("FILE"));
     const QCommandLineOption config(QStringLiteral("config"),
-                                    QStringLiteral("Follow what a configuration file names."),
+                                    QStringLiteral("Follow the UPSes that a configuration "
+                                                   "file names."),
                                     QStringLiteral("FILE"));
     const QCommandLineOption credentials(
         QStringLiteral("credentials"),
@@ -63,8 +63,8 @@ Options parseOptions(const QStringList &arguments)
     const QCommandLineOption tls(
         QStringLiteral("tls"),
         QStringLiteral("Whether the servers of --ups and --server must offer TLS: off or "
-                       "required. Required unless given where credentials have a user, except on "
-                       "this machine."),
+                       "required. By default TLS is required for a server that has a user in "
+                       "--credentials, except on this machine."),
         QStringLiteral("off|required"));
     const QCommandLineOption ca(QStringLiteral("ca"),
                                 QStringLiteral("Trust the authorities of a PEM file for TLS with "
@@ -73,7 +73,7 @@ Options parseOptions(const QStringList &arguments)
                                 QStringLiteral("FILE"));
     const QCommandLineOption speed(QStringLiteral("speed"),
                                    QStringLiteral("Run the simulated scenario this many times as "
-                                                  "fast, from 0.01 to 1000; 1 unless given."),
+                                                  "fast, from 0.01 to 1000 (default: 1)."),
                                    QStringLiteral("FACTOR"));
     const QCommandLineOption at(QStringLiteral("at"),
                                 QStringLiteral("With --screenshot: up to 100 instants of the "
