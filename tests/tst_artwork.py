@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The script that renders the pictures: what it finds, what it refuses, and that the masters take
+"""The script that renders the images: what it finds, what it refuses, and that the masters take
 their colours from the one table."""
 
 import contextlib
@@ -32,17 +32,17 @@ def run(*arguments):
     return subprocess.run([SCRIPT, *arguments], capture_output=True, text=True, check=False)
 
 
-# A few pictures of each kind. That all of them are what their masters render to is checked beside.
+# A few images of each kind. That all of them are what their masters render to is checked beside.
 CHECKED = {name: drawing for name, drawing in render.drawings().items()
            if name in ("batt_ok", "batt_none", "stato-LED-OK-ON", "stato-LED-FAULT-ON",
                        "fasciasuperiore", "slide_button", "button_slide_disabled")}
 
-# Nothing changes a rendered picture, so one rendering of each serves all checks.
+# Nothing changes a rendered image, so one rendering of each serves all checks.
 render_once = functools.lru_cache(maxsize=None)(render.render)
 
 
 def run_here(*arguments):
-    """The same within this process, for the checked pictures alone."""
+    """The same within this process, for the checked images alone."""
     out, err = io.StringIO(), io.StringIO()
     with mock.patch.object(sys, "argv", [SCRIPT, *arguments]), \
             mock.patch.object(render, "render", render_once), \
@@ -70,7 +70,7 @@ class Check(unittest.TestCase):
         done = run_here("--check", self.copy, "--scales", *scales)
         faults = done.stderr.splitlines()
         self.assertEqual(done.returncode, 1 if faults else 0)
-        self.assertIn("%d pictures compared" % (len(CHECKED) * len(scales)), done.stdout)
+        self.assertIn("%d images compared" % (len(CHECKED) * len(scales)), done.stdout)
         return faults
 
     def test_untouched_copy(self):

@@ -115,7 +115,7 @@ takes_pictures() {
     QT_PLUGIN_PATH=$plugins "$root/usr/bin/$program" --screenshot "$scratch/$program" "$@" \
         >"$scratch/$program.log"
     [ "$(find "$scratch/$program" -name '*.png' -size +4k | wc -l)" = "$count" ] ||
-        fail "$program's pictures: $(cat "$scratch/$program.log")"
+        fail "$program's images: $(cat "$scratch/$program.log")"
 }
 takes_pictures kivconsole 7 --at 30
 takes_pictures kivgallery 1 --widget AeroButton
