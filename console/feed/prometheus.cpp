@@ -265,9 +265,9 @@ void PromSource::takeStatuses(const PromAnswer &answer)
             status.scraped = std::max(status.scraped, series.samples.constFirst().y());
         }
     }
-    tell(answer.warnings.isEmpty()
-             ? QString()
-             : QStringLiteral("its answers may be incomplete: ") + answer.warnings);
+    report(answer.warnings.isEmpty()
+               ? QString()
+               : QStringLiteral("its answers may be incomplete: ") + answer.warnings);
     const PromValue *load = nullptr;
     for (const PromValue &value : dialect->values) {
         if (value.variable == QLatin1String("ups.load"))
@@ -372,12 +372,12 @@ void PromSource::takeValues(PromFeed *feed, const PromAnswer &answer)
 void PromSource::loseAll(const QString &reason)
 {
     const QPointer<PromSource> guard(this);
-    tell(reason);
+    report(reason);
     for (std::size_t i = 0; guard && i < feeds.size(); ++i)
         feeds[i]->lose(QStringLiteral("the Prometheus server cannot be read: ") + reason);
 }
 
-void PromSource::tell(const QString &newProblem)
+void PromSource::report(const QString &newProblem)
 {
     if (problem == newProblem)
         return;

@@ -93,7 +93,7 @@ private:
     QNetworkReply *get(const QString &path, QList<QPair<QString, QString>> items,
                        const Answer &answer);
     PromFeed *feedOf(const PromSeries &series);
-    void tell(const QString &problem);
+    void report(const QString &problem);
 
     const PromServer server;
     const PromTimes times;
