@@ -71,7 +71,7 @@ constexpr RemarkRow remarkTable[] = {
 };
 // clang-format on
 
-bool holds(quint32 needed, StatusTokens tokens)
+bool hasAll(quint32 needed, StatusTokens tokens)
 {
     return (quint32(tokens) & needed) == needed;
 }
@@ -79,7 +79,7 @@ bool holds(quint32 needed, StatusTokens tokens)
 const StateRow &rowOf(StatusTokens tokens)
 {
     const StateRow *row = stateTable;
-    while (!holds(row->needed, tokens)) // the last row always holds
+    while (!hasAll(row->needed, tokens)) // the last row needs none
         ++row;
     return *row;
 }
@@ -88,7 +88,7 @@ void remark(Headline *headline, StatusTokens tokens, bool inWords)
 {
     bool said = false;
     for (const RemarkRow &row : remarkTable) {
-        if (!holds(row.needed, tokens))
+        if (!hasAll(row.needed, tokens))
             continue;
         headline->severity = worseOf(headline->severity, row.severity);
         if (!inWords)
@@ -130,7 +130,7 @@ Headline headlineOf(Snapshot::Link link, StatusTokens tokens)
     headline.severity = row.severity;
     headline.protection = row.protection;
     headline.showsTimeLeft = row.showsTimeLeft;
-    if (!holds(bits(Token::Waiting), tokens))
+    if (!hasAll(bits(Token::Waiting), tokens))
         remark(&headline, tokens, row.takesRemarks);
     headline.text = headline.state;
     if (!headline.detail.isEmpty())
