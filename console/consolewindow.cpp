@@ -361,7 +361,7 @@ void ConsoleWindow::addTab(const QString &name, Pictogram image, Page *page,
     button->setCursor(Qt::PointingHandCursor);
     button->installEventFilter(this);
     connect(button, &MetroTabicon::clicked, this, [=] { showPage(index); });
-    // The pointer tells what can be pressed.
+    // The shape of the pointer shows what can be pressed.
     const QList<QAbstractButton *> controls = page->findChildren<QAbstractButton *>();
     for (QAbstractButton *control : controls) {
         if (control->focusPolicy() != Qt::NoFocus)
@@ -516,7 +516,7 @@ void ConsoleWindow::changeEvent(QEvent *event)
 
 void ConsoleWindow::offerCommands()
 {
-    // The open drawer enables its entries again, but for those that the host disabled.
+    // The open drawer enables its entries again, except those that the console disabled.
     bool any = false;
     for (const DrawerEntry &entry : drawerEntries) {
         const bool offered = ups->supports(entry.command);

@@ -119,7 +119,7 @@ QWidget *InformationPage::makeTable()
     table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     table->verticalHeader()->hide();
     table->horizontalHeader()->setStretchLastSection(true);
-    table->horizontalHeader()->hide(); // names and values are told apart by themselves
+    table->horizontalHeader()->hide(); // names and values are easy to distinguish
     table->installEventFilter(this);
     scrollByFinger(table);
 

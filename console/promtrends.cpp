@@ -18,7 +18,7 @@ constexpr int steps[] = {5,    10,   15,   30,   120,   180,   300,   600,  900,
                          1200, 1800, 3600, 7200, 10800, 21600, 43200, 86400};
 constexpr int mostColumns = 5000;
 
-/// Tells the series of an answer apart.
+/// The label that distinguishes the series of an answer.
 const QLatin1String curveLabel("curve");
 const QLatin1String batteryCurve("battery");
 

@@ -70,7 +70,7 @@ bool takeScenarioScreenshots(ConsoleWindow &window, UpsModel &ups, const Options
         options.instants.isEmpty() ? notableInstants() : options.instants;
     for (const double instant : instants) {
         ups.take(Scenario::snapshotAt(instant));
-        // As many digits as tell the instant, so that each has a file of its own.
+        // As many digits as the instant has, so that each gets a file of its own.
         const QString suffix = QLatin1Char('-') +
                                QString::number(instant, 'f', QLocale::FloatingPointShortest) +
                                QLatin1Char('s');

@@ -76,7 +76,7 @@ private:
                 continue;
             }
             if (inTheClear.contains("STARTTLS"))
-                continue; // what a client that was told nonsense still sends
+                continue; // what a client still sends after an invalid answer
             inTheClear += line;
             if (line != "STARTTLS") {
                 socket->write("OK " + line + '\n');

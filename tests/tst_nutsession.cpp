@@ -192,7 +192,7 @@ void NutSessionTest::users_data()
                                 << "x" << CommandOutcome::Refused;
 }
 
-/// The probe tells at once, and has no effect.
+/// The probe gives the answer at once, and has no effect.
 void NutSessionTest::users()
 {
     QFETCH(QString, user);

@@ -12,8 +12,8 @@
 /// Where the server refuses, closes, falls silent, talks anything but the protocol or says that its
 /// data are stale, a snapshot without communication comes at once, or for silence after
 /// NutTimes::answer; then the feed reconnects by itself. A snapshot of a server's only UPS is never
-/// older than NutTimes::answer as far as the server tells; how soon it notices a dead driver is its
-/// own affair.
+/// older than NutTimes::answer. It contains what the server knows: how soon the server notices a
+/// dead driver is not the feed's concern.
 class NutFeed : public UpsFeed
 {
     Q_OBJECT

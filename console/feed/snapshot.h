@@ -18,7 +18,7 @@
 enum class Element { Rectifier, Inverter, Battery, Bypass, Load };
 constexpr int elementCount = 5;
 
-/// What is measured; unitOf() tells the unit.
+/// What is measured; unitOf() returns the unit.
 enum class Quantity {
     Load,            ///< share of the rated load, percent
     BatteryCharge,   ///< percent
