@@ -28,7 +28,7 @@ QString dayLabel(const QDate &date, bool withYear)
                                  withYear ? QStringLiteral("MMM yyyy") : QStringLiteral("d MMM"));
 }
 
-/// Whether a mark stands at the begin of @p date.
+/// Whether a mark stands at the beginning of @p date.
 bool isMarked(const QDate &date, qint64 step)
 {
     const int days = int(step / dayMsecs);

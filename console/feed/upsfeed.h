@@ -8,7 +8,7 @@
 
 #include <QtCore/QObject>
 
-/// What a host may ask of a UPS, where the feed can pass it on.
+/// What an application can ask of a UPS, if the feed supports it.
 enum class Command {
     SwitchOn,
     SwitchOff,     ///< to stand-by: the load is off
@@ -64,7 +64,8 @@ public:
     /// Whether commands need a user, and who that is; empty while there is none. Here: no need.
     virtual bool needsUser() const;
     virtual QString user() const;
-    /// Takes a user, whom userChecked() says to be right or wrong. Kept in memory only.
+    /// Sets the user for commands. The server checks it, and userChecked() reports the result. The
+    /// user is kept in memory only.
     virtual void logIn(const QString &user, const QString &password);
 
 Q_SIGNALS:

@@ -79,7 +79,7 @@ QString nameOf(EventKind kind)
 
 QString csvCell(QString cell)
 {
-    // Signs at the begin of a text that make it a formula; a number may have its sign.
+    // Signs at the beginning of a text that make it a formula; a number may have its sign.
     static const QString formula = QStringLiteral("=+-@\t\r");
     bool isNumber = false;
     cell.toDouble(&isNumber);

@@ -160,7 +160,7 @@ public:
 
     void exportEvents(int number, const EventFilter &filter, const QString &file)
     {
-        // The mark at the begin is how spreadsheets know UTF-8.
+        // The mark at the beginning lets spreadsheets recognise UTF-8.
         writeFile(number, file,
                   QByteArrayLiteral("\xEF\xBB\xBF") +
                       csvOf(store->events(filter, mostExported)).toUtf8());

@@ -905,7 +905,7 @@ QVector<QPair<qint64, Rollup>> Store::rollups(const QString &ups, Quantity quant
 QVector<TrendPoint> Store::rawPoints(const QString &ups, Quantity quantity, TimeSpan span,
                                      int columns, const QVector<Sample> &more)
 {
-    // From before, so that the value at the begin is known.
+    // From before, so that the value at the beginning is known.
     QVector<Sample> all = samples(ups, span.from - longestHold, span.to);
     all += more;
     all.erase(std::remove_if(all.begin(), all.end(),
