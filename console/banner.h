@@ -20,7 +20,7 @@ public:
     explicit Banner(QWidget *parent = nullptr);
 
     void showUps(const UpsModel &ups);
-    /// Shows a whole site: @p headline in the look of @p severity, over @p detail.
+    /// Shows a whole site: @p headline in the style of @p severity, over @p detail.
     void showSite(Severity severity, const QString &headline, const QString &detail);
     /// Takes the scale of the theme.
     void applyScale();

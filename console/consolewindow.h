@@ -56,7 +56,7 @@ public:
     /// The pages' names as file names use them, in the order of the tabs.
     QStringList pageNames() const;
     void showPage(int index);
-    /// Takes a look and shows the choice on the settings page.
+    /// Applies a theme and shows the choice on the settings page.
     void chooseDarkTheme(bool dark);
     void setDarkTheme(bool dark);
     void setPageAnimation(bool animated);

@@ -9,7 +9,7 @@ class AeroStyle;
 class QString;
 class QWidget;
 
-/// The look that all glass of the control page shares.
+/// The appearance that all glass of the control page shares.
 namespace Glass {
 
 const QColor textColor(232, 238, 243);

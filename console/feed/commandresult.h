@@ -13,7 +13,7 @@ enum class CommandOutcome {
     Unconfirmed, ///< handed to the UPS, which has not said how it ended
 };
 
-/// What became of one command. Never holds a password.
+/// What became of one command. Never contains a password.
 struct CommandResult
 {
     QString name;  ///< of the command, such as "load.off", or of the variable that was set

@@ -31,7 +31,7 @@ bool isName(const QString &text, int longest)
 
 bool isIPv6(const QString &text)
 {
-    // The characters too: a scope may hold anything as far as QHostAddress is concerned.
+    // The characters too: a scope may contain anything as far as QHostAddress is concerned.
     return matches("[0-9A-Fa-f:.]+(%[A-Za-z0-9_.-]+)?", text) &&
            QHostAddress(text).protocol() == QAbstractSocket::IPv6Protocol;
 }

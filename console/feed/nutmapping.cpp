@@ -63,7 +63,7 @@ constexpr StatusRow statusTable[] = {
     {"FSD",     "Forced shutdown",     has(Alarm::Fault),               nothing,                         nothing,                         nothing,             nothing,          has(Alarm::Fault)},
 };
 
-// Where values and ranges come from: the first of the variables, separated by '|', that holds a
+// Where values and ranges come from: the first of the variables, separated by '|', that has a
 // number. A number in the place of a variable stands for itself.
 struct ValueRow
 {

@@ -52,7 +52,7 @@ public:
     const QVector<QVector<QByteArray>> &rows() const;
     /// The first word of the first row as text; empty where there is none.
     QString firstWord() const;
-    /// Bytes held back for a line that has not ended yet; never more than maxLine.
+    /// Bytes kept of a line that has not ended yet; never more than maxLine.
     int heldBytes() const;
 
 protected:

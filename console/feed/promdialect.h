@@ -19,7 +19,7 @@ struct PromDialect
 {
     QString name;
     QString statusMetric; ///< 1 for each flag that is set
-    QString flagLabel;    ///< holds the flag, such as "OB"
+    QString flagLabel;    ///< contains the flag, such as "OB"
     QString upsLabel;     ///< names the UPS
     QVector<PromValue> values;
 

@@ -41,7 +41,7 @@ double startOf(Phase phase);
 Phase phaseAt(double seconds);
 /// The mains at an instant.
 Mains mainsAt(double seconds);
-/// An instant of normal running at which the battery is being charged and holds @p charge percent,
+/// An instant of normal running at which the battery is being charged and has @p charge percent,
 /// or as near to it as there is.
 double chargingAt(double charge);
 
