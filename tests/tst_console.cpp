@@ -345,7 +345,7 @@ void ConsoleTest::overRangeShowsTheTrueNumber()
     QVERIFY(load > 120);
     QCOMPARE(console.withText<MetroCirclerate>(QStringLiteral("Load"))->getValue(), load);
     QCOMPARE(console.find<MetroLinerate>("loadBar")->getValue(), qRound(load));
-    // Beyond what the load's bar can hold another one takes its place.
+    // Beyond what the load's bar can show another one takes its place.
     Snapshot snapshot = console.simulator.current();
     snapshot.measure(Quantity::Load).value = 300.0;
     snapshot.measure(Quantity::InputVoltage).value = 1e18;

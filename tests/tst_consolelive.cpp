@@ -92,7 +92,7 @@ struct LiveConsole
 
 #define VERIFY_SERVER(step) QVERIFY2(server.step, qPrintable(server.problem()))
 
-/// What the console's widgets hold follows a real server.
+/// The values of the console's widgets follow a real server.
 class ConsoleLiveTest : public WidgetTest
 {
     Q_OBJECT

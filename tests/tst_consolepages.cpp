@@ -167,7 +167,7 @@ void ConsolePagesTest::numbersAreTrue()
     showAt(&page, QSize(700, 400));
     QCOMPARE(textOf(page, label.toUtf8().constData()), text);
 
-    // Whichever bar shows holds no other number, for a screen reader neither.
+    // The visible bar has no other number, not even for a screen reader.
     const QString quantity = label.left(label.size() - 6);
     const auto *bar = page.findChild<MetroXbar *>(quantity);
     const auto *loadBar = page.findChild<MetroLinerate *>();

@@ -19,7 +19,7 @@
 
 namespace {
 
-/// What the console must hold while the UPS is in a state.
+/// What the console must show while the UPS is in a state.
 struct State
 {
     const char *status;
@@ -160,7 +160,7 @@ void ConsoleStatesTest::everyState()
         QVERIFY2(headline.protection == state.protection, report);
         QCOMPARE(ups->timeLeft(), QLatin1String(state.timeLeft));
         QCOMPARE(ups->worst() ? ups->worst()->text : QString(), QLatin1String(state.worst));
-        // What the pages hold: the headline, the time left and the numbers are the model's.
+        // What the pages show: the headline, the time left and the numbers are the model's.
         QCOMPARE(textOf(window, "headline"), headline.text);
         QCOMPARE(textOf(window, "Input voltage value"), QLatin1String(state.input));
         const auto *bar = window.findChild<MetroXbar *>(QStringLiteral("Input voltage"));

@@ -48,8 +48,8 @@ struct Kind
     QWidget *(*make)();
     /// Changes what the widget's own size depends on, by step 0, 1, 2, …
     void (*change)(QWidget *widget, int step);
-    /// The size that the widget gives itself where nothing else decides; invalid when the host's
-    /// last size may stand.
+    /// The size that the widget gives itself where nothing else decides; invalid if the last size
+    /// from the container may stay.
     QSize (*ownSize)(const QWidget *widget);
 };
 
@@ -348,7 +348,7 @@ int cost(const EventCounter &events)
 
 } // namespace
 
-/// The widgets that answer a resize with a resize of their own, in hosts that have a size in mind.
+/// The widgets that answer a resize with a resize of their own, in containers that set a size.
 class ContainersTest : public WidgetTest
 {
     Q_OBJECT

@@ -19,7 +19,7 @@
 namespace {
 
 constexpr int iconSide = 22;
-/// The column of the widget box that holds the icons.
+/// The column of the widget box with the icons.
 constexpr int columnWidth = 12;
 /// Mean difference per channel; letters and edges in the icons may differ by the platform: Qt 6
 /// hints letters on an X server alone, which makes a bar's text wider and the bar shorter.

@@ -25,7 +25,7 @@ Q_DECLARE_METATYPE(Case)
 
 namespace {
 
-/// A little more than 2^26 pixels, and few enough that memory alone would still hold them.
+/// A little more than 2^26 pixels, and few enough that memory alone would still suffice.
 constexpr QSize tooLarge(8200, 8200);
 
 /// The images that error lines call null images.

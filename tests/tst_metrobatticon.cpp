@@ -204,7 +204,7 @@ void MetroBattIconTest::iconLooks()
     const QColor icon =
         telltaleColor(enabled ? QIcon::Normal : QIcon::Disabled, checked ? QIcon::On : QIcon::Off);
     COMPARE_IMAGES(imageOf(battery.widget), batteryImage("ok", enabled, icon));
-    // There is no look under the pointer.
+    // There is no hover state.
     QCOMPARE(probe(battery.widget).effectOf(QEvent::Enter), QStringLiteral("nothing"));
     COMPARE_IMAGES(imageOf(battery.widget), batteryImage("ok", enabled, icon));
 }

@@ -383,7 +383,7 @@ void MetroShelterTest::face()
     expected.face = image;
     COMPARE_IMAGES(imageOf(tile.widget), expected.draw(tile->size()));
     COMPARE_IMAGES(tile->getImageBackground().toImage(), image.toImage());
-    // Writing what is held keeps it.
+    // Writing the stored value keeps it.
     tile->setBackgroundImage(tile->getImageBackground());
     COMPARE_IMAGES(imageOf(tile.widget), expected.draw(tile->size()));
 }

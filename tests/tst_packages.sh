@@ -1,6 +1,6 @@
 #!/bin/sh
 # Builds the Debian packages, which lintian checks, unpacks them into a scratch root, and uses what they
-# hold: library, headers, plugins and programs.
+# contain: library, headers, plugins and programs.
 # tst_packages.sh CMAKE TESTS-DIRECTORY DESIGNER-TEST
 set -eu
 cmake=$1
@@ -17,7 +17,7 @@ fail() {
 "$tests/../packaging/build-packages" "$scratch/packages" >"$scratch/packages.log" 2>&1 ||
     fail "$(cat "$scratch/packages.log")"
 
-# Each package holds what its list says, with these rights, and nothing else; check_prefix.sh knows the headers.
+# Each package contains what its list says, with these rights, and nothing else; check_prefix.sh knows the headers.
 root=$scratch/root
 triplet=$(dpkg-architecture -q DEB_HOST_MULTIARCH)
 for package in "$scratch"/packages/*.deb; do
@@ -34,7 +34,7 @@ done | sort | grep -vE \
     -e '-dbgsym lrwxrwxrwx root/root usr/share/doc/' >"$scratch/contents"
 sort "$tests/packages.list" | diff - "$scratch/contents" || fail "the packages' contents differ"
 
-# field PACKAGE FIELD TEXT: the package's field holds the text.
+# field PACKAGE FIELD TEXT: the package's field contains the text.
 field() {
     dpkg-deb -f "$scratch"/packages/"$1"_*.deb "$2" | grep -qF "$3" || fail "$1: $2 lacks $3"
 }

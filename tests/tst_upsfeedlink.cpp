@@ -62,7 +62,7 @@ void verifyLost(const Snapshot &snapshot, const QString &reason)
         QVERIFY(!measure.value && !measure.minimum && !measure.maximum);
 }
 
-/// Memory that the process holds, in bytes.
+/// Resident memory of the process, in bytes.
 qint64 residentMemory()
 {
     QFile file(QStringLiteral("/proc/self/statm"));
@@ -493,7 +493,7 @@ void TestUpsFeedLink::floodWithoutLineEnd()
     feed.start();
     const qint64 written = flood(&server, &log, QByteArray(), QByteArray(32768, 'x'));
     QVERIFY(written > NutListReader::maxLine);
-    // What the kernel's buffers of both ends hold is all that can have gone out.
+    // No more can have gone out than fits into the kernel's buffers of both ends.
     QVERIFY2(written < 16 * 1024 * 1024, qPrintable(QString::number(written)));
     const qint64 grown = residentMemory() - before;
     QVERIFY2(grown < 4 * 1024 * 1024, qPrintable(QString::number(grown)));

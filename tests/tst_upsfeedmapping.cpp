@@ -387,7 +387,7 @@ void TestUpsFeedMapping::nothingIsInvented()
     const Snapshot snapshot = withStatus(QStringLiteral("OL"));
     for (const Measure &measure : snapshot.measures)
         QVERIFY(!measure.value && !measure.nominal && !measure.low && !measure.high);
-    // Only what holds by nature: percentages go from 0 to 100.
+    // Only limits that are fixed: percentages go from 0 to 100.
     for (int i = 0; i < quantityCount; ++i) {
         const bool percent = unitOf(Quantity(i)) == QLatin1String("%");
         QCOMPARE(snapshot.measure(Quantity(i)).maximum,

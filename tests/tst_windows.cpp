@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Changes what the style base holds, which posts an update request; false without a style base.
+/// Changes what the style base stores, which posts an update request; false without a style base.
 bool restyle(QWidget *widget)
 {
     if (auto *aero = dynamic_cast<AeroStyle *>(widget))

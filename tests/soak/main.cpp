@@ -34,7 +34,7 @@
 
 namespace {
 
-/// What more than this grows is a leak; the library's memories, which hold 4 MB at most, are not
+/// What more than this grows is a leak; the library's caches, which take 4 MB at most, are not
 /// full in a short run.
 constexpr double allowedGrowth = 512.0; // KB
 
