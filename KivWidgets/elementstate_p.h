@@ -41,6 +41,26 @@ constexpr unsigned asWord(elemDesc_t state)
     return state.alarmSt + 256U * state.elemSt;
 }
 
+/// What a table has for a state or a colour.
+template <typename Key, typename Value>
+struct Keyed
+{
+    Key key;
+    Value value;
+};
+
+/// Whether @p table has a row for each of the @p count first keys, in their order: then a key is
+/// the index of its row.
+template <typename Key, typename Value, std::size_t size>
+constexpr bool isComplete(const Keyed<Key, Value> (&table)[size], std::size_t count)
+{
+    for (std::size_t i = 0; i < size; ++i) {
+        if (std::size_t(table[i].key) != i)
+            return false;
+    }
+    return size == count;
+}
+
 constexpr bool isState(quint8 number, OperatingState state)
 {
     return number == quint8(state);

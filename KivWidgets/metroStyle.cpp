@@ -21,12 +21,18 @@ const QColor MetroStyle::COLORTAB[7] = {
 
 namespace {
 
-/// By operating state, for an element without an alarm.
-constexpr ColorIndex colorWithoutAlarm[] = {
-    LightGreyIndex, LightBlueIndex, LightBlueIndex, LightBlueIndex,
-    LightBlueIndex, LightBlueIndex, OnBatteryIndex, DarkBlueIndex,
+/// For an element without an alarm.
+constexpr Keyed<OperatingState, ColorIndex> colorWithoutAlarm[] = {
+    {OperatingState::Unknown, LightGreyIndex},
+    {OperatingState::StandBy, LightBlueIndex},
+    {OperatingState::Precharge, LightBlueIndex},
+    {OperatingState::Calibration, LightBlueIndex},
+    {OperatingState::WaitBatteryVoltage, LightBlueIndex},
+    {OperatingState::On, LightBlueIndex},
+    {OperatingState::OnBattery, OnBatteryIndex},
+    {OperatingState::OnBypass, DarkBlueIndex},
 };
-static_assert(std::size(colorWithoutAlarm) == operatingStateCount, "one colour for each state");
+static_assert(isComplete(colorWithoutAlarm, operatingStateCount), "one colour for each state");
 
 } // namespace
 
@@ -66,7 +72,7 @@ int MetroStyle::getColorIdx()
         return LightGreyIndex;
     case AlarmState::None:
         if (state.elemSt < std::size(colorWithoutAlarm))
-            return colorWithoutAlarm[state.elemSt];
+            return colorWithoutAlarm[state.elemSt].value;
         writeErrorLine(KIV_HERE, "Caso elemSt non previsto:0x%02X\n", unsigned(state.elemSt));
         return DarkGreyIndex;
     case AlarmState::Warning:

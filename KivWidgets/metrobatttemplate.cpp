@@ -18,9 +18,11 @@ namespace {
 
 constexpr QSize sizeWithoutImages(22, 22);
 
-/// By colour index. The two warnings are two pixmaps, as they are two colours.
-constexpr const char *imageNames[] = {
-    "none", "ok", "warning", "onBypass", "COMMLOST", "warning", "fault",
+/// The two warnings are two pixmaps, as they are two colours.
+constexpr Keyed<ColorIndex, const char *> imageNames[] = {
+    {DarkGreyIndex, "none"},     {LightBlueIndex, "ok"},       {OnBatteryIndex, "warning"},
+    {DarkBlueIndex, "onBypass"}, {LightGreyIndex, "COMMLOST"}, {WarningIndex, "warning"},
+    {RedIndex, "fault"},
 };
 
 } // namespace
@@ -28,7 +30,7 @@ constexpr const char *imageNames[] = {
 QPixmap *MetroBattTemplate::background[7] = {};
 bool MetroBattTemplate::initialized = false;
 
-static_assert(std::size(imageNames) == colorCount, "one image for each colour");
+static_assert(isComplete(imageNames, colorCount), "one image for each colour");
 
 MetroBattTemplate::MetroBattTemplate(QWidget *ownerWidget)
     : MetroStyle(ownerWidget)
@@ -36,7 +38,7 @@ MetroBattTemplate::MetroBattTemplate(QWidget *ownerWidget)
     if (initialized)
         return;
     for (std::size_t i = 0; i < std::size(imageNames); ++i) {
-        const QLatin1String name(imageNames[i]);
+        const QLatin1String name(imageNames[i].value);
         background[i] = new QPixmap(libraryImage(QStringLiteral("batt_%1").arg(name)));
     }
     initialized = true;

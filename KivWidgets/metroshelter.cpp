@@ -26,11 +26,17 @@ namespace {
 constexpr int ledColumn = 29;
 
 /// The ends of the LED images' names, by operating state; none for the unknown state.
-constexpr const char *elementNames[] = {
-    nullptr,         "Stand-by", "Precharge",      "Calibration",
-    "WaitVbatReady", "ON",       "BatteryWorking", "OnBypass",
+constexpr Keyed<OperatingState, const char *> elementNames[] = {
+    {OperatingState::Unknown, nullptr},
+    {OperatingState::StandBy, "Stand-by"},
+    {OperatingState::Precharge, "Precharge"},
+    {OperatingState::Calibration, "Calibration"},
+    {OperatingState::WaitBatteryVoltage, "WaitVbatReady"},
+    {OperatingState::On, "ON"},
+    {OperatingState::OnBattery, "BatteryWorking"},
+    {OperatingState::OnBypass, "OnBypass"},
 };
-static_assert(std::size(elementNames) == operatingStateCount, "one name for each state");
+static_assert(isComplete(elementNames, operatingStateCount), "one name for each state");
 
 /// What an alarm state shows.
 struct AlarmLook
@@ -41,16 +47,17 @@ struct AlarmLook
     const char *elementMessage; ///< for an unforeseen element state
 };
 
-/// By alarm state.
-constexpr AlarmLook alarmLooks[] = {
-    {"COMMLOST", false, true, nullptr},
-    {"OK", true, true, "Caso elemSt di noneAlarm non previsto:0x%02X\n"},
-    {"WARNING", true, false, "Caso elemSt di war/anomAlarm non previsto:0x%02X\n"},
-    {"WARNING", true, false, "Caso elemSt di war/anomAlarm non previsto:0x%02X\n"},
-    {"FAULT", true, false, "Caso elemSt di faultAlarm non previsto:0x%02X\n"},
-    {"LOCK", false, true, nullptr},
+constexpr Keyed<AlarmState, AlarmLook> alarmLooks[] = {
+    {AlarmState::CommunicationLost, {"COMMLOST", false, true, nullptr}},
+    {AlarmState::None, {"OK", true, true, "Caso elemSt di noneAlarm non previsto:0x%02X\n"}},
+    {AlarmState::Warning,
+     {"WARNING", true, false, "Caso elemSt di war/anomAlarm non previsto:0x%02X\n"}},
+    {AlarmState::Anomaly,
+     {"WARNING", true, false, "Caso elemSt di war/anomAlarm non previsto:0x%02X\n"}},
+    {AlarmState::Fault, {"FAULT", true, false, "Caso elemSt di faultAlarm non previsto:0x%02X\n"}},
+    {AlarmState::Locked, {"LOCK", false, true, nullptr}},
 };
-static_assert(std::size(alarmLooks) == alarmStateCount, "one look for each state");
+static_assert(isComplete(alarmLooks, alarmStateCount), "one look for each state");
 
 QPixmap led(const QString &name)
 {
@@ -65,7 +72,7 @@ QPixmap ledOf(elemDesc_t state, SourcePlace place)
         writeErrorLine(place, "Caso st.alarmSt non previsto:0x%02X\n", asWord(state));
         return led(lost);
     }
-    const AlarmLook &look = alarmLooks[state.alarmSt];
+    const AlarmLook &look = alarmLooks[state.alarmSt].value;
     const QString name = QLatin1String(look.led);
     if (!look.byElement)
         return led(name);
@@ -80,7 +87,7 @@ QPixmap ledOf(elemDesc_t state, SourcePlace place)
         QT_WARNING_POP
         return led(lost);
     }
-    return led(name + QLatin1Char('-') + QLatin1String(elementNames[state.elemSt]));
+    return led(name + QLatin1Char('-') + QLatin1String(elementNames[state.elemSt].value));
 }
 
 /// Where the LED goes on a tile whose last column is @p right and last row @p bottom.

@@ -23,14 +23,19 @@ namespace {
 constexpr QRect ledRect(4, 39, 21, 21);
 
 /// The LED's name by alarm state; no alarm shows none.
-constexpr const char *ledNames[] = {
-    "COMMLOST", nullptr, "WARNING-ON", "WARNING-ON", "FAULT-ON", "LOCK",
+constexpr Keyed<AlarmState, const char *> ledNames[] = {
+    {AlarmState::CommunicationLost, "COMMLOST"},
+    {AlarmState::None, nullptr},
+    {AlarmState::Warning, "WARNING-ON"},
+    {AlarmState::Anomaly, "WARNING-ON"},
+    {AlarmState::Fault, "FAULT-ON"},
+    {AlarmState::Locked, "LOCK"},
 };
-static_assert(std::size(ledNames) == alarmStateCount, "one name for each state");
+static_assert(isComplete(ledNames, alarmStateCount), "one name for each state");
 
 QPixmap ledOf(elemDesc_t state)
 {
-    const char *name = state.alarmSt < std::size(ledNames) ? ledNames[state.alarmSt] : "none";
+    const char *name = state.alarmSt < std::size(ledNames) ? ledNames[state.alarmSt].value : "none";
     if (!name)
         return QPixmap();
     return libraryImage(QStringLiteral("stato-LED-%1").arg(QLatin1String(name)));

@@ -2,21 +2,6 @@
 
 #include "elementstate.h"
 
-#include <array>
-
-namespace {
-
-constexpr std::array<const char *, alarmStateCount> alarmNames = {
-    "Communication lost", "No alarm", "Warning", "Anomaly", "Fault", "Locked",
-};
-
-constexpr std::array<const char *, operatingStateCount> operatingNames = {
-    "Unknown", "Stand-by",   "Precharge", "Calibration", "Waiting for battery voltage",
-    "On",      "On battery", "On bypass",
-};
-
-} // namespace
-
 bool ElementState::operator==(const ElementState &other) const
 {
     return alarm == other.alarm && operating == other.operating;
@@ -29,10 +14,42 @@ bool ElementState::operator!=(const ElementState &other) const
 
 QString nameOf(AlarmState alarm)
 {
-    return QString::fromUtf8(alarmNames.at(std::size_t(alarm)));
+    switch (alarm) {
+    case AlarmState::CommunicationLost:
+        return QStringLiteral("Communication lost");
+    case AlarmState::None:
+        return QStringLiteral("No alarm");
+    case AlarmState::Warning:
+        return QStringLiteral("Warning");
+    case AlarmState::Anomaly:
+        return QStringLiteral("Anomaly");
+    case AlarmState::Fault:
+        return QStringLiteral("Fault");
+    case AlarmState::Locked:
+        return QStringLiteral("Locked");
+    }
+    return QString();
 }
 
 QString nameOf(OperatingState operating)
 {
-    return QString::fromUtf8(operatingNames.at(std::size_t(operating)));
+    switch (operating) {
+    case OperatingState::Unknown:
+        return QStringLiteral("Unknown");
+    case OperatingState::StandBy:
+        return QStringLiteral("Stand-by");
+    case OperatingState::Precharge:
+        return QStringLiteral("Precharge");
+    case OperatingState::Calibration:
+        return QStringLiteral("Calibration");
+    case OperatingState::WaitBatteryVoltage:
+        return QStringLiteral("Waiting for battery voltage");
+    case OperatingState::On:
+        return QStringLiteral("On");
+    case OperatingState::OnBattery:
+        return QStringLiteral("On battery");
+    case OperatingState::OnBypass:
+        return QStringLiteral("On bypass");
+    }
+    return QString();
 }
