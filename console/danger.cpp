@@ -18,6 +18,7 @@ struct DangerRow
 // The first row that fits counts; harmless ones have no consequence.
 const DangerRow dangers[] = {
     {"(.*\\.)?shutdown\\.stop", ""},
+    {"beeper\\..*", ""},
     {"outlet.*\\.(load\\.off|load\\.cycle|shutdown).*",
      QT_TRANSLATE_NOOP("Danger", "Switches the outlet off: what it feeds loses power.")},
     {"(.*\\.)?load\\.(off|cycle).*",

@@ -172,7 +172,8 @@ void OfferPanel::addCommands()
                                    command.description != QLatin1String("Description unavailable");
             QString text = described ? command.description : command.name;
             if (dangerous) {
-                text = consequence + QLatin1Char('\n') + tr("Hold for two seconds.");
+                text = (described ? text + QLatin1Char('\n') : QString()) + consequence +
+                       QLatin1Char('\n') + tr("Hold for two seconds.");
                 guard(button, consequence, act);
             } else {
                 connect(button, &AeroButton::clicked, this, [=] { give(act); });

@@ -131,7 +131,9 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
             std::find_if(users.cbegin(), users.cend(),
                          [&entry](const Credentials &one) { return one.host == entry.host; });
         const bool hasUser = user != users.cend();
-        tls.required = entry.tls.value_or(hasUser && !entry.host.isLoopback());
+        // Who names authorities wants them to be asked.
+        tls.required = entry.tls.value_or((hasUser && !entry.host.isLoopback()) ||
+                                          !entry.authorities.isEmpty());
         tls.requiredForPasswords = entry.tls.value_or(true);
         if (!readAuthorities(entry.authorities, &tls.authorities, error))
             return false;

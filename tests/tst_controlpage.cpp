@@ -256,6 +256,7 @@ void ControlPageTest::consequences_data()
     row("load.on", "");
     row("bypass.stop", "");
     row("beeper.disable", "");
+    row("beeper.off", "");
     row("test.battery.stop", "");
     row("test.panel.start", "");
     row("reset.watchdog", "");

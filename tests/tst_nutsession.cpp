@@ -88,6 +88,7 @@ private Q_SLOTS:
     void oldServerTracksNothing();
     void takesLeaveWhenIdle();
     void anotherUser();
+    void forgetsWhomTheServerRefuses();
     void offersWhatTheUpsHas();
     void offerComesBackWithTheUps();
     void overTls_data();
@@ -373,6 +374,25 @@ void NutSessionTest::anotherUser()
     site.session->probe(text("demo"), right.done());
     QTRY_COMPARE_WITH_TIMEOUT(right.count, 1, patience);
     QCOMPARE(right.outcome, CommandOutcome::Done);
+}
+
+void NutSessionTest::forgetsWhomTheServerRefuses()
+{
+    Site site;
+    QVERIFY2(site.ready, qPrintable(site.server.problem()));
+    NutFeed feed({text("demo"), text("127.0.0.1"), site.server.port()});
+    feed.start();
+    QVector<CommandOutcome> checked;
+    connect(&feed, &UpsFeed::userChecked, this,
+            [&](CommandOutcome outcome) { checked.append(outcome); });
+    feed.logIn(text("oper"), text("pass \"word"));
+    QTRY_COMPARE_WITH_TIMEOUT(checked.size(), 1, patience);
+    QCOMPARE(checked.last(), CommandOutcome::Done);
+    QCOMPARE(feed.user(), text("oper"));
+    feed.logIn(text("oper"), text("x"));
+    QTRY_COMPARE_WITH_TIMEOUT(checked.size(), 2, patience);
+    QCOMPARE(checked.last(), CommandOutcome::Refused);
+    QVERIFY(feed.user().isEmpty());
 }
 
 void NutSessionTest::offersWhatTheUpsHas()

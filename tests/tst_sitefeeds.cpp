@@ -3,6 +3,7 @@
 #include "options.h"
 #include "sitefeeds.h"
 
+#include "certificates.h"
 #include "fakenutserver.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -63,6 +64,7 @@ private Q_SLOTS:
     void wrongSites_data();
     void wrongSites();
     void authoritiesMustBeThere();
+    void authoritiesRequireTls();
 };
 
 void SiteFeedsTest::severalServers()
@@ -208,6 +210,27 @@ void SiteFeedsTest::authoritiesMustBeThere()
     QString error;
     QVERIFY(!feeds.add(entries, {}, &error));
     QCOMPARE(error, QStringLiteral("/etc/hostname has no certificate in PEM form"));
+}
+
+void SiteFeedsTest::authoritiesRequireTls()
+{
+    const Certificates certificates;
+    QVERIFY2(certificates.problem().isEmpty(), qPrintable(certificates.problem()));
+    FakeNutServer server;
+    serve(&server, {"a"});
+    SiteEntries entries;
+    ServerEntry entry;
+    entry.host = server.address().server();
+    entry.authorities = certificates.authority();
+    entry.upses.append({QStringLiteral("a"), {}, {}});
+    entries.servers.append(entry);
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QString error;
+    QVERIFY2(feeds.add(entries, {}, &error, shortTimes()), qPrintable(error));
+    feeds.start();
+    QTRY_VERIFY(!server.asked.isEmpty());
+    QCOMPARE(server.asked.first(), QByteArray("STARTTLS"));
 }
 
 KIV_TEST_MAIN(SiteFeedsTest)

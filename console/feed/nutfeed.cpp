@@ -2,6 +2,8 @@
 
 #include "nutfeed.h"
 
+#include <QtCore/QTimer>
+
 NutFeed::NutFeed(const NutAddress &address, const NutTimes &times, QObject *parent)
     : NutFeed(new NutServerFeed(address.server(), NutTls(), times), address.upsName, parent)
 {
@@ -98,8 +100,15 @@ void NutFeed::logIn(const QString &newUser, const QString &password)
         return;
     }
     const QPointer<NutFeed> guard(this);
-    server->session().probe(upsName, [guard](CommandOutcome outcome, const QString &text) {
-        if (guard)
+    server->session().probe(upsName, [guard, newUser](CommandOutcome outcome, const QString &text) {
+        if (!guard)
+            return;
+        // Later, as the session is still at the answer.
+        QTimer::singleShot(0, guard.data(), [=] {
+            // Nobody is to be called a user whom the server refuses.
+            if (outcome == CommandOutcome::Refused && guard->server && guard->user() == newUser)
+                guard->server->session().forgetUser();
             Q_EMIT guard->userChecked(outcome, text);
+        });
     });
 }

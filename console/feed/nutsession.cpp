@@ -102,6 +102,15 @@ bool NutSession::setUser(const QString &newUser, const QString &password)
     return true;
 }
 
+void NutSession::forgetUser()
+{
+    link.close();
+    lose(QStringLiteral("nobody is logged in"));
+    wipe();
+    userName.clear();
+    quotedUser.clear();
+}
+
 bool NutSession::hasUser() const
 {
     return !secret.isEmpty();

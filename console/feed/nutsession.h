@@ -36,6 +36,8 @@ public:
     /// Who gives the commands from now on. What another user began is reported as unconfirmed.
     /// @return false when the protocol cannot carry the texts.
     bool setUser(const QString &user, const QString &password);
+    /// From now on nobody gives commands. What was begun is reported as unconfirmed.
+    void forgetUser();
     bool hasUser() const;
     const QString &user() const;
 
