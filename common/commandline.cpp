@@ -51,11 +51,26 @@ CommandLine::CommandLine(const QString &programName, const QString &description,
 {
     parser.setApplicationDescription(description);
     parser.addOptions({help, version, dark, screenshot});
+    single = {dark, screenshot};
 }
 
-void CommandLine::add(const QCommandLineOption &option)
+void CommandLine::add(const QCommandLineOption &option, Times times)
 {
     parser.addOption(option);
+    if (times == Times::Once)
+        single.append(option);
+}
+
+/// The name of an option that is there more often than it may; of two values, one would be lost.
+QString CommandLine::givenTwice() const
+{
+    const QStringList given = parser.optionNames();
+    for (const QCommandLineOption &option : single) {
+        const QString name = option.names().constLast();
+        if (given.count(name) > 1)
+            return name;
+    }
+    return {};
 }
 
 bool CommandLine::read(const QStringList &arguments, CommonOptions *options)
@@ -83,6 +98,11 @@ bool CommandLine::read(const QStringList &arguments, CommonOptions *options)
     if (!parser.positionalArguments().isEmpty()) {
         options->refuse(QStringLiteral("unexpected argument '%1'")
                             .arg(parser.positionalArguments().constFirst()));
+        return false;
+    }
+    const QString twice = givenTwice();
+    if (!twice.isEmpty()) {
+        options->refuse(QStringLiteral("--%1 is given more than once").arg(twice));
         return false;
     }
     options->dark = parser.isSet(dark);

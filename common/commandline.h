@@ -27,7 +27,8 @@ public:
     /// @p shown is what a screenshot shows, as in "each page".
     CommandLine(const QString &program, const QString &description, const QString &shown);
 
-    void add(const QCommandLineOption &option);
+    enum class Times { Once, Several };
+    void add(const QCommandLineOption &option, Times times = Times::Once);
 
     /// Reads @p arguments, the program's name first.
     /// @return false when @p options say all already: a text to print, or a refusal.
@@ -39,12 +40,15 @@ public:
     QStringList values(const QCommandLineOption &option) const;
 
 private:
+    QString givenTwice() const;
+
     QString program;
     QCommandLineParser parser;
     QCommandLineOption help;
     QCommandLineOption version;
     QCommandLineOption dark;
     QCommandLineOption screenshot;
+    QList<QCommandLineOption> single; // those that may come once
 };
 
 /// The size that @p text, WIDTHxHEIGHT, names; invalid outside of @p least to @p most.

@@ -104,9 +104,11 @@ Options parseOptions(const QStringList &arguments)
                                     QStringLiteral("With --report: the file, whose name ends with "
                                                    ".html or .csv."),
                                     QStringLiteral("FILE"));
+    for (const QCommandLineOption &option : {ups, server})
+        line.add(option, CommandLine::Times::Several);
     for (const QCommandLineOption &option :
-         {ups, server, prometheus, prometheusAuth, config, credentials, tls, ca, speed, at, size,
-          fullScreen, fresh, notify, report, output})
+         {prometheus, prometheusAuth, config, credentials, tls, ca, speed, at, size, fullScreen,
+          fresh, notify, report, output})
         line.add(option);
 
     Options options;

@@ -46,6 +46,12 @@ void ConsoleOptionsTest::taken_data()
           "--credentials f --prometheus https://host --server host"})
         QTest::newRow(trusted) << QString::fromLatin1(trusted).split(QLatin1Char(' '))
                                << int(Options::Task::ShowWindow);
+    QTest::newRow("several")
+        << QStringList{QStringLiteral("--ups"),    QStringLiteral("demo@host"),
+                       QStringLiteral("--ups"),    QStringLiteral("other@host"),
+                       QStringLiteral("--server"), QStringLiteral("one"),
+                       QStringLiteral("--server"), QStringLiteral("two")}
+        << int(Options::Task::ShowWindow);
     QTest::newRow("a UPS") << QStringList{QStringLiteral("--ups"), QStringLiteral("demo@host")}
                            << int(Options::Task::ShowWindow);
 }
@@ -127,6 +133,11 @@ void ConsoleOptionsTest::refused_data()
     row("--report day --output r.html --screenshot dir", "--report");
     row("--report day --output r.html --server host", "--report");
     row("--report day --output r.html --prometheus http://host", "the console's own history");
+    row("--server host --tls off --tls required", "--tls is given more than once");
+    row("--config a --config=b", "--config is given more than once");
+    row("--prometheus http://a --prometheus http://b", "--prometheus is given more than once");
+    row("--screenshot a --screenshot b", "--screenshot is given more than once");
+    row("--dark --dark", "--dark is given more than once");
 }
 
 void ConsoleOptionsTest::refused()
