@@ -27,6 +27,17 @@ constexpr int bandAlpha = 70;
 constexpr int batteryAlpha = 60;
 constexpr double largestValue = 1e9;
 
+/// Lines at midnight stand out, but less than the curves.
+QColor dayLineColor(const QPalette &palette)
+{
+    constexpr int mixed = 40;
+    const QColor ink = palette.color(QPalette::Mid);
+    const QColor base = palette.color(QPalette::Base);
+    const auto mix = [](int a, int b) { return (a * mixed + b * (100 - mixed)) / 100; };
+    return {mix(ink.red(), base.red()), mix(ink.green(), base.green()),
+            mix(ink.blue(), base.blue())};
+}
+
 QColor batteryColor()
 {
     return {255, 176, 46, batteryAlpha};
@@ -163,7 +174,8 @@ void Chart::arrange()
         const int most = std::clamp(laneRect(i).height() / metrics.height(), 1, 6);
         const ValueAxis axis = valueAxis(lane.quantity, lane.measure, low, high, most);
         axes.append(axis);
-        const QVector<double> places = axis.ticks();
+        // Without values there is nothing to read at an axis.
+        const QVector<double> places = lane.points.isEmpty() ? QVector<double>() : axis.ticks();
         for (const double value : places)
             widest =
                 std::max(widest, metrics.horizontalAdvance(axisLabel(lane.quantity, value, axis)));
@@ -202,7 +214,7 @@ void Chart::paintAxis(QPainter *painter) const
     int right = -1;
     for (const TimeTick &tick : ticks) {
         const double x = std::floor(xOf(tick.at)) + 0.5;
-        painter->setPen(QPen(tick.isDay ? palette().color(QPalette::Mid) : line, 0));
+        painter->setPen(QPen(tick.isDay ? dayLineColor(palette()) : line, 0));
         for (int i = 0; i < shown.size(); ++i) {
             const QRect room = laneRect(i);
             painter->drawLine(QPointF(x, room.top()), QPointF(x, room.bottom() + 1));
@@ -228,7 +240,7 @@ void Chart::paintScale(QPainter *painter, int index) const
     };
     // Whole steps, with a number where there is room for it.
     double lastLabel = room.bottom() + metrics.height();
-    const QVector<double> places = axis.ticks();
+    const QVector<double> places = lane.points.isEmpty() ? QVector<double>() : axis.ticks();
     for (const double value : places) {
         const double y = std::floor(yOf(value)) + 0.5;
         painter->setPen(QPen(palette().color(QPalette::Window), 0));
@@ -335,6 +347,8 @@ void Chart::paintLimits(QPainter *painter, int index) const
     const ChartLane &lane = shown.at(index);
     const ValueAxis &axis = axes.at(index);
     const QRect room = laneRect(index);
+    if (lane.points.isEmpty())
+        return;
     QPen limit(Theme::gaugeColors(Theme::isDark()).outOfLimits, 0, Qt::CustomDashLine);
     limit.setDashPattern({6, 4});
     painter->setPen(limit);
@@ -353,7 +367,7 @@ void Chart::paintLine(QPainter *painter, int index) const
     const Place place = placeOf(index);
     if (lane.points.isEmpty()) {
         painter->setPen(palette().color(QPalette::Mid));
-        painter->drawText(room, Qt::AlignCenter, Values::noData());
+        painter->drawText(room, Qt::AlignCenter, tr("No data in this time"));
         return;
     }
     painter->save();

@@ -104,6 +104,7 @@ private Q_SLOTS:
     void gapsAreNotDrawn();
     void batteryIsShaded();
     void limitsAreDrawn();
+    void noAxisWithoutValues();
     void peaksAreSeen();
     void zoomsByWheel();
     void zoomsByPinch();
@@ -380,6 +381,38 @@ void ChartTest::limitsAreDrawn()
     // Dashes along the whole lane.
     QVERIFY(rows.first() > chart->plotRect().width() / 2);
     QVERIFY(rows.first() < chart->plotRect().width());
+}
+
+/// Numbers beside an empty curve would be made up; a word stands in its place.
+void ChartTest::noAxisWithoutValues()
+{
+    Stage<Chart> stage(QSize(600, 200));
+    const TimeSpan span{start, start + dayMsecs};
+    stage->setZone(QTimeZone("UTC"));
+    stage->setSpan(span);
+    ChartLane lane;
+    lane.quantity = Quantity::InputVoltage;
+    lane.measure.low = 170.0;
+    lane.measure.high = 270.0;
+    // The rows that a line crosses; the marks of times are columns.
+    const auto lines = [&] {
+        const QImage image = imageOf(stage.widget);
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            int inked = 0;
+            for (int x = 100; x < image.width() - 20; ++x)
+                inked += image.pixel(x, y) != image.pixel(x, y + (y > 100 ? -1 : 1)) ? 1 : 0;
+            count += inked > (image.width() - 120) / 2 ? 1 : 0;
+        }
+        return count;
+    };
+    stage->setLanes({lane}, {});
+    deliverAll();
+    QCOMPARE(lines(), 0);
+    lane.points = laneOf(Quantity::InputVoltage, span, 1440, 228, 234).points;
+    stage->setLanes({lane}, {});
+    deliverAll();
+    QVERIFY2(lines() >= 4, qPrintable(QString::number(lines())));
 }
 
 void ChartTest::peaksAreSeen()
