@@ -18,6 +18,11 @@ QString sentence(QString text)
     return text;
 }
 
+QString noHistoryText()
+{
+    return QStringLiteral("Screenshots show no history");
+}
+
 QString momentText(qint64 at, const QDateTime &now)
 {
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(at);

@@ -15,6 +15,9 @@ elemDesc_t shownState(ElementState state);
 /// @p text with a capital at its start.
 QString sentence(QString text);
 
+/// Where a page would show the history and there is none, as on screenshots.
+QString noHistoryText();
+
 /// An instant (milliseconds since 1970, UTC) as local time: "14:03:22" on the day of @p now, else
 /// "21 Nov 14:03", with the year where it is another one.
 QString momentText(qint64 at, const QDateTime &now);

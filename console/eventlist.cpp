@@ -18,6 +18,17 @@ QString EventList::upsOf(const Event &event) const
     return ups ? ups->title() : event.ups;
 }
 
+bool EventList::isLeft(const Event &event) const
+{
+    return event.isPresent() && !site->find(event.ups);
+}
+
+void EventList::followMore()
+{
+    if (!listed.isEmpty())
+        Q_EMIT dataChanged(index(0), index(int(listed.size()) - 1));
+}
+
 void EventList::setEvents(const QVector<Event> &events, const EventFilter &newFilter)
 {
     beginResetModel();
@@ -86,7 +97,7 @@ QVariant EventList::data(const QModelIndex &index, int role) const
         return QVariant();
     const Event &event = listed.at(index.row());
     QStringList parts = {nameOf(event.severity), titleOf(event),
-                         timesOf(event, QDateTime::currentDateTime()), upsOf(event)};
+                         timesOf(event, QDateTime::currentDateTime(), isLeft(event)), upsOf(event)};
     if (!event.user.isEmpty())
         parts.append(tr("by %1").arg(event.user));
     parts.append(event.isAcknowledged() ? tr("acknowledged by %1").arg(event.acknowledgedBy)
@@ -104,10 +115,12 @@ QString titleOf(const Event &event)
     return title;
 }
 
-QString timesOf(const Event &event, const QDateTime &now)
+QString timesOf(const Event &event, const QDateTime &now, bool left)
 {
     const QString begin = momentText(event.begin, now);
     const QString length = lengthText(event.length(now.toMSecsSinceEpoch()));
+    if (left)
+        return EventList::tr("began %1, the UPS is not followed here").arg(begin);
     if (event.isPresent())
         return EventList::tr("since %1, %2").arg(begin, length);
     if (event.end == event.begin && event.lasted == 0)

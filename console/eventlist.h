@@ -24,6 +24,11 @@ public:
     const Event &at(int row) const;
     /// How the UPS of @p event is called on screen.
     QString upsOf(const Event &event) const;
+    /// Whether @p event has not ended, as far as anybody knows, but its UPS is none of the site:
+    /// nobody here sees whether it lasts.
+    bool isLeft(const Event &event) const;
+    /// The site has got UPSes.
+    void followMore();
     /// The row of an event; -1 where it is not listed.
     int rowOf(qint64 id) const;
 
@@ -41,5 +46,6 @@ private:
 
 /// The condition with its value: "Input voltage low  187 V".
 QString titleOf(const Event &event);
-/// When it was, and for how long: "14:03:22 – 14:05:10, 1 min".
-QString timesOf(const Event &event, const QDateTime &now);
+/// When it was, and for how long: "14:03:22 – 14:05:10, 1 min"; of one that is @p left, when it
+/// began.
+QString timesOf(const Event &event, const QDateTime &now, bool left = false);

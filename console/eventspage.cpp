@@ -108,9 +108,11 @@ public:
         painter->setPen(faint);
         int right = first.right();
         if (event.isPresent()) {
-            // A plate in the severity's colours.
-            const SeverityLook look = lookOf(event.severity, Theme::isDark());
-            const QString word = EventsPage::tr("PRESENT");
+            // A plate in the severity's colours; without any where it may be over.
+            const bool left = list->isLeft(event);
+            const SeverityLook look =
+                lookOf(left ? Severity::Normal : event.severity, Theme::isDark());
+            const QString word = left ? EventsPage::tr("NOT FOLLOWED") : EventsPage::tr("PRESENT");
             const QRect plate(right - small.horizontalAdvance(word) - 2 * gap,
                               first.center().y() - small.height() / 2,
                               small.horizontalAdvance(word) + 2 * gap, small.height());
@@ -128,7 +130,7 @@ public:
         painter->setPen(event.isAcknowledged() ? faint : text);
         painter->drawText(second, Qt::AlignRight | Qt::AlignVCenter, acknowledged);
 
-        QStringList details = {timesOf(event, now), list->upsOf(event)};
+        QStringList details = {timesOf(event, now, list->isLeft(event)), list->upsOf(event)};
         if (!event.user.isEmpty())
             details.append(EventsPage::tr("by %1").arg(event.user));
         painter->setPen(faint);
@@ -233,7 +235,10 @@ EventsPage::EventsPage(SiteModel *shownSite, QWidget *parent)
     clockTimer->start();
     // A site may get thousands of UPSes at once.
     listTimer->setSingleShot(true);
-    connect(listTimer, &QTimer::timeout, this, &EventsPage::listUpses);
+    connect(listTimer, &QTimer::timeout, this, [this] {
+        listUpses();
+        list->followMore();
+    });
     connect(site, &SiteModel::added, listTimer, QOverload<>::of(&QTimer::start));
     listUpses();
     applyScale();
@@ -465,7 +470,7 @@ void EventsPage::showStatus()
 {
     QString text;
     if (!history)
-        text = tr("No history is kept for this source");
+        text = noHistoryText();
     else if (!notice.isEmpty())
         text = notice;
     else if (!history->status().line.isEmpty())
@@ -478,7 +483,7 @@ void EventsPage::showStatus()
         text += Theme::separator() + tr("until the console ends");
     status->setText(text);
     placeStatus();
-    view->setEmptyText(history ? tr("No events") : tr("No history is kept for this source"));
+    view->setEmptyText(history ? tr("No events") : noHistoryText());
 }
 
 /// Beside the buttons, or in a row of its own where the window is narrow.

@@ -3,6 +3,7 @@
 #include "trendspage.h"
 
 #include "chart.h"
+#include "display.h"
 #include "theme.h"
 
 #include <QtCore/QBuffer>
@@ -204,7 +205,7 @@ void TrendsPage::showNotice()
     if (noticeTimer->isActive())
         chart->setNotice(message);
     else if (!source)
-        chart->setNotice(tr("No history is kept for this source"));
+        chart->setNotice(noHistoryText());
     else if (!notKept.isEmpty())
         chart->setNotice(notKept);
     else if (waits && !slowTimer->isActive())

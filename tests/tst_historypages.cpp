@@ -7,6 +7,7 @@
 #include "eventspage.h"
 #include "feed/scenario.h"
 #include "gaugeroom.h"
+#include "severitylook.h"
 #include "theme.h"
 #include "trendspage.h"
 
@@ -100,6 +101,7 @@ class HistoryPagesTest : public WidgetTest
 
 private Q_SLOTS:
     void presentOnTopUntilAcknowledged();
+    void leftUpsesAreNotPresent();
     void acknowledgesOne();
     void acknowledgesAll();
     void needsAName();
@@ -139,6 +141,39 @@ void HistoryPagesTest::presentOnTopUntilAcknowledged()
         (QStringList{QStringLiteral("later"), QStringLiteral("Replace the battery"),
                      QStringLiteral("earlier")}),
         30000);
+}
+
+/// Of a UPS that the console does not follow any more, nobody knows whether its events last.
+void HistoryPagesTest::leftUpsesAreNotPresent()
+{
+    PlayedSite played;
+    played.showPage("events");
+    EventChange change;
+    change.ups = QStringLiteral("old@host:3493");
+    change.condition = change.text = QStringLiteral("On battery");
+    change.severity = Severity::Warning;
+    change.at = start;
+    played.history->addEvents({change});
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 1, 30000);
+    const auto line = [&] { return played.list()->data(played.list()->index(0)).toString(); };
+    QVERIFY2(line().contains(QStringLiteral("not followed")), qPrintable(line()));
+    QVERIFY(!line().contains(QStringLiteral("since")));
+    auto *view = played.find<QListView>("events list");
+    const QColor plate = lookOf(Severity::Warning, Theme::isDark()).plate;
+    const auto plateOf = [&] {
+        // At the right end of the first line.
+        const QRect row = view->visualRect(view->model()->index(0, 0));
+        const QImage image = view->viewport()->grab().toImage();
+        int count = 0;
+        for (int x = row.right() - row.width() / 4; x < row.right(); ++x)
+            count += image.pixelColor(x, row.top() + row.height() / 4) == plate ? 1 : 0;
+        return count;
+    };
+    QCOMPARE(plateOf(), 0);
+    // Its server names it after all.
+    played.site.add(change.ups);
+    QTRY_VERIFY(line().contains(QStringLiteral("since")));
+    QVERIFY(plateOf() > 10);
 }
 
 void HistoryPagesTest::acknowledgesOne()
@@ -310,7 +345,7 @@ void HistoryPagesTest::withoutHistory()
     QVERIFY(!played.find<QPushButton>("acknowledge all")->isEnabled());
     QVERIFY(!played.find<QPushButton>("export events")->isEnabled());
     QCOMPARE(played.find<QLabel>("events status")->text(),
-             QStringLiteral("No history is kept for this source"));
+             QStringLiteral("Screenshots show no history"));
     QCOMPARE(played.find<MetroTabicon>("Events")->accessibleName(), QStringLiteral("Events"));
 }
 
@@ -460,7 +495,7 @@ void HistoryPagesTest::trendsShowWhatIsChosen()
     // Without a history there is a word of it.
     played.window->setHistory(nullptr);
     QVERIFY(chart->lanes().isEmpty());
-    QVERIFY(chart->accessibleDescription().contains(QLatin1String("No history")));
+    QVERIFY(chart->accessibleDescription().contains(QLatin1String("Screenshots show no history")));
     QVERIFY(!played.find<QPushButton>("export csv")->isEnabled());
 }
 
