@@ -23,6 +23,7 @@ constexpr int tileHeightUnits = 50;
 constexpr int titleUnits = 26;
 constexpr int gapUnits = 6;
 constexpr int soonMsecs = 200;
+constexpr int widestUnits = 340;
 constexpr int ledRoom = 30;
 
 QPixmap plateOf(Severity severity, QSize size, qreal ratio)
@@ -43,20 +44,28 @@ QPixmap plateOf(Severity severity, QSize size, qreal ratio)
     return plate;
 }
 
+/// The state, or what is wrong.
 QString stateText(const UpsModel &ups)
 {
-    QStringList parts{ups.headline().state};
-    if (const Condition *worst = ups.worst()) {
-        // What the state says already is not said again.
-        const bool said = worst->text.startsWith(ups.headline().state, Qt::CaseInsensitive);
-        if (!said)
-            parts = QStringList{worst->text};
-    }
+    const Condition *worst = ups.worst();
+    // What the state says already is not said again.
+    const bool said = !worst || worst->text.startsWith(ups.headline().state, Qt::CaseInsensitive);
+    return said ? ups.headline().state : worst->text;
+}
+
+/// The figure that matters most, with its name.
+QString figureText(const UpsModel &ups)
+{
     if (!ups.timeLeft().isEmpty() && ups.severity() != Severity::Normal)
-        parts += ups.timeLeft();
-    else if (const auto load = ups.snapshot().value(Quantity::Load))
-        parts += Values::text(Quantity::Load, load, 0);
-    return parts.join(Theme::separator());
+        return FleetView::tr("%1 left").arg(ups.timeLeft());
+    if (const auto load = ups.snapshot().value(Quantity::Load))
+        return FleetView::tr("Load %1").arg(Values::text(Quantity::Load, load, 0));
+    return {};
+}
+
+QString joined(const QString &state, const QString &figure)
+{
+    return figure.isEmpty() ? state : state + Theme::separator() + figure;
 }
 
 } // namespace
@@ -77,17 +86,20 @@ public:
         ups = shown;
         const Severity now = worseOf(ups->severity(), ups->headline().severity);
         const QString newTitle = ups->title();
-        const QString newText = stateText(*ups);
+        const QString newState = stateText(*ups);
+        const QString newFigure = figureText(*ups);
         const elemDesc_t element = shownState(ups->snapshot().system);
-        const bool same = !force && now == severity && newTitle == title && newText == text &&
-                          element.alarmSt == shown_.alarmSt && element.elemSt == shown_.elemSt;
+        const bool same = !force && now == severity && newTitle == title && newState == state &&
+                          newFigure == figure && element.alarmSt == shown_.alarmSt &&
+                          element.elemSt == shown_.elemSt;
         if (same)
             return;
         severity = now;
         title = newTitle;
-        text = newText;
+        state = newState;
+        figure = newFigure;
         shown_ = element;
-        const QString described = nameOf(severity) + QStringLiteral(": ") + text;
+        const QString described = nameOf(severity) + QStringLiteral(": ") + joined(state, figure);
         setAccessibleName(title);
         setAccessibleDescription(described);
         setToolTip(QString()); // texts of a UPS would be taken for markup
@@ -108,9 +120,12 @@ public:
             margin, (height() - sign) / 2,
             severitySign(severity, sign, look.ink, look.plate, devicePixelRatioF()));
         const int x = 2 * margin + sign;
-        const int room = width() - x - ledRoom;
+        const int room = width() - x - ledRoom - margin / 2;
         painter->setPen(look.ink);
-        const QFont bold = Theme::font(Theme::Normal, true);
+        QFont bold = Theme::font(Theme::Normal, true);
+        // Rather small than cut.
+        if (QFontMetrics(bold).horizontalAdvance(title) > room)
+            bold = Theme::font(Theme::Small, true);
         const QFont plain = Theme::font(Theme::Small);
         const QFontMetrics first(bold);
         const QFontMetrics second(plain);
@@ -118,8 +133,11 @@ public:
         painter->setFont(bold);
         painter->drawText(x, top + first.ascent(), first.elidedText(title, Qt::ElideRight, room));
         painter->setFont(plain);
+        // The figure stays whole.
+        const QString after = joined(QString(), figure);
+        const int left = room - second.horizontalAdvance(after);
         painter->drawText(x, top + first.height() + second.ascent(),
-                          second.elidedText(text, Qt::ElideRight, room));
+                          second.elidedText(state, Qt::ElideRight, left) + after);
     }
 
     UpsModel *ups = nullptr;
@@ -129,7 +147,8 @@ private:
     Severity severity = Severity::Unknown;
     elemDesc_t shown_ = {0, 0};
     QString title;
-    QString text;
+    QString state;
+    QString figure;
 };
 
 FleetView::FleetView(QWidget *parent)
@@ -209,7 +228,7 @@ bool FleetView::passes(const UpsModel &ups, Severity severity) const
     if (filter.words.isEmpty())
         return true;
     const QString all = ups.title() + QLatin1Char('\n') + ups.site() + QLatin1Char('\n') +
-                        ups.id() + QLatin1Char('\n') + stateText(ups);
+                        ups.id() + QLatin1Char('\n') + joined(stateText(ups), figureText(ups));
     const QStringList words = filter.words.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     return std::all_of(words.cbegin(), words.cend(), [&all](const QString &word) {
         return all.contains(word, Qt::CaseInsensitive);
@@ -282,23 +301,54 @@ void FleetView::arrange()
     layOut();
 }
 
+/// Where all tiles have room, they are wide rather than many in a row.
+int FleetView::columnsFor(int width, int titleHeight, int tileHeight) const
+{
+    const int gap = Theme::px(gapUnits);
+    int count = std::max(1, width / (Theme::px(tileUnits) + gap));
+    const auto fits = [&](int wanted) {
+        if (width / wanted - gap > Theme::px(widestUnits))
+            return false;
+        int height = 0;
+        const int all = int(order.size());
+        for (int position = 0; position < all && height <= viewport()->height();) {
+            const QString &group = siteAt(position);
+            const int begin = position;
+            while (position < all && siteAt(position) == group)
+                ++position;
+            height += titleHeight + (position - begin + wanted - 1) / wanted * (tileHeight + gap);
+        }
+        return height <= viewport()->height();
+    };
+    // More than this cannot fit.
+    constexpr std::size_t most = 500;
+    while (count > 1 && order.size() <= most && fits(count - 1))
+        --count;
+    return count;
+}
+
+const QString &FleetView::siteAt(int position) const
+{
+    return entries[std::size_t(order[std::size_t(position)])].ups->site();
+}
+
 void FleetView::layOut()
 {
     const int gap = Theme::px(gapUnits);
     const int width = viewport()->width() - gap;
-    columns = std::max(1, width / (Theme::px(tileUnits) + gap));
-    tileWidth = std::max(1, width / columns - gap);
     const int tileHeight = std::max(Theme::touchSize(), Theme::px(tileHeightUnits));
     const int titleHeight =
         std::max(Theme::px(titleUnits), QFontMetrics(Theme::font(Theme::Normal, true)).height());
+    columns = columnsFor(width, titleHeight, tileHeight);
+    tileWidth = std::max(1, width / columns - gap);
     lines.clear();
     int y = 0;
     int position = 0;
     const int all = int(order.size());
     while (position < all) {
-        const QString group = entries[std::size_t(order[std::size_t(position)])].ups->site();
+        const QString group = siteAt(position);
         int end = position;
-        while (end < all && entries[std::size_t(order[std::size_t(end)])].ups->site() == group)
+        while (end < all && siteAt(end) == group)
             ++end;
         const QString count = tr("%n UPS(es)", nullptr, end - position)
                                   .replace(QStringLiteral("(es)"),

@@ -76,6 +76,8 @@ private:
     void changed(UpsModel *ups);
     void arrange();
     void layOut();
+    int columnsFor(int width, int titleHeight, int tileHeight) const;
+    const QString &siteAt(int position) const;
     void place();
     void paintTitles(QPainter *painter);
     void focusOn(int position);
