@@ -139,7 +139,8 @@ QPixmap tabFace(Pictogram image, const QString &name, bool chosen, QSize size, b
         const QFontMetrics metrics(painter.font());
         const int height = metrics.height();
         const int wide = std::max(metrics.horizontalAdvance(badge) + height / 2, height);
-        const int right = std::min((size.width() + side) / 2 + wide * 3 / 4, size.width() - 6);
+        // On the drawing's upper right corner.
+        const int right = std::min((size.width() + side + wide) / 2, size.width() - 6);
         const QRect plate(right - wide, std::max((above - side) / 2 - height / 4, 1), wide, height);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(railColor, 2));
@@ -215,8 +216,10 @@ ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
             follow(first);
     });
     connect(site, &SiteModel::problemsChanged, this, [this] {
-        const QStringList problems = site->problems().values();
-        nobody.take(Snapshot::lost(QString(), problems.value(0)));
+        nobody.take(Snapshot::lost(QString(), site->worstProblem()));
+        // Without a page that lists them.
+        if (!fleet && site->problemCount() > 0)
+            say(site->worstProblem());
     });
     applyScale();
 }
@@ -331,6 +334,7 @@ void ConsoleWindow::makeTabs()
         };
         connect(site, &SiteModel::changed, this, later);
         connect(site, &SiteModel::added, this, later);
+        connect(site, &SiteModel::problemsChanged, this, later);
     }
     addTab(tr("Overview"), Pictogram::Overview, overview, systemState);
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
@@ -569,7 +573,7 @@ void ConsoleWindow::showSite()
     const auto counts = site->counts();
     const int bad = counts.at(std::size_t(Severity::Critical)) +
                     counts.at(std::size_t(Severity::Warning)) +
-                    counts.at(std::size_t(Severity::Unknown));
+                    counts.at(std::size_t(Severity::Unknown)) + site->problemCount();
     Tab &tab = tabs.front();
     constexpr int most = 99;
     const QString badge = bad == 0     ? QString()
@@ -588,11 +592,17 @@ void ConsoleWindow::showSite()
     upsName->setText(tr("All UPSes (%1)").arg(site->count()));
     simulatedMark->hide();
     const UpsModel *worst = site->worst();
-    const bool calm = severity == Severity::Normal || !worst;
+    const QString text = countText(*site);
+    // The worst first: a UPS, a server, or both.
+    QStringList details;
+    if (worst && worst->severity() != Severity::Normal)
+        details += worst->title() + QStringLiteral(": ") + worst->headline().text;
+    const int place = worst && worst->severity() == Severity::Critical ? int(details.size()) : 0;
+    if (!site->problems().isEmpty())
+        details.insert(place, site->worstProblem());
     banner->showSite(site->count() == 0 ? Severity::Unknown : severity,
-                     site->count() == 0 ? tr("No UPS is known yet") : countText(*site),
-                     calm ? QString()
-                          : worst->title() + QStringLiteral(": ") + worst->headline().text);
+                     text.isEmpty() ? tr("No UPS is known yet") : text,
+                     details.join(Theme::separator()));
 }
 
 void ConsoleWindow::showTabStates()

@@ -30,11 +30,17 @@ QString wordOf(Severity severity)
 QString countText(const SiteModel &site)
 {
     const auto counts = site.counts();
+    const int servers = site.problemCount();
     QStringList parts;
     for (const Severity severity : shownSeverities) {
         const int count = counts.at(std::size_t(severity));
         if (count > 0)
             parts += QStringLiteral("%1 %2").arg(count).arg(wordOf(severity));
+        // What is behind a server that cannot be read matters as much as UPSes without
+        // communication.
+        if (severity == Severity::Critical && servers > 0)
+            parts += servers == 1 ? FleetPage::tr("1 server problem")
+                                  : FleetPage::tr("%1 server problems").arg(servers);
     }
     return parts.join(Theme::separator());
 }
@@ -116,9 +122,9 @@ void FleetPage::showCounts()
 void FleetPage::showProblems()
 {
     QStringList texts;
-    const QMap<QString, QString> &all = site->problems();
+    const QMap<QString, SiteProblem> &all = site->problems();
     for (auto one = all.cbegin(); one != all.cend(); ++one)
-        texts += one.key() + QStringLiteral(": ") + one.value();
+        texts += one.key() + QStringLiteral(": ") + one.value().text;
     problems->setText(texts.join(Theme::separator()));
     problems->setVisible(!texts.isEmpty());
 }

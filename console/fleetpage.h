@@ -45,5 +45,6 @@ private:
     FleetView *view;
 };
 
-/// The counts of @p site in words, the worst first: "2 critical · 3 warning · 995 normal".
+/// The counts of @p site in words, the worst first: "2 critical · 1 server problem · 3 warning ·
+/// 995 normal".
 QString countText(const SiteModel &site);

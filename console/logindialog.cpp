@@ -12,6 +12,21 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
+namespace {
+
+/// Who reads the password on its way.
+QString wayText(const CommandServer &server)
+{
+    if (server.isEncrypted)
+        return LoginDialog::tr("The connection is encrypted, and its certificate is checked.");
+    return server.isLocal
+               ? LoginDialog::tr("The connection is not encrypted. It stays on this machine.")
+               : LoginDialog::tr("The connection is NOT encrypted: others on the network may read "
+                                 "the password.");
+}
+
+} // namespace
+
 LoginDialog::LoginDialog(UpsModel *askedUps, QWidget *parent)
     : QDialog(parent)
     , ups(askedUps)
@@ -37,9 +52,21 @@ LoginDialog::LoginDialog(UpsModel *askedUps, QWidget *parent)
     Theme::setText(keeps, Theme::Normal);
     answer->setObjectName(QStringLiteral("answer"));
     answer->setWordWrap(true);
-    answer->setText(tr("The server of %1 takes commands of its users alone.").arg(ups->title()));
+    const CommandServer server = ups->commandServer();
+    auto *place = Theme::label(this, Theme::Normal, true,
+                               server.address.isEmpty() ? tr("User for %1").arg(ups->title())
+                                                        : tr("User for %1").arg(server.address));
+    place->setObjectName(QStringLiteral("place"));
+    auto *way = Theme::label(this, Theme::Normal, false,
+                             server.address.isEmpty() ? QString() : wayText(server));
+    way->setObjectName(QStringLiteral("way"));
+    way->setWordWrap(true);
+    way->setVisible(!way->text().isEmpty());
+    answer->setText(tr("The server of %1 takes commands from its users only.").arg(ups->title()));
     auto *layout = new QFormLayout(this);
     layout->setSizeConstraint(QLayout::SetMinimumSize);
+    layout->addRow(place);
+    layout->addRow(way);
     layout->addRow(answer);
     layout->addRow(Theme::label(this, Theme::Normal, false, tr("User")), user);
     layout->addRow(Theme::label(this, Theme::Normal, false, tr("Password")), password);
@@ -59,6 +86,7 @@ void LoginDialog::ask()
 {
     if (!ups)
         return;
+    isAsking = true;
     buttons->button(QDialogButtonBox::Ok)->setEnabled(false);
     answer->setText(tr("Asking the server …"));
     ups->logIn(user->text(), password->text());
@@ -66,6 +94,10 @@ void LoginDialog::ask()
 
 void LoginDialog::takeAnswer(CommandOutcome outcome, const QString &text)
 {
+    // Another one may be checked meanwhile.
+    if (!isAsking)
+        return;
+    isAsking = false;
     buttons->button(QDialogButtonBox::Ok)->setEnabled(true);
     if (outcome != CommandOutcome::Done) {
         answer->setText(sentence(text) + QLatin1Char('.'));

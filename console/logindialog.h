@@ -29,6 +29,7 @@ private:
     void takeAnswer(CommandOutcome outcome, const QString &text);
 
     QPointer<UpsModel> ups;
+    bool isAsking = false;
     QLineEdit *user;
     QLineEdit *password;
     QCheckBox *keeps;

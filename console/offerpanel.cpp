@@ -26,7 +26,7 @@
 namespace {
 
 constexpr int buttonUnits = 40;
-constexpr int mostButtonUnits = 210;
+constexpr int mostButtonUnits = 260;
 
 QLabel *glassLabel(QWidget *parent, const QColor &color, const QString &text)
 {
@@ -92,7 +92,10 @@ void OfferPanel::build()
     editors.clear();
     rows.clear();
     commandGrid = nullptr;
+    settingGrid = nullptr;
     userText = nullptr;
+    logInButton = nullptr;
+    logOutButton = nullptr;
     const bool any = model && model->needsUser() &&
                      !(model->offer().commands.isEmpty() && model->offer().settings.isEmpty());
     setVisible(any);
@@ -140,14 +143,18 @@ void OfferPanel::addUserRow()
     auto *row = new QWidget(this);
     auto *grid = new QGridLayout(row);
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->setColumnStretch(1, 1);
-    AeroButton *logIn = addButton(row, tr("Log in …"));
-    logIn->setObjectName(QStringLiteral("logIn"));
-    connect(logIn, &AeroButton::clicked, this, &OfferPanel::askForUser);
+    grid->setColumnStretch(2, 1);
+    logInButton = addButton(row, tr("Log in …"));
+    logInButton->setObjectName(QStringLiteral("logIn"));
+    connect(logInButton, &AeroButton::clicked, this, [this] { askForUser(); });
+    logOutButton = addButton(row, tr("Log out"));
+    logOutButton->setObjectName(QStringLiteral("logOut"));
+    connect(logOutButton, &AeroButton::clicked, this, &OfferPanel::logOut);
     userText = glassLabel(row, Glass::textColor, QString());
     userText->setObjectName(QStringLiteral("commandUser"));
-    grid->addWidget(logIn, 0, 0);
-    grid->addWidget(userText, 0, 1);
+    grid->addWidget(logInButton, 0, 0);
+    grid->addWidget(logOutButton, 0, 1);
+    grid->addWidget(userText, 0, 2);
     parts.push_back(row);
     column->addWidget(row);
 }
@@ -176,7 +183,9 @@ void OfferPanel::addCommands()
                        QLatin1Char('\n') + tr("Hold for two seconds.");
                 guard(button, consequence, act);
             } else {
-                connect(button, &AeroButton::clicked, this, [=] { give(act); });
+                const QString words = wordsOf(name);
+                connect(button, &AeroButton::clicked, this,
+                        [=] { give(words, Danger::None, act); });
             }
             button->setAccessibleDescription(text);
             rows.push_back(
@@ -211,6 +220,7 @@ void OfferPanel::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     arrangeRows();
+    arrangeSettings();
 }
 
 void OfferPanel::addSettings()
@@ -229,7 +239,8 @@ void OfferPanel::addSettings()
         const auto act = [this, name, value] { model->set(name, value()); };
         const QString consequence = consequenceOfSetting(setting.name);
         if (consequence.isEmpty())
-            connect(editor.apply, &AeroButton::clicked, this, [=] { give(act); });
+            connect(editor.apply, &AeroButton::clicked, this,
+                    [=] { give(wordsOf(name), Danger::None, act); });
         else
             guard(editor.apply, consequence, act);
         const bool described = !setting.description.isEmpty() &&
@@ -237,12 +248,32 @@ void OfferPanel::addSettings()
         QLabel *label = glassLabel(box, Glass::textColor,
                                    described ? setting.description : wordsOf(setting.name));
         label->setToolTip(setting.name);
-        const int row = grid->rowCount();
-        grid->addWidget(label, row, 0, 1, 2);
-        grid->addWidget(editor.control, row, 2);
-        grid->addWidget(editor.apply, row, 3);
+        editor.label = label;
         editors.push_back(editor);
     }
+    settingGrid = grid;
+    settingsAreStacked.reset();
+    arrangeSettings();
+}
+
+/// A setting beside its name, or below it where there is little room.
+void OfferPanel::arrangeSettings()
+{
+    constexpr int narrowUnits = 520;
+    const bool stacked = width() < Theme::px(narrowUnits);
+    if (!settingGrid || stacked == settingsAreStacked)
+        return;
+    settingsAreStacked = stacked;
+    int row = 0;
+    for (const Editor &editor : editors) {
+        settingGrid->addWidget(editor.label, row, 0, 1, stacked ? 3 : 1);
+        row += stacked ? 1 : 0;
+        settingGrid->addWidget(editor.control, row, 1);
+        settingGrid->addWidget(editor.apply, row, 2);
+        ++row;
+    }
+    settingGrid->setColumnStretch(0, stacked ? 0 : 1);
+    settingGrid->setColumnStretch(1, stacked ? 1 : 0);
 }
 
 OfferPanel::Editor OfferPanel::makeEditor(QWidget *box, const OfferedSetting &setting)
@@ -311,34 +342,68 @@ void OfferPanel::guard(AeroButton *button, const QString &consequence,
             [=] { Q_EMIT said(tr("%1: not given. Hold for two seconds.").arg(words)); });
     connect(guarding, &HoldGuard::armed, this,
             [=] { Q_EMIT said(tr("%1 Press again to confirm.").arg(consequence)); });
-    connect(guarding, &HoldGuard::held, this, [=] { give(act); });
+    connect(guarding, &HoldGuard::held, this, [=] { give(words, Danger::Asks, act); });
 }
 
-void OfferPanel::give(const std::function<void()> &act)
+/// Gives a command as soon as there is a user. What is dangerous is not given long after the press:
+/// it must be pressed again.
+void OfferPanel::give(const QString &words, Danger danger, const std::function<void()> &act)
 {
     if (!model)
         return;
-    if (model->needsUser() && model->user().isEmpty())
-        askForUser();
-    else
+    if (!model->needsUser() || !model->user().isEmpty()) {
         act();
+        return;
+    }
+    askForUser([=] {
+        if (danger == Danger::None)
+            act();
+        else
+            Q_EMIT said(tr("%1: not given yet. Hold it for two seconds again.").arg(words));
+    });
 }
 
-void OfferPanel::askForUser()
+void OfferPanel::askForUser(const std::function<void()> &then)
 {
     if (!model)
         return;
     auto *dialog = new LoginDialog(model, window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &LoginDialog::keep, this, &OfferPanel::keepUser);
+    const QPointer<UpsModel> asked = model;
+    connect(dialog, &QDialog::accepted, this, [this, asked, then] {
+        refresh();
+        // Another UPS may be shown by now.
+        if (!asked || asked != model)
+            return;
+        if (then)
+            then();
+        else
+            Q_EMIT said(tr("Logged in as %1.").arg(model->user()));
+    });
     dialog->open();
+}
+
+void OfferPanel::logOut()
+{
+    if (!model)
+        return;
+    const QString user = model->user();
+    model->logOut();
+    refresh();
+    Q_EMIT said(tr("%1 is logged out.").arg(user));
 }
 
 void OfferPanel::enableEditors()
 {
     for (const Editor &editor : editors) {
         const QString value = editor.value();
-        editor.apply->setEnabled(value != editor.shown && !value.isEmpty());
+        const bool differs = value != editor.shown && !value.isEmpty();
+        editor.apply->setEnabled(differs);
+        // Disabled glass is light, which on dark would draw the eye.
+        constexpr double faint = 0.25;
+        editor.apply->setOpacity(differs ? 1.0 : faint);
+        editor.apply->setColorText(differs ? Glass::textColor : Glass::faintColor);
     }
 }
 
@@ -346,8 +411,23 @@ void OfferPanel::refresh()
 {
     if (!model || !userText)
         return;
-    userText->setText(model->user().isEmpty() ? tr("Nobody is logged in. Commands ask for a user.")
-                                              : tr("Commands are given as %1.").arg(model->user()));
+    const QString server = model->commandServer().address;
+    QStringList sentences;
+    if (!model->user().isEmpty()) {
+        sentences += server.isEmpty()
+                         ? tr("Commands are given as %1.").arg(model->user())
+                         : tr("Commands are given as %1 to %2.").arg(model->user(), server);
+    } else {
+        if (!model->userProblem().isEmpty())
+            sentences += model->userProblem() + QLatin1Char('.');
+        sentences += tr("Nobody is logged in. Commands ask for a user.");
+    }
+    const QString text = sentences.join(QLatin1Char(' '));
+    if (userText->text() != text)
+        userText->setText(text);
+    logInButton->setText(model->user().isEmpty() ? tr("Log in …") : tr("Other user …"));
+    logInButton->setAccessibleName(logInButton->text());
+    logOutButton->setVisible(!model->user().isEmpty());
     const QHash<QString, QString> &variables = model->snapshot().variables;
     for (Editor &editor : editors) {
         const auto now = variables.constFind(editor.name);
@@ -372,7 +452,8 @@ void OfferPanel::applyScale()
         grid->setHorizontalSpacing(Theme::px(Theme::margin));
         grid->setVerticalSpacing(Theme::px(Theme::spacing));
     }
-    const QFontMetrics metrics(Theme::font(Theme::Normal));
+    // Glass buttons have bold texts.
+    const QFontMetrics metrics(Theme::font(Theme::Normal, true));
     int width = 0;
     for (const AeroButton *button : buttons)
         width = std::max(width, metrics.horizontalAdvance(button->text()) + Theme::px(28));

@@ -8,6 +8,7 @@
 #include <QtWidgets/QWidget>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 class AeroButton;
@@ -42,6 +43,7 @@ private:
     struct Editor
     {
         QString name;
+        QLabel *label;
         QWidget *control;
         std::function<QString()> value;
         std::function<void(const QString &)> show;
@@ -62,10 +64,13 @@ private:
     void addUserRow();
     void addCommands();
     void addSettings();
+    void arrangeSettings();
     Editor makeEditor(QWidget *box, const OfferedSetting &setting);
     void guard(AeroButton *button, const QString &consequence, const std::function<void()> &act);
-    void give(const std::function<void()> &act);
-    void askForUser();
+    enum class Danger { None, Asks };
+    void give(const QString &words, Danger danger, const std::function<void()> &act);
+    void askForUser(const std::function<void()> &then = {});
+    void logOut();
     void enableEditors();
 
     QPointer<UpsModel> model;
@@ -77,5 +82,9 @@ private:
     QGridLayout *commandGrid = nullptr;
     int columns = 0;
     std::vector<Editor> editors;
+    QGridLayout *settingGrid = nullptr;
+    std::optional<bool> settingsAreStacked; // unknown before they are placed
+    AeroButton *logInButton = nullptr;
+    AeroButton *logOutButton = nullptr;
     QLabel *userText = nullptr;
 };

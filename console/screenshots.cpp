@@ -109,7 +109,6 @@ LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, cons
             return LiveScreenshots::Taken;
     }
     *error = QStringLiteral("no UPS is reached: ") +
-             (site.count() > 0 ? site.at(0)->snapshot().reason
-                               : QStringList(site.problems().values()).join(QStringLiteral(", ")));
+             (site.count() > 0 ? site.at(0)->snapshot().reason : site.worstProblem());
     return LiveScreenshots::OfNoUps;
 }

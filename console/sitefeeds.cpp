@@ -146,12 +146,17 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
                          .arg(entry.host.toString());
             return false;
         }
+        const QString source = entry.host.toString();
+        connect(server->link.get(), &NutServerFeed::userChecked, this,
+                [this, source](const QString &name, CommandOutcome outcome, const QString &text) {
+                    if (outcome != CommandOutcome::Failed)
+                        takeUser(source, name, outcome == CommandOutcome::Done ? QString() : text);
+                });
         for (const UpsEntry &ups : entry.upses)
             addUps(server->link.get(), entry, ups, false);
         if (!entry.all)
             continue;
         site->setGrowing(true);
-        const QString source = entry.host.toString();
         connect(server->link.get(), &NutServerFeed::found, this,
                 [this, server](const QVector<NutUps> &all) { takeFound(*server, all); });
         connect(server->link.get(), &NutServerFeed::lost, this,
@@ -208,7 +213,8 @@ void SiteFeeds::start()
     for (const auto &server : servers) {
         if (!server->entry.all)
             continue;
-        site->setProblem(server->entry.host.toString(), QStringLiteral("connecting"));
+        site->setProblem(server->entry.host.toString(), QStringLiteral("connecting"),
+                         Severity::Normal);
         server->link->discover();
     }
 }
@@ -219,22 +225,30 @@ bool SiteFeeds::keepUser(const QString &path, const QString &upsId, const QStrin
     const std::optional<NutAddress> ups = NutAddress::parse(upsId, error);
     if (!ups || path.isEmpty())
         return false;
-    QVector<Credentials> all;
+    QByteArray text;
     if (QFile::exists(path)) {
         // One that cannot be read is not replaced either.
-        const std::optional<QByteArray> text = readPrivateFile(path, mostSiteBytes, error);
-        const std::optional<QVector<Credentials>> read =
-            text ? parseCredentials(*text, path, error) : std::nullopt;
-        if (!read)
+        const std::optional<QByteArray> present = readPrivateFile(path, mostSiteBytes, error);
+        if (!present)
             return false;
-        all = *read;
+        text = *present;
     }
-    const NutHost host = ups->server();
-    all.erase(std::remove_if(all.begin(), all.end(),
-                             [&host](const Credentials &one) { return one.host == host; }),
-              all.end());
-    all.append({host, user, password});
-    return writePrivateFile(path, credentialsText(all), error);
+    const std::optional<QByteArray> changed =
+        withCredentials(text, {ups->server(), user, password}, path, error);
+    return changed && writePrivateFile(path, *changed, error);
+}
+
+/// Reports a user whom @p server refuses, until it takes one.
+void SiteFeeds::takeUser(const QString &server, const QString &user, const QString &problem)
+{
+    const QString before = refusedUsers.take(server);
+    if (!before.isEmpty())
+        site->setProblem(before, QString());
+    if (problem.isEmpty())
+        return;
+    const QString source = user + QLatin1Char('@') + server;
+    refusedUsers.insert(server, source);
+    site->setProblem(source, problem, Severity::Warning);
 }
 
 void SiteFeeds::addUps(NutServerFeed *link, const ServerEntry &entry, const UpsEntry &ups,
@@ -254,7 +268,8 @@ void SiteFeeds::addUps(NutServerFeed *link, const ServerEntry &entry, const UpsE
 void SiteFeeds::takeFound(const Server &server, const QVector<NutUps> &all)
 {
     site->setProblem(server.entry.host.toString(),
-                     all.isEmpty() ? QStringLiteral("the server has no UPS") : QString());
+                     all.isEmpty() ? QStringLiteral("the server has no UPS") : QString(),
+                     Severity::Warning);
     for (const NutUps &ups : all) {
         // What the server describes names a UPS, unless it is the default of an empty file.
         const bool described = ups.description != QLatin1String("Description unavailable");

@@ -37,7 +37,8 @@ public:
     void start();
     /// The feed of a UPS that a Prometheus server knows; null for any other.
     PromFeed *promFeed(const QString &upsId) const;
-    /// Adds a user of the server of @p upsId to those in the file @p path, or replaces them there.
+    /// Adds a user of the server of @p upsId to those in the file @p path, or replaces the server's
+    /// user there; the rest of the file stays as it is.
     /// @return false with the reason in @p error.
     bool keepUser(const QString &path, const QString &upsId, const QString &user,
                   const QString &password, QString *error);
@@ -51,6 +52,7 @@ private:
 
     bool addPrometheus(const PromEntry &entry, QString *error);
     void addUps(NutServerFeed *link, const ServerEntry &entry, const UpsEntry &ups, bool begin);
+    void takeUser(const QString &server, const QString &user, const QString &problem);
     void takeFound(const Server &server, const QVector<NutUps> &all);
 
     SiteModel *site;
@@ -58,4 +60,5 @@ private:
     std::vector<std::unique_ptr<NutFeed>> feeds;
     std::vector<std::unique_ptr<PromSource>> sources;
     QHash<QString, PromFeed *> promFeeds; // the sources' own, by id
+    QHash<QString, QString> refusedUsers; // as problems of the site, by server
 };

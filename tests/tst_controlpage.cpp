@@ -5,6 +5,7 @@
 #include "feed/nutfeed.h"
 #include "holdguard.h"
 #include "logindialog.h"
+#include "sitefeeds.h"
 
 #include "mouse.h"
 #include "nutserver.h"
@@ -63,15 +64,29 @@ public:
     {
         return who;
     }
+    CommandServer commandServer() const override
+    {
+        return server;
+    }
+    QString userProblem() const override
+    {
+        return problem;
+    }
+    void logOut() override
+    {
+        who.clear();
+    }
     void logIn(const QString &user, const QString &password) override
     {
-        who = user;
         const bool right = password == QLatin1String("right");
+        who = right ? user : QString();
         Q_EMIT userChecked(right ? CommandOutcome::Done : CommandOutcome::Refused,
                            right ? QString() : text("the server refuses this user"));
     }
 
     Offer offer;
+    CommandServer server = {text("nut1.example:3493"), true, false};
+    QString problem;
     QString who = text("oper");
     QStringList given;
     int asked = 0;
@@ -142,11 +157,18 @@ private Q_SLOTS:
     void dangerousSetting();
     void editedValueStays();
     void asksForAUser();
+    void dangerousAgainAfterTheLogin();
+    void dialogSaysWhereThePasswordGoes_data();
+    void dialogSaysWhereThePasswordGoes();
+    void logsOut();
+    void refusedUserShows();
     void keepsAUserOnlyWhenAsked();
     void outcomesAreSaid_data();
     void outcomesAreSaid();
     void simulatorHasItsOwnGroup();
     void realServer();
+    void usersOfAFileAreChecked_data();
+    void usersOfAFileAreChecked();
 
 private:
     template <typename T>
@@ -158,6 +180,7 @@ private:
     {
         return find<QLabel>("message")->text();
     }
+    void logIn();
     void show(UpsFeed *shown)
     {
         ups->setFeed(shown);
@@ -458,8 +481,99 @@ void ControlPageTest::asksForAUser()
     ok->click();
     QTRY_VERIFY(!find<LoginDialog>("login"));
     QVERIFY(find<QLabel>("commandUser")->text().contains(text("oper")));
+    // The harmless command that asked for the user goes on.
+    QCOMPARE(feed->given, QStringList{text("beeper.disable ")});
     QTest::mouseClick(find<AeroButton>("beeper.disable"), Qt::LeftButton);
-    QCOMPARE(feed->given.size(), 1);
+    QCOMPARE(feed->given.size(), 2);
+}
+
+void ControlPageTest::logIn()
+{
+    auto *dialog = find<LoginDialog>("login");
+    QVERIFY(dialog);
+    dialog->findChild<QLineEdit *>(text("user"))->setText(text("oper"));
+    dialog->findChild<QLineEdit *>(text("password"))->setText(text("right"));
+    dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
+    QTRY_VERIFY(!find<LoginDialog>("login"));
+}
+
+/// A dangerous command is not given some time after its press: its operator presses again.
+void ControlPageTest::dangerousAgainAfterTheLogin()
+{
+    feed->who.clear();
+    show(feed.get());
+    QTest::mousePress(find<AeroButton>("load.off"), Qt::LeftButton);
+    QTRY_VERIFY(find<LoginDialog>("login"));
+    QTest::mouseRelease(find<AeroButton>("load.off"), Qt::LeftButton);
+    logIn();
+    QVERIFY(feed->given.isEmpty());
+    QCOMPARE(message(), text("Load off: not given yet. Hold it for two seconds again."));
+    QTest::mousePress(find<AeroButton>("load.off"), Qt::LeftButton);
+    QTRY_COMPARE(feed->given, QStringList{text("load.off ")});
+}
+
+void ControlPageTest::dialogSaysWhereThePasswordGoes_data()
+{
+    QTest::addColumn<bool>("encrypted");
+    QTest::addColumn<bool>("local");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("encrypted") << true << false << "is encrypted, and its certificate is checked";
+    QTest::newRow("open") << false << false << "NOT encrypted";
+    QTest::newRow("local") << false << true << "stays on this machine";
+}
+
+void ControlPageTest::dialogSaysWhereThePasswordGoes()
+{
+    QFETCH(bool, encrypted);
+    QFETCH(bool, local);
+    QFETCH(QString, words);
+    feed->server = {text("nut1.example:3493"), encrypted, local};
+    show(feed.get());
+    QTest::mouseClick(find<AeroButton>("logIn"), Qt::LeftButton);
+    const auto *dialog = find<LoginDialog>("login");
+    QVERIFY(dialog);
+    QCOMPARE(dialog->findChild<QLabel *>(text("place"))->text(),
+             text("User for nut1.example:3493"));
+    const auto *way = dialog->findChild<QLabel *>(text("way"));
+    QVERIFY(way->isVisible());
+    QVERIFY2(way->text().contains(words), qPrintable(way->text()));
+}
+
+void ControlPageTest::logsOut()
+{
+    feed->who.clear();
+    show(feed.get());
+    auto *out = find<AeroButton>("logOut");
+    QVERIFY(!out->isVisible());
+    QTest::mouseClick(find<AeroButton>("logIn"), Qt::LeftButton);
+    logIn();
+    QCOMPARE(message(), text("Logged in as oper."));
+    QVERIFY(out->isVisible());
+    QCOMPARE(find<QLabel>("commandUser")->text(),
+             text("Commands are given as oper to nut1.example:3493."));
+    QTest::mouseClick(out, Qt::LeftButton);
+    QCOMPARE(message(), text("oper is logged out."));
+    QVERIFY(!out->isVisible());
+    QVERIFY(find<QLabel>("commandUser")->text().contains(text("Nobody is logged in")));
+    QTest::mouseClick(find<AeroButton>("beeper.disable"), Qt::LeftButton);
+    QVERIFY(find<LoginDialog>("login"));
+    QVERIFY(feed->given.isEmpty());
+}
+
+/// A user from a file whom the server refuses shows before anybody gives a command.
+void ControlPageTest::refusedUserShows()
+{
+    show(feed.get());
+    feed->who.clear();
+    feed->problem = text("oper: the user's password is <b>wrong</b>");
+    Q_EMIT feed->userChecked(CommandOutcome::Refused, QString());
+    const auto *label = find<QLabel>("commandUser");
+    QVERIFY2(label->text().contains(feed->problem), qPrintable(label->text()));
+    QCOMPARE(label->textFormat(), Qt::PlainText);
+    QTest::mouseClick(find<AeroButton>("logIn"), Qt::LeftButton);
+    logIn();
+    feed->problem.clear();
+    QVERIFY(!label->text().contains(text("wrong")));
 }
 
 void ControlPageTest::keepsAUserOnlyWhenAsked()
@@ -564,6 +678,60 @@ void ControlPageTest::realServer()
     ups->run(text("test.failure.start"));
     QTRY_VERIFY_WITH_TIMEOUT(message().contains(text("failed")), patience);
     ups->setFeed(nullptr);
+}
+
+void ControlPageTest::usersOfAFileAreChecked_data()
+{
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<bool>("right");
+    QTest::newRow("right") << "secret" << true;
+    QTest::newRow("wrong") << "other" << false;
+}
+
+/// At the connection, without a command; the values are read whatever comes of it.
+void ControlPageTest::usersOfAFileAreChecked()
+{
+    QFETCH(QString, password);
+    QFETCH(bool, right);
+    NutServer server;
+    server.useDriver(QStringLiteral(KIV_UPS_DRIVER));
+    QVERIFY(server.writeUsers("[oper]\n  password = secret\n  actions = SET\n  instcmds = ALL\n"));
+    QVERIFY2(server.start(), qPrintable(server.problem()));
+    ServerEntry entry;
+    entry.host = {text("127.0.0.1"), server.port()};
+    entry.upses.append({text("demo"), {}, {}});
+    SiteEntries entries;
+    entries.servers.append(entry);
+    SiteModel real;
+    SiteFeeds feeds(&real);
+    QString error;
+    QVERIFY2(feeds.add(entries, {{entry.host, text("oper"), password}}, &error), qPrintable(error));
+    window = std::make_unique<ConsoleWindow>(&real);
+    window->showPage(int(window->pageNames().indexOf(text("control"))));
+    window->show();
+    int checked = 0;
+    connect(real.at(0), &UpsModel::userChecked, this, [&checked] { ++checked; });
+    feeds.start();
+    QTRY_COMPARE_WITH_TIMEOUT(checked, 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(real.at(0)->headline().state, text("On line"), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(find<QLabel>("commandUser"), patience);
+    const QString shown = find<QLabel>("commandUser")->text();
+    const QString why = text("the user's name, password or rights are wrong");
+    if (right) {
+        QVERIFY2(shown.contains(text("given as oper")), qPrintable(shown));
+        QVERIFY(real.problems().isEmpty());
+    } else {
+        QVERIFY2(shown.contains(why), qPrintable(shown));
+        QVERIFY(real.at(0)->user().isEmpty());
+        QCOMPARE(real.problems().value(text("oper@") + entry.host.toString()).text, why);
+        QVERIFY2(message().contains(why), qPrintable(message()));
+        real.at(0)->logIn(text("oper"), text("secret"));
+        QTRY_COMPARE_WITH_TIMEOUT(checked, 2, patience);
+        QVERIFY(real.problems().isEmpty());
+    }
+    // Nothing came to the driver.
+    QCOMPARE(server.handed(), QByteArrayList());
+    window.reset();
 }
 
 KIV_TEST_MAIN(ControlPageTest)

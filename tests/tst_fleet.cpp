@@ -80,6 +80,7 @@ private Q_SLOTS:
     void everyTileByKeyboard();
     void upsesFoundLater();
     void problemsOfServers();
+    void unreachableServersCount();
     void textsStayPlain();
     void oneUpsHasNoFleet();
     void signsFollowTheTheme();
@@ -327,6 +328,44 @@ void FleetTest::problemsOfServers()
     QCOMPARE(problems->text(), QStringLiteral("host:3493: connection refused"));
     site.setProblem(QStringLiteral("host:3493"), QString());
     QVERIFY(problems->isHidden());
+}
+
+/// A server that is not reached is as bad as a UPS that is not, and has its name in the banner.
+void FleetTest::unreachableServersCount()
+{
+    const auto site = siteOf(3);
+    const QString server = QStringLiteral("nut2.example:3493");
+    ConsoleWindow window(site.get());
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const auto *headline = window.findChild<QLabel *>(QStringLiteral("headline"));
+    const auto *detail = window.findChild<QLabel *>(QStringLiteral("condition"));
+    const auto *sign = window.findChild<QLabel *>(QStringLiteral("severity"));
+    const auto *tab = window.findChild<MetroTabicon *>(QStringLiteral("Fleet"));
+    site->setProblem(server, QStringLiteral("connecting"), Severity::Normal);
+    QTRY_COMPARE(detail->text(), server + QStringLiteral(": connecting"));
+    QCOMPARE(headline->text(), QStringLiteral("3 normal"));
+    QCOMPARE(tab->accessibleName(), QStringLiteral("Fleet"));
+
+    site->setProblem(server, QStringLiteral("connection refused"));
+    QTRY_COMPARE(headline->text(), QStringLiteral("1 server problem  ·  3 normal"));
+    QCOMPARE(detail->text(), server + QStringLiteral(": connection refused"));
+    QCOMPARE(sign->accessibleName(), nameOf(Severity::Unknown));
+    QVERIFY2(tab->accessibleName().contains(QStringLiteral("1 not in order")),
+             qPrintable(tab->accessibleName()));
+
+    // What is worse comes first.
+    site->at(1)->take(ups(QStringLiteral("u00001"), "OB LB"));
+    site->setProblem(QStringLiteral("nut3.example:3493"), QStringLiteral("host not found"));
+    QTRY_COMPARE(headline->text(), QStringLiteral("1 critical  ·  2 server problems  ·  2 normal"));
+    QVERIFY2(detail->text().startsWith(QStringLiteral("u00001: ")), qPrintable(detail->text()));
+    QVERIFY2(detail->text().contains(server), qPrintable(detail->text()));
+
+    site->at(1)->take(ups(QStringLiteral("u00001"), "OL"));
+    site->setProblem(server, QString());
+    site->setProblem(QStringLiteral("nut3.example:3493"), QString());
+    QTRY_COMPARE(headline->text(), QStringLiteral("3 normal"));
+    QCOMPARE(detail->text(), QString());
 }
 
 /// Names from a server are no markup, and no shortcut.

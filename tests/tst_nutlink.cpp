@@ -274,8 +274,10 @@ void NutLinkTest::notEncrypted_data()
     row("unknown authority", "unknown", ok, "an authority that is not trusted");
     row("no TLS", "right", "ERR FEATURE-NOT-CONFIGURED\n",
         "TLS is required, and the server offers none (FEATURE-NOT-CONFIGURED)");
-    row("another answer", "right", "220 hello\n", "the server's answer to STARTTLS is none");
-    row("no line", "right", QByteArray(100000, 'x'), "the server's answer to STARTTLS is none");
+    row("another answer", "right", "220 hello\n",
+        "the server does not answer STARTTLS as it should");
+    row("no line", "right", QByteArray(100000, 'x'),
+        "the server does not answer STARTTLS as it should");
     row("smuggled answer", "right", "OK STARTTLS\nOK\n", "the server sent data before TLS began");
     row("smuggled bytes", "right", "OK STARTTLS\nx", "the server sent data before TLS began");
 }

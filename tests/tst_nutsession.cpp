@@ -211,7 +211,8 @@ void NutSessionTest::users()
     QTRY_COMPARE_WITH_TIMEOUT(command.count, 1, patience);
     QCOMPARE(command.outcome, outcome);
     if (outcome == CommandOutcome::Refused)
-        QVERIFY2(command.text.contains(text("refuses this user")), qPrintable(command.text));
+        QVERIFY2(command.text.contains(text("password or rights are wrong")),
+                 qPrintable(command.text));
 }
 
 void NutSessionTest::aRightMayBeMissing()
@@ -254,7 +255,7 @@ void NutSessionTest::noConfirmation()
     QTRY_COMPARE_WITH_TIMEOUT(ending.count, 1, patience);
     QVERIFY(clock.elapsed() >= 1400);
     QCOMPARE(ending.outcome, CommandOutcome::Unconfirmed);
-    QCOMPARE(ending.text, text("no confirmation from the UPS after 1.5 s"));
+    QCOMPARE(ending.text, text("the UPS has not answered within 1.5 s"));
     QCOMPARE(NutSessionTimes().confirmation, 10000);
 }
 

@@ -25,6 +25,10 @@ private Q_SLOTS:
     void wrongCredentials_data();
     void wrongCredentials();
     void credentialsRoundTrip();
+    void keptUserChangesNothingElse_data();
+    void keptUserChangesNothingElse();
+    void unfitUsersAreNotKept_data();
+    void unfitUsersAreNotKept();
     void secretsOfOthersAreRefused_data();
     void secretsOfOthersAreRefused();
     void secretsAreWrittenForTheOwner();
@@ -235,7 +239,13 @@ void SiteFileTest::credentialsRoundTrip()
         {{QStringLiteral("::1"), 4000}, QStringLiteral("a b"), QStringLiteral("\"x=[y]#;é")},
         {{QStringLiteral("host"), 3493}, QStringLiteral("u"), QStringLiteral("[p]")}};
     QString error;
-    const auto read = parseCredentials(credentialsText(all), QStringLiteral("f"), &error);
+    QByteArray text;
+    for (const Credentials &one : all) {
+        const auto next = withCredentials(text, one, QStringLiteral("f"), &error);
+        QVERIFY2(next, qPrintable(error));
+        text = *next;
+    }
+    const auto read = parseCredentials(text, QStringLiteral("f"), &error);
     QVERIFY2(read, qPrintable(error));
     QCOMPARE(read->size(), 2);
     for (int i = 0; i < 2; ++i) {
@@ -243,6 +253,60 @@ void SiteFileTest::credentialsRoundTrip()
         QCOMPARE(read->at(i).user, all.at(i).user);
         QCOMPARE(read->at(i).password, all.at(i).password);
     }
+}
+
+void SiteFileTest::keptUserChangesNothingElse_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    const QByteArray notes =
+        "# Ours. Ask Kim.\n\n[a]\n; the night shift\nuser=x\npassword =  y z\n";
+    QTest::newRow("added") << notes << notes + "\n[host:3493]\nuser = u\npassword = p\n";
+    QTest::newRow("last line open")
+        << QByteArray("[a]\nuser=x\npassword=y")
+        << QByteArray("[a]\nuser=x\npassword=y\n\n[host:3493]\nuser = u\npassword = p\n");
+    QTest::newRow("replaced") << "[host]\n# day\n password=old\n# and\nuser=me\n\n" + notes
+                              << "[host]\n# day\npassword = p\n# and\nuser = u\n\n" + notes;
+    QTest::newRow("replaced, last") << notes + "[host:3493]\nuser=me\npassword=old"
+                                    << notes + "[host:3493]\nuser = u\npassword = p";
+    QTest::newRow("other line ends")
+        << QByteArray("\xef\xbb\xbf[host]\r\nuser=me\r\npassword=old\r\n")
+        << QByteArray("\xef\xbb\xbf[host]\r\nuser = u\r\npassword = p\r\n");
+}
+
+/// The file is its owner's, with their comments and other servers.
+void SiteFileTest::keptUserChangesNothingElse()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    QString error;
+    const Credentials user = {
+        {QStringLiteral("host"), 3493}, QStringLiteral("u"), QStringLiteral("p")};
+    const auto text = withCredentials(before, user, QStringLiteral("f"), &error);
+    QVERIFY2(text, qPrintable(error));
+    QCOMPARE(*text, after);
+}
+
+void SiteFileTest::unfitUsersAreNotKept_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QString>("password");
+    QTest::newRow("space before") << QByteArray() << " hunter2";
+    QTest::newRow("space after") << QByteArray("[host]\nuser=a\npassword=b\n") << "hunter2 ";
+    QTest::newRow("line end") << QByteArray() << "hunter2\n[other]\nuser = x\npassword = hunter2";
+    QTest::newRow("no text") << QByteArray("neither\n") << "hunter2";
+}
+
+void SiteFileTest::unfitUsersAreNotKept()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QString, password);
+    QString error;
+    QVERIFY(!withCredentials(before,
+                             {{QStringLiteral("host"), 3493}, QStringLiteral("u"), password},
+                             QStringLiteral("secrets"), &error));
+    QVERIFY2(error.startsWith(QStringLiteral("secrets")), qPrintable(error));
+    QVERIFY(!error.contains(QStringLiteral("hunter2")));
 }
 
 void SiteFileTest::secretsOfOthersAreRefused_data()
@@ -293,6 +357,13 @@ void SiteFileTest::secretsAreWrittenForTheOwner()
     QVERIFY(!readPrivateFile(path, 5, &error));
     QVERIFY2(error.contains(QStringLiteral("more than 5 bytes")), qPrintable(error));
     QVERIFY(!writePrivateFile(directory.filePath(QStringLiteral("no/such")), "x", &error));
+    // A link stays one, and nothing else is left behind.
+    const QString link = directory.filePath(QStringLiteral("link"));
+    QVERIFY(QFile::link(path, link));
+    QVERIFY2(writePrivateFile(link, "other", &error), qPrintable(error));
+    QVERIFY(QFileInfo(link).isSymLink());
+    QCOMPARE(*readPrivateFile(path, 6, &error), QByteArray("other"));
+    QCOMPARE(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
 }
 
 void SiteFileTest::onlyFilesAreRead()

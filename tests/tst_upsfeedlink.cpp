@@ -232,8 +232,7 @@ void TestUpsFeedLink::answersInPieces()
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
     feed.start();
-    QTRY_VERIFY(log.count() >= 3);
-    QCOMPARE(log.last().value(Quantity::Load), std::optional<double>(42.0));
+    QTRY_COMPARE(log.last().value(Quantity::Load), std::optional<double>(42.0));
 }
 
 void TestUpsFeedLink::refusedByCode_data()
@@ -435,7 +434,7 @@ void TestUpsFeedLink::closedAfterTheList()
     QTRY_VERIFY(!log.last().isLost());
     leaves = true;
     QTRY_VERIFY(log.last().isLost());
-    QTRY_COMPARE(log.last().reason, QStringLiteral("connection refused"));
+    QTRY_VERIFY(log.last().reason.startsWith(QStringLiteral("connection refused (")));
     verifyLost(log.last(), QStringLiteral("refused"));
 }
 
@@ -539,7 +538,7 @@ void TestUpsFeedLink::hostNotFound()
     feed.start();
     QTRY_VERIFY(log.count() >= 2);
     // Where there is no name service at all, the look-up itself may take its time.
-    QVERIFY2(log.last().reason == QLatin1String("host not found") ||
+    QVERIFY2(log.last().reason.startsWith(QStringLiteral("host not found (")) ||
                  log.last().reason.contains(QStringLiteral("no answer")),
              qPrintable(log.last().reason));
 }
@@ -556,7 +555,7 @@ void TestUpsFeedLink::comesBack()
         QTRY_VERIFY(!log.last().isLost());
         server.close();
         server.client()->abort();
-        QTRY_COMPARE(log.last().reason, QStringLiteral("connection refused"));
+        QTRY_VERIFY(log.last().reason.startsWith(QStringLiteral("connection refused (")));
         verifyLost(log.last(), QString());
         server.open(address.port);
     }

@@ -90,10 +90,30 @@ QString NutFeed::user() const
     return server ? server->session().user() : QString();
 }
 
+CommandServer NutFeed::commandServer() const
+{
+    if (!server)
+        return {};
+    return {server->host().toString(), server->session().isEncrypted(),
+            server->host().isLoopback()};
+}
+
+QString NutFeed::userProblem() const
+{
+    return server ? server->session().forgottenFor() : QString();
+}
+
+void NutFeed::logOut()
+{
+    if (server)
+        server->session().forgetUser();
+}
+
 void NutFeed::logIn(const QString &newUser, const QString &password)
 {
     if (!server)
         return;
+    server->userIsChecked = true; // here
     if (!server->session().setUser(newUser, password)) {
         Q_EMIT userChecked(CommandOutcome::Refused,
                            QStringLiteral("name and password must be there, and plain text"));
@@ -108,7 +128,10 @@ void NutFeed::logIn(const QString &newUser, const QString &password)
             // Nobody is to be called a user whom the server refuses.
             if (outcome == CommandOutcome::Refused && guard->server && guard->user() == newUser)
                 guard->server->session().forgetUser();
-            Q_EMIT guard->userChecked(outcome, text);
+            if (guard->server)
+                Q_EMIT guard->server->userChecked(newUser, outcome, text);
+            if (guard)
+                Q_EMIT guard->userChecked(outcome, text);
         });
     });
 }

@@ -34,6 +34,9 @@ public:
     void set(const QString &name, const QString &value) override;
     bool needsUser() const override;
     QString user() const override;
+    CommandServer commandServer() const override;
+    QString userProblem() const override;
+    void logOut() override;
     void logIn(const QString &user, const QString &password) override;
 
 private:

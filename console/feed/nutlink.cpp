@@ -141,7 +141,7 @@ void NutLink::takeGreeting()
     constexpr int longest = 200;
     if (!socket->canReadLine()) {
         if (socket->bytesAvailable() > longest)
-            fail(QStringLiteral("the server's answer to STARTTLS is none"));
+            fail(QStringLiteral("the server does not answer STARTTLS as it should"));
         return;
     }
     const QByteArray line = socket->readLine(longest).trimmed();
@@ -149,7 +149,7 @@ void NutLink::takeGreeting()
         fail(QStringLiteral("TLS is required, and the server offers none (%1)")
                  .arg(QString::fromLatin1(line.mid(4, 40))));
     else if (line != "OK STARTTLS")
-        fail(QStringLiteral("the server's answer to STARTTLS is none"));
+        fail(QStringLiteral("the server does not answer STARTTLS as it should"));
     else if (socket->bytesAvailable() > 0)
         fail(QStringLiteral("the server sent data before TLS began"));
     else

@@ -220,6 +220,7 @@ void NutServerFeed::askForEverything(NutFeed *feed)
                          asking->setPending(asking->latest);
                          if (asking->wantsOffer)
                              askForOffer(asking);
+                         checkUser(asking);
                      }
                  }
                  answered();
@@ -320,6 +321,42 @@ void NutServerFeed::askForOffer(NutFeed *feed)
     });
 }
 
+/// Whoever is named in a file is to know at once whether that is right, and not at the first
+/// command. This takes a UPS whose driver runs, so another try may follow.
+void NutServerFeed::checkUser(const NutFeed *feed)
+{
+    if (userIsChecked || checksUser || !commands.hasUser() ||
+        (lastCheck.isValid() && lastCheck.elapsed() < times.longestRetry))
+        return;
+    checksUser = true;
+    lastCheck.start();
+    const QString user = commands.user();
+    commands.probe(feed->upsName, [=](CommandOutcome outcome, const QString &text) {
+        checksUser = false;
+        userIsChecked = userIsChecked || outcome != CommandOutcome::Failed;
+        // Later, as the session is still at the answer.
+        if (outcome != CommandOutcome::Failed)
+            QTimer::singleShot(0, this, [=] { takeCheck(user, outcome, text); });
+    });
+}
+
+void NutServerFeed::takeCheck(const QString &user, CommandOutcome outcome, const QString &text)
+{
+    // Another may have logged in meanwhile.
+    if (commands.user() != user)
+        return;
+    // Nobody is to be called a user whom the server refuses.
+    if (outcome == CommandOutcome::Refused)
+        commands.forgetUser(QStringLiteral("%1 is refused: %2").arg(user, text));
+    const QPointer<NutServerFeed> guard(this);
+    const std::vector<QPointer<NutFeed>> present = feeds;
+    Q_EMIT userChecked(user, outcome, text);
+    for (const QPointer<NutFeed> &feed : present) {
+        if (guard && feed)
+            Q_EMIT feed->userChecked(outcome, text);
+    }
+}
+
 void NutServerFeed::answered()
 {
     deadline.start(times.answer);
@@ -342,7 +379,8 @@ void NutServerFeed::takeLoss(const QString &reason)
     for (const QPointer<NutFeed> &feed : feeds) {
         feed->wantsEverything = true;
         feed->wantsOffer = feed->showsOffer;
-        feed->setPending(Snapshot::lost(feed->upsName, reason));
+        feed->setPending(Snapshot::lost(feed->upsName,
+                                        QStringLiteral("%1 (%2)").arg(reason, server.toString())));
     }
     Q_EMIT lost(reason);
 }

@@ -7,6 +7,7 @@
 #include "offer.h"
 #include "snapshot.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 
 #include <vector>
@@ -58,6 +59,8 @@ Q_SIGNALS:
     void found(const QVector<NutUps> &all);
     /// The server cannot be reached, or no more; plain text.
     void lost(const QString &reason);
+    /// What the server makes of the user whom session() got at first, or of one who logged in.
+    void userChecked(const QString &user, CommandOutcome outcome, const QString &text);
 
 private:
     friend class NutFeed;
@@ -81,6 +84,8 @@ private:
     void askForEverything(NutFeed *feed);
     void takeUpses(const NutReader &answer);
     void askForOffer(NutFeed *feed);
+    void checkUser(const NutFeed *feed);
+    void takeCheck(const QString &user, CommandOutcome outcome, const QString &text);
     /// Counts an answer; the last one ends the round.
     void answered();
     void takeLoss(const QString &reason);
@@ -95,6 +100,9 @@ private:
     int retryRest;
     int round = 0;
     int lastSlot = 0;
+    bool userIsChecked = false;
+    bool checksUser = false;
+    QElapsedTimer lastCheck;
     std::vector<QPointer<NutFeed>> feeds; // those that run
     QTimer deadline;                      // of the next answer
     QTimer roundDeadline;                 // of all of them

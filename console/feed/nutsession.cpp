@@ -23,7 +23,7 @@ QString wordsFor(const QString &code)
         const char *code;
         const char *words;
     } table[] = {
-        {"ACCESS-DENIED", "the server refuses this user: name, password or right is wrong"},
+        {"ACCESS-DENIED", "the user's name, password or rights are wrong"},
         {"USERNAME-REQUIRED", "the server knows no user"},
         {"PASSWORD-REQUIRED", "the server knows no password"},
         {"CMD-NOT-SUPPORTED", "the UPS has no such command"},
@@ -97,18 +97,30 @@ bool NutSession::setUser(const QString &newUser, const QString &password)
     lose(QStringLiteral("another user logged in"));
     wipe();
     userName = newUser;
+    forgotten.clear();
     quotedUser = *quotedName;
     secret.swap(*quotedPassword);
     return true;
 }
 
-void NutSession::forgetUser()
+void NutSession::forgetUser(const QString &reason)
 {
     link.close();
     lose(QStringLiteral("nobody is logged in"));
     wipe();
     userName.clear();
     quotedUser.clear();
+    forgotten = reason;
+}
+
+const QString &NutSession::forgottenFor() const
+{
+    return forgotten;
+}
+
+bool NutSession::isEncrypted() const
+{
+    return link.isTlsRequired();
 }
 
 bool NutSession::hasUser() const
@@ -296,7 +308,7 @@ void NutSession::askForTracking()
     }
     for (const int id : late)
         finish(id, CommandOutcome::Unconfirmed,
-               QStringLiteral("no confirmation from the UPS after %1 s")
+               QStringLiteral("the UPS has not answered within %1 s")
                    .arg(times.confirmation / 1000.0));
 }
 
@@ -330,7 +342,7 @@ void NutSession::lose(const QString &reason)
                      QStringLiteral("the user cannot be checked now: ") + reason);
         else if (job.sent)
             job.done(CommandOutcome::Unconfirmed,
-                     QStringLiteral("the connection was lost before the UPS confirmed: ") + reason);
+                     QStringLiteral("the connection was lost: ") + reason);
         else
             job.done(CommandOutcome::Refused, QStringLiteral("not sent: ") + reason);
     }

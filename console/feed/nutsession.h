@@ -36,10 +36,15 @@ public:
     /// Who gives the commands from now on. What another user began is reported as unconfirmed.
     /// @return false when the protocol cannot carry the texts.
     bool setUser(const QString &user, const QString &password);
-    /// From now on nobody gives commands. What was begun is reported as unconfirmed.
-    void forgetUser();
+    /// From now on nobody gives commands, because of @p reason where there is one. What was begun
+    /// is reported as unconfirmed.
+    void forgetUser(const QString &reason = QString());
     bool hasUser() const;
     const QString &user() const;
+    /// Why the user was forgotten; empty while there is one.
+    const QString &forgottenFor() const;
+    /// Whether the connection is encrypted, and the server's certificate checked.
+    bool isEncrypted() const;
 
     /// Finds out, without any effect on @p upsName, whether the server takes the user: Done when it
     /// does, Refused when not, Failed when that could not be found out.
@@ -85,6 +90,7 @@ private:
     Phase phase = Phase::Closed;
     bool tracks = false;
     QString userName;
+    QString forgotten; // why there is no user
     QByteArray secret; // quoted
     QByteArray quotedUser;
     std::vector<Job> jobs;

@@ -3,8 +3,10 @@
 #include "privatefile.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -47,7 +49,7 @@ std::optional<QByteArray> read(const QString &path, int mostBytes, bool secret, 
     if (::fstat(file, &opened) != 0)
         return refuse(reasonFor(errno));
     if (!S_ISREG(opened.st_mode))
-        return refuse(QStringLiteral("it is no file"));
+        return refuse(QStringLiteral("it is not a regular file"));
     if (secret) {
         const QString reason = whyNotPrivate(opened);
         if (!reason.isEmpty())
@@ -79,20 +81,22 @@ std::optional<QByteArray> readPrivateFile(const QString &path, int mostBytes, QS
 
 bool writePrivateFile(const QString &path, const QByteArray &content, QString *error)
 {
-    const QString fresh = path + QStringLiteral(".new");
-    const QByteArray freshName = QFile::encodeName(fresh);
-    ::unlink(freshName.constData());
-    const int file = ::open(freshName.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    // A link stays, and leads to the new content.
+    const QString real = QFileInfo(path).canonicalFilePath();
+    const QByteArray name = QFile::encodeName(real.isEmpty() ? path : real);
+    QByteArray fresh = name + ".XXXXXX";
+    const int file = ::mkostemp(fresh.data(), O_CLOEXEC); // for its owner alone
     bool written = file >= 0;
     if (written) {
         const ssize_t length = ::write(file, content.constData(), std::size_t(content.size()));
         written = length == content.size() && ::fsync(file) == 0;
         written = ::close(file) == 0 && written;
     }
-    written = written && ::rename(freshName.constData(), QFile::encodeName(path).constData()) == 0;
+    written = written && ::rename(fresh.constData(), name.constData()) == 0;
     if (!written) {
         *error = QStringLiteral("cannot write %1: %2").arg(path, reasonFor(errno));
-        ::unlink(freshName.constData());
+        if (file >= 0)
+            ::unlink(fresh.constData());
     }
     return written;
 }

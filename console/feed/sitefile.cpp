@@ -425,12 +425,67 @@ std::optional<QVector<Credentials>> parseCredentials(const QByteArray &text,
     return reader.result;
 }
 
-QByteArray credentialsText(const QVector<Credentials> &all)
+namespace {
+
+/// Puts @p user in place of what the section that begins at @p line has.
+void replaceUser(QList<QByteArray> *lines, int line, const Credentials &user)
 {
-    QString text = QStringLiteral("# Users of the console's servers. Only their owner may read "
-                                  "this file.\n");
-    for (const Credentials &one : all)
-        text += QStringLiteral("\n[%1]\nuser = %2\npassword = %3\n")
-                    .arg(one.host.toString(), one.user, one.password);
-    return text.toUtf8();
+    for (++line; line < lines->size(); ++line) {
+        QByteArray &bytes = (*lines)[line];
+        const Line now = lineOf(bytes);
+        if (now.kind == Line::Kind::Section)
+            return;
+        if (now.kind != Line::Kind::Value)
+            continue;
+        const QString &value = now.name == QLatin1String("user") ? user.user : user.password;
+        const QByteArray end = bytes.endsWith('\r') ? "\r" : "";
+        bytes = (now.name + QStringLiteral(" = ") + value).toUtf8() + end;
+    }
+}
+
+bool isSame(const Credentials &a, const Credentials &b)
+{
+    return a.host == b.host && a.user == b.user && a.password == b.password;
+}
+
+} // namespace
+
+std::optional<QByteArray> withCredentials(const QByteArray &text, const Credentials &user,
+                                          const QString &fileName, QString *error)
+{
+    std::optional<QVector<Credentials>> wanted = parseCredentials(text, fileName, error);
+    if (!wanted)
+        return std::nullopt;
+    const auto known =
+        std::find_if(wanted->begin(), wanted->end(),
+                     [&user](const Credentials &one) { return one.host == user.host; });
+    QByteArray result = text;
+    if (known != wanted->end()) {
+        *known = user;
+        QList<QByteArray> lines = text.split('\n');
+        for (int i = 0; i < lines.size(); ++i) {
+            const Line line = lineOf(lines.at(i));
+            QString reason;
+            if (line.kind == Line::Kind::Section && NutHost::parse(line.name, &reason) == user.host)
+                replaceUser(&lines, i, user);
+        }
+        result = lines.join('\n');
+    } else {
+        wanted->append(user);
+        if (text.isEmpty())
+            result = "# Users of the console's servers. Only their owner may read this file.\n";
+        else if (!text.endsWith('\n'))
+            result += '\n';
+        result += QStringLiteral("\n[%1]\nuser = %2\npassword = %3\n")
+                      .arg(user.host.toString(), user.user, user.password)
+                      .toUtf8();
+    }
+    const std::optional<QVector<Credentials>> read = parseCredentials(result, fileName, error);
+    if (!read ||
+        !std::equal(read->cbegin(), read->cend(), wanted->cbegin(), wanted->cend(), isSame)) {
+        // Such as one that begins with a space. The reason must not quote it.
+        *error = QStringLiteral("%1 cannot hold this user or password").arg(fileName);
+        return std::nullopt;
+    }
+    return result;
 }

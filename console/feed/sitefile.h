@@ -68,5 +68,8 @@ std::optional<SiteEntries> parseSiteFile(const QByteArray &text, const QString &
 /// The same for the file of users and passwords. The reason never quotes it.
 std::optional<QVector<Credentials>> parseCredentials(const QByteArray &text,
                                                      const QString &fileName, QString *error);
-/// The file's text for @p all.
-QByteArray credentialsText(const QVector<Credentials> &all);
+/// The file's @p text with @p user in place of its server's present one, or added; everything else
+/// stays as it is. Nothing, with the reason in @p error, where the text is not understood, or the
+/// file cannot hold the user.
+std::optional<QByteArray> withCredentials(const QByteArray &text, const Credentials &user,
+                                          const QString &fileName, QString *error);

@@ -44,6 +44,19 @@ QString UpsFeed::user() const
     return QString();
 }
 
+CommandServer UpsFeed::commandServer() const
+{
+    return {};
+}
+
+QString UpsFeed::userProblem() const
+{
+    return QString();
+}
+
+void UpsFeed::logOut()
+{}
+
 void UpsFeed::logIn(const QString &, const QString &)
 {}
 

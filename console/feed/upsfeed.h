@@ -24,6 +24,14 @@ enum class Command {
     FollowScenario,       ///< forget all commands given to a simulation
 };
 
+/// Where the commands to a UPS go.
+struct CommandServer
+{
+    QString address;          ///< such as "host:3493"; empty where there is no server
+    bool isEncrypted = false; ///< and its certificate is checked
+    bool isLocal = false;     ///< on this machine
+};
+
 /// A source of snapshots of one UPS: where they come from is the subclasses' affair.
 ///
 /// It lives in the thread of its event loop, never blocks it and throws nothing: what goes wrong is
@@ -64,6 +72,13 @@ public:
     /// Whether commands need a user, and who that is; empty while there is none. Here: no need.
     virtual bool needsUser() const;
     virtual QString user() const;
+    /// The server that checks the user. Here: none.
+    virtual CommandServer commandServer() const;
+    /// Whom the server refused, and why, while there is no user for that reason; plain text, else
+    /// empty.
+    virtual QString userProblem() const;
+    /// From now on there is no user.
+    virtual void logOut();
     /// Sets the user for commands. The server checks it, and userChecked() reports the result. The
     /// user is kept in memory only.
     virtual void logIn(const QString &user, const QString &password);

@@ -4,6 +4,11 @@
 
 #include <algorithm>
 
+bool operator==(const SiteProblem &a, const SiteProblem &b)
+{
+    return a.text == b.text && a.severity == b.severity;
+}
+
 SiteModel::SiteModel(const Clock &usedClock, QObject *parent)
     : QObject(parent)
     , clock(usedClock)
@@ -60,20 +65,38 @@ bool SiteModel::isGrowing() const
     return grows;
 }
 
-void SiteModel::setProblem(const QString &source, const QString &text)
+void SiteModel::setProblem(const QString &source, const QString &text, Severity severity)
 {
-    if (wrong.value(source) == text)
+    const SiteProblem problem = {text, severity};
+    if (text.isEmpty() ? !wrong.contains(source) : wrong.value(source) == problem)
         return;
     if (text.isEmpty())
         wrong.remove(source);
     else
-        wrong.insert(source, text);
+        wrong.insert(source, problem);
     Q_EMIT problemsChanged();
 }
 
-const QMap<QString, QString> &SiteModel::problems() const
+const QMap<QString, SiteProblem> &SiteModel::problems() const
 {
     return wrong;
+}
+
+int SiteModel::problemCount() const
+{
+    return int(std::count_if(wrong.cbegin(), wrong.cend(), [](const SiteProblem &one) {
+        return urgencyOf(one.severity) >= urgencyOf(Severity::Warning);
+    }));
+}
+
+QString SiteModel::worstProblem() const
+{
+    const auto found =
+        std::max_element(wrong.cbegin(), wrong.cend(), [](const auto &a, const auto &b) {
+            return urgencyOf(a.severity) < urgencyOf(b.severity);
+        });
+    return found == wrong.cend() ? QString()
+                                 : found.key() + QStringLiteral(": ") + found.value().text;
 }
 
 UpsModel *SiteModel::worst() const
@@ -88,5 +111,8 @@ UpsModel *SiteModel::worst() const
 Severity SiteModel::severity() const
 {
     const UpsModel *ups = worst();
-    return ups ? ups->severity() : Severity::Normal;
+    Severity severity = ups ? ups->severity() : Severity::Normal;
+    for (const SiteProblem &problem : wrong)
+        severity = worseOf(severity, problem.severity);
+    return severity;
 }

@@ -10,6 +10,15 @@
 #include <array>
 #include <vector>
 
+/// Something that keeps a whole source, such as a server, from being read.
+struct SiteProblem
+{
+    QString text; ///< plain
+    /// Normal while it is only that the source has not answered yet.
+    Severity severity = Severity::Unknown;
+};
+bool operator==(const SiteProblem &a, const SiteProblem &b);
+
 /// All UPSes that the console watches.
 class SiteModel : public QObject
 {
@@ -28,7 +37,7 @@ public:
 
     /// The UPS in the worst state, the first of equals; null on an empty site.
     UpsModel *worst() const;
-    /// The worst severity of all; normal on an empty site.
+    /// The worst severity of all UPSes and of all problems; normal on an empty site.
     Severity severity() const;
 
     /// How many UPSes are in a state of each severity, in the order of Severity.
@@ -37,11 +46,15 @@ public:
     void setGrowing(bool growing);
     bool isGrowing() const;
 
-    /// Something that keeps a whole @p source, such as a server, from being read; no text: nothing
-    /// any more.
-    void setProblem(const QString &source, const QString &text);
+    /// What keeps @p source from being read; no @p text: nothing any more.
+    void setProblem(const QString &source, const QString &text,
+                    Severity severity = Severity::Unknown);
     /// What is wrong now, by source.
-    const QMap<QString, QString> &problems() const;
+    const QMap<QString, SiteProblem> &problems() const;
+    /// How many sources have a problem that is at least a warning.
+    int problemCount() const;
+    /// The worst problem in words, with its source, the first of equals; empty without one.
+    QString worstProblem() const;
 
 Q_SIGNALS:
     void added(UpsModel *ups);
@@ -56,6 +69,6 @@ private:
     const Clock clock;
     std::vector<UpsModel *> all; // children
     QHash<QString, UpsModel *> byId;
-    QMap<QString, QString> wrong;
+    QMap<QString, SiteProblem> wrong;
     bool grows = false;
 };

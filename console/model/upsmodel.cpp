@@ -276,6 +276,22 @@ QString UpsModel::user() const
     return feed ? feed->user() : QString();
 }
 
+CommandServer UpsModel::commandServer() const
+{
+    return feed ? feed->commandServer() : CommandServer();
+}
+
+QString UpsModel::userProblem() const
+{
+    return feed ? feed->userProblem() : QString();
+}
+
+void UpsModel::logOut()
+{
+    if (feed)
+        feed->logOut();
+}
+
 void UpsModel::logIn(const QString &newUser, const QString &password)
 {
     if (feed)

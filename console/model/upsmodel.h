@@ -81,6 +81,11 @@ public:
     /// Whether commands need a user, and who that is; empty while there is none.
     bool needsUser() const;
     QString user() const;
+    /// The server that checks them, why there is no user though there was one, and the end of their
+    /// commands; see UpsFeed.
+    CommandServer commandServer() const;
+    QString userProblem() const;
+    void logOut();
     void logIn(const QString &user, const QString &password);
     /// Announces how a command ended: commandFinished() with this UPS's id and the present time.
     void finishCommand(const CommandResult &result);
