@@ -558,6 +558,8 @@ void EventsPage::applyScale()
                              static_cast<QWidget *>(user)})
         control->setFixedHeight(Theme::touchSize());
     user->setMinimumWidth(Theme::px(userUnits));
+    for (QLineEdit *edit : {search, user})
+        edit->setTextMargins(Theme::px(4), 0, Theme::px(4), 0);
     status->setMinimumWidth(Theme::px(90));
     for (QPushButton *button : {acknowledgeButton, allButton, exportButton}) {
         button->setMinimumHeight(Theme::touchSize());

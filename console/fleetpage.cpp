@@ -2,6 +2,7 @@
 
 #include "fleetpage.h"
 
+#include "choicebar.h"
 #include "elidedlabel.h"
 #include "severitylook.h"
 #include "theme.h"
@@ -18,6 +19,21 @@ namespace {
 /// The worst first.
 constexpr Severity shownSeverities[] = {Severity::Critical, Severity::Unknown, Severity::Warning,
                                         Severity::Information, Severity::Normal};
+
+/// A severity to choose, with a bar below it while it is chosen.
+class SeverityButton : public QToolButton
+{
+public:
+    using QToolButton::QToolButton;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QToolButton::paintEvent(event);
+        if (isChecked())
+            paintChoiceBar(this);
+    }
+};
 
 QString wordOf(Severity severity)
 {
@@ -81,7 +97,7 @@ void FleetPage::makeFilter()
     connect(search, &QLineEdit::textChanged, this, &FleetPage::takeFilter);
     bar->addWidget(search, 1);
     for (const Severity severity : shownSeverities) {
-        auto *button = new QToolButton(this);
+        auto *button = new SeverityButton(this);
         button->setObjectName(QStringLiteral("only ") + nameOf(severity));
         button->setCheckable(true);
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -133,6 +149,7 @@ void FleetPage::applyScale()
 {
     const int height = Theme::touchSize();
     search->setFixedHeight(height);
+    search->setTextMargins(Theme::px(4), 0, Theme::px(4), 0);
     for (QToolButton *button : severities)
         button->setMinimumHeight(height);
     showSigns();

@@ -65,7 +65,7 @@ QString figureText(const UpsModel &ups)
 
 QString joined(const QString &state, const QString &figure)
 {
-    return figure.isEmpty() ? state : state + Theme::separator() + figure;
+    return figure.isEmpty() ? state : state + QStringLiteral(" · ") + figure;
 }
 
 } // namespace
@@ -133,11 +133,11 @@ public:
         painter->setFont(bold);
         painter->drawText(x, top + first.ascent(), first.elidedText(title, Qt::ElideRight, room));
         painter->setFont(plain);
-        // The figure stays whole.
-        const QString after = joined(QString(), figure);
-        const int left = room - second.horizontalAdvance(after);
+        // A state that is cut says less than one without its figure.
+        const QString both = joined(state, figure);
+        const QString shown = second.horizontalAdvance(both) <= room ? both : state;
         painter->drawText(x, top + first.height() + second.ascent(),
-                          second.elidedText(state, Qt::ElideRight, left) + after);
+                          second.elidedText(shown, Qt::ElideRight, room));
     }
 
     UpsModel *ups = nullptr;

@@ -93,6 +93,7 @@ void OfferPanel::build()
     rows.clear();
     commandGrid = nullptr;
     settingGrid = nullptr;
+    userGrid = nullptr;
     userText = nullptr;
     logInButton = nullptr;
     logOutButton = nullptr;
@@ -144,6 +145,8 @@ void OfferPanel::addUserRow()
     auto *grid = new QGridLayout(row);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setColumnStretch(2, 1);
+    userGrid = grid;
+    userIsStacked.reset();
     logInButton = addButton(row, tr("Log in …"));
     logInButton->setObjectName(QStringLiteral("logIn"));
     connect(logInButton, &AeroButton::clicked, this, [this] { askForUser(); });
@@ -154,7 +157,7 @@ void OfferPanel::addUserRow()
     userText->setObjectName(QStringLiteral("commandUser"));
     grid->addWidget(logInButton, 0, 0);
     grid->addWidget(logOutButton, 0, 1);
-    grid->addWidget(userText, 0, 2);
+    arrangeUser();
     parts.push_back(row);
     column->addWidget(row);
 }
@@ -197,6 +200,24 @@ void OfferPanel::addCommands()
     arrangeRows();
 }
 
+void OfferPanel::arrangeUser()
+{
+    const bool stacked = isNarrow();
+    if (!userGrid || stacked == userIsStacked)
+        return;
+    userIsStacked = stacked;
+    if (stacked)
+        userGrid->addWidget(userText, 1, 0, 1, 3);
+    else
+        userGrid->addWidget(userText, 0, 2);
+}
+
+bool OfferPanel::isNarrow() const
+{
+    constexpr int narrowUnits = 560;
+    return width() < Theme::px(narrowUnits);
+}
+
 /// Two commands beside each other where there is room.
 void OfferPanel::arrangeRows()
 {
@@ -221,6 +242,7 @@ void OfferPanel::resizeEvent(QResizeEvent *event)
     QWidget::resizeEvent(event);
     arrangeRows();
     arrangeSettings();
+    arrangeUser();
 }
 
 void OfferPanel::addSettings()
@@ -259,8 +281,7 @@ void OfferPanel::addSettings()
 /// A setting beside its name, or below it where there is little room.
 void OfferPanel::arrangeSettings()
 {
-    constexpr int narrowUnits = 520;
-    const bool stacked = width() < Theme::px(narrowUnits);
+    const bool stacked = isNarrow();
     if (!settingGrid || stacked == settingsAreStacked)
         return;
     settingsAreStacked = stacked;
@@ -401,9 +422,8 @@ void OfferPanel::enableEditors()
         const bool differs = value != editor.shown && !value.isEmpty();
         editor.apply->setEnabled(differs);
         // Disabled glass is light, which on dark would draw the eye.
-        constexpr double faint = 0.25;
+        constexpr double faint = 0.4;
         editor.apply->setOpacity(differs ? 1.0 : faint);
-        editor.apply->setColorText(differs ? Glass::textColor : Glass::faintColor);
     }
 }
 
@@ -425,8 +445,12 @@ void OfferPanel::refresh()
     const QString text = sentences.join(QLatin1Char(' '));
     if (userText->text() != text)
         userText->setText(text);
-    logInButton->setText(model->user().isEmpty() ? tr("Log in …") : tr("Other user …"));
-    logInButton->setAccessibleName(logInButton->text());
+    const QString logIn = model->user().isEmpty() ? tr("Log in …") : tr("Other user …");
+    if (logInButton->text() != logIn) {
+        logInButton->setText(logIn);
+        logInButton->setAccessibleName(logIn);
+        applyScale();
+    }
     logOutButton->setVisible(!model->user().isEmpty());
     const QHash<QString, QString> &variables = model->snapshot().variables;
     for (Editor &editor : editors) {
@@ -460,9 +484,11 @@ void OfferPanel::applyScale()
     width = std::min(width, Theme::px(mostButtonUnits));
     const int height = std::max(Theme::touchSize(), Theme::px(buttonUnits));
     for (AeroButton *button : buttons) {
-        const bool sets = button->objectName().startsWith(QLatin1String("set "));
+        // Those of commands stand in columns.
+        const bool alone = button == logInButton || button == logOutButton ||
+                           button->objectName().startsWith(QLatin1String("set "));
         button->setFixedSize(
-            sets ? metrics.horizontalAdvance(button->text()) + Theme::px(36) : width, height);
+            alone ? metrics.horizontalAdvance(button->text()) + Theme::px(36) : width, height);
     }
     for (const Editor &editor : editors)
         editor.control->setFixedHeight(height);

@@ -65,6 +65,8 @@ private:
     void addCommands();
     void addSettings();
     void arrangeSettings();
+    void arrangeUser();
+    bool isNarrow() const;
     Editor makeEditor(QWidget *box, const OfferedSetting &setting);
     void guard(AeroButton *button, const QString &consequence, const std::function<void()> &act);
     enum class Danger { None, Asks };
@@ -84,6 +86,8 @@ private:
     std::vector<Editor> editors;
     QGridLayout *settingGrid = nullptr;
     std::optional<bool> settingsAreStacked; // unknown before they are placed
+    QGridLayout *userGrid = nullptr;
+    std::optional<bool> userIsStacked; // likewise
     AeroButton *logInButton = nullptr;
     AeroButton *logOutButton = nullptr;
     QLabel *userText = nullptr;

@@ -3,6 +3,7 @@
 #include "trendspage.h"
 
 #include "chart.h"
+#include "choicebar.h"
 #include "display.h"
 #include "theme.h"
 
@@ -63,12 +64,8 @@ protected:
     void paintEvent(QPaintEvent *event) override
     {
         QPushButton::paintEvent(event);
-        if (!isChecked())
-            return;
-        const int thick = std::max(Theme::px(3), 3);
-        const int side = Theme::px(spacingUnits);
-        QPainter(this).fillRect(side, height() - thick - Theme::px(5), width() - 2 * side, thick,
-                                Theme::accent());
+        if (isChecked())
+            paintChoiceBar(this);
     }
 };
 

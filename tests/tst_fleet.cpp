@@ -216,7 +216,17 @@ void FleetTest::filtersBySeverity()
     auto *critical = page.findChild<QToolButton *>(QStringLiteral("only Critical"));
     auto *warning = page.findChild<QToolButton *>(QStringLiteral("only Warning"));
     QCOMPARE(critical->text(), QStringLiteral("1"));
+    const auto bar = [](QToolButton *button) {
+        const QImage image = button->grab().toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y)
+            count += image.pixelColor(image.width() / 2, y) == Theme::accent() ? 1 : 0;
+        return count;
+    };
+    QCOMPARE(bar(critical), 0);
     critical->click();
+    QVERIFY(bar(critical) >= 3);
+    QCOMPARE(bar(warning), 0);
     QCOMPARE(shown(page), QStringList{QStringLiteral("u00004")});
     warning->click();
     QCOMPARE(viewOf(page)->shownCount(), 2);
