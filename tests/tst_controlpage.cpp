@@ -28,8 +28,6 @@
 
 namespace {
 
-constexpr int patience = 20000;
-
 QString text(const char *utf8)
 {
     return QString::fromUtf8(utf8);
@@ -669,14 +667,14 @@ void ControlPageTest::realServer()
     window->showPage(int(window->pageNames().indexOf(text("control"))));
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-    QTRY_VERIFY_WITH_TIMEOUT(find<AeroButton>("load.off"), patience);
+    QTRY_VERIFY(find<AeroButton>("load.off"));
     ups->logIn(text("oper"), text("secret"));
     deliverAll();
     QTest::mousePress(find<AeroButton>("load.off"), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(message(), text("Load off: done"), patience);
-    QTRY_COMPARE_WITH_TIMEOUT(ups->headline().state, text("Output off"), patience);
+    QTRY_COMPARE(message(), text("Load off: done"));
+    QTRY_COMPARE(ups->headline().state, text("Output off"));
     ups->run(text("test.failure.start"));
-    QTRY_VERIFY_WITH_TIMEOUT(message().contains(text("failed")), patience);
+    QTRY_VERIFY(message().contains(text("failed")));
     ups->setFeed(nullptr);
 }
 
@@ -712,9 +710,9 @@ void ControlPageTest::usersOfAFileAreChecked()
     int checked = 0;
     connect(real.at(0), &UpsModel::userChecked, this, [&checked] { ++checked; });
     feeds.start();
-    QTRY_COMPARE_WITH_TIMEOUT(checked, 1, patience);
-    QTRY_COMPARE_WITH_TIMEOUT(real.at(0)->headline().state, text("On line"), patience);
-    QTRY_VERIFY_WITH_TIMEOUT(find<QLabel>("commandUser"), patience);
+    QTRY_COMPARE(checked, 1);
+    QTRY_COMPARE(real.at(0)->headline().state, text("On line"));
+    QTRY_VERIFY(find<QLabel>("commandUser"));
     const QString shown = find<QLabel>("commandUser")->text();
     const QString why = text("the user's name, password or rights are wrong");
     if (right) {
@@ -726,7 +724,7 @@ void ControlPageTest::usersOfAFileAreChecked()
         QCOMPARE(real.problems().value(text("oper@") + entry.host.toString()).text, why);
         QVERIFY2(message().contains(why), qPrintable(message()));
         real.at(0)->logIn(text("oper"), text("secret"));
-        QTRY_COMPARE_WITH_TIMEOUT(checked, 2, patience);
+        QTRY_COMPARE(checked, 2);
         QVERIFY(real.problems().isEmpty());
     }
     // Nothing came to the driver.

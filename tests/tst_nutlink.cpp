@@ -118,7 +118,7 @@ NutTls required(const QString &authorities)
     return tls;
 }
 
-constexpr int patience = 5000;
+constexpr int patience = 30000;
 
 } // namespace
 

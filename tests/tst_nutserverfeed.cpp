@@ -391,7 +391,7 @@ void NutServerFeedTest::aThousandInOneGo()
     clock.start();
     const qint64 cpu = cpuMicroseconds();
     Followers followers(&server, many.names);
-    QTRY_COMPARE_WITH_TIMEOUT(followers.reached(), count, 20000);
+    QTRY_COMPARE(followers.reached(), count);
     qInfo("everything of %d UPSes: %lld ms, %lld ms CPU of server and feed", count,
           static_cast<long long>(clock.elapsed()),
           static_cast<long long>((cpuMicroseconds() - cpu) / 1000));
@@ -400,7 +400,7 @@ void NutServerFeedTest::aThousandInOneGo()
     // What one round asks is there before its first answer goes out: in one go.
     many.server.asked.clear();
     many.lists = many.statusQuestions = 0;
-    QTRY_VERIFY_WITH_TIMEOUT(many.lists + many.statusQuestions >= count, 20000);
+    QTRY_VERIFY(many.lists + many.statusQuestions >= count);
     QCOMPARE(many.lists + many.statusQuestions, count);
     QCOMPARE(many.lists, count / 5);
 }

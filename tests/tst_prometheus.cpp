@@ -465,11 +465,11 @@ void PrometheusTest::overTls()
     Watch watch(&source);
     source.start();
     if (problem.isEmpty()) {
-        QTRY_VERIFY_WITH_TIMEOUT(!watch.of("a@i (nut)").isLost(), patience);
+        QTRY_VERIFY(!watch.of("a@i (nut)").isLost());
         QVERIFY(web.heads.first().contains("Bearer hunter2"));
         return;
     }
-    QTRY_VERIFY2_WITH_TIMEOUT(watch.problem.contains(problem), qPrintable(watch.problem), patience);
+    QTRY_VERIFY2(watch.problem.contains(problem), qPrintable(watch.problem));
     QVERIFY(!watch.problem.contains(QLatin1Char('\n')));
     QVERIFY(watch.feeds.isEmpty());
     QVERIFY2(web.heads.isEmpty(), web.heads.value(0).constData());
@@ -491,14 +491,13 @@ void PrometheusTest::plainWhereTlsIs()
     PromSource source(server, times);
     Watch watch(&source);
     source.start();
-    QTRY_VERIFY_WITH_TIMEOUT(!watch.of("a@nut0:3493 (nut)").isLost(), patience);
+    QTRY_VERIFY(!watch.of("a@nut0:3493 (nut)").isLost());
     server.url.setScheme(text("http"));
     PromSource plain(server, times);
     Watch wrong(&plain);
     plain.start();
-    QTRY_COMPARE_WITH_TIMEOUT(
-        wrong.problem, text("it answers HTTP 400: Client sent an HTTP request to an HTTPS server."),
-        patience);
+    QTRY_COMPARE(wrong.problem,
+                 text("it answers HTTP 400: Client sent an HTTP request to an HTTPS server."));
 }
 
 /// A refresh of a large fleet. What it costs is printed; its size is bounded.
@@ -577,20 +576,18 @@ void PrometheusTest::realServer()
     source.start();
     const char *const a = "a@nut0:3493 (nut)";
     const char *const b = "b@nut0:3493 (nut)";
-    QTRY_VERIFY_WITH_TIMEOUT(watch.of(a).tokens.testFlag(StatusToken::OnLine), patience);
-    QTRY_VERIFY_WITH_TIMEOUT(watch.of(b).tokens.testFlag(StatusToken::OnBattery), patience);
-    QTRY_COMPARE_WITH_TIMEOUT(watch.of(b).value(Quantity::Load), std::optional<double>(61.0),
-                              patience);
+    QTRY_VERIFY(watch.of(a).tokens.testFlag(StatusToken::OnLine));
+    QTRY_VERIFY(watch.of(b).tokens.testFlag(StatusToken::OnBattery));
+    QTRY_COMPARE(watch.of(b).value(Quantity::Load), std::optional<double>(61.0));
     // All values of the one that is looked at.
     watch.feeds.value(text(b))->setFollowed(true);
-    QTRY_COMPARE_WITH_TIMEOUT(watch.of(b).value(Quantity::BatteryRuntime),
-                              std::optional<double>(1200.0), patience);
+    QTRY_COMPARE(watch.of(b).value(Quantity::BatteryRuntime), std::optional<double>(1200.0));
     QVERIFY(!watch.of(a).value(Quantity::BatteryRuntime));
     // A flag of another kind, and an exporter that fails.
     QVERIFY(prometheus.setUps("a", "flags ALARM OL\n"));
-    QTRY_VERIFY_WITH_TIMEOUT(watch.of(a).tokens.testFlag(StatusToken::Alarm), patience);
+    QTRY_VERIFY(watch.of(a).tokens.testFlag(StatusToken::Alarm));
     QVERIFY(prometheus.setUps("a", "error\n"));
-    QTRY_COMPARE_WITH_TIMEOUT(watch.of(a).reason, text("its exporter cannot be scraped"), patience);
+    QTRY_COMPARE(watch.of(a).reason, text("its exporter cannot be scraped"));
     // The past, with a step that fits.
     PromAnswer trend;
     bool answered = false;
@@ -601,7 +598,7 @@ void PrometheusTest::realServer()
                           trend = answer;
                           answered = true;
                       });
-    QTRY_VERIFY_WITH_TIMEOUT(answered, patience);
+    QTRY_VERIFY(answered);
     QVERIFY2(trend.succeeded, qPrintable(trend.problem));
     QCOMPARE(trend.series.size(), 1);
     QCOMPARE(trend.series.first().samples.size(), 60);
@@ -613,11 +610,11 @@ void PrometheusTest::realServer()
         trend = answer;
         answered = true;
     });
-    QTRY_VERIFY_WITH_TIMEOUT(answered, patience);
+    QTRY_VERIFY(answered);
     QVERIFY2(trend.problem.contains(text("it refuses the query: ")), qPrintable(trend.problem));
     // Gone, it is one problem of all.
     prometheus.stop();
-    QTRY_VERIFY_WITH_TIMEOUT(watch.problem.contains(text("connection refused")), patience);
+    QTRY_VERIFY(watch.problem.contains(text("connection refused")));
     QVERIFY(watch.of(b).isLost());
 }
 

@@ -454,22 +454,22 @@ void PromTrendsTest::problems()
         return fleet.chart()->lanes().isEmpty() ? 0
                                                 : int(fleet.chart()->lanes().first().points.size());
     };
-    QTRY_COMPARE_WITH_TIMEOUT(points(), 2, patience);
+    QTRY_COMPARE(points(), 2);
     QCOMPARE(fleet.notice(), QString());
     works = false;
     web.answers = what != text("silence");
     if (what == text("gone"))
         web.vanish();
     QTest::mouseClick(fleet.window->findChild<QPushButton *>(text("24 h")), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(fleet.notice(), notice, patience);
+    QTRY_COMPARE(fleet.notice(), notice);
     QCOMPARE(points(), what == text("warning") ? 2 : 0);
     if (what == text("gone"))
         return;
     works = true;
     web.answers = true;
     QTest::mouseClick(fleet.window->findChild<QPushButton *>(text("10 min")), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(fleet.notice(), QString(), patience);
-    QTRY_COMPARE_WITH_TIMEOUT(points(), 2, patience);
+    QTRY_COMPARE(fleet.notice(), QString());
+    QTRY_COMPARE(points(), 2);
 }
 
 void PromTrendsTest::loadingIsSaid()
@@ -487,10 +487,10 @@ void PromTrendsTest::loadingIsSaid()
     QTRY_VERIFY(fleet.feed);
     web.answers = false;
     fleet.show();
-    QTRY_COMPARE_WITH_TIMEOUT(fleet.notice(), QString::fromUtf8("Loading …"), patience);
+    QTRY_COMPARE(fleet.notice(), QString::fromUtf8("Loading …"));
     web.answers = true;
     QTest::mouseClick(fleet.window->findChild<QPushButton *>(text("10 min")), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(fleet.notice(), QString(), patience);
+    QTRY_COMPARE(fleet.notice(), QString());
     QCOMPARE(fleet.chart()->lanes().first().points.size(), 1);
 }
 
@@ -549,7 +549,7 @@ void PromTrendsTest::nothingIsRecorded()
     int events = 0;
     connect(&fleet.history, &History::eventsRead, this,
             [&events](int, const QVector<Event> &all, bool) { events = int(all.size()); });
-    QTRY_VERIFY_WITH_TIMEOUT((fleet.history.readEvents({}, 10), events > 0), patience);
+    QTRY_VERIFY((fleet.history.readEvents({}, 10), events > 0));
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
     const Trend trend = trendOf(&fleet.history, fleet.ups()->id(), {Quantity::Load},
                                 {now - hourMsecs, now + hourMsecs}, 400);
@@ -572,10 +572,10 @@ void PromTrendsTest::othersAreAskedForTheRest()
     local->take(snapshot);
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
     const TimeSpan span = {now - hourMsecs, now + hourMsecs};
-    QTRY_COMPARE_WITH_TIMEOUT(trendOf(&fleet.trends, text("demo@host"), {Quantity::Load}, span, 400)
-                                  .curves.first()
-                                  .points.size(),
-                              1, patience);
+    QTRY_COMPARE(trendOf(&fleet.trends, text("demo@host"), {Quantity::Load}, span, 400)
+                     .curves.first()
+                     .points.size(),
+                 1);
     for (const QByteArray &head : std::as_const(web.heads))
         QVERIFY2(!head.contains("query_range"), head.constData());
     // Nobody else to ask is an answer too.
@@ -616,7 +616,7 @@ void PromTrendsTest::realServer()
     PromTimes times;
     times.refresh = 500;
     Fleet fleet(prometheus.server(), times);
-    QTRY_VERIFY_WITH_TIMEOUT(fleet.ups() && !fleet.ups()->snapshot().isLost(), patience);
+    QTRY_VERIFY(fleet.ups() && !fleet.ups()->snapshot().isLost());
     const TimeSpan span = {(now - minutes * 60) * 1000, now * 1000};
     const Trend trend = trendOf(&fleet.trends, fleet.feed->key(),
                                 {Quantity::Load, Quantity::OutputVoltage}, span, 720);
@@ -647,7 +647,7 @@ void PromTrendsTest::realServer()
                    ? int(fleet.chart()->lanes().at(lane).points.size())
                    : 0;
     };
-    QTRY_VERIFY_WITH_TIMEOUT(shown(0) > 100 && shown(1) > 100 && shown(2) > 100, patience);
+    QTRY_VERIFY(shown(0) > 100 && shown(1) > 100 && shown(2) > 100);
     QCOMPARE(fleet.notice(), QString());
     const QString place = qEnvironmentVariable("KIV_PAGE_IMAGES");
     if (place.isEmpty())

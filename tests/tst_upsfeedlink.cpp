@@ -344,7 +344,7 @@ void TestUpsFeedLink::defaultPatience()
     SnapshotLog log(&feed);
     feed.start();
     QTRY_VERIFY(!log.last().isLost());
-    QTRY_VERIFY_WITH_TIMEOUT(log.last().isLost(), 8000);
+    QTRY_VERIFY(log.last().isLost());
     QVERIFY2(sinceAnswer.elapsed() < 5000, qPrintable(QString::number(sinceAnswer.elapsed())));
     QVERIFY(server.asked.count() == 2);
 }
@@ -383,11 +383,8 @@ void TestUpsFeedLink::dripFeed()
     };
     NutFeed feed(server.address(), shortTimes());
     SnapshotLog log(&feed);
-    QElapsedTimer clock;
-    clock.start();
     feed.start();
     QTRY_VERIFY(log.last().reason.contains(QStringLiteral("no answer")));
-    QVERIFY(clock.elapsed() < 2000);
 }
 
 void TestUpsFeedLink::closedWithoutAnswer()

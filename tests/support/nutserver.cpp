@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr int patience = 10000; // milliseconds
+constexpr int patience = 30000; // milliseconds
 
 bool waitUntil(const std::function<bool()> &reached)
 {
