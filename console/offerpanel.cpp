@@ -289,7 +289,7 @@ void OfferPanel::arrangeSettings()
     for (const Editor &editor : editors) {
         settingGrid->addWidget(editor.label, row, 0, 1, stacked ? 3 : 1);
         row += stacked ? 1 : 0;
-        settingGrid->addWidget(editor.control, row, 1);
+        settingGrid->addWidget(editor.control, row, stacked ? 0 : 1, 1, stacked ? 2 : 1);
         settingGrid->addWidget(editor.apply, row, 2);
         ++row;
     }

@@ -82,6 +82,8 @@ private Q_SLOTS:
     void severityGrows();
     void unknownState();
     void unwatchedUpsIsLeft();
+    void commandsAreEvents_data();
+    void commandsAreEvents();
     void acknowledging();
     void samplesOnChangeAndEachMinute();
     void gapsWhenNothingIsHeard();
@@ -346,6 +348,39 @@ void HistoryTest::unwatchedUpsIsLeft()
     QTRY_COMPARE(changed.size(), 1);
     QVERIFY(!changed.first().isPresent());
     QVERIFY(!changed.first().endSeen);
+}
+
+void HistoryTest::commandsAreEvents_data()
+{
+    QTest::addColumn<int>("outcome");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("done") << int(CommandOutcome::Done) << QString()
+                          << "Information Command load.off: done [3] x1 ended";
+    QTest::newRow("refused") << int(CommandOutcome::Refused) << "no right"
+                             << "Warning Command load.off: refused, no right [3] x1 ended";
+    QTest::newRow("failed") << int(CommandOutcome::Failed) << "it could not"
+                            << "Warning Command load.off: failed, it could not [3] x1 ended";
+    QTest::newRow("not confirmed")
+        << int(CommandOutcome::Unconfirmed) << "silence"
+        << "Warning Command load.off: not confirmed, silence [3] x1 ended";
+}
+
+/// With who gave them and what became of them.
+void HistoryTest::commandsAreEvents()
+{
+    QFETCH(int, outcome);
+    QFETCH(QString, text);
+    QFETCH(QString, line);
+    Watch watch;
+    watch.pass(snapshotWith(StatusToken::OnLine), 60);
+    watch.ups->finishCommand({QStringLiteral("load.off"), QStringLiteral("3"),
+                              QStringLiteral("oper"), CommandOutcome(outcome), text});
+    const QVector<Event> events = watch.events();
+    QCOMPARE(linesOf(events), QStringList{line});
+    QCOMPARE(events.first().user, QStringLiteral("oper"));
+    QCOMPARE(events.first().ups, watch.ups->id());
+    QCOMPARE(events.first().begin, watch.time);
 }
 
 void HistoryTest::acknowledging()

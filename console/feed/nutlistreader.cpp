@@ -13,6 +13,10 @@ const NutVariables &NutListReader::variables() const
 
 void NutListReader::takeRow(const QVector<QByteArray> &words)
 {
+    // As many as most UPSes have.
+    constexpr int usual = 40;
+    if (list.isEmpty())
+        list.reserve(usual);
     if (words.size() == 2)
         list.insert(QString::fromUtf8(words.at(0)), QString::fromUtf8(words.at(1)));
     else

@@ -3,6 +3,7 @@
 #include "nutreader.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -97,6 +98,10 @@ NutReader::NutReader(const QByteArray &question)
     isList = verb == "LIST";
     if (isList || (verb == "GET" && words.value(1) != "TRACKING"))
         repeated = words.mid(1);
+    if (!isList)
+        return;
+    for (const QByteArray &word : std::as_const(repeated))
+        rowBegin += word + ' ';
 }
 
 NutReader::~NutReader() = default;
@@ -118,11 +123,16 @@ int NutReader::takeFrom(const QByteArray &bytes, int position)
         } else if (partialLine.size() + length > maxLine) {
             finish(State::Broken, QStringLiteral("too long a line"));
         } else {
-            partialLine.append(bytes.constData() + position, length);
-            if (lineEnd >= 0) {
-                QByteArray line;
-                line.swap(partialLine);
-                takeLine(line);
+            if (lineEnd >= 0 && partialLine.isEmpty()) {
+                // Nearly every line comes whole.
+                takeLine(QByteArray::fromRawData(bytes.constData() + position, length));
+            } else {
+                partialLine.append(bytes.constData() + position, length);
+                if (lineEnd >= 0) {
+                    QByteArray line;
+                    line.swap(partialLine);
+                    takeLine(line);
+                }
             }
         }
         position = end + 1;
@@ -162,10 +172,12 @@ int NutReader::heldBytes() const
     return int(partialLine.size());
 }
 
-void NutReader::takeLine(QByteArray line)
+void NutReader::takeLine(const QByteArray &whole)
 {
-    if (line.endsWith('\r'))
-        line.chop(1);
+    const QByteArray line =
+        QByteArray::fromRawData(whole.constData(), whole.size() - (whole.endsWith('\r') ? 1 : 0));
+    if (takeUsualRow(line))
+        return;
     const std::optional<QVector<QByteArray>> words = splitNutLine(line);
     if (!words || words->isEmpty()) {
         finish(State::Broken, QStringLiteral("a line of another form"));
@@ -178,6 +190,21 @@ void NutReader::takeLine(QByteArray line)
         if (current == State::Reading)
             finish(State::Complete);
     }
+}
+
+/// Takes a row of a list whose repeated words stand as they were asked for: of the thousands of
+/// rows of a large site only what is new is split.
+bool NutReader::takeUsualRow(const QByteArray &line)
+{
+    if (!begun || lines >= maxRows || !line.startsWith(rowBegin))
+        return false;
+    const std::optional<QVector<QByteArray>> words = splitNutLine(
+        QByteArray::fromRawData(line.constData() + rowBegin.size(), line.size() - rowBegin.size()));
+    if (!words || words->isEmpty())
+        return false;
+    ++lines;
+    takeRow(*words);
+    return true;
 }
 
 void NutReader::takeListLine(const QVector<QByteArray> &words)

@@ -63,12 +63,14 @@ protected:
     void finish(State end, const QString &reason = QString());
 
 private:
-    void takeLine(QByteArray line);
+    void takeLine(const QByteArray &whole);
+    bool takeUsualRow(const QByteArray &line);
     void takeListLine(const QVector<QByteArray> &words);
     void takeTail(const QVector<QByteArray> &words);
 
     QByteArray asked;
     QVector<QByteArray> repeated; // the words that lines of the answer repeat
+    QByteArray rowBegin;          // of the usual row of a list: these words, each with a space
     QByteArray partialLine;
     QVector<QVector<QByteArray>> kept;
     QString why;
