@@ -152,6 +152,8 @@ KIV_AVX2 void composeEights(quint32 *out, const quint32 *background, const quint
             pixels = scaledEight(pixels, restOfEight(ink));
         storeEight(out + i, pixels);
     }
+    // The compiler leaves this out, and then SSE code after it is slow on some processors.
+    _mm256_zeroupper();
     composePlainly(out + i, background + i, value + i, mask + i, count - i);
 }
 

@@ -37,6 +37,12 @@ PackedImages &packedImages()
     return *images;
 }
 
+/// In bytes, about, with what the memory itself needs.
+int packedCost(const PackedImage &packed)
+{
+    return packed.byteCount() + int(sizeof(ImageKey)) + 64;
+}
+
 Images &imagesLike(const ImageKey &key)
 {
     const ImageKey::Source source = key.source();
@@ -153,19 +159,25 @@ bool unpackRemembered(QImage *image, const ImageKey &key)
     return true;
 }
 
+bool isWorthPacking(const ImageKey &key)
+{
+    if (!mayRemember())
+        return false;
+    PackedImages &images = packedImages();
+    if (images.contains(key))
+        return true;
+    images.insert(key, new PackedImage, packedCost(PackedImage()));
+    return false;
+}
+
 void rememberPacked(const ImageKey &key, const QImage &image)
 {
     if (!mayRemember() || image.isNull())
         return;
-    PackedImages &images = packedImages();
-    const bool isFirst = !images.contains(key);
-    auto *const packed = isFirst ? new PackedImage : new PackedImage(image);
-    // About, with what the memory itself needs for it.
-    const int bytes = packed->byteCount() + int(sizeof key) + 64;
+    auto packed = std::make_unique<PackedImage>(image);
+    const int bytes = packedCost(*packed);
     if (bytes <= mostPackedBytes / 8)
-        images.insert(key, packed, bytes);
-    else
-        delete packed;
+        packedImages().insert(key, packed.release(), bytes);
 }
 
 } // namespace KivPrivate

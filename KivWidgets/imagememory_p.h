@@ -31,6 +31,7 @@ public:
         BarScale,
         DivisionScale,
         Pie,
+        PassedQuadrants,
     };
     /// What an image is painted from decides how often there is another one, so each of these has
     /// a memory of its own, in which its images drive out only each other.
@@ -120,24 +121,28 @@ inline bool isGapless(const QImage &image)
 /// @return whether there is one.
 bool unpackRemembered(QImage *image, const ImageKey &key);
 
-/// Notes that @p image was painted for @p key. It is packed and remembered when that happens again,
-/// since most are needed only once.
+/// Whether an image for @p key, which is not remembered, was wanted before. Most are wanted only
+/// once, and are not worth packing.
+bool isWorthPacking(const ImageKey &key);
+
+/// Packs and remembers @p image.
 void rememberPacked(const ImageKey &key, const QImage &image);
 
-/// The same as paintOnce() for an image that is of one colour in large parts, and of which there
-/// are many.
-template <typename Paint>
-void paintPacked(QImage *image, ImageKey key, ImagePainter::Edges edges, Paint paint)
+inline bool isPackable(const QImage &image)
 {
-    const bool isOurs = image->format() == QImage::Format_ARGB32_Premultiplied && isGapless(*image);
+    return image.format() == QImage::Format_ARGB32_Premultiplied && isGapless(image);
+}
+
+/// The same as paintOnce() for an image that is of one colour in large parts, and of which there
+/// are many. @p paint fills *@p image itself.
+template <typename Paint>
+void paintPacked(QImage *image, ImageKey key, Paint paint)
+{
     key.appendDevice(*image);
-    if (isOurs && unpackRemembered(image, key))
+    if (isPackable(*image) && unpackRemembered(image, key))
         return;
-    {
-        ImagePainter painter(image, edges);
-        paint(&painter);
-    }
-    if (isOurs)
+    paint();
+    if (isPackable(*image) && isWorthPacking(key))
         rememberPacked(key, *image);
 }
 

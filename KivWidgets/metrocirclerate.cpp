@@ -7,9 +7,9 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "gaugelayers_p.h"
-#include "imagememory_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
+#include "pie_p.h"
 #include "text_p.h"
 #include "valueformat_p.h"
 
@@ -76,17 +76,6 @@ void usePlainColor(QPainter *painter, const QColor &color)
 {
     painter->setBrush(QBrush(color, Qt::SolidPattern));
     painter->setPen(QPen(color));
-}
-
-/// Paints a layer of one pie. Values come back, and other dials show them, too.
-void paintPie(QImage *layer, const QColor &color, const QRect &circle, int start, int span)
-{
-    const ImageKey key(ImageKey::Pie, color, QSize(circle.x(), circle.y()), circle.size(), start,
-                       span);
-    paintPacked(layer, key, ImagePainter::Antialiased, [&](QPainter *painter) {
-        usePlainColor(painter, color);
-        painter->drawPie(QRectF(circle), start, span);
-    });
 }
 
 /// Makes the resize event compute the dial's size and drop its layers, which the size 0 x 0 does.

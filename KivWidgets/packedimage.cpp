@@ -5,6 +5,7 @@
 #include <QtGui/QImage>
 
 #include <algorithm>
+#include <cwchar>
 
 namespace KivPrivate {
 
@@ -12,6 +13,8 @@ namespace {
 
 /// Shorter runs take no fewer words than their pixels do.
 constexpr int shortestRun = 4;
+
+static_assert(sizeof(wchar_t) == sizeof(quint32));
 
 } // namespace
 
@@ -53,7 +56,9 @@ void PackedImage::unpackTo(QImage *image) const
     for (const quint32 *word = words.constData(); word < end;) {
         const quint32 length = *word / 2;
         if (*word++ % 2 == 0) {
-            out = std::fill_n(out, length, *word);
+            // Several times as fast as std::fill_n(): the C library has it for each processor.
+            std::wmemset(reinterpret_cast<wchar_t *>(out), wchar_t(*word), length);
+            out += length;
             ++word;
         } else {
             out = std::copy_n(word, length, out);

@@ -23,6 +23,7 @@
 #include <dlfcn.h>
 #include <malloc.h>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -50,6 +51,7 @@ struct Strip : AeroStatusbar
 
 struct Dial : MetroCirclerate
 {
+    using MetroCirclerate::arcRect;
     using MetroCirclerate::Image;
     using MetroCirclerate::ImageBG;
     using MetroCirclerate::MetroCirclerate;
@@ -148,6 +150,9 @@ private Q_SLOTS:
     void paintedBarLayerShows();
     void layersOfAnIdleBarStay();
     void valuesComeBack();
+    void newValues_data();
+    void newValues();
+    void newValueOnAnOddCircle();
     void gaugeFollowsItsPalette();
     void gaugeFollowsTheFont();
     void randomTexts();
@@ -349,6 +354,89 @@ void MemoriesTest::valuesComeBack()
                 });
                 COMPARE_IMAGES(*shown->widget->Image, expected);
             }
+        }
+    }
+}
+
+void MemoriesTest::newValues_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<int>("mostRadius");
+    QTest::newRow("small dials") << quint32(1) << 12;
+    QTest::newRow("usual dials") << quint32(2) << 60;
+    QTest::newRow("large dials") << quint32(3) << 300;
+}
+
+/// Of dials of any shape and color, in both directions from 0. Most end in a quadrant in which an
+/// earlier one ended, and some close to an axis.
+void MemoriesTest::newValues()
+{
+    QFETCH(quint32, seed);
+    QFETCH(int, mostRadius);
+    QRandomGenerator random(seed);
+    for (int round = 0; round < 30; ++round) {
+        Stage<Dial> dial;
+        dial->setRadius(2 + random.bounded(mostRadius - 1));
+        dial->setArcSize(random.bounded(360));
+        dial->setMinAngle(random.bounded(360));
+        dial->setMinValue(random.bounded(2) == 0 ? 0 : -random.bounded(100));
+        dial->setPaintFromZero(random.bounded(2) == 0);
+        QColor color = QColor::fromRgb(random.generate());
+        if (random.bounded(4) == 0)
+            color.setAlpha(random.bounded(256));
+        dial->setCursor(color);
+        for (int i = 0; i < 40; ++i) {
+            const double minimum = dial->getMinValue();
+            const double range = 100 - minimum;
+            double value = minimum + random.bounded(range);
+            if (random.bounded(4) == 0 && dial->getArcSize() > 0) {
+                const int degrees = dial->getMinAngle() - random.bounded(5) * 90;
+                const double angle = degrees + (random.bounded(9) - 4) / 16.0;
+                value = minimum + (dial->getMinAngle() - angle) / dial->getArcSize() * range;
+                value = std::clamp(value, minimum, 100.0);
+            }
+            dial->setValue(value);
+            imageOf(dial.widget);
+            const double from = dial->getPaintFromZero() ? std::max(minimum, 0.0) : minimum;
+            const int start = dial->val2angle(from);
+            const int span = dial->val2angle(100) - dial->val2angle(100 - value + from);
+            QImage expected = emptyImage(dial->Image->size());
+            expected.setDevicePixelRatio(dial->devicePixelRatioF());
+            {
+                QPainter painter(&expected);
+                painter.setRenderHint(QPainter::Antialiasing);
+                painter.setBrush(color);
+                painter.setPen(color);
+                painter.drawPie(QRectF(dial->arcRect), start, span);
+            }
+            const QString difference = differenceOf(*dial->Image, expected);
+            QVERIFY2(difference.isEmpty(),
+                     qPrintable(QStringLiteral("radius %1, start %2, span %3: %4")
+                                    .arg(dial->getRadius())
+                                    .arg(start)
+                                    .arg(span)
+                                    .arg(difference)));
+        }
+    }
+}
+
+/// A class derived from a dial may have a circle whose center lies within a pixel.
+void MemoriesTest::newValueOnAnOddCircle()
+{
+    Stage<Dial> dial;
+    imageOf(dial.widget);
+    for (const QRect &circle : {QRect(1, 1, 71, 72), QRect(1, 1, 72, 71), QRect(-3, 2, 60, 40),
+                                QRect(-900, -900, 1802, 1802), QRect(500, 500, 72, 72), QRect()}) {
+        dial->arcRect = circle;
+        for (double value = 7.3; value < 100; value += 4.7) {
+            dial->setValue(value);
+            imageOf(dial.widget);
+            const int span = dial->val2angle(100) - dial->val2angle(100 - value);
+            COMPARE_IMAGES(*dial->Image, drawnImage(QSize(76, 51), [&](QPainter *painter) {
+                painter->setBrush(dial->getCursor());
+                painter->setPen(dial->getCursor());
+                painter->drawPie(QRectF(circle), 200 * 16, span);
+            }));
         }
     }
 }
