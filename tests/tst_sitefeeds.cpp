@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
+#include "feed/privatefile.h"
 #include "options.h"
 #include "sitefeeds.h"
 
@@ -63,6 +64,9 @@ private Q_SLOTS:
     void argumentsAddToTheFile();
     void wrongSites_data();
     void wrongSites();
+    void keepsAUserInTheFile();
+    void checksTheUserOnceTheDriverRuns();
+    void refusedUser();
     void authoritiesMustBeThere();
     void authoritiesRequireTls();
 };
@@ -201,6 +205,129 @@ void SiteFeedsTest::wrongSites()
     QVERIFY(!readSite(optionsFor(arguments), QString(), &entries, &users, &error));
     QVERIFY2(error.contains(part), qPrintable(error));
     QVERIFY(!error.contains(QLatin1Char('\n')));
+}
+
+/// The file of credentials is the operator's own.
+void SiteFeedsTest::keepsAUserInTheFile()
+{
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("credentials"));
+    const QByteArray before = "# The night shift's.\n[other]\nuser = a\npassword = b\n";
+    QString error;
+    QVERIFY2(writePrivateFile(path, before, &error), qPrintable(error));
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    const QString ups = QStringLiteral("rack1@host:3493");
+    const QString user = QStringLiteral("oper");
+    QVERIFY2(feeds.keepUser(path, ups, user, QStringLiteral("p"), &error), qPrintable(error));
+    const QByteArray kept = before + "\n[host:3493]\nuser = oper\npassword = p\n";
+    QCOMPARE(*readPrivateFile(path, mostSiteBytes, &error), kept);
+    QCOMPARE(QFile::permissions(path) &
+                 (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+             QFile::Permissions());
+    // A file that others can read is left alone, and so is one that is not understood.
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
+    QVERIFY(!feeds.keepUser(path, ups, user, QStringLiteral("q"), &error));
+    QCOMPARE(*readSmallFile(path, mostSiteBytes, &error), kept);
+    QVERIFY2(writePrivateFile(path, "what is this\n", &error), qPrintable(error));
+    QVERIFY(!feeds.keepUser(path, ups, user, QStringLiteral("q"), &error));
+    QVERIFY2(error.contains(path), qPrintable(error));
+    QCOMPARE(*readPrivateFile(path, mostSiteBytes, &error), QByteArray("what is this\n"));
+    // The first one of all.
+    const QString fresh = directory.filePath(QStringLiteral("fresh"));
+    QVERIFY2(feeds.keepUser(fresh, ups, user, QStringLiteral("p"), &error), qPrintable(error));
+    QVERIFY(readPrivateFile(fresh, mostSiteBytes, &error)->endsWith(kept.mid(before.size() + 1)));
+}
+
+/// A UPS whose driver does not run says nothing about the user.
+void SiteFeedsTest::checksTheUserOnceTheDriverRuns()
+{
+    FakeNutServer server;
+    serve(&server, {"a"});
+    const auto reading = server.onLine;
+    int probes = 0;
+    server.onLine = [&](QTcpSocket *socket, const QByteArray &line) {
+        if (line.startsWith("USERNAME") || line.startsWith("PASSWORD") || line == "SET TRACKING ON")
+            socket->write("OK\n");
+        else if (line.startsWith("SET VAR a no.such "))
+            socket->write(++probes == 1 ? "ERR DRIVER-NOT-CONNECTED\n" : "ERR VAR-NOT-SUPPORTED\n");
+        else
+            reading(socket, line);
+    };
+    SiteEntries entries;
+    ServerEntry entry;
+    entry.host = server.address().server();
+    entry.upses.append({QStringLiteral("a"), {}, {}});
+    entries.servers.append(entry);
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QString error;
+    const QString oper = QStringLiteral("oper");
+    QVERIFY2(feeds.add(entries, {{entry.host, oper, QStringLiteral("p")}}, &error, shortTimes()),
+             qPrintable(error));
+    int checked = 0;
+    connect(site.at(0), &UpsModel::userChecked, this, [&checked] { ++checked; });
+    feeds.start();
+    QTRY_COMPARE(checked, 1);
+    QCOMPARE(probes, 2);
+    QCOMPARE(site.at(0)->user(), oper);
+    QVERIFY(site.problems().isEmpty());
+    // Once is enough.
+    server.client()->abort();
+    const auto rounds = server.asked.count();
+    QTRY_VERIFY(server.asked.count() > rounds + 20);
+    QCOMPARE(probes, 2);
+}
+
+/// A refused user is a problem of the site, until another one is taken; the values come all the
+/// same.
+void SiteFeedsTest::refusedUser()
+{
+    FakeNutServer server;
+    serve(&server, {"a"});
+    const auto reading = server.onLine;
+    QByteArray right = "\"right\"";
+    server.onLine = [&, password = QByteArray()](QTcpSocket *socket,
+                                                 const QByteArray &line) mutable {
+        if (line.startsWith("PASSWORD "))
+            password = line.mid(9);
+        if (line.startsWith("USERNAME") || line.startsWith("PASSWORD") || line == "SET TRACKING ON")
+            socket->write("OK\n");
+        else if (line.startsWith("SET VAR "))
+            socket->write(password == right ? "ERR VAR-NOT-SUPPORTED\n" : "ERR ACCESS-DENIED\n");
+        else
+            reading(socket, line);
+    };
+    SiteEntries entries;
+    ServerEntry entry;
+    entry.host = server.address().server();
+    entry.all = true;
+    entries.servers.append(entry);
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QString error;
+    const QString oper = QStringLiteral("oper");
+    QVERIFY2(
+        feeds.add(entries, {{entry.host, oper, QStringLiteral("hunter2")}}, &error, shortTimes()),
+        qPrintable(error));
+    feeds.start();
+    const QString source = QStringLiteral("oper@") + entry.host.toString();
+    QTRY_VERIFY(site.problems().contains(source));
+    QCOMPARE(site.problems().value(source).severity, Severity::Warning);
+    QVERIFY(!site.problems().value(source).text.contains(QStringLiteral("hunter2")));
+    QCOMPARE(site.problemCount(), 1);
+    UpsModel *ups = site.at(0);
+    QTRY_COMPARE(ups->headline().severity, Severity::Normal);
+    QVERIFY(ups->user().isEmpty());
+    QVERIFY2(ups->userProblem().startsWith(QStringLiteral("oper is refused: ")),
+             qPrintable(ups->userProblem()));
+    ups->logIn(oper, QStringLiteral("right"));
+    QTRY_VERIFY(site.problems().isEmpty());
+    QCOMPARE(ups->user(), oper);
+    QVERIFY(ups->userProblem().isEmpty());
+    ups->logOut();
+    QVERIFY(ups->user().isEmpty());
+    QVERIFY(ups->userProblem().isEmpty());
 }
 
 void SiteFeedsTest::authoritiesMustBeThere()
