@@ -32,7 +32,8 @@ mkdir "$scratch/bin"
 printf '#!/bin/sh\nexit 99\n' >"$scratch/bin/git"
 chmod +x "$scratch/bin/git"
 "$tree/docs/check-pages" || fail "the pages need git"
-"$cmake" -S "$tree" -B "$scratch/build" -G Ninja -DKIVWIDGETS_BUILD_TESTS=ON >"$scratch/log" 2>&1 ||
+"$cmake" -S "$tree" -B "$scratch/build" -G Ninja -DKIVWIDGETS_BUILD_TESTS=ON \
+    -DKIVWIDGETS_PRECOMPILE_HEADERS=ON >"$scratch/log" 2>&1 ||
     fail "$(cat "$scratch/log")"
 "$cmake" --build "$scratch/build" --target tst_version >"$scratch/log" 2>&1 ||
     fail "$(cat "$scratch/log")"
