@@ -13,15 +13,14 @@ bool isAlarm(elemDesc_t state, AlarmState alarm)
 
 QString alarmName(elemDesc_t state)
 {
-    if (state.alarmSt < alarmStateCount)
-        return nameOf(AlarmState(state.alarmSt));
-    return QStringLiteral("Unknown alarm");
+    const QString name = nameOf(AlarmState(state.alarmSt));
+    return name.isEmpty() ? QStringLiteral("Unknown alarm") : name;
 }
 
 QString operatingName(elemDesc_t state)
 {
-    const bool known = state.elemSt < operatingStateCount;
-    return nameOf(known ? OperatingState(state.elemSt) : OperatingState::Unknown);
+    const QString name = nameOf(OperatingState(state.elemSt));
+    return name.isEmpty() ? nameOf(OperatingState::Unknown) : name;
 }
 
 /// Both in one sentence, the more urgent one first.
@@ -40,7 +39,7 @@ QString stateWords(elemDesc_t state)
     // What an element did before its communication was lost is no longer known.
     const bool operatingCounts = !isAlarm(state, AlarmState::CommunicationLost) &&
                                  state.elemSt != quint8(OperatingState::Unknown) &&
-                                 state.elemSt < operatingStateCount;
+                                 !nameOf(OperatingState(state.elemSt)).isEmpty();
     return operatingCounts ? joined(alarmName(state), operatingName(state)) : alarmName(state);
 }
 

@@ -19,9 +19,6 @@ struct ElementState
     bool operator!=(const ElementState &other) const;
 };
 
-constexpr int alarmStateCount = int(AlarmState::Locked) + 1;
-constexpr int operatingStateCount = int(OperatingState::OnBypass) + 1;
-
-/// Short English names for the screen, such as "On battery".
+/// Short English names for the screen, such as "On battery"; empty for a number that is no state.
 QString nameOf(AlarmState alarm);
 QString nameOf(OperatingState operating);

@@ -2,6 +2,8 @@
 
 #include "theme.h"
 
+#include "elementstate_p.h"
+
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPainter>
 #include <QtWidgets/QLabel>
@@ -71,7 +73,7 @@ QString Theme::separator()
 
 QColor Theme::accent()
 {
-    return {0, 174, 240};
+    return {KivPrivate::lightBlue};
 }
 
 QFont Theme::font(TextSize size, bool bold)

@@ -2,6 +2,8 @@
 
 #include "widgetcatalogue.h"
 
+#include "elementstate_p.h"
+
 #include <aerobutton.h>
 #include <aerogroupbox.h>
 #include <aerolinebar.h>
@@ -46,7 +48,7 @@ QIcon dot(const QColor &color)
 void addIcon(QWidget *widget)
 {
     static_cast<QAbstractButton *>(widget)->setIconSize(QSize(24, 24));
-    static_cast<QAbstractButton *>(widget)->setIcon(dot(QColor(0, 174, 240)));
+    static_cast<QAbstractButton *>(widget)->setIcon(dot(QColor(KivPrivate::lightBlue)));
 }
 
 void showText(QWidget *widget)
@@ -57,7 +59,7 @@ void showText(QWidget *widget)
 void showLit(QWidget *widget)
 {
     auto *control = static_cast<AeroSwitch *>(widget);
-    control->setHighlight(QColor(0, 174, 240));
+    control->setHighlight(QColor(KivPrivate::lightBlue));
     control->setChecked(true);
 }
 

@@ -2,6 +2,8 @@
 
 #include "widgetcatalogue.h"
 
+#include "elementstate_p.h"
+
 #include <aerobutton.h>
 #include <aerogroupbox.h>
 #include <aerolinebar.h>
@@ -107,13 +109,13 @@ std::vector<WidgetState> aeroButtons()
     });
     states.add<AeroButton>(QStringLiteral("coloured"), size, [=](AeroButton *button) {
         text(button);
-        button->setColor(QColor(0, 174, 240));
-        button->setShadow(QColor(0, 56, 117));
+        button->setColor(QColor(KivPrivate::lightBlue));
+        button->setShadow(QColor(KivPrivate::darkBlue));
     });
     states.add<AeroButton>(QStringLiteral("disabled"), size, [=](AeroButton *button) {
         text(button);
-        button->setColor(QColor(0, 174, 240));
-        button->setShadow(QColor(0, 56, 117));
+        button->setColor(QColor(KivPrivate::lightBlue));
+        button->setShadow(QColor(KivPrivate::darkBlue));
         button->setEnabled(false);
     });
     states.add<AeroButton>(QStringLiteral("opacity 0.5"), size, [=](AeroButton *button) {
@@ -147,7 +149,7 @@ std::vector<WidgetState> aeroSwitches()
                 enabled ? QString() : QStringLiteral(", disabled"));
             states.add<AeroSwitch>(caption, QSize(150, 40), [=](AeroSwitch *control) {
                 control->setText(QStringLiteral("Bypass"));
-                control->setHighlight(QColor(0, 174, 240));
+                control->setHighlight(QColor(KivPrivate::lightBlue));
                 control->setChecked(checked);
                 control->setEnabled(enabled);
             });
@@ -222,8 +224,8 @@ std::vector<WidgetState> aeroGroupboxes()
         QPixmap image(64, 64);
         QPainter painter(&image);
         QLinearGradient gradient(0, 0, 64, 64);
-        gradient.setColorAt(0, QColor(0, 56, 117));
-        gradient.setColorAt(1, QColor(0, 174, 240));
+        gradient.setColorAt(0, QColor(KivPrivate::darkBlue));
+        gradient.setColorAt(1, QColor(KivPrivate::lightBlue));
         painter.fillRect(image.rect(), gradient);
         painter.end();
         box->setBackgroundType(AeroGroupbox::ImageBG);
@@ -238,7 +240,7 @@ std::vector<WidgetState> aeroLinebars()
     States states;
     const QSize size(260, 50);
     const auto populate = [](AeroLinebar *bar) {
-        bar->setColor(QColor(0, 174, 240));
+        bar->setColor(QColor(KivPrivate::lightBlue));
         bar->setShadow(QColor(0, 108, 160));
         bar->setColorText(Qt::black);
     };

@@ -40,12 +40,13 @@ constexpr int propertiesWidth = 280;
 /// Signals named at the foot of the window, the latest first.
 constexpr int signalsKept = 4;
 
+/// The names of all states, in the order of their numbers.
 template <typename State>
-QStringList namesOf(int count)
+QStringList stateNames()
 {
     QStringList names;
-    for (int i = 0; i < count; ++i)
-        names.append(nameOf(State(i)));
+    for (QString name = nameOf(State(0)); !name.isEmpty(); name = nameOf(State(names.size())))
+        names.append(name);
     return names;
 }
 
@@ -371,8 +372,8 @@ void GalleryWindow::presentProperties()
                                     shown->setState(widget, state);
                                 }});
         };
-        add(tr("alarm"), namesOf<AlarmState>(alarmStateCount), &state.alarmSt);
-        add(tr("operation"), namesOf<OperatingState>(operatingStateCount), &state.elemSt);
+        add(tr("alarm"), stateNames<AlarmState>(), &state.alarmSt);
+        add(tr("operation"), stateNames<OperatingState>(), &state.elemSt);
     }
     if (auto *stack = qobject_cast<RotateStackedWidget *>(widget)) {
         heading = tr("Pages");

@@ -2,6 +2,7 @@
 
 #include "samples.h"
 
+#include "elementstate_p.h"
 #include "pictograms.h"
 #include "theme.h"
 
@@ -72,7 +73,7 @@ const std::vector<Sample<QPixmap>> &samplePixmaps()
     static const std::vector<Sample<QPixmap>> samples = [] {
         std::vector<Sample<QPixmap>> pixmaps = {
             {QStringLiteral("Blue background"),
-             gradientBackground(QColor(0, 56, 117), QColor(0, 174, 240))},
+             gradientBackground(QColor(KivPrivate::darkBlue), Theme::accent())},
             {QStringLiteral("Slate background"),
              gradientBackground(QColor(84, 98, 112), QColor(36, 44, 52))},
         };
