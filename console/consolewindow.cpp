@@ -6,6 +6,7 @@
 #include "controlpage.h"
 #include "danger.h"
 #include "display.h"
+#include "elementstate_p.h"
 #include "elidedlabel.h"
 #include "eventspage.h"
 #include "fleetpage.h"
@@ -202,8 +203,7 @@ ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
     , site(shownSite)
 {
     setMinimumSize(leastSize);
-    makeStrip();
-    banner = new Banner(this);
+    makeHeader();
     makeTabs();
     makeDrawer();
     makeKeys();
@@ -247,7 +247,7 @@ void ConsoleWindow::follow(UpsModel *followedUps)
 
 ConsoleWindow::~ConsoleWindow() = default;
 
-void ConsoleWindow::makeStrip()
+void ConsoleWindow::makeHeader()
 {
     strip = new MetroStatusbar(this);
     strip->setObjectName(QStringLiteral("strip"));
@@ -271,7 +271,7 @@ void ConsoleWindow::makeStrip()
     simulatedMark->setContentsMargins(6, 2, 6, 2);
     simulatedMark->setAutoFillBackground(true);
     QPalette mark = simulatedMark->palette();
-    mark.setColor(QPalette::Window, QColor(247, 148, 50));
+    mark.setColor(QPalette::Window, QColor(KivPrivate::orange));
     mark.setColor(QPalette::WindowText, QColor(40, 22, 0));
     simulatedMark->setPalette(mark);
     clock = Theme::label(strip, Theme::Large);
@@ -294,6 +294,7 @@ void ConsoleWindow::makeStrip()
     messageTimer->setSingleShot(true);
     connect(messageTimer, &QTimer::timeout, message, &QLabel::hide);
     message->hide();
+    banner = new Banner(this);
 }
 
 void ConsoleWindow::makeTabs()
@@ -805,7 +806,7 @@ void ConsoleWindow::arrangeTabs()
     showTabStates();
 }
 
-void ConsoleWindow::drawTab(const Tab &tab, bool hovered)
+void ConsoleWindow::drawTab(const Tab &tab, bool hovered) const
 {
     QIcon icon;
     for (const bool chosen : {false, true})

@@ -108,7 +108,7 @@ private:
     void showSite();
     void showUps();
     void offerCommands();
-    void makeStrip();
+    void makeHeader();
     void makeTabs();
     void makeDrawer();
     void makeKeys();
@@ -119,7 +119,7 @@ private:
     void showRecord(const CommandRecord &record);
     void showTabStates();
     void showUnacknowledged();
-    void drawTab(const Tab &tab, bool hovered);
+    void drawTab(const Tab &tab, bool hovered) const;
     void openDrawer(bool open);
     void escape();
 

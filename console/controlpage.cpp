@@ -59,6 +59,7 @@ QString asFormat(QString text)
 
 ControlPage::ControlPage(QWidget *parent)
     : Page(parent)
+    , groups(new QBoxLayout(QBoxLayout::LeftToRight))
 {
     auto *outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
@@ -67,7 +68,6 @@ ControlPage::ControlPage(QWidget *parent)
     content = room->content();
     QVBoxLayout *layout = Theme::pageLayout(content);
     layout->addWidget(makeBattery());
-    groups = new QBoxLayout(QBoxLayout::LeftToRight);
     groups->addWidget(makeSwitches(), 3);
     groups->addWidget(makeSimulator(), 1);
     layout->addLayout(groups);
@@ -76,13 +76,18 @@ ControlPage::ControlPage(QWidget *parent)
     nothing->setWordWrap(true);
     Glass::setTextColor(nothing, textColor);
     layout->addWidget(nothing);
-    offers = new OfferPanel(content);
-    connect(offers, &OfferPanel::said, this, &ControlPage::said);
-    connect(offers, &OfferPanel::keepUser, this, &ControlPage::keepUser);
-    layout->addWidget(offers);
+    layout->addWidget(makeOffers());
     layout->addStretch(1);
     layout->addWidget(makeStrip());
     applyScale();
+}
+
+QWidget *ControlPage::makeOffers()
+{
+    offers = new OfferPanel(content);
+    connect(offers, &OfferPanel::said, this, &ControlPage::said);
+    connect(offers, &OfferPanel::keepUser, this, &ControlPage::keepUser);
+    return offers;
 }
 
 QWidget *ControlPage::makeBattery()
@@ -92,7 +97,7 @@ QWidget *ControlPage::makeBattery()
     charge->setObjectName(QStringLiteral("charge"));
     charge->setAccessibleName(box->title());
     Theme::setText(charge, Theme::Large);
-    charge->setColor(QColor(0, 174, 240));
+    charge->setColor(Theme::accent());
     charge->setShadow(QColor(0, 108, 160));
     charge->setColorPen(outline);
     charge->setRoundness(40);

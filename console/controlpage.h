@@ -70,6 +70,7 @@ private:
     };
 
     QWidget *makeBattery();
+    QWidget *makeOffers();
     QWidget *makeSwitches();
     QWidget *makeSimulator();
     QWidget *makeStrip();

@@ -17,26 +17,26 @@ struct DangerRow
 
 // The first row that fits counts; harmless ones have no consequence.
 const DangerRow dangers[] = {
-    {"(.*\\.)?shutdown\\.stop", ""},
-    {"beeper\\..*", ""},
-    {"outlet.*\\.(load\\.off|load\\.cycle|shutdown).*",
+    {R"((.*\.)?shutdown\.stop)", ""},
+    {R"(beeper\..*)", ""},
+    {R"(outlet.*\.(load\.off|load\.cycle|shutdown).*)",
      QT_TRANSLATE_NOOP("Danger", "Switches the outlet off: what it feeds loses power.")},
-    {"(.*\\.)?load\\.(off|cycle).*",
+    {R"((.*\.)?load\.(off|cycle).*)",
      QT_TRANSLATE_NOOP("Danger",
                        "Switches the output off: everything that the UPS feeds loses power.")},
-    {"(.*\\.)?(shutdown|driver\\.killpower|reboot).*",
+    {R"((.*\.)?(shutdown|driver\.killpower|reboot).*)",
      QT_TRANSLATE_NOOP("Danger", "Shuts the UPS down: everything that it feeds loses power.")},
-    {"bypass\\.start.*",
+    {R"(bypass\.start.*)",
      QT_TRANSLATE_NOOP("Danger", "Feeds the load straight from the mains: it is not protected.")},
-    {"(test\\.battery|test\\.failure|calibrate)\\.start.*",
+    {R"((test\.battery|test\.failure|calibrate)\.start.*)",
      QT_TRANSLATE_NOOP("Danger", "Runs the load on battery: a weak battery drops it.")},
     // What is not known by name, but says what it does.
-    {".*(\\b|_)(off|kill|killpower|cycle|reboot|poweroff)(\\b|_).*",
+    {R"(.*(\b|_)(off|kill|killpower|cycle|reboot|poweroff)(\b|_).*)",
      QT_TRANSLATE_NOOP("Danger", "May switch off what the UPS feeds.")},
 };
 
 const DangerRow settingDangers[] = {
-    {"outlet(\\..*)?\\.switch",
+    {R"(outlet(\..*)?\.switch)",
      QT_TRANSLATE_NOOP("Danger", "Switches the outlet: what it feeds may lose power.")},
 };
 
