@@ -1,4 +1,4 @@
-"""The sheets by which people judge the pictures: one of all pictures, one of the composed switches."""
+"""The sheets by which people judge the images: one of all images, one of the composed switches."""
 
 import base64
 
@@ -12,42 +12,42 @@ GAP = 12
 CAPTION = 18
 
 
-def enlarged(picture, factor):
-    """The picture with every pixel as a square of `factor` pixels."""
+def enlarged(image, factor):
+    """The image with every pixel as a square of `factor` pixels."""
     out = bytearray()
-    for y in range(picture.height):
-        row = picture.pixels[4 * picture.width * y:4 * picture.width * (y + 1)]
+    for y in range(image.height):
+        row = image.pixels[4 * image.width * y:4 * image.width * (y + 1)]
         wide = b"".join(bytes(row[i:i + 4]) * factor for i in range(0, len(row), 4))
         out += wide * factor
-    return pngfile.Picture(picture.width * factor, picture.height * factor, out)
+    return pngfile.Image(image.width * factor, image.height * factor, out)
 
 
-def sampled(picture, width, height):
+def sampled(image, width, height):
     """Reduced as a painter does without smoothing: each pixel takes the one under its centre."""
-    out = pngfile.Picture(width, height)
+    out = pngfile.Image(width, height)
     for y in range(height):
         for x in range(width):
-            out.put(x, y, picture.at((2 * x + 1) * picture.width // (2 * width),
-                                     (2 * y + 1) * picture.height // (2 * height)))
+            out.put(x, y, image.at((2 * x + 1) * image.width // (2 * width),
+                                   (2 * y + 1) * image.height // (2 * height)))
     return out
 
 
-def averaged(picture, width, height):
+def averaged(image, width, height):
     """Reduced smoothly: each pixel is the mean of what it covers."""
     def spans(size, wanted):
         for i in range(wanted):
             start, end = i * size / wanted, (i + 1) * size / wanted
             yield [(j, min(end, j + 1) - max(start, j)) for j in range(int(start), size)
                    if min(end, j + 1) > max(start, j)]
-    out = pngfile.Picture(width, height)
-    columns = list(spans(picture.width, width))
-    for y, rows in enumerate(spans(picture.height, height)):
+    out = pngfile.Image(width, height)
+    columns = list(spans(image.width, width))
+    for y, rows in enumerate(spans(image.height, height)):
         for x, cells in enumerate(columns):
             total = [0.0] * 4
             area = 0.0
             for row, high in rows:
                 for column, wide in cells:
-                    pixel = picture.at(column, row)
+                    pixel = image.at(column, row)
                     part = high * wide
                     area += part
                     for channel in range(3):
@@ -76,13 +76,13 @@ def _encoded(value):
     return round(255 * (12.92 * value if value <= 0.0031308 else 1.055 * value ** (1 / 2.4) - 0.055))
 
 
-def colour_blind(picture, matrix):
-    """The picture as eyes see it that lack one kind of cones."""
+def colour_blind(image, matrix):
+    """The image as eyes see it that lack one kind of cones."""
     seen = {}
-    out = pngfile.Picture(picture.width, picture.height)
-    for y in range(picture.height):
-        for x in range(picture.width):
-            pixel = picture.at(x, y)
+    out = pngfile.Image(image.width, image.height)
+    for y in range(image.height):
+        for x in range(image.width):
+            pixel = image.at(x, y)
             if pixel not in seen:
                 light = [_linear(v) for v in pixel[:3]]
                 seen[pixel] = [_encoded(sum(m * v for m, v in zip(row, light))) for row in matrix] + [pixel[3]]
@@ -90,11 +90,11 @@ def colour_blind(picture, matrix):
     return out
 
 
-def grey(picture):
-    out = bytearray(picture.pixels)
+def grey(image):
+    out = bytearray(image.pixels)
     for i in range(0, len(out), 4):
         out[i:i + 3] = bytes([(299 * out[i] + 587 * out[i + 1] + 114 * out[i + 2] + 500) // 1000]) * 3
-    return pngfile.Picture(picture.width, picture.height, out)
+    return pngfile.Image(image.width, image.height, out)
 
 
 def over(below, above, x, y):
@@ -113,12 +113,12 @@ def over(below, above, x, y):
                           + [round(alpha)])
 
 
-def cut(picture, left, width):
-    """A piece of the picture of its whole height."""
-    out = pngfile.Picture(min(width, picture.width - left), picture.height)
+def cut(image, left, width):
+    """A piece of the image of its whole height."""
+    out = pngfile.Image(min(width, image.width - left), image.height)
     for y in range(out.height):
         for x in range(out.width):
-            out.put(x, y, picture.at(left + x, y))
+            out.put(x, y, image.at(left + x, y))
     return out
 
 
@@ -139,11 +139,11 @@ class Sheet:
         self.parts.append('<rect x="%d" y="%d" width="%d" height="%d" fill="%s"/>'
                           % (x, y, width, height, colour))
 
-    def picture(self, x, y, picture):
-        data = base64.b64encode(pngfile.encode(picture, filters=(0,))).decode()
+    def image(self, x, y, image):
+        data = base64.b64encode(pngfile.encode(image, filters=(0,))).decode()
         self.parts.append('<image x="%d" y="%d" width="%d" height="%d" '
                           'xlink:href="data:image/png;base64,%s"/>'
-                          % (x, y, picture.width, picture.height, data))
+                          % (x, y, image.width, image.height, data))
 
     def svg(self):
         return ('<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" '
@@ -152,7 +152,7 @@ class Sheet:
 
 
 class Panel:
-    """Pictures on one background, placed by rows."""
+    """Images on one background, placed by rows."""
 
     def __init__(self, background):
         self.background = background
@@ -160,18 +160,18 @@ class Panel:
         self.height = GAP
         self.items = []
 
-    def row(self, pictures):
+    def row(self, images):
         x = GAP
-        for picture in pictures:
-            self.items.append((x, self.height, picture))
-            x += picture.width + GAP
+        for image in images:
+            self.items.append((x, self.height, image))
+            x += image.width + GAP
         self.width = max(self.width, x)
-        self.height += max(picture.height for picture in pictures) + GAP
+        self.height += max(image.height for image in images) + GAP
 
     def draw(self, sheet, x, y):
         sheet.background(x, y, self.width, self.height, self.background)
-        for left, top, picture in self.items:
-            sheet.picture(x + left, y + top, picture)
+        for left, top, image in self.items:
+            sheet.image(x + left, y + top, image)
 
 
 class Flow:
@@ -212,12 +212,12 @@ class Flow:
         self.line = max(self.line, height)
 
 
-def three_sizes(picture, background):
+def three_sizes(image, background):
     panel = Panel(background)
     piece = (WIDTH - 2 * MARGIN - 2 * GAP) // 4
-    for left in range(0, picture.width, piece):
-        panel.row([enlarged(cut(picture, left, piece), 4)])
-    pair = [enlarged(picture, 2), picture]
+    for left in range(0, image.width, piece):
+        panel.row([enlarged(cut(image, left, piece), 4)])
+    pair = [enlarged(image, 2), image]
     if sum(p.width for p in pair) + 3 * GAP > WIDTH - 2 * MARGIN:
         for one in pair:
             panel.row([one])
@@ -226,14 +226,14 @@ def three_sizes(picture, background):
     return panel
 
 
-def contact_sheet(pictures):
+def contact_sheet(images):
     sheet = Sheet(WIDTH)
     flow = Flow(sheet)
-    flow.heading("The pictures at four times, twice and their own size, on light and on dark ground")
-    for name, picture in pictures.items():
-        flow.block(name, [three_sizes(picture, LIGHT), three_sizes(picture, DARK)])
+    flow.heading("The images at four times, twice and their own size, on light and on dark background")
+    for name, image in images.items():
+        flow.block(name, [three_sizes(image, LIGHT), three_sizes(image, DARK)])
 
-    leds = [p for name, p in pictures.items() if name.startswith("stato-LED-")]
+    leds = [p for name, p in images.items() if name.startswith("stato-LED-")]
     rows = [leds[i:i + 7] for i in range(0, len(leds), 7)]
     flow.heading("State LEDs on low tiles: 10 x 10 as the tile samples them, and smoothed")
     for background in (LIGHT, DARK, "#59595b"):
@@ -245,10 +245,10 @@ def contact_sheet(pictures):
                 flow.block("%s, %d x" % (reduce.__name__, factor), [panel])
 
     flow.heading("Without colour")
-    batteries = [p for name, p in pictures.items() if name.startswith("batt_")]
+    batteries = [p for name, p in images.items() if name.startswith("batt_")]
     for background in (LIGHT, DARK):
         panel = Panel(background)
-        panel.row([grey(picture) for picture in batteries])
+        panel.row([grey(image) for image in batteries])
         for row in rows:
             panel.row([grey(led) for led in row])
         flow.block("own size", [panel])
@@ -260,7 +260,7 @@ def contact_sheet(pictures):
     flow.heading("As colour-blind eyes see them")
     for name, matrix in COLOUR_BLIND.items():
         panel = Panel(DARK)
-        panel.row([colour_blind(picture, matrix) for picture in batteries])
+        panel.row([colour_blind(image, matrix) for image in batteries])
         for row in rows:
             panel.row([enlarged(colour_blind(led, matrix), 3) for led in row])
             panel.row([enlarged(colour_blind(sampled(led, 10, 10), matrix), 3) for led in row])
@@ -269,13 +269,13 @@ def contact_sheet(pictures):
     return sheet.svg()
 
 
-def slide_switch(pictures, disabled, revealed, knob_x):
+def slide_switch(images, disabled, revealed, knob_x):
     """SimpleSlideSwitch: the checked track cut at `revealed` over the unchecked one, then the knob."""
     suffix = "_disabled" if disabled else ""
-    out = pngfile.Picture(78, 27)
-    over(out, pictures["slide_unchecked" + suffix], 0, 0)
-    over(out, cut(pictures["slide_checked" + suffix], 0, revealed), 0, 0)
-    knob = sampled(pictures["button_slide_disabled"], 27, 27) if disabled else pictures["slide_button"]
+    out = pngfile.Image(78, 27)
+    over(out, images["slide_unchecked" + suffix], 0, 0)
+    over(out, cut(images["slide_checked" + suffix], 0, revealed), 0, 0)
+    knob = sampled(images["button_slide_disabled"], 27, 27) if disabled else images["slide_button"]
     over(out, knob, knob_x, 0)
     return out
 
@@ -283,7 +283,7 @@ def slide_switch(pictures, disabled, revealed, knob_x):
 def knob_disc():
     """The knob that SlideSwitch paints: a disc of 41 pixels with its outline."""
     radius, steps = 20.5, 4
-    out = pngfile.Picture(41, 41)
+    out = pngfile.Image(41, 41)
     for y in range(41):
         for x in range(41):
             inside = sum((x + (i + .5) / steps - radius) ** 2 + (y + (j + .5) / steps - radius) ** 2
@@ -292,7 +292,7 @@ def knob_disc():
     return out
 
 
-def switch_sheet(pictures):
+def switch_sheet(images):
     sheet = Sheet(WIDTH)
     flow = Flow(sheet)
     knob = knob_disc()
@@ -303,8 +303,8 @@ def switch_sheet(pictures):
             ("OFF, partly on", "OFF", 75), ("ON, partly on", "ON", 75),
             ("locked off", "LOCKED-OFF", 75), ("locked on", "LOCKED-ON", 75),
             ("disabled", "DISABLED", None)):
-        composed = pngfile.Picture(190, 60)
-        over(composed, pictures["SlideSwitch-" + face], 0, 0)
+        composed = pngfile.Image(190, 60)
+        over(composed, images["SlideSwitch-" + face], 0, 0)
         if knob_x is not None:
             # The outline, one pixel wide, reaches half a pixel beyond the ellipse.
             over(composed, knob, knob_x, 10)
@@ -321,7 +321,7 @@ def switch_sheet(pictures):
         for caption, revealed, knob_x in (
                 ("off", 0, 0), ("off after a drag", 27, 0), ("dragged to 20", 20, 7),
                 ("dragged to 50", 50, 37), ("on", 51, 51)):
-            composed = slide_switch(pictures, disabled, revealed, knob_x)
+            composed = slide_switch(images, disabled, revealed, knob_x)
             panels = []
             for background in (LIGHT, DARK):
                 panel = Panel(background)

@@ -279,7 +279,7 @@ QIcon someIcon(Bytes &bytes)
     case 0:
         return QIcon();
     case 1:
-        return QIcon(QStringLiteral(":/no/such/picture.png"));
+        return QIcon(QStringLiteral(":/no/such/image.png"));
     case 2: {
         const QSize offered = someSize(bytes);
         return QIcon(new HostileEngine(offered, someImageSize(bytes)));

@@ -76,7 +76,7 @@ class Check(unittest.TestCase):
     def test_untouched_copy(self):
         self.assertEqual(self.faults(), [])
 
-    def test_rendering_makes_the_committed_pictures(self):
+    def test_rendering_makes_the_committed_images(self):
         fresh = os.path.join(self.directory, "fresh")
         record = os.path.join(ARTWORK, "renderer-version")
         before = os.stat(record).st_mtime_ns
@@ -88,28 +88,28 @@ class Check(unittest.TestCase):
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.assertEqual(os.stat(record).st_mtime_ns, before)
 
-    def test_missing_picture(self):
+    def test_missing_image(self):
         os.remove(self.path("batt_ok.png"))
         self.assertEqual(self.faults(), ["batt_ok.png is missing"])
 
-    def test_larger_pictures(self):
+    def test_larger_images(self):
         shutil.copy(self.path("batt_ok.png"), self.copy + "2x")
         os.remove(os.path.join(self.copy + "3x", "batt_none.png"))
         self.assertEqual(self.faults("2", "3"), ["at 2x: batt_ok.png is 72 x 72, not 144 x 144",
                                                  "at 3x: batt_none.png is missing"])
 
     def test_another_pixel(self):
-        picture = pngfile.read(self.path("stato-LED-OK-ON.png"))
-        red, green, blue, alpha = picture.at(10, 3)
-        picture.put(10, 3, (red, green, blue - 100, alpha))
-        pngfile.write(picture, self.path("stato-LED-OK-ON.png"))
+        image = pngfile.read(self.path("stato-LED-OK-ON.png"))
+        red, green, blue, alpha = image.at(10, 3)
+        image.put(10, 3, (red, green, blue - 100, alpha))
+        pngfile.write(image, self.path("stato-LED-OK-ON.png"))
         fault, = self.faults()
         self.assertTrue(fault.startswith("stato-LED-OK-ON.png differs from its masters"), fault)
 
     def test_lost_alpha_channel(self):
-        picture = pngfile.read(self.path("fasciasuperiore.png"))
-        picture.colour_type = pngfile.RGB
-        pngfile.write(picture, self.path("fasciasuperiore.png"))
+        image = pngfile.read(self.path("fasciasuperiore.png"))
+        image.colour_type = pngfile.RGB
+        pngfile.write(image, self.path("fasciasuperiore.png"))
         self.assertEqual(self.faults(), ["fasciasuperiore.png has colour type 2, not 6"])
 
     def test_another_size(self):
@@ -118,7 +118,7 @@ class Check(unittest.TestCase):
 
     def test_broken_files(self):
         with open(self.path("batt_ok.png"), "wb") as file:
-            file.write(b"no picture")
+            file.write(b"no image")
         with open(self.path("batt_none.png"), "r+b") as file:
             file.truncate(200)
         faults = self.faults()
@@ -126,7 +126,7 @@ class Check(unittest.TestCase):
         for fault in faults:
             self.assertIn("cannot be read", fault)
 
-    def test_picture_without_a_master(self):
+    def test_image_without_a_master(self):
         shutil.copy(self.path("batt_ok.png"), self.path("batt_new.png"))
         self.assertEqual(self.faults(), ["batt_new.png has no master"])
 
@@ -143,7 +143,7 @@ class Tolerance(unittest.TestCase):
         self.stored = pngfile.read(os.path.join(IMAGES, "stato-LED-OK-ON.png"))
 
     def test_slightly_different_edge(self):
-        fresh = pngfile.Picture(21, 21, bytearray(self.stored.pixels))
+        fresh = pngfile.Image(21, 21, bytearray(self.stored.pixels))
         for offset in range(3, len(fresh.pixels), 4):
             if 0 < fresh.pixels[offset] < 250:
                 fresh.pixels[offset] += 5
@@ -156,17 +156,17 @@ class Tolerance(unittest.TestCase):
             fresh = pngfile.read(os.path.join(IMAGES, other + ".png"))
             self.assertIsNotNone(render.difference(fresh, self.stored, False), other)
 
-    def test_no_two_pictures_pass_for_each_other(self):
-        pictures = [(name, pngfile.read(os.path.join(IMAGES, name + ".png")))
+    def test_no_two_images_pass_for_each_other(self):
+        images = [(name, pngfile.read(os.path.join(IMAGES, name + ".png")))
                     for name in render.drawings()]
-        for i, (name, picture) in enumerate(pictures):
-            for other, another in pictures[:i]:
-                self.assertIsNotNone(render.difference(picture, another, False), (name, other))
+        for i, (name, image) in enumerate(images):
+            for other, another in images[:i]:
+                self.assertIsNotNone(render.difference(image, another, False), (name, other))
 
 
 class CommandLine(unittest.TestCase):
     def test_wrong_options(self):
-        for arguments in (["--wrong"], ["picture"], ["--sheet"], ["--check", "a", "b"],
+        for arguments in (["--wrong"], ["image"], ["--sheet"], ["--check", "a", "b"],
                           ["--check", "--sheet", "file"], ["--chec"],
                           ["--scales", "4"], ["--scales"]):
             done = run(*arguments)
@@ -196,15 +196,15 @@ class CommandLine(unittest.TestCase):
 
 
 class Sheets(unittest.TestCase):
-    def pictures(self):
+    def images(self):
         return {name: pngfile.read(os.path.join(IMAGES, name + ".png"))
                 for name in render.drawings() if "slide" in name}
 
     def test_composed_slide_switch(self):
-        pictures = self.pictures()
-        off = render.sheets.slide_switch(pictures, False, 0, 0)
-        half = render.sheets.slide_switch(pictures, False, 40, 27)
-        on = render.sheets.slide_switch(pictures, False, 51, 51)
+        images = self.images()
+        off = render.sheets.slide_switch(images, False, 0, 0)
+        half = render.sheets.slide_switch(images, False, 40, 27)
+        on = render.sheets.slide_switch(images, False, 51, 51)
         self.assertEqual(off.at(60, 13), (167, 167, 167, 255))
         self.assertEqual([half.at(x, 13) for x in (20, 60)],
                          [(0, 174, 240, 255), (167, 167, 167, 255)])
@@ -219,7 +219,7 @@ class Sheets(unittest.TestCase):
                 self.assertEqual(small.at(x, y), led.at(2 * x + 1, 2 * y + 1))
 
     def test_smoothed_led(self):
-        plain = pngfile.Picture(21, 21, bytearray((10, 20, 30, 200)) * 441)
+        plain = pngfile.Image(21, 21, bytearray((10, 20, 30, 200)) * 441)
         smooth = render.sheets.averaged(plain, 10, 10)
         self.assertEqual({smooth.at(x, y) for x in range(10) for y in range(10)}, {(10, 20, 30, 200)})
 
@@ -252,11 +252,11 @@ class Masters(unittest.TestCase):
 
 class Files(unittest.TestCase):
     def test_read_is_what_was_written(self):
-        picture = pngfile.Picture(7, 5, bytearray((37 * i * i + 11 * i) % 256 for i in range(140)))
+        image = pngfile.Image(7, 5, bytearray((37 * i * i + 11 * i) % 256 for i in range(140)))
         for filters in (range(5), (0,), (1,), (2,), (3,), (4,)):
-            back = pngfile.decode(pngfile.encode(picture, filters))
+            back = pngfile.decode(pngfile.encode(image, filters))
             self.assertEqual((back.width, back.height, back.colour_type), (7, 5, pngfile.RGBA))
-            self.assertEqual(back.pixels, picture.pixels)
+            self.assertEqual(back.pixels, image.pixels)
 
 
 if __name__ == "__main__":

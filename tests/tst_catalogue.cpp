@@ -212,7 +212,7 @@ void CatalogueTest::pages()
     QFETCH(QString, name);
     for (const char *directory : {"widgets", "thumbnails"}) {
         const QString image =
-            QStringLiteral("docs/pictures/%1/%2.png").arg(QLatin1String(directory), name.toLower());
+            QStringLiteral("docs/images/%1/%2.png").arg(QLatin1String(directory), name.toLower());
         QVERIFY2(QFileInfo::exists(root + QLatin1Char('/') + image),
                  qPrintable(QStringLiteral("no %1: build the target widget-sheets").arg(image)));
     }

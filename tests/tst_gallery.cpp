@@ -1251,7 +1251,7 @@ void GalleryTest::screenshots()
 {
     QTemporaryDir directory;
     GalleryOptions options;
-    options.directory = directory.filePath(QStringLiteral("new/pictures"));
+    options.directory = directory.filePath(QStringLiteral("new/images"));
     GalleryWindow window;
     window.resize(900, 600);
     QString error;
@@ -1297,7 +1297,7 @@ void GalleryTest::screenshotsNeedADirectory()
     QFile file(directory.filePath(QStringLiteral("file")));
     QVERIFY(file.open(QIODevice::WriteOnly));
     GalleryOptions options;
-    options.directory = file.fileName() + QStringLiteral("/pictures");
+    options.directory = file.fileName() + QStringLiteral("/images");
     GalleryWindow window;
     QString error;
     QVERIFY(!takeGalleryScreenshots(window, options, &error));

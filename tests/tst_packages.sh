@@ -105,8 +105,8 @@ for module in "$root"/usr/lib/python3/dist-packages/kivwidgets/qt?.abi3.so; do
         fail "$(cat "$scratch/python.log")"
 done
 
-# takes_pictures PROGRAM COUNT [OPTION...]: the program prints its version and draws so many images.
-takes_pictures() {
+# draws_images PROGRAM COUNT [OPTION...]: the program prints its version and draws so many images.
+draws_images() {
     program=$1
     count=$2
     shift 2
@@ -117,6 +117,6 @@ takes_pictures() {
     [ "$(find "$scratch/$program" -name '*.png' -size +4k | wc -l)" = "$count" ] ||
         fail "$program's images: $(cat "$scratch/$program.log")"
 }
-takes_pictures kivconsole 7 --at 30
-takes_pictures kivgallery 1 --widget AeroButton
+draws_images kivconsole 7 --at 30
+draws_images kivgallery 1 --widget AeroButton
 echo "packed, unpacked, and used"

@@ -1,4 +1,4 @@
-"""Pictures of 8 bits per channel in memory and as PNG files, without any library beyond zlib."""
+"""Images of 8 bits per channel in memory and as PNG files, without any library beyond zlib."""
 
 import struct
 import zlib
@@ -13,7 +13,7 @@ class PngError(Exception):
     pass
 
 
-class Picture:
+class Image:
     """`pixels` holds rows of red, green, blue and alpha, not premultiplied."""
 
     def __init__(self, width, height, pixels=None, colour_type=RGBA):
@@ -90,7 +90,7 @@ def decode(data):
         raise PngError("no header")
     width, height, depth, colour_type, _, _, interlaced = header
     if depth != 8 or colour_type not in CHANNELS or interlaced:
-        raise PngError("not a plain picture of 8 bits per channel in colour")
+        raise PngError("not a plain image of 8 bits per channel in colour")
     try:
         raw = zlib.decompress(packed)
     except zlib.error as error:
@@ -112,20 +112,20 @@ def decode(data):
         else:
             for x in range(0, stride, 3):
                 pixels += previous[x:x + 3] + b"\xff"
-    return Picture(width, height, pixels, colour_type)
+    return Image(width, height, pixels, colour_type)
 
 
 def _chunk(kind, body):
     return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body))
 
 
-def encode(picture, filters=range(5)):
+def encode(image, filters=range(5)):
     """The file's bytes. A single filter makes a larger file much sooner."""
-    step = CHANNELS[picture.colour_type]
+    step = CHANNELS[image.colour_type]
     rows = bytearray()
-    previous = bytes(step * picture.width)
-    for y in range(picture.height):
-        row = picture.pixels[4 * picture.width * y:4 * picture.width * (y + 1)]
+    previous = bytes(step * image.width)
+    for y in range(image.height):
+        row = image.pixels[4 * image.width * y:4 * image.width * (y + 1)]
         if step == 3:
             row = bytearray(value for i, value in enumerate(row) if i % 4 != 3)
         # The usual guess at the best filter: the smallest sum of differences taken as signed.
@@ -133,11 +133,11 @@ def encode(picture, filters=range(5)):
                          key=lambda entry: sum(min(v, 256 - v) for v in entry[1]))
         rows += bytes([kind]) + best
         previous = row
-    header = struct.pack(">IIBBBBB", picture.width, picture.height, 8, picture.colour_type, 0, 0, 0)
+    header = struct.pack(">IIBBBBB", image.width, image.height, 8, image.colour_type, 0, 0, 0)
     return (SIGNATURE + _chunk(b"IHDR", header) + _chunk(b"IDAT", zlib.compress(bytes(rows), 9))
             + _chunk(b"IEND", b""))
 
 
-def write(picture, path):
+def write(image, path):
     with open(path, "wb") as file:
-        file.write(encode(picture))
+        file.write(encode(image))

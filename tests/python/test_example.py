@@ -94,9 +94,9 @@ class FirstConsole(unittest.TestCase):
         console.show()
         self.assertEqual(shown(console), ((0, 0), 0, "no data", 0, "no data"))
         self.wait_for(lambda: shown(console) == ((1, 5), 42, "%.0f%%", 87, "%.0f%%"))
-        if "KIV_PICTURE" in os.environ:
+        if "KIV_IMAGE" in os.environ:
             self.application.processEvents()
-            self.assertTrue(console.grab().save(os.environ["KIV_PICTURE"]))
+            self.assertTrue(console.grab().save(os.environ["KIV_IMAGE"]))
 
         self.server.write(ups_load="n/a", battery_charge=12, ups_status="OB LB")
         self.wait_for(lambda: shown(console) == ((2, 6), 0, "no data", 12, "%.0f%%"))

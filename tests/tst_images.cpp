@@ -149,7 +149,7 @@ QImage composedSlide(bool disabled, int revealed, int knobLeft)
 
 } // namespace
 
-class tst_Pictures : public WidgetTest
+class ImagesTest : public WidgetTest
 {
     Q_OBJECT
 
@@ -182,7 +182,7 @@ private Q_SLOTS:
     void drawerTabMeetsThePanel();
 };
 
-void tst_Pictures::everyImage_data()
+void ImagesTest::everyImage_data()
 {
     QTest::addColumn<QSize>("size");
     const QMap<QString, QSize> sizes = sizesByName();
@@ -190,7 +190,7 @@ void tst_Pictures::everyImage_data()
         QTest::newRow(qPrintable(it.key())) << it.value();
 }
 
-void tst_Pictures::everyImage()
+void ImagesTest::everyImage()
 {
     QFETCH(QSize, size);
     const QString name = QString::fromLatin1(QTest::currentDataTag());
@@ -209,7 +209,7 @@ void tst_Pictures::everyImage()
     QCOMPARE(int(header.at(25)), alpha ? 6 : 2);
 }
 
-void tst_Pictures::noImageMore()
+void ImagesTest::noImageMore()
 {
     const QMap<QString, QSize> sizes = sizesByName();
     QCOMPARE(sizes.size(), 43);
@@ -222,7 +222,7 @@ void tst_Pictures::noImageMore()
     QCOMPARE(found, expected);
 }
 
-void tst_Pictures::caseMatters()
+void ImagesTest::caseMatters()
 {
     const QMap<QString, QSize> sizes = sizesByName();
     for (auto it = sizes.cbegin(); it != sizes.cend(); ++it) {
@@ -239,7 +239,7 @@ void tst_Pictures::caseMatters()
     }
 }
 
-void tst_Pictures::registering()
+void ImagesTest::registering()
 {
     const QString path = pathOf(QStringLiteral("batt_ok"));
     QVERIFY(QFile::exists(path));
@@ -258,7 +258,7 @@ void tst_Pictures::registering()
     QCOMPARE(QPixmap(path).size(), QSize(72, 72));
 }
 
-void tst_Pictures::stateColors_data()
+void ImagesTest::stateColors_data()
 {
     QTest::addColumn<QColor>("color");
     QTest::addColumn<int>("leastPercent");
@@ -288,7 +288,7 @@ void tst_Pictures::stateColors_data()
     QTest::newRow("linguetta-navdrawer") << lightGrey << 60;
 }
 
-void tst_Pictures::stateColors()
+void ImagesTest::stateColors()
 {
     QFETCH(QColor, color);
     QFETCH(int, leastPercent);
@@ -297,7 +297,7 @@ void tst_Pictures::stateColors()
     QVERIFY2(percent >= leastPercent, qPrintable(QString::number(percent)));
 }
 
-void tst_Pictures::statesDifferWithoutColor_data()
+void ImagesTest::statesDifferWithoutColor_data()
 {
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QSize>("size");
@@ -313,7 +313,7 @@ void tst_Pictures::statesDifferWithoutColor_data()
                                   << QSize(190, 60) << 1;
 }
 
-void tst_Pictures::statesDifferWithoutColor()
+void ImagesTest::statesDifferWithoutColor()
 {
     QFETCH(QStringList, names);
     QFETCH(QSize, size);
@@ -332,7 +332,7 @@ void tst_Pictures::statesDifferWithoutColor()
     }
 }
 
-void tst_Pictures::elementGlyphsDiffer_data()
+void ImagesTest::elementGlyphsDiffer_data()
 {
     QTest::addColumn<int>("size");
     QTest::addColumn<int>("leastPercent");
@@ -340,7 +340,7 @@ void tst_Pictures::elementGlyphsDiffer_data()
     QTest::newRow("on a low tile") << 10 << 2;
 }
 
-void tst_Pictures::elementGlyphsDiffer()
+void ImagesTest::elementGlyphsDiffer()
 {
     QFETCH(int, size);
     QFETCH(int, leastPercent);
@@ -359,7 +359,7 @@ void tst_Pictures::elementGlyphsDiffer()
     }
 }
 
-void tst_Pictures::lowTilesShowEverySecondPixel()
+void ImagesTest::lowTilesShowEverySecondPixel()
 {
     // What the glyphs are hinted for: the reduced LED consists of the pixels of odd number.
     for (const QString &element : elements) {
@@ -379,7 +379,7 @@ void tst_Pictures::lowTilesShowEverySecondPixel()
     }
 }
 
-void tst_Pictures::glyphsAreCrisp()
+void ImagesTest::glyphsAreCrisp()
 {
     // Nothing but body and ink: no pixel is half covered.
     for (const QString &element : elements) {
@@ -397,7 +397,7 @@ void tst_Pictures::glyphsAreCrisp()
     }
 }
 
-void tst_Pictures::faultLedsNeedNoBackground()
+void ImagesTest::faultLedsNeedNoBackground()
 {
     // All seven fill their square, so the three without an alpha channel are no different.
     for (const QString &element : elements) {
@@ -415,14 +415,14 @@ void tst_Pictures::faultLedsNeedNoBackground()
     }
 }
 
-void tst_Pictures::slideKnobHidesTheCut_data()
+void ImagesTest::slideKnobHidesTheCut_data()
 {
     QTest::addColumn<bool>("disabled");
     QTest::newRow("enabled") << false;
     QTest::newRow("disabled") << true;
 }
 
-void tst_Pictures::slideKnobHidesTheCut()
+void ImagesTest::slideKnobHidesTheCut()
 {
     // When idle, the checked track ends at the knob's left edge, after a drag to off at its right
     // edge, during a drag somewhere between: none of it may show.
@@ -434,12 +434,12 @@ void tst_Pictures::slideKnobHidesTheCut()
     }
 }
 
-void tst_Pictures::slideRevealsItsState_data()
+void ImagesTest::slideRevealsItsState_data()
 {
     slideKnobHidesTheCut_data();
 }
 
-void tst_Pictures::slideRevealsItsState()
+void ImagesTest::slideRevealsItsState()
 {
     QFETCH(bool, disabled);
     const QImage off = composedSlide(disabled, 0, 0);
@@ -457,7 +457,7 @@ void tst_Pictures::slideRevealsItsState()
         QCOMPARE(on.pixel(x, 13), onGroove);
 }
 
-void tst_Pictures::squeezedKnobIsEven()
+void ImagesTest::squeezedKnobIsEven()
 {
     const QImage composed = composedSlide(true, 0, 0).copy(0, 0, 27, 27);
     const QRect middle(9, 6, 9, 15);
@@ -471,7 +471,7 @@ void tst_Pictures::squeezedKnobIsEven()
     }
 }
 
-void tst_Pictures::switchTrackFitsTheKnob_data()
+void ImagesTest::switchTrackFitsTheKnob_data()
 {
     QTest::addColumn<QColor>("track");
     QTest::newRow("SlideSwitch-ON") << lightBlue;
@@ -480,7 +480,7 @@ void tst_Pictures::switchTrackFitsTheKnob_data()
     QTest::newRow("SlideSwitch-LOCKED-OFF") << lightGrey;
 }
 
-void tst_Pictures::switchTrackFitsTheKnob()
+void ImagesTest::switchTrackFitsTheKnob()
 {
     QFETCH(QColor, track);
     const QImage face = namedImage(QString::fromLatin1(QTest::currentDataTag()));
@@ -506,21 +506,21 @@ void tst_Pictures::switchTrackFitsTheKnob()
     }
 }
 
-void tst_Pictures::switchLeavesRoomForText_data()
+void ImagesTest::switchLeavesRoomForText_data()
 {
     QTest::addColumn<QColor>("track");
     QTest::newRow("SlideSwitch-ON") << lightBlue;
     QTest::newRow("SlideSwitch-OFF") << lightGrey;
 }
 
-void tst_Pictures::switchLeavesRoomForText()
+void ImagesTest::switchLeavesRoomForText()
 {
     QFETCH(QColor, track);
     const QImage face = namedImage(QString::fromLatin1(QTest::currentDataTag()));
     QCOMPARE(colorsIn(face, QRect(56, 8, 79, 44)), QSet<QRgb>{track.rgba()});
 }
 
-void tst_Pictures::drawerTabMeetsThePanel()
+void ImagesTest::drawerTabMeetsThePanel()
 {
     // An open drawer's panel of the same grey begins at the tab's right edge.
     const QImage tab = namedImage(QStringLiteral("linguetta-navdrawer"));
@@ -530,5 +530,5 @@ void tst_Pictures::drawerTabMeetsThePanel()
     QCOMPARE(qAlpha(tab.pixel(0, 51)), 0);
 }
 
-KIV_TEST_MAIN(tst_Pictures)
-#include "tst_pictures.moc"
+KIV_TEST_MAIN(ImagesTest)
+#include "tst_images.moc"
