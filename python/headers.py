@@ -86,6 +86,17 @@ def document_sip(source, docs):
     return "\n".join(result) + "\n"
 
 
+def widget_classes(sources):
+    """The widgets that the texts of .sip files declare, derived classes before their bases."""
+    bases = dict(re.findall(r"^class (\w+) : (\w+)", "\n".join(sources), re.M))
+
+    def ancestors(name):
+        return [name, *ancestors(bases[name])] if name in bases else [name]
+
+    lines = [ancestors(name) for name in sorted(bases)]
+    return [line[0] for line in sorted(lines, key=len, reverse=True) if line[-1].startswith("Q")]
+
+
 def document_stub(source, docs):
     """The text of a .pyi file with doc strings."""
     result = []

@@ -98,17 +98,19 @@ class KivBindings(PyQtBindings):
 
         documented = os.path.join(self.project.build_dir, "documented")
         os.makedirs(documented, exist_ok=True)
-        classes = []
+        sources = {}
         for path in sorted(glob.glob(os.path.join(os.path.dirname(self.sip_file), "*.sip"))):
-            if os.path.basename(path) not in OWN_FILES:
-                classes.append(f"%Include {os.path.basename(path)}\n")
             with open(path, encoding="utf-8") as source:
-                text = headers.document_sip(source.read(), docs)
+                sources[os.path.basename(path)] = source.read()
+        classes = [f"%Include {name}\n" for name in sources if name not in OWN_FILES]
+        widgets = "\n".join(f'        {{"{name}", &sipType_{name}}},'
+                            for name in headers.widget_classes(sources.values()))
+        for name, source in sources.items():
+            text = headers.document_sip(source.replace("@KIV_WIDGETS@", widgets), docs)
             if self.project.qt == "5":
                 # PyQt5 chooses the base of Python's enumerations by itself.
                 text = text.replace(" /BaseType=IntEnum/", "")
-            with open(os.path.join(documented, os.path.basename(path)), "w",
-                      encoding="utf-8") as target:
+            with open(os.path.join(documented, name), "w", encoding="utf-8") as target:
                 target.write(text)
         with open(os.path.join(documented, "classes.sip"), "w", encoding="utf-8") as target:
             target.writelines(classes)

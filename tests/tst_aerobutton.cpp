@@ -6,6 +6,7 @@
 #include "glasspanel.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
@@ -75,6 +76,7 @@ class AeroButtonTest : public WidgetTest
 private Q_SLOTS:
     void ampersand();
     void metaObject();
+    void layout();
     void defaults();
     void panel_data();
     void panel();
@@ -688,6 +690,14 @@ void AeroButtonTest::extremeSettingsAreHarmless()
                        const QString text = QStringLiteral("Text");
                        drawLabel(painter, (100 - labelWidth(text)) / 2 - 1, 40, text, Qt::white);
                    }));
+}
+
+KIV_LAYOUT(AeroButton, 1, KIV_BASE(QAbstractButton), KIV_BASE(AeroStyle), KIV_FIELD(colorText),
+           KIV_FIELD(bold), KIV_FIELD(rotate), KIV_FIELD(image));
+
+void AeroButtonTest::layout()
+{
+    QCOMPARE(LayoutAeroButton::problem(), QString());
 }
 
 KIV_TEST_MAIN(AeroButtonTest)

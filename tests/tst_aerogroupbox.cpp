@@ -7,6 +7,7 @@
 #include "glasspanel.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "mouse.h"
 #include "qtversion_p.h"
 #include "testmain.h"
@@ -98,6 +99,7 @@ class AeroGroupboxTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void designableConditions();
     void defaults();
     void withoutATitle();
@@ -610,6 +612,15 @@ void AeroGroupboxTest::mutatedEqualsFresh()
         box->setBackgroundGroup(plainPixmap(QSize(4, 4), Qt::darkGreen));
     };
     QCOMPARE(freshnessProblem<OpenBox>(configure, property, value), QString());
+}
+
+KIV_LAYOUT(AeroGroupbox, 0, KIV_BASE(QGroupBox), KIV_BASE(AeroStyle), KIV_FIELD(backgroudType),
+           KIV_FIELD(backgroundGroup), KIV_FIELD(colorTitle), KIV_FIELD(bold), KIV_FIELD(image),
+           KIV_FIELD(imageTitle), KIV_FIELD(titleSize));
+
+void AeroGroupboxTest::layout()
+{
+    QCOMPARE(LayoutAeroGroupbox::problem(), QString());
 }
 
 KIV_TEST_MAIN(AeroGroupboxTest)

@@ -6,6 +6,7 @@
 #include "freshness.h"
 #include "glasspanel.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtCore/QMetaProperty>
@@ -253,6 +254,7 @@ class AeroLinebarTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void newBarHasNoText();
     void fills_data();
@@ -1069,6 +1071,17 @@ void AeroLinebarTest::mutatedEqualsFresh()
         bar->setValue(40);
     };
     QCOMPARE(freshnessProblem<OpenBar>(configure, property, value), QString());
+}
+
+KIV_LAYOUT(AeroLinebar, 0, KIV_BASE(QWidget), KIV_BASE(AeroStyle), KIV_FIELD(tickSize),
+           KIV_FIELD(tickInterval), KIV_FIELD(tickHeight), KIV_FIELD(barHeight),
+           KIV_FIELD(minValueF), KIV_FIELD(maxValueF), KIV_FIELD(valueF), KIV_FIELD(valuePosition),
+           KIV_FIELD(valueFormat), KIV_FIELD(valueText), KIV_FIELD(colorText), KIV_FIELD(bold),
+           KIV_FIELD(image), KIV_FIELD(imageShadow), KIV_FIELD(imageText), KIV_FIELD(imageTick));
+
+void AeroLinebarTest::layout()
+{
+    QCOMPARE(LayoutAeroLinebar::problem(), QString());
 }
 
 KIV_TEST_MAIN(AeroLinebarTest)

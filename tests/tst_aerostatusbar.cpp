@@ -5,6 +5,7 @@
 #include "cacheprobe.h"
 #include "glasspanel.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 namespace {
@@ -35,6 +36,7 @@ class AeroStatusbarTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void looks_data();
     void looks();
@@ -162,6 +164,14 @@ void AeroStatusbarTest::nullImageIsReported()
     sendPaint(&strip);
     QCOMPARE(takeErrorLines(), QList<ErrorLine>({line}));
     takeWarnings();
+}
+
+KIV_LAYOUT(AeroStatusbar, 0, KIV_BASE(QFrame), KIV_BASE(AeroStyle), KIV_FIELD(text),
+           KIV_FIELD(colorText), KIV_FIELD(bold), KIV_FIELD(image));
+
+void AeroStatusbarTest::layout()
+{
+    QCOMPARE(LayoutAeroStatusbar::problem(), QString());
 }
 
 KIV_TEST_MAIN(AeroStatusbarTest)

@@ -6,6 +6,7 @@
 #include "glasspanel.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtCore/QPointer>
@@ -65,6 +66,7 @@ class AeroSwitchTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void looks_data();
     void looks();
@@ -289,6 +291,13 @@ void AeroSwitchTest::nullImagesAreReported()
     sendPaint(&control);
     QCOMPARE(takeErrorLines(), QList<ErrorLine>());
     takeWarnings();
+}
+
+KIV_LAYOUT(AeroSwitch, 0, KIV_BASE(AeroButton), KIV_FIELD(highlight), KIV_FIELD(imagePressed));
+
+void AeroSwitchTest::layout()
+{
+    QCOMPARE(LayoutAeroSwitch::problem(), QString());
 }
 
 KIV_TEST_MAIN(AeroSwitchTest)

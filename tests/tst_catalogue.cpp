@@ -53,6 +53,8 @@ private Q_SLOTS:
     void states();
     void sheet_data();
     void sheet();
+    void layout_data();
+    void layout();
     void pages_data();
     void pages();
     void namesInAnyCase();
@@ -200,6 +202,28 @@ void CatalogueTest::sheet()
                 QVERIFY(!static_cast<const QWidget *>(other)->geometry().intersects(place));
         }
     }
+}
+
+void CatalogueTest::layout_data()
+{
+    everyWidget();
+}
+
+/// The fields and virtual functions of each class are fixed by its own test.
+void CatalogueTest::layout()
+{
+    QFETCH(QString, name);
+    const QString test = QStringLiteral("tests/tst_%1.cpp").arg(name.toLower());
+    const QString source = contentsOf(test);
+    const QString layout = QStringLiteral("KIV_LAYOUT(%1,").arg(name);
+    const QString check = QStringLiteral("Layout%1::problem()").arg(name);
+    QVERIFY2(
+        source.contains(layout) && source.contains(check),
+        qPrintable(QStringLiteral("%1 does not check the layout of %2: add a slot layout() with "
+                                  "QCOMPARE(%3, QString()), and before it %4 number of virtual "
+                                  "functions, KIV_BASE(…), KIV_FIELD(…)), see "
+                                  "tests/support/layout.h")
+                       .arg(test, name, check, layout)));
 }
 
 void CatalogueTest::pages_data()

@@ -5,6 +5,7 @@
 #include "cacheprobe.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -52,6 +53,7 @@ private Q_SLOTS:
     void limitsHold();
     void initTestCase();
     void metaObject();
+    void layout();
     void defaults();
     void states_data();
     void states();
@@ -330,6 +332,14 @@ void MetroBattIconTest::nullImageIsReported()
                  {{QStringLiteral("KivWidgets/metrobatticon.cpp"), QStringLiteral("paintImage"),
                    QStringLiteral("Nel controllo batteria Image e' NULL")}}));
     takeWarnings();
+}
+
+KIV_LAYOUT(MetroBattIcon, 1, KIV_BASE(QAbstractButton), KIV_BASE(MetroBattTemplate),
+           KIV_FIELD(image));
+
+void MetroBattIconTest::layout()
+{
+    QCOMPARE(LayoutMetroBattIcon::problem(), QString());
 }
 
 KIV_TEST_MAIN(MetroBattIconTest)

@@ -5,6 +5,7 @@
 #include "cacheprobe.h"
 #include "freshness.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -178,6 +179,7 @@ class MetroCirclerateTest : public WidgetTest
 private Q_SLOTS:
     void cursorIsAColor();
     void metaObject();
+    void layout();
     void defaults();
     void angles();
     void defaultGeometry();
@@ -980,6 +982,18 @@ void MetroCirclerateTest::mutatedEqualsFresh()
     QFETCH(QVariant, value);
     const auto configure = [](OpenDial *dial) { dial->setMinValue(-50); };
     QCOMPARE(freshnessProblem<OpenDial>(configure, property, value), QString());
+}
+
+KIV_LAYOUT(MetroCirclerate, 0, KIV_BASE(QWidget), KIV_BASE(MetroStyle), KIV_FIELD(value),
+           KIV_FIELD(paintFromZero), KIV_FIELD(formatStr), KIV_FIELD(posStr), KIV_FIELD(numTick),
+           KIV_FIELD(tickness), KIV_FIELD(radius), KIV_FIELD(minValue), KIV_FIELD(maxValue),
+           KIV_FIELD(arcSize), KIV_FIELD(minAngle), KIV_FIELD(label), KIV_FIELD(posLabel),
+           KIV_FIELD(cursor), KIV_FIELD(background), KIV_FIELD(arcRect), KIV_FIELD(Image),
+           KIV_FIELD(ImageBG), KIV_FIELD(ImageFG));
+
+void MetroCirclerateTest::layout()
+{
+    QCOMPARE(LayoutMetroCirclerate::problem(), QString());
 }
 
 KIV_TEST_MAIN(MetroCirclerateTest)

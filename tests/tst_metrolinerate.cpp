@@ -5,6 +5,7 @@
 #include "cacheprobe.h"
 #include "freshness.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -118,6 +119,7 @@ class MetroLinerateTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void look_data();
     void look();
@@ -392,6 +394,15 @@ void MetroLinerateTest::mutatedEqualsFresh()
     QFETCH(QVariant, value);
     const auto configure = [](OpenBar *bar) { bar->resize(200, 30); };
     QCOMPARE(freshnessProblem<OpenBar>(configure, property, value), QString());
+}
+
+KIV_LAYOUT(MetroLinerate, 0, KIV_BASE(QWidget), KIV_BASE(MetroStyle), KIV_FIELD(foregroundcolor),
+           KIV_FIELD(backgroundcolor), KIV_FIELD(value), KIV_FIELD(barWidth), KIV_FIELD(Image),
+           KIV_FIELD(ImageBG), KIV_FIELD(ImageFG));
+
+void MetroLinerateTest::layout()
+{
+    QCOMPARE(LayoutMetroLinerate::problem(), QString());
 }
 
 KIV_TEST_MAIN(MetroLinerateTest)

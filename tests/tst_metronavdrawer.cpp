@@ -5,6 +5,7 @@
 #include "cacheprobe.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "mouse.h"
 #include "testmain.h"
 
@@ -88,6 +89,7 @@ class MetroNavdrawerTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void looks_data();
     void looks();
@@ -513,6 +515,14 @@ void MetroNavdrawerTest::nullImageIsReported()
                  {{QStringLiteral("KivWidgets/metronavdrawer.cpp"), QStringLiteral("paintImage"),
                    QStringLiteral("Nel controllo cassetto Image e' NULL")}}));
     takeWarnings();
+}
+
+KIV_LAYOUT(MetroNavdrawer, 0, KIV_BASE(QGroupBox), KIV_BASE(MetroStyle), KIV_FIELD(state),
+           KIV_FIELD(background), KIV_FIELD(openGeometry), KIV_FIELD(image), KIV_FIELD(ImageTab));
+
+void MetroNavdrawerTest::layout()
+{
+    QCOMPARE(LayoutMetroNavdrawer::problem(), QString());
 }
 
 KIV_TEST_MAIN(MetroNavdrawerTest)

@@ -6,6 +6,7 @@
 #include "freshness.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtCore/QFile>
@@ -110,6 +111,7 @@ class MetroShelterTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void states_data();
     void states();
@@ -510,6 +512,14 @@ void MetroShelterTest::mutatedEqualsFresh()
         tile->setText(QStringLiteral("Load"));
     };
     QCOMPARE(freshnessProblem<OpenTile>(configure, property, value), QString());
+}
+
+KIV_LAYOUT(MetroShelter, 1, KIV_BASE(QAbstractButton), KIV_BASE(MetroStyle), KIV_FIELD(image),
+           KIV_FIELD(ImageBackground), KIV_FIELD(colorText), KIV_FIELD(xLabel));
+
+void MetroShelterTest::layout()
+{
+    QCOMPARE(LayoutMetroShelter::problem(), QString());
 }
 
 KIV_TEST_MAIN(MetroShelterTest)

@@ -5,6 +5,7 @@
 #include "cacheprobe.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -42,6 +43,7 @@ class MetroStatusbarTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void keepsTheImagesSize_data();
     void keepsTheImagesSize();
@@ -205,6 +207,14 @@ void MetroStatusbarTest::nullImageIsReported()
     sendPaint(&bar);
     QCOMPARE(takeErrorLines(), QList<ErrorLine>({line}));
     takeWarnings();
+}
+
+KIV_LAYOUT(MetroStatusbar, 0, KIV_BASE(QFrame), KIV_BASE(MetroStyle), KIV_FIELD(background),
+           KIV_FIELD(image));
+
+void MetroStatusbarTest::layout()
+{
+    QCOMPARE(LayoutMetroStatusbar::problem(), QString());
 }
 
 KIV_TEST_MAIN(MetroStatusbarTest)

@@ -6,6 +6,7 @@
 #include "freshness.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtCore/QPointer>
@@ -82,6 +83,7 @@ class MetroSysIconTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void states_data();
     void states();
@@ -479,6 +481,14 @@ void MetroSysIconTest::mutatedEqualsFresh()
         icon->setIcon(telltaleIcon(QSize(32, 32)));
     };
     QCOMPARE(freshnessProblem<OpenIcon>(configure, property, value), QString());
+}
+
+KIV_LAYOUT(MetroSysIcon, 1, KIV_BASE(QAbstractButton), KIV_BASE(MetroStyle), KIV_FIELD(image),
+           KIV_FIELD(hover), KIV_FIELD(border), KIV_FIELD(roundness));
+
+void MetroSysIconTest::layout()
+{
+    QCOMPARE(LayoutMetroSysIcon::problem(), QString());
 }
 
 KIV_TEST_MAIN(MetroSysIconTest)

@@ -5,6 +5,7 @@
 #include "cacheprobe.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -63,6 +64,7 @@ class MetroTabiconTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void alarms_data();
     void alarms();
@@ -338,6 +340,14 @@ void MetroTabiconTest::nullImagesAreReported()
     unpainted.paintImages();
     QCOMPARE(takeErrorLines(), QList<ErrorLine>({line("Image")}));
     takeWarnings();
+}
+
+KIV_LAYOUT(MetroTabicon, 0, KIV_BASE(QAbstractButton), KIV_BASE(MetroStyle), KIV_FIELD(image),
+           KIV_FIELD(imagePressed));
+
+void MetroTabiconTest::layout()
+{
+    QCOMPARE(LayoutMetroTabicon::problem(), QString());
 }
 
 KIV_TEST_MAIN(MetroTabiconTest)

@@ -5,6 +5,7 @@
 #include "cacheprobe.h"
 #include "freshness.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtGui/QPainter>
@@ -104,6 +105,7 @@ class MetroXbarTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void look_data();
     void look();
@@ -452,6 +454,16 @@ void MetroXbarTest::mutatedEqualsFresh()
     QFETCH(QVariant, value);
     const auto configure = [](OpenBar *bar) { bar->resize(200, 30); };
     QCOMPARE(freshnessProblem<OpenBar>(configure, property, value), QString());
+}
+
+KIV_LAYOUT(MetroXbar, 0, KIV_BASE(QWidget), KIV_BASE(MetroStyle), KIV_FIELD(foregroundcolor),
+           KIV_FIELD(backgroundcolor), KIV_FIELD(measure), KIV_FIELD(value), KIV_FIELD(maxValue),
+           KIV_FIELD(minValue), KIV_FIELD(barWidth), KIV_FIELD(Image), KIV_FIELD(ImageBG),
+           KIV_FIELD(ImageFG));
+
+void MetroXbarTest::layout()
+{
+    QCOMPARE(LayoutMetroXbar::problem(), QString());
 }
 
 KIV_TEST_MAIN(MetroXbarTest)

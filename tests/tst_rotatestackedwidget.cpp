@@ -3,6 +3,7 @@
 #include "rotatestackedwidget.h"
 
 #include "images.h"
+#include "layout.h"
 #include "stepdriver.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -161,6 +162,7 @@ class RotateStackedWidgetTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void plainWithoutAnimation();
     void currentPageDoesNothing();
@@ -996,6 +998,17 @@ void RotateStackedWidgetTest::animationsAreNoChildren()
         QCOMPARE(animation->propertyName(), properties[i]);
         QCOMPARE(animation->easingCurve().type(), QEasingCurve::Linear);
     }
+}
+
+KIV_LAYOUT(RotateStackedWidget, 0, KIV_BASE(QStackedWidget), KIV_FIELD(rotate), KIV_FIELD(scale),
+           KIV_FIELD(animPhase), KIV_FIELD(endPositionAnimate), KIV_FIELD(timePositionAnimate),
+           KIV_FIELD(timeRotationAnimate), KIV_FIELD(animationEnabled), KIV_FIELD(animating),
+           KIV_FIELD(nextIndex), KIV_FIELD(group), KIV_FIELD(shrinkAnimation),
+           KIV_FIELD(turnAnimation), KIV_FIELD(growAnimation));
+
+void RotateStackedWidgetTest::layout()
+{
+    QCOMPARE(LayoutRotateStackedWidget::problem(), QString());
 }
 
 KIV_TEST_MAIN(RotateStackedWidgetTest)

@@ -4,6 +4,7 @@
 
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "mouse.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -52,6 +53,7 @@ class SimpleSlideSwitchTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void keepsItsSize_data();
     void keepsItsSize();
@@ -663,6 +665,17 @@ void SimpleSlideSwitchTest::deletedInASlot()
     Mouse::drag(knob.widget, QPoint(60, 13));
     Mouse::release(knob.widget, QPoint(60, 13));
     QVERIFY(!watched);
+}
+
+KIV_LAYOUT(SimpleSlideSwitch, 0, KIV_BASE(QAbstractButton), KIV_FIELD(uncheckedImg),
+           KIV_FIELD(marginLeft), KIV_FIELD(checkedImg), KIV_FIELD(marginRight),
+           KIV_FIELD(checkedDisImg), KIV_FIELD(uncheckedDisImg), KIV_FIELD(btnImg),
+           KIV_FIELD(btnDisImg), KIV_FIELD(dragFromOn), KIV_FIELD(dragFromOff), KIV_FIELD(moved),
+           KIV_FIELD(pointerPos), KIV_FIELD(leftLimit), KIV_FIELD(rightLimit));
+
+void SimpleSlideSwitchTest::layout()
+{
+    QCOMPARE(LayoutSimpleSlideSwitch::problem(), QString());
 }
 
 KIV_TEST_MAIN(SimpleSlideSwitchTest)

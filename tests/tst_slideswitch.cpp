@@ -3,6 +3,7 @@
 #include "slideswitch.h"
 
 #include "images.h"
+#include "layout.h"
 #include "mouse.h"
 #include "testmain.h"
 #include "widgetprobe.h"
@@ -53,6 +54,7 @@ class SlideSwitchTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void keepsItsSize_data();
     void keepsItsSize();
@@ -573,6 +575,16 @@ void SlideSwitchTest::deletedInASlot()
     Mouse::press(knob.widget, QPoint(from, 30));
     Mouse::release(knob.widget, QPoint(to, 30));
     QVERIFY(!watched);
+}
+
+KIV_LAYOUT(SlideSwitch, 0, KIV_BASE(QAbstractButton), KIV_FIELD(textOffset), KIV_FIELD(locked),
+           KIV_FIELD(partialON), KIV_FIELD(dragFromOn), KIV_FIELD(dragFromOff),
+           KIV_FIELD(dragFromMiddle), KIV_FIELD(pointerPos), KIV_FIELD(leftLimit),
+           KIV_FIELD(rightLimit), KIV_FIELD(middleZone));
+
+void SlideSwitchTest::layout()
+{
+    QCOMPARE(LayoutSlideSwitch::problem(), QString());
 }
 
 KIV_TEST_MAIN(SlideSwitchTest)

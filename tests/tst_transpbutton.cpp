@@ -5,6 +5,7 @@
 #include "cacheprobe.h"
 #include "icons.h"
 #include "images.h"
+#include "layout.h"
 #include "testmain.h"
 
 #include <QtCore/QPointer>
@@ -47,6 +48,7 @@ class TranspButtonTest : public WidgetTest
 
 private Q_SLOTS:
     void metaObject();
+    void layout();
     void defaults();
     void empty();
     void looks_data();
@@ -316,6 +318,13 @@ void TranspButtonTest::deletedInASlot()
     else
         sendPlain(button.widget, QEvent::Type(event));
     QVERIFY(!watched);
+}
+
+KIV_LAYOUT(TranspButton, 0, KIV_BASE(QAbstractButton), KIV_FIELD(posLabel), KIV_FIELD(hover));
+
+void TranspButtonTest::layout()
+{
+    QCOMPARE(LayoutTranspButton::problem(), QString());
 }
 
 KIV_TEST_MAIN(TranspButtonTest)
