@@ -14,7 +14,7 @@ class PngError(Exception):
 
 
 class Image:
-    """`pixels` holds rows of red, green, blue and alpha, not premultiplied."""
+    """`pixels` has rows of red, green, blue and alpha, not premultiplied."""
 
     def __init__(self, width, height, pixels=None, colour_type=RGBA):
         self.width = width

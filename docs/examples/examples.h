@@ -8,7 +8,7 @@ class QWidget;
 
 void showAero(QWidget *page);
 void showGauges(QWidget *page);
-void showHost(QWidget *page);
+void showApplication(QWidget *page);
 void showMetro(QWidget *page);
 void showStates(QWidget *page);
 void showSwitches(QWidget *page);

@@ -24,9 +24,12 @@ struct Example
 };
 
 constexpr Example examples[] = {
-    {"aero", {480, 230}, showAero},     {"gauges", {490, 150}, showGauges},
-    {"host", {340, 130}, showHost},     {"metro", {800, 200}, showMetro},
-    {"states", {720, 340}, showStates}, {"switches", {440, 180}, showSwitches},
+    {"aero", {480, 230}, showAero},
+    {"gauges", {490, 150}, showGauges},
+    {"application", {340, 130}, showApplication},
+    {"metro", {800, 200}, showMetro},
+    {"states", {720, 340}, showStates},
+    {"switches", {440, 180}, showSwitches},
 };
 
 /// Whether the layout gives the dial of addDial() the room that it needs.

@@ -5,7 +5,7 @@
 #include <KivWidgets/MetroCirclerate>
 #include <KivWidgets/MetroShelter>
 
-void showHost(QWidget *page)
+void showApplication(QWidget *page)
 {
     auto *tile = new MetroShelter(page); // a state tile
     tile->setGeometry(20, 20, 150, 44);
