@@ -55,7 +55,7 @@ WidgetInterface *createFor(const WidgetDescription &description, QWidget *widget
     case QAccessible::LayeredPane:
         return new StackInterface(widget);
     default:
-        return nullptr;
+        return new WidgetInterface(widget, description.role);
     }
 }
 
@@ -68,7 +68,6 @@ QAccessibleInterface *AccessiblePlugin::create(const QString &key, QObject *obje
     if (!widget)
         return nullptr;
     WidgetInterface *made = createFor(*description, static_cast<QWidget *>(widget));
-    if (made)
-        made->watch();
+    made->watch();
     return made;
 }

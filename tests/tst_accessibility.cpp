@@ -312,8 +312,8 @@ void AccessibilityTest::roleAndActions()
     QCOMPARE(QByteArray(widget->metaObject()->className()), expected.className);
     QAccessibleInterface *interface = interfaceOf(widget.get());
     QVERIFY2(interface && interface->role() == expected.role,
-             "accessibility/accessibleplugin.cpp makes no interface of the role that "
-             "common/widgetcatalogue.cpp names: add one for the class or for the role");
+             "accessibility/accessibleplugin.cpp makes an interface of another role than "
+             "common/widgetcatalogue.cpp names");
     QVERIFY(interface->isValid());
     QCOMPARE(interface->object(), widget.get());
     QStringList actions;
