@@ -7,6 +7,7 @@ import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 import types
 import unittest
 
@@ -16,6 +17,7 @@ uic = importlib.import_module(f"PyQt{QT}.uic")
 import kivwidgets  # noqa: E402
 
 CLASSES = [value for value in (getattr(kivwidgets, name) for name in kivwidgets.__all__) if isinstance(value, type)]
+WIDGETS = [cls for cls in CLASSES if issubclass(cls, QtWidgets.QWidget)]
 FORM = pathlib.Path(__file__).resolve().parent.parent / "allwidgets.ui"
 application = QtWidgets.QApplication.instance() or QtWidgets.QApplication(["test"])
 # The form's images are the library's own, so the module that pyrcc would make has nothing to add.
@@ -38,11 +40,24 @@ ENUMERATIONS = """<ui version="4.0"><class>Form</class><widget class="QWidget" n
 </customwidgets></ui>"""
 
 
+def form_of(classes):
+    """A form with one widget of each class, as Qt Designer writes it."""
+    widgets = "".join(f'<widget class="{cls.__name__}" name="{cls.__name__.lower()}"/>' for cls in classes)
+    custom = "".join(
+        f"<customwidget><class>{cls.__name__}</class>"
+        f"<extends>{next(base.__name__ for base in cls.__mro__ if base.__module__.startswith('PyQt'))}</extends>"
+        f"<header>KivWidgets/{cls.__name__.lower()}.h</header></customwidget>" for cls in classes)
+    return (f'<ui version="4.0"><class>Form</class><widget class="QWidget" name="Form">{widgets}</widget>'
+            f"<customwidgets>{custom}</customwidgets></ui>")
+
+
 class Forms(unittest.TestCase):
     def check(self, form):
-        """The form has one widget of every class, with the properties of the form."""
-        classes = {cls for cls in CLASSES if issubclass(cls, QtWidgets.QWidget)}
-        self.assertEqual({type(child) for child in form.findChildren(QtWidgets.QWidget)} & classes, classes)
+        """The form has its widgets with the classes and properties that it names."""
+        named = set(re.findall(r'<widget class="(\w+)"', FORM.read_text(encoding="utf-8")))
+        classes = {cls for cls in WIDGETS if cls.__name__ in named}
+        self.assertGreater(len(classes), 10)
+        self.assertEqual({type(child) for child in form.findChildren(QtWidgets.QWidget)} & set(WIDGETS), classes)
         self.assertEqual(form.findChild(kivwidgets.MetroCirclerate).getLabel(), "Load")
         self.assertEqual(form.findChild(kivwidgets.MetroCirclerate).getValue(), 42.5)
         self.assertEqual(form.findChild(kivwidgets.AeroLinebar).getValuePosition(), kivwidgets.AeroLinebar.CenterVal)
@@ -63,6 +78,14 @@ class Forms(unittest.TestCase):
 
     def test_loaded(self):
         self.check(uic.loadUi(str(FORM)))
+
+    def test_every_class(self):
+        with tempfile.TemporaryDirectory() as directory:
+            path = pathlib.Path(directory) / "form.ui"
+            path.write_text(form_of(WIDGETS), encoding="utf-8")
+            for form in (self.compiled(path), uic.loadUi(str(path))):
+                self.assertEqual({type(child) for child in form.findChildren(QtWidgets.QWidget)} & set(WIDGETS),
+                                 set(WIDGETS))
 
     def test_enumerations(self):
         form = uic.loadUi(io.StringIO(ENUMERATIONS))
