@@ -378,7 +378,7 @@ void ControlPage::showWhatIsMissing()
         (shown && !(shown->offer().commands.isEmpty() && shown->offer().settings.isEmpty()));
     nothing->setVisible(!any);
     nothing->setText(shown && shown->needsUser()
-                         ? tr("The server has not said what this UPS can be asked for.")
+                         ? tr("The server has not listed the commands of this UPS yet.")
                          : tr("This UPS is only watched: it takes no commands here."));
 }
 
