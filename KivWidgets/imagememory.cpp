@@ -74,9 +74,14 @@ void ImageKey::append(double number)
     append(bits);
 }
 
+void ImageKey::append(QPoint point)
+{
+    append(qint64(quint64(quint32(point.x())) << 32 | quint32(point.y())));
+}
+
 void ImageKey::append(QSize size)
 {
-    append(qint64(quint64(quint32(size.width())) << 32 | quint32(size.height())));
+    append(QPoint(size.width(), size.height()));
 }
 
 void ImageKey::append(const QColor &color)

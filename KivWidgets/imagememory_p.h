@@ -32,6 +32,8 @@ public:
         DivisionScale,
         Pie,
         PassedQuadrants,
+        DialBackground,
+        DialMask,
     };
     /// What an image is painted from decides how often there is another one, so each of these has
     /// a memory of its own, in which its images drive out only each other.
@@ -51,6 +53,7 @@ public:
     void append(qint64 word);
     void append(int number);
     void append(double number);
+    void append(QPoint point);
     void append(QSize size);
     /// By its colour model too, since a painter may treat equal components differently.
     void append(const QColor &color);
@@ -86,12 +89,12 @@ constexpr int mostImageBytes[] = {1024 * 1024, 384 * 1024, 384 * 1024};
 /// The same for packed images.
 constexpr int mostPackedBytes = 640 * 1024;
 
-/// Fills *@p image with what @p paint draws with an ImagePainter on it, which is painted only when
-/// an image like it was not with the same @p key.
+/// Shares *@p image with an image that was painted before with the same @p key. If there is none,
+/// @p paint fills *@p image.
 template <typename Paint>
-void paintOnce(QImage *image, ImageKey key, ImagePainter::Edges edges, Paint paint)
+void paintShared(QImage *image, ImageKey key, Paint paint)
 {
-    // The layers of a bar are painted faster than their pixels are copied, and shared at 1 alone.
+    // The layers of a gauge are shared at 1 alone.
     const bool isOurs = image->format() == QImage::Format_ARGB32_Premultiplied &&
                         (image->devicePixelRatio() == 1.0 || key.source() != ImageKey::Values);
     key.appendDevice(*image);
@@ -102,12 +105,20 @@ void paintOnce(QImage *image, ImageKey key, ImagePainter::Edges edges, Paint pai
             return;
         }
     }
-    {
-        ImagePainter painter(image, edges);
-        paint(&painter);
-    }
+    paint();
     if (isOurs)
         rememberImage(key, *image);
+}
+
+/// Fills *@p image with what @p paint draws with an ImagePainter on it, which is painted only when
+/// an image like it was not with the same @p key.
+template <typename Paint>
+void paintOnce(QImage *image, const ImageKey &key, ImagePainter::Edges edges, Paint paint)
+{
+    paintShared(image, key, [&] {
+        ImagePainter painter(image, edges);
+        paint(&painter);
+    });
 }
 
 /// Whether an image's rows of 32-bit pixels follow each other without a gap, as those of all cached

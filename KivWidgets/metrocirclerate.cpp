@@ -7,6 +7,7 @@
 #include "errorline_p.h"
 #include "events_p.h"
 #include "gaugelayers_p.h"
+#include "imagememory_p.h"
 #include "numbers_p.h"
 #include "ownsize_p.h"
 #include "pie_p.h"
@@ -347,7 +348,12 @@ void MetroCirclerate::paintImageBG()
         reportNullImage(KIV_HERE, this, "ImageBG");
         return;
     }
-    paintPie(ImageBG, background, arcRect, val2angle(minValue), spanBetween(minValue, maxValue));
+    const int start = val2angle(minValue);
+    const int span = spanBetween(minValue, maxValue);
+    // Equal dials share this layer and the mask.
+    const ImageKey key(ImageKey::DialBackground, background, arcRect.topLeft(), arcRect.size(),
+                       start, span);
+    paintShared(ImageBG, key, [&] { paintPie(ImageBG, background, arcRect, start, span); });
 }
 
 void MetroCirclerate::paintImage()
@@ -371,17 +377,20 @@ void MetroCirclerate::paintImageFG()
         reportNullImage(KIV_HERE, this, "ImageFG");
         return;
     }
-    ImagePainter painter(ImageFG);
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
-    usePlainColor(&painter, Qt::black);
-    for (int i = 1; i < numTick; ++i) {
-        const double tick = i * (maxValue - minValue) / numTick + minValue;
-        painter.drawPie(QRectF(arcRect), val2angle(tick), -angleParts);
-    }
-    const int t = tickness;
-    const QRectF disc(arcRect.left() + t, arcRect.top() + t, arcRect.width() - 2 * t,
-                      arcRect.height() - 2 * t);
-    painter.drawPie(disc, val2angle(minValue), -fullTurn * angleParts);
+    const ImageKey key(ImageKey::DialMask, arcRect.topLeft(), arcRect.size(), minValue, maxValue,
+                       int(minAngle), int(arcSize), int(numTick), int(tickness));
+    paintOnce(ImageFG, key, ImagePainter::Antialiased, [this](QPainter *painter) {
+        painter->setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        usePlainColor(painter, Qt::black);
+        for (int i = 1; i < numTick; ++i) {
+            const double tick = i * (maxValue - minValue) / numTick + minValue;
+            painter->drawPie(QRectF(arcRect), val2angle(tick), -angleParts);
+        }
+        const int t = tickness;
+        const QRectF disc(arcRect.left() + t, arcRect.top() + t, arcRect.width() - 2 * t,
+                          arcRect.height() - 2 * t);
+        painter->drawPie(disc, val2angle(minValue), -fullTurn * angleParts);
+    });
 }
 
 void MetroCirclerate::repaintSchedule(QImage **layer)

@@ -133,8 +133,8 @@ void paintNew(QImage *layer, const QColor &color, const QRect &circle, int start
     // At other ratios the center may lie within a pixel, and the stroke has another width.
     if (layer->devicePixelRatio() == 1.0 && isPackable(*layer) && largestBounds.contains(circle)) {
         const DividedPie pie(circle, start, span);
-        ImageKey key(ImageKey::PassedQuadrants, color, QSize(circle.x(), circle.y()), circle.size(),
-                     start, pie.quadrant(), int(span < 0));
+        ImageKey key(ImageKey::PassedQuadrants, color, circle.topLeft(), circle.size(), start,
+                     pie.quadrant(), int(span < 0));
         key.appendDevice(*layer);
         bool isReady = pie.isDivided() && unpackRemembered(layer, key);
         if (pie.isDivided() && !isReady && isWorthPacking(key)) {
@@ -157,8 +157,7 @@ void paintNew(QImage *layer, const QColor &color, const QRect &circle, int start
 
 void paintPie(QImage *layer, const QColor &color, const QRect &circle, int start, int span)
 {
-    const ImageKey key(ImageKey::Pie, color, QSize(circle.x(), circle.y()), circle.size(), start,
-                       span);
+    const ImageKey key(ImageKey::Pie, color, circle.topLeft(), circle.size(), start, span);
     paintPacked(layer, key, [&] { paintNew(layer, color, circle, start, span); });
 }
 

@@ -25,8 +25,8 @@
 
 // Measures what a console does all day: many widgets that change ten times a second, through the
 // event loop and into a window; the same with peers; and a page change. With "scale", how time and
-// memory grow with the number of widgets, and with "peer-scale" of peers. With "own" or "peers" it
-// only shows such a scene.
+// memory grow with the number of widgets, with "peer-scale" of peers, and with "image-scale" of
+// widgets that only show an image. With "own" or "peers" it only shows such a scene.
 
 namespace {
 
@@ -62,11 +62,35 @@ struct Share
     int interval;
 };
 
+/// The least that a widget with an image of its own does.
+class ShownImage : public QWidget
+{
+public:
+    ShownImage(QSize size, QWidget *parent)
+        : QWidget(parent)
+        , image(size, QImage::Format_ARGB32_Premultiplied)
+    {
+        image.fill(QColor(0, 174, 240, 128));
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter(this).drawImage(0, 0, image);
+    }
+
+private:
+    QImage image;
+};
+
+enum class Contents { Subjects, ImagesOfTheirSize };
+
 /// A window of widgets that change.
 class Scene
 {
 public:
-    explicit Scene(std::initializer_list<Share> shares)
+    explicit Scene(std::initializer_list<Share> shares, Contents contents = Contents::Subjects)
+        : onlyUpdates(contents != Contents::Subjects)
     {
         constexpr int columns = 5;
         constexpr int cellWidth = 210;
@@ -75,7 +99,8 @@ public:
         for (const Share &share : shares) {
             const Subject *subject = subjectNamed(share.subject);
             for (int i = 0; subject && i < share.count; ++i) {
-                QWidget *widget = subject->create(&window);
+                QWidget *widget =
+                    onlyUpdates ? new ShownImage(subject->size, &window) : subject->create(&window);
                 const int place = int(widgets.size());
                 widget->setGeometry(
                     QRect(QPoint(place % columns * cellWidth, place / columns * cellHeight),
@@ -99,7 +124,11 @@ public:
         int own = 0;
         for (const Placed &placed : widgets) {
             own += distance;
-            if (step % placed.interval == 0)
+            if (step % placed.interval != 0)
+                continue;
+            if (onlyUpdates)
+                placed.widget->update();
+            else
                 placed.subject->change(placed.widget, step / placed.interval + own);
         }
     }
@@ -124,6 +153,7 @@ private:
         QWidget *widget;
         int interval;
     };
+    bool onlyUpdates;
     QWidget window;
     std::vector<Placed> widgets;
     int step = 0;
@@ -157,7 +187,7 @@ double usedBytes()
 
 /// @p count times the same scene, each in its window: what a widget takes of time and memory, and
 /// under callgrind (started with --instr-atstart=no) of instructions, in a dump of its own.
-void measureScale(std::initializer_list<Share> shares, int count, int seconds)
+void measureScale(std::initializer_list<Share> shares, Contents contents, int count, int seconds)
 {
     constexpr int warmUp = 2 * updatesPerSecond;
     const double before = usedBytes();
@@ -165,7 +195,7 @@ void measureScale(std::initializer_list<Share> shares, int count, int seconds)
     int widgets = 0;
     double windows = 0.0;
     for (int i = 0; i < count; ++i) {
-        scenes.push_back(std::make_unique<Scene>(shares));
+        scenes.push_back(std::make_unique<Scene>(shares, contents));
         widgets += scenes.back()->count();
         windows += scenes.back()->windowBytes();
     }
@@ -288,10 +318,11 @@ int main(int argc, char *argv[])
 {
     const QByteArray task = argc > 1 ? argv[1] : "";
     const int seconds = argc > 2 ? QByteArray(argv[2]).toInt() : 5;
-    const bool scales = task == "scale" || task == "peer-scale";
+    const bool scales = task == "scale" || task == "peer-scale" || task == "image-scale";
     const bool isKnown = task.isEmpty() || scales || task == "own" || task == "peers";
     if (argc > 3 || !isKnown || seconds < 1 || seconds > 1000) {
-        std::fprintf(stderr, "usage: kivscene [scale [SECONDS]|peer-scale [SECONDS]|own|peers]\n");
+        std::fprintf(stderr,
+                     "usage: kivscene [scale|peer-scale|image-scale [SECONDS]]|[own|peers]\n");
         return 2;
     }
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
@@ -302,8 +333,10 @@ int main(int argc, char *argv[])
         return 0;
     }
     if (scales) {
+        const Contents contents =
+            task == "image-scale" ? Contents::ImagesOfTheirSize : Contents::Subjects;
         for (const int count : {1, 10, 100})
-            measureScale(task == "scale" ? ownShares : peerShares, count, seconds);
+            measureScale(task == "peer-scale" ? peerShares : ownShares, contents, count, seconds);
         return 0;
     }
     if (!compareScenes())

@@ -54,6 +54,7 @@ struct Dial : MetroCirclerate
     using MetroCirclerate::arcRect;
     using MetroCirclerate::Image;
     using MetroCirclerate::ImageBG;
+    using MetroCirclerate::ImageFG;
     using MetroCirclerate::MetroCirclerate;
 };
 
@@ -150,6 +151,7 @@ private Q_SLOTS:
     void paintedBarLayerShows();
     void layersOfAnIdleBarStay();
     void valuesComeBack();
+    void equalDialsShareLayers();
     void newValues_data();
     void newValues();
     void newValueOnAnOddCircle();
@@ -355,6 +357,37 @@ void MemoriesTest::valuesComeBack()
                 COMPARE_IMAGES(*shown->widget->Image, expected);
             }
         }
+    }
+}
+
+void MemoriesTest::equalDialsShareLayers()
+{
+    Stage<Dial> first;
+    Stage<Dial> second;
+    imageOf(first.widget);
+    imageOf(second.widget);
+    QCOMPARE(first->ImageBG->constBits(), second->ImageBG->constBits());
+    QCOMPARE(first->ImageFG->constBits(), second->ImageFG->constBits());
+    const QImage before = imageOf(second.widget);
+    QPainter(first->ImageFG).fillRect(0, 0, 20, 51, Qt::black);
+    QVERIFY(imageOf(first.widget) != before);
+    COMPARE_IMAGES(imageOf(second.widget), before);
+
+    // Any setting that changes the mask gives another.
+    const QImage mask = *second->ImageFG;
+    const std::function<void(Dial *)> settings[] = {
+        [](Dial *dial) { dial->setNumTick(7); },    [](Dial *dial) { dial->setTickness(8); },
+        [](Dial *dial) { dial->setMinAngle(170); }, [](Dial *dial) { dial->setArcSize(150); },
+        [](Dial *dial) { dial->setRadius(30); },
+    };
+    for (const auto &set : settings) {
+        set(second.widget);
+        deliverAll();
+        imageOf(second.widget);
+        QVERIFY(*second->ImageFG != mask);
+        Stage<Dial> back;
+        imageOf(back.widget);
+        COMPARE_IMAGES(*back->ImageFG, mask);
     }
 }
 
