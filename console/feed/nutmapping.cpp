@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -115,100 +114,224 @@ constexpr int phaseCount = 3;
 constexpr std::array<const char *, phaseCount> singlePhases = {"L1", "L2", "L3"};
 constexpr std::array<const char *, phaseCount> phasePairs = {"L1-L2", "L2-L3", "L3-L1"};
 
-/// What @p make makes of a text of the tables, once for each text and thread.
-template <typename Made>
-const Made &madeOnce(const char *text, Made (*make)(const QString &text))
+/// Numbers all variables that the tables name, so that a list of variables is looked up once.
+class VariableNames
 {
-    thread_local std::unordered_map<const char *, Made> known;
-    auto found = known.find(text);
-    if (found == known.end())
-        found = known.emplace(text, make(QString::fromLatin1(text))).first;
-    return found->second;
-}
+public:
+    int numberOf(const QString &name)
+    {
+        const auto known = numbers.constFind(name);
+        if (known != numbers.constEnd())
+            return *known;
+        const int number = int(numbers.size());
+        numbers.insert(name, number);
+        return number;
+    }
 
-/// One of several variables to take a number from, or a number that stands for itself.
-struct Alternative
-{
-    QString variable;
-    std::optional<double> literal;
+    /// -1 for a variable that no table names.
+    int find(const QString &name) const
+    {
+        return numbers.value(name, -1);
+    }
+
+    int count() const
+    {
+        return int(numbers.size());
+    }
+
+private:
+    QHash<QString, int> numbers;
 };
 
-const std::vector<Alternative> &alternativesOf(const char *text)
+/// One of several variables to take a number or a text from, or a number that stands for itself.
+struct Alternative
 {
-    return madeOnce<std::vector<Alternative>>(text, [](const QString &all) {
-        std::vector<Alternative> alternatives;
-        const QStringList names = all.split(QLatin1Char('|'), Qt::SkipEmptyParts);
-        for (const QString &name : names)
-            alternatives.push_back({name, nutNumber(name)});
-        return alternatives;
-    });
-}
+    int variable = 0;
+    std::optional<double> literal;
+};
+using Alternatives = std::vector<Alternative>;
 
-QString firstText(const NutVariables &variables, const char *alternatives)
+Alternatives alternativesOf(const char *text, VariableNames *names)
 {
-    for (const Alternative &alternative : alternativesOf(alternatives)) {
-        QString text = plainText(variables.value(alternative.variable));
-        if (!text.isEmpty())
-            return text;
+    Alternatives alternatives;
+    const QStringList all = QString::fromLatin1(text).split(QLatin1Char('|'), Qt::SkipEmptyParts);
+    for (const QString &name : all) {
+        const std::optional<double> literal = nutNumber(name);
+        alternatives.push_back({literal ? -1 : names->numberOf(name), literal});
     }
-    return QString();
+    return alternatives;
 }
 
-std::optional<double> firstNumber(const NutVariables &variables, const char *alternatives)
+/// The variables of the phases, as one alternative gives them.
+struct PhaseVariable
 {
-    for (const Alternative &alternative : alternativesOf(alternatives)) {
-        const std::optional<double> number = alternative.literal
-                                                 ? alternative.literal
-                                                 : nutNumber(variables.value(alternative.variable));
-        if (number)
-            return number;
+    QString phase;
+    int variable;
+};
+using PhaseVariables = std::vector<PhaseVariable>;
+
+std::vector<PhaseVariables> phaseVariablesOf(const char *text, VariableNames *names)
+{
+    std::vector<PhaseVariables> alternatives;
+    const QStringList all = QString::fromLatin1(text).split(QLatin1Char('|'), Qt::SkipEmptyParts);
+    for (const QString &name : all) {
+        const bool single = name.contains(QLatin1Char('*'));
+        PhaseVariables variables;
+        for (const char *phase : single ? singlePhases : phasePairs) {
+            QString variable = name;
+            variable.replace(QLatin1Char(single ? '*' : '#'), QLatin1String(phase));
+            variables.push_back({QString::fromLatin1(phase), names->numberOf(variable)});
+        }
+        alternatives.push_back(variables);
     }
-    return std::nullopt;
+    return alternatives;
 }
 
-Measure measureOf(const NutVariables &variables, const ValueRow &row)
+struct StatusRule
+{
+    const StatusRow *row;
+    StatusTokens needed;
+    QString firstWord; // of the tokens
+    QString words;
+    bool raisesAlarm;
+};
+
+StatusRule ruleOf(const StatusRow &row)
+{
+    const QStringList needed = QString::fromLatin1(row.tokens).split(QLatin1Char(' '));
+    const auto effects = {row.system,  row.rectifier, row.inverter,
+                          row.battery, row.bypass,    row.load};
+    return {&row, tokensOf(needed), needed.first(), QString::fromLatin1(row.words),
+            std::any_of(effects.begin(), effects.end(),
+                        [](const Effect &effect) { return effect.alarm != Alarm::None; })};
+}
+
+/// The tables above, prepared once.
+struct Tables
+{
+    struct Value
+    {
+        Quantity quantity;
+        Alternatives value, minimum, maximum, nominal, low, high;
+    };
+    struct Phases
+    {
+        Quantity quantity;
+        std::vector<PhaseVariables> alternatives;
+    };
+
+    Tables();
+
+    VariableNames names;
+    std::vector<Value> values;
+    std::vector<Phases> phases;
+    std::vector<StatusRule> statuses;
+    Alternatives nominalPower, nominalRealPower;
+    int numbers; // the variables from here on are texts
+    Alternatives alarm, status;
+    Alternatives manufacturer, model, serial, firmware, batteryDate;
+};
+
+Tables::Tables()
+{
+    const auto of = [this](const char *text) { return alternativesOf(text, &names); };
+    for (const ValueRow &row : valueTable)
+        values.push_back({row.quantity, of(row.value), of(row.minimum), of(row.maximum),
+                          of(row.nominal), of(row.low), of(row.high)});
+    for (const PhaseRow &row : phaseTable)
+        phases.push_back({row.quantity, phaseVariablesOf(row.names, &names)});
+    for (const StatusRow &row : statusTable)
+        statuses.push_back(ruleOf(row));
+    nominalPower = of("ups.power.nominal");
+    nominalRealPower = of("ups.realpower.nominal");
+    numbers = names.count();
+    alarm = of("ups.alarm");
+    status = of("ups.status");
+    manufacturer = of("ups.mfr|device.mfr");
+    model = of("ups.model|device.model");
+    serial = of("ups.serial|device.serial");
+    firmware = of("ups.firmware|ups.firmware.aux");
+    batteryDate = of("battery.date|battery.mfr.date");
+}
+
+const Tables &tables()
+{
+    static const Tables prepared;
+    return prepared;
+}
+
+/// What a list of variables says of those that the tables name. It must not outlive the list.
+class KnownVariables
+{
+public:
+    explicit KnownVariables(const NutVariables &variables)
+        : texts(std::size_t(tables().names.count()))
+        , numbers(std::size_t(tables().numbers))
+    {
+        for (auto one = variables.cbegin(); one != variables.cend(); ++one) {
+            const int number = tables().names.find(one.key());
+            if (number < 0)
+                continue;
+            texts[std::size_t(number)] = &*one;
+            if (number < tables().numbers)
+                numbers[std::size_t(number)] = nutNumber(*one);
+        }
+    }
+
+    std::optional<double> number(int variable) const
+    {
+        return numbers[std::size_t(variable)];
+    }
+
+    std::optional<double> firstNumber(const Alternatives &alternatives) const
+    {
+        for (const Alternative &alternative : alternatives) {
+            const std::optional<double> found =
+                alternative.literal ? alternative.literal : number(alternative.variable);
+            if (found)
+                return found;
+        }
+        return std::nullopt;
+    }
+
+    QString firstText(const Alternatives &alternatives) const
+    {
+        for (const Alternative &alternative : alternatives) {
+            const QString *text = texts[std::size_t(alternative.variable)];
+            QString plain = text ? plainText(*text) : QString();
+            if (!plain.isEmpty())
+                return plain;
+        }
+        return QString();
+    }
+
+private:
+    std::vector<const QString *> texts;
+    std::vector<std::optional<double>> numbers;
+};
+
+Measure measureOf(const KnownVariables &known, const Tables::Value &row)
 {
     Measure measure;
-    measure.value = firstNumber(variables, row.value);
-    measure.minimum = firstNumber(variables, row.minimum);
-    measure.maximum = firstNumber(variables, row.maximum);
-    measure.nominal = firstNumber(variables, row.nominal);
-    measure.low = firstNumber(variables, row.low);
-    measure.high = firstNumber(variables, row.high);
+    measure.value = known.firstNumber(row.value);
+    measure.minimum = known.firstNumber(row.minimum);
+    measure.maximum = known.firstNumber(row.maximum);
+    measure.nominal = known.firstNumber(row.nominal);
+    measure.low = known.firstNumber(row.low);
+    measure.high = known.firstNumber(row.high);
     // A range that is none counts as unknown.
     if (measure.minimum && measure.maximum && *measure.minimum >= *measure.maximum)
         measure.minimum = measure.maximum = std::nullopt;
     return measure;
 }
 
-/// The variables of the phases, as one alternative gives them.
-using PhaseVariables = QVector<QPair<QString, QString>>; // phase and variable
-
-const std::vector<PhaseVariables> &phaseVariablesOf(const char *text)
-{
-    return madeOnce<std::vector<PhaseVariables>>(text, [](const QString &all) {
-        std::vector<PhaseVariables> alternatives;
-        const QStringList names = all.split(QLatin1Char('|'), Qt::SkipEmptyParts);
-        for (const QString &name : names) {
-            const bool single = name.contains(QLatin1Char('*'));
-            PhaseVariables variables;
-            for (const char *phase : single ? singlePhases : phasePairs) {
-                QString variable = name;
-                variable.replace(QLatin1Char(single ? '*' : '#'), QLatin1String(phase));
-                variables.append({QString::fromLatin1(phase), variable});
-            }
-            alternatives.push_back(variables);
-        }
-        return alternatives;
-    });
-}
-
-QVector<PhaseValue> phasesOf(const NutVariables &variables, const char *alternatives)
+QVector<PhaseValue> phasesOf(const KnownVariables &known,
+                             const std::vector<PhaseVariables> &alternatives)
 {
     QVector<PhaseValue> phases;
-    for (const PhaseVariables &names : phaseVariablesOf(alternatives)) {
-        for (const auto &[phase, variable] : names) {
-            if (const std::optional<double> number = nutNumber(variables.value(variable)))
+    for (const PhaseVariables &variables : alternatives) {
+        for (const auto &[phase, variable] : variables) {
+            if (const std::optional<double> number = known.number(variable))
                 phases.append({phase, *number});
         }
         if (!phases.isEmpty())
@@ -252,14 +375,13 @@ void fitToPhases(Measure *measure, double mean)
 
 /// Takes the phases in, the worst first: of voltages the one furthest from the nominal value, or
 /// from the others; else the highest.
-void takePhases(Measure *measure, Quantity quantity, const NutVariables &variables,
-                const char *names)
+void takePhases(Measure *measure, const KnownVariables &known, const Tables::Phases &row)
 {
-    measure->phases = phasesOf(variables, names);
+    measure->phases = phasesOf(known, row.alternatives);
     if (measure->phases.isEmpty())
         return;
     const double mean = sumOf(measure->phases) / double(measure->phases.size());
-    const bool voltage = isVoltage(quantity);
+    const bool voltage = isVoltage(row.quantity);
     if (voltage && !measure->value)
         fitToPhases(measure, mean);
     const double middle = measure->nominal.value_or(mean);
@@ -271,7 +393,7 @@ void takePhases(Measure *measure, Quantity quantity, const NutVariables &variabl
                      });
     if (measure->value)
         return;
-    if (quantity == Quantity::OutputPower) {
+    if (row.quantity == Quantity::OutputPower) {
         // Powers add up, but a part of them is not the whole.
         const double sum = sumOf(measure->phases);
         if (measure->phases.size() == phaseCount && std::isfinite(sum))
@@ -282,16 +404,16 @@ void takePhases(Measure *measure, Quantity quantity, const NutVariables &variabl
     measure->phase = measure->phases.first().name;
 }
 
-Identity identityOf(const NutVariables &variables)
+Identity identityOf(const KnownVariables &known)
 {
     Identity identity;
-    identity.manufacturer = firstText(variables, "ups.mfr|device.mfr");
-    identity.model = firstText(variables, "ups.model|device.model");
-    identity.serial = firstText(variables, "ups.serial|device.serial");
-    identity.firmware = firstText(variables, "ups.firmware|ups.firmware.aux");
-    identity.batteryDate = firstText(variables, "battery.date|battery.mfr.date");
-    identity.nominalPower = firstNumber(variables, "ups.power.nominal");
-    identity.nominalRealPower = firstNumber(variables, "ups.realpower.nominal");
+    identity.manufacturer = known.firstText(tables().manufacturer);
+    identity.model = known.firstText(tables().model);
+    identity.serial = known.firstText(tables().serial);
+    identity.firmware = known.firstText(tables().firmware);
+    identity.batteryDate = known.firstText(tables().batteryDate);
+    identity.nominalPower = known.firstNumber(tables().nominalPower);
+    identity.nominalRealPower = known.firstNumber(tables().nominalRealPower);
     return identity;
 }
 
@@ -331,16 +453,6 @@ void apply(Snapshot *snapshot, const StatusRow &row)
     apply(&snapshot->element(Element::Load), row.load);
 }
 
-bool raisesAlarm(const StatusRow &row)
-{
-    for (const Effect &effect :
-         {row.system, row.rectifier, row.inverter, row.battery, row.bypass, row.load}) {
-        if (effect.alarm != Alarm::None)
-            return true;
-    }
-    return false;
-}
-
 void setUnknown(Snapshot *snapshot)
 {
     const ElementState unknown = {Alarm::None, Op::Unknown};
@@ -351,22 +463,16 @@ void setUnknown(Snapshot *snapshot)
 void takeStatus(Snapshot *snapshot, const QStringList &tokens)
 {
     QStringList untold = tokens;
-    for (const StatusRow &row : statusTable) {
-        const QStringList &needed = madeOnce<QStringList>(
-            row.tokens, [](const QString &all) { return all.split(QLatin1Char(' ')); });
-        const bool holds = std::all_of(needed.begin(), needed.end(), [&](const QString &token) {
-            return tokens.contains(token);
-        });
-        if (!holds)
+    for (const StatusRule &rule : tables().statuses) {
+        if ((snapshot->tokens & rule.needed) != rule.needed)
             continue;
-        apply(snapshot, row);
-        const QString words = QString::fromLatin1(row.words);
-        if (words.isEmpty())
+        apply(snapshot, *rule.row);
+        if (rule.words.isEmpty())
             continue;
-        snapshot->status += words;
-        untold.removeAll(needed.first());
-        if (raisesAlarm(row))
-            snapshot->alarms += words;
+        snapshot->status += rule.words;
+        untold.removeAll(rule.firstWord);
+        if (rule.raisesAlarm)
+            snapshot->alarms += rule.words;
     }
     snapshot->status += untold;
 }
@@ -487,9 +593,10 @@ Snapshot snapshotOf(const QString &upsName, const NutVariables &variables)
     snapshot.name = upsName;
     setUnknown(&snapshot);
 
-    const QString alarmText = firstText(variables, "ups.alarm");
+    const KnownVariables known(variables);
+    const QString alarmText = known.firstText(tables().alarm);
     QStringList tokens =
-        firstText(variables, "ups.status").split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        known.firstText(tables().status).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     tokens.removeDuplicates();
     snapshot.variables = plainVariables(variables);
     snapshot.tokens = tokensOf(tokens, &snapshot.otherTokens);
@@ -503,16 +610,16 @@ Snapshot snapshotOf(const QString &upsName, const NutVariables &variables)
         snapshot.tokens |= StatusToken::Alarm;
     }
 
-    snapshot.identity = identityOf(variables);
+    snapshot.identity = identityOf(known);
     snapshot.beeperEnabled = beeperOf(variables);
-    for (const ValueRow &row : valueTable)
-        snapshot.measure(row.quantity) = measureOf(variables, row);
+    for (const Tables::Value &row : tables().values)
+        snapshot.measure(row.quantity) = measureOf(known, row);
     // Some drivers give -1 for a time that they do not know.
     std::optional<double> &runtime = snapshot.measure(Quantity::BatteryRuntime).value;
     if (runtime && *runtime < 0.0)
         runtime.reset();
-    for (const PhaseRow &row : phaseTable)
-        takePhases(&snapshot.measure(row.quantity), row.quantity, variables, row.names);
+    for (const Tables::Phases &row : tables().phases)
+        takePhases(&snapshot.measure(row.quantity), known, row);
 
     takeStatus(&snapshot, tokens);
     takeAlarmText(&snapshot, alarmText);
