@@ -74,7 +74,7 @@ QHash<qint64, double> valuesOf(const PromAnswer &answer, const QString &curve, i
 {
     QHash<qint64, double> values;
     for (const PromSeries &series : answer.series) {
-        if (series.labels.value(curveLabel) != curve)
+        if (series.labels.at(0) != curve)
             continue;
         for (const QPointF &sample : series.samples) {
             const double number = sample.x() / step;
@@ -150,8 +150,9 @@ int PromTrends::readTrend(const QString &ups, const QVector<Quantity> &quantitie
     questions.insert(number, question);
     const QPointer<PromTrends> guard(this);
     questions[number].reply = feed->server().queryRange(
-        queryFor(*feed, quantities, question.step), double(from) / double(secondMsecs),
-        double(to) / double(secondMsecs), question.step, [guard, number](const PromAnswer &answer) {
+        queryFor(*feed, quantities, question.step), {QString(curveLabel)},
+        double(from) / double(secondMsecs), double(to) / double(secondMsecs), question.step,
+        [guard, number](const PromAnswer &answer) {
             if (guard)
                 guard->take(number, answer);
         });

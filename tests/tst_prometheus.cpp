@@ -100,6 +100,13 @@ private Q_SLOTS:
     void secrets();
     void dialects();
     void tellsStatesApart();
+    void lostLoadsAreNoData();
+    void nothingMatches_data();
+    void nothingMatches();
+    void explanationsEnd();
+    void missingLabels();
+    void ownLabel();
+    void lostServer();
     void problems_data();
     void problems();
     void sendsSecretsOnlyWhereTheyAreSafe();
@@ -107,6 +114,8 @@ private Q_SLOTS:
     void overTls_data();
     void overTls();
     void plainWhereTlsIs();
+    void realCredentials();
+    void realExplanations();
     void thousandUpses();
     void documentedConfiguration();
     void realServer();
@@ -171,11 +180,12 @@ void PrometheusTest::values()
     const PromAnswer answer = PromAnswer::parse(
         200, R"({"status":"success","warnings":["remote_read: <i>refused</i>"],"data":{"resultType":
         "matrix","result":[{"metric":{"ups":"a\u202eb"},"values":[[1,"34.8"],[2.5,"NaN"],[3,"+Inf"],
-        [4,"-Inf"],[5,"1e-7"]]}]}})");
+        [4,"-Inf"],[5,"1e-7"]]}]}})",
+        {text("job"), text("ups")});
     QVERIFY2(answer.succeeded, qPrintable(answer.problem));
     QCOMPARE(answer.warnings, text("remote_read: <i>refused</i>"));
     const PromSeries series = answer.series.constFirst();
-    QCOMPARE(series.labels.value(text("ups")), text("ab"));
+    QCOMPARE(series.labels, QVector<QString>({QString(), text("ab")}));
     QCOMPARE(series.samples.at(0), QPointF(1, 34.8));
     QVERIFY(std::isnan(series.samples.at(1).y()));
     QVERIFY(std::isinf(series.samples.at(2).y()) && series.samples.at(2).y() > 0);
@@ -322,6 +332,200 @@ void PrometheusTest::tellsStatesApart()
     QCOMPARE(watch.feeds.size(), 3);
 }
 
+/// A load that is not there any more, or cannot be read, is no data.
+void PrometheusTest::lostLoadsAreNoData()
+{
+    FakeWeb web;
+    QPair<int, QByteArray> loads = {200,
+                                    vectorOf({row("\"instance\":\"i\",\"ups\":\"a\"", "33"),
+                                              row("\"instance\":\"i\",\"ups\":\"b\"", "0.125")})};
+    web.onQuery = [&](const QByteArray &query) {
+        if (query.contains("timestamp"))
+            return qMakePair(
+                200,
+                vectorOf({row("\"instance\":\"i\",\"ups\":\"a\",\"flag\":\"OL\"", seconds()),
+                          row("\"instance\":\"i\",\"ups\":\"b\",\"flag\":\"OL\"", seconds())}));
+        return loads;
+    };
+    PromSource source(web.server(), shortTimes());
+    Watch watch(&source);
+    source.start();
+    QTRY_COMPARE(watch.of("a@i (nut)").value(Quantity::Load), std::optional<double>(33.0));
+    QTRY_COMPARE(watch.of("b@i (nut)").value(Quantity::Load), std::optional<double>(0.125));
+    QCOMPARE(watch.of("b@i (nut)").variables.value(text("ups.load")), text("0.125"));
+    loads.second = vectorOf({row("\"instance\":\"i\",\"ups\":\"b\"", "4")});
+    QTRY_VERIFY(!watch.of("a@i (nut)").value(Quantity::Load));
+    QTRY_COMPARE(watch.of("b@i (nut)").value(Quantity::Load), std::optional<double>(4.0));
+    QVERIFY(watch.problem.isEmpty());
+    loads = {422, R"({"status":"error","error":"too many samples"})"};
+    QTRY_COMPARE(watch.problem,
+                 text("the loads cannot be read: it refuses the query: too many samples"));
+    QVERIFY(!watch.of("b@i (nut)").value(Quantity::Load));
+    QVERIFY(!watch.of("b@i (nut)").isLost());
+}
+
+void PrometheusTest::nothingMatches_data()
+{
+    QTest::addColumn<QByteArrayList>("jobs"); // and metrics
+    QTest::addColumn<QByteArrayList>("metrics");
+    QTest::addColumn<QString>("why");
+    const auto rows = [](const char *name, const QByteArrayList &jobs,
+                         const QByteArrayList &metrics,
+                         const char *why) { QTest::newRow(name) << jobs << metrics << text(why); };
+    rows("no targets", {}, {}, ": the server has no targets");
+    rows("other jobs", {"node up", "b up", "c up", "d up", "e up", "f up"}, {},
+         ": there is no such job; the jobs are b, c, d, e and 2 more");
+    rows("UPSes elsewhere", {"node up", "power up", "power network_ups_tools_ups_status"}, {},
+         ": there is no such job, but UPSes in the job power");
+    rows("no flag", {"nut up", "nut network_ups_tools_ups_status"}, {}, ": no status flag is set");
+    rows("another dialect", {"nut up", "nut nut_ups_status"}, {},
+         ": the job has nut_ups_status, which is the dialect nut");
+    rows("unknown dialect", {"nut up"}, {"apc_ups_load", "apc_ups_Status", "battery_charge"},
+         ": the job has no status of the known dialects (network_ups_tools, nut, nutwg); it has "
+         "apc_ups_Status");
+    rows("no status", {"nut up"}, {"apc_ups_load", "battery_charge"},
+         ": the job has no status of the known dialects (network_ups_tools, nut, nutwg); it has "
+         "apc_ups_load, battery_charge");
+    rows("no UPS", {"nut up"}, {},
+         ": the job has no status of the known dialects (network_ups_tools, nut, nutwg); none of "
+         "its metrics is named after a UPS");
+    rows("refused", {"refused"}, {}, "");
+}
+
+/// The problem says what was asked, where that stands, and what there is instead.
+void PrometheusTest::nothingMatches()
+{
+    QFETCH(QByteArrayList, jobs);
+    QFETCH(QByteArrayList, metrics);
+    QFETCH(QString, why);
+    FakeWeb web;
+    web.onQuery = [&](const QByteArray &query) {
+        QByteArrayList rows;
+        if (query.contains("count by (job, __name__)")) {
+            if (jobs.value(0) == "refused")
+                return qMakePair(422, QByteArray());
+            for (const QByteArray &one : jobs)
+                rows += R"({"metric":{"job":")" + one.split(' ').value(0) + R"(","__name__":")" +
+                        one.split(' ').value(1) + R"("},"value":[1,"3"]})";
+        } else if (query.contains("count by (__name__)")) {
+            for (const QByteArray &metric : metrics)
+                rows += R"({"metric":{"__name__":")" + metric + R"("},"value":[1,"3"]})";
+        }
+        return qMakePair(200, vectorOf(rows));
+    };
+    PromServer server = web.server();
+    server.place = text("site.ini:12");
+    PromSource source(server, shortTimes());
+    Watch watch(&source);
+    source.start();
+    QTRY_COMPARE(watch.problem,
+                 text("nothing matches network_ups_tools_ups_status{job=\"nut\"} (site.ini:12)") +
+                     why);
+    QVERIFY(watch.feeds.isEmpty());
+}
+
+/// What explained that nothing matches is gone as soon as something does.
+void PrometheusTest::explanationsEnd()
+{
+    FakeWeb web;
+    bool empty = true;
+    web.onQuery = [&](const QByteArray &query) {
+        const bool statuses = query.contains("timestamp") && !empty;
+        const QByteArray status =
+            row("\"instance\":\"i\",\"ups\":\"a\",\"flag\":\"OL\"", seconds());
+        return qMakePair(200, vectorOf(statuses ? QByteArrayList{status} : QByteArrayList{}));
+    };
+    PromSource source(web.server(), shortTimes());
+    Watch watch(&source);
+    source.start();
+    QTRY_COMPARE(watch.problem, text("nothing matches network_ups_tools_ups_status{job=\"nut\"}: "
+                                     "the server has no targets"));
+    empty = false;
+    QTRY_VERIFY(watch.problem.isEmpty());
+    QTRY_VERIFY(!watch.of("a@i (nut)").isLost());
+    empty = true;
+    QTRY_VERIFY(watch.problem.startsWith(text("nothing matches")));
+    QCOMPARE(watch.of("a@i (nut)").reason, text("not monitored any more"));
+}
+
+/// UPSes that no label tells apart are shown as one, which is said.
+void PrometheusTest::missingLabels()
+{
+    FakeWeb web;
+    bool several = true;
+    web.onQuery = [&](const QByteArray &query) {
+        if (query.contains("timestamp"))
+            return qMakePair(200, vectorOf({row("\"instance\":\"i\",\"flag\":\"OL\"", seconds())}));
+        if (query.contains("count by (instance, flag)") && query.contains(",ups=\"\"} == 1) > 1"))
+            return qMakePair(200, vectorOf(several ? QByteArrayList{row("\"instance\":\"i\"", "2")}
+                                                   : QByteArrayList{}));
+        return qMakePair(200, vectorOf({}));
+    };
+    PromSource source(web.server(), shortTimes());
+    Watch watch(&source);
+    source.start();
+    QTRY_COMPARE(watch.problem,
+                 text("several UPSes have no label 'ups' and are shown as one, at i"));
+    QVERIFY(!watch.of("i (nut)").isLost());
+    several = false;
+    QTRY_VERIFY(watch.problem.isEmpty());
+}
+
+/// Another label can name the UPSes.
+void PrometheusTest::ownLabel()
+{
+    FakeWeb web;
+    QByteArrayList asked;
+    web.onQuery = [&](const QByteArray &query) {
+        asked += query;
+        const QByteArray ups = "\"instance\":\"i\",\"rack\":\"r1\"";
+        if (query.contains("timestamp"))
+            return qMakePair(200, vectorOf({row(ups + ",\"flag\":\"OL\"", seconds())}));
+        return qMakePair(200, vectorOf({row(ups, "42")}));
+    };
+    PromServer server = web.server();
+    server.upsLabel = text("rack");
+    PromSource source(server, shortTimes());
+    Watch watch(&source);
+    source.start();
+    QTRY_COMPARE(watch.of("r1@i (nut)").value(Quantity::Load), std::optional<double>(42.0));
+    QCOMPARE(watch.feeds.value(text("r1@i (nut)"))->selector(),
+             text(R"(job="nut",instance="i",rack="r1")"));
+    for (const QByteArray &query : std::as_const(asked))
+        QVERIFY2(query.contains("rack") && !query.contains("ups,"), query.constData());
+}
+
+/// A server that is lost says so with each of its UPSes; one of them alone does not.
+void PrometheusTest::lostServer()
+{
+    FakeWeb web;
+    web.onQuery = [](const QByteArray &query) {
+        QByteArrayList rows;
+        if (query.contains("timestamp"))
+            rows = {row("\"instance\":\"i\",\"ups\":\"a\",\"flag\":\"OL\"", seconds()),
+                    row("\"instance\":\"i\",\"ups\":\"b\"", "0")};
+        return qMakePair(200, vectorOf(rows));
+    };
+    PromServer server = web.server("/prefix/");
+    PromSource source(server, shortTimes());
+    QCOMPARE(source.name(), QStringLiteral("http://127.0.0.1:%1/prefix").arg(web.serverPort()));
+    Watch watch(&source);
+    source.start();
+    QTRY_VERIFY(!watch.of("a@i (nut)").isLost());
+    QTRY_COMPARE(watch.of("b@i (nut)").reason, text("its exporter cannot be scraped"));
+    for (const char *key : {"a@i (nut)", "b@i (nut)"}) {
+        QCOMPARE(watch.of(key).server, source.name());
+        QVERIFY(!watch.of(key).isServerLost);
+    }
+    web.vanish();
+    QTRY_VERIFY(watch.of("a@i (nut)").isServerLost);
+    QVERIFY(watch.of("b@i (nut)").isServerLost);
+    QCOMPARE(watch.of("a@i (nut)").server, source.name());
+    QVERIFY(watch.of("a@i (nut)").isLost());
+    server.name = text("Prometheus of the hall");
+    QCOMPARE(PromSource(server).name(), server.name);
+}
+
 void PrometheusTest::problems_data()
 {
     QTest::addColumn<QString>("what");
@@ -372,7 +576,7 @@ void PrometheusTest::problems()
         return;
     }
     // No frozen values.
-    QVERIFY(watch.of("a@i (nut)").isLost());
+    QTRY_VERIFY(watch.of("a@i (nut)").isLost());
     if (what == text("gone"))
         return;
     web.answers = true;
@@ -500,6 +704,84 @@ void PrometheusTest::plainWhereTlsIs()
                  text("it answers HTTP 400: Client sent an HTTP request to an HTTPS server."));
 }
 
+/// Under TLS, with a user, as Prometheus itself checks both.
+void PrometheusTest::realCredentials()
+{
+    PrometheusServer prometheus;
+    QVERIFY2(prometheus.useTls(certificates->certificate(text("right")),
+                               certificates->key(text("right")), true),
+             qPrintable(prometheus.problem()));
+    QVERIFY2(prometheus.start(), qPrintable(prometheus.problem()));
+    PromTimes times;
+    times.refresh = 300;
+    PromServer server = prometheus.server();
+    server.authorities = QSslCertificate::fromPath(certificates->authority());
+    QString error;
+    QVERIFY2(server.takeSecrets("user = viewer\npassword = secret word\n", text("f"), &error),
+             qPrintable(error));
+    PromSource source(server, times);
+    Watch watch(&source);
+    source.start();
+    QTRY_VERIFY_WITH_TIMEOUT(!watch.of("a@nut0:3493 (nut)").isLost(), patience);
+    QVERIFY2(watch.problem.isEmpty(), qPrintable(watch.problem));
+    const QString refused = text("it refuses this user (HTTP 401)");
+    server.password = text("another word");
+    PromSource other(server, times);
+    Watch wrong(&other);
+    other.start();
+    QTRY_COMPARE_WITH_TIMEOUT(wrong.problem, refused, patience);
+    // It knows no tokens.
+    server.user.clear();
+    server.password.clear();
+    server.token = text("token");
+    PromSource bearer(server, times);
+    Watch unknown(&bearer);
+    bearer.start();
+    QTRY_COMPARE_WITH_TIMEOUT(unknown.problem, refused, patience);
+    QVERIFY(wrong.feeds.isEmpty() && unknown.feeds.isEmpty());
+}
+
+/// The questions are such that Prometheus answers them.
+void PrometheusTest::realExplanations()
+{
+    PrometheusServer prometheus;
+    QVERIFY2(prometheus.start(), qPrintable(prometheus.problem()));
+    PromTimes times;
+    times.refresh = 300;
+    PromServer server = prometheus.server();
+    PromSource source(server, times);
+    Watch watch(&source);
+    source.start();
+    QTRY_VERIFY_WITH_TIMEOUT(!watch.of("b@nut0:3493 (nut)").isLost(), patience);
+    server.job = text("power");
+    PromSource otherJob(server, times);
+    Watch jobs(&otherJob);
+    otherJob.start();
+    QTRY_COMPARE_WITH_TIMEOUT(
+        jobs.problem,
+        text("nothing matches network_ups_tools_ups_status{job=\"power\"}: there is no such job, "
+             "but UPSes in the job nut"),
+        patience);
+    server.job = text("nut");
+    server.dialect = text("nutwg");
+    PromSource otherDialect(server, times);
+    Watch dialects(&otherDialect);
+    otherDialect.start();
+    QTRY_COMPARE_WITH_TIMEOUT(
+        dialects.problem,
+        text("nothing matches nutwg_ups_status{job=\"nut\"}: the job has "
+             "network_ups_tools_ups_status, which is the dialect network_ups_tools"),
+        patience);
+    server.dialect = text("network_ups_tools");
+    server.upsLabel = text("rack");
+    PromSource otherLabel(server, times);
+    Watch labels(&otherLabel);
+    otherLabel.start();
+    QTRY_COMPARE_WITH_TIMEOUT(
+        labels.problem,
+        text("several UPSes have no label 'rack' and are shown as one, at nut0:3493"), patience);
+}
+
 /// A refresh of a large fleet. What it costs is printed; its size is bounded.
 void PrometheusTest::thousandUpses()
 {
@@ -593,7 +875,7 @@ void PrometheusTest::realServer()
     bool answered = false;
     source.queryRange(QStringLiteral("network_ups_tools_ups_load{%1}")
                           .arg(watch.feeds.value(text(a))->selector()),
-                      double(now - minutes * 60), double(now - 61 * 60), 60.0,
+                      {}, double(now - minutes * 60), double(now - 61 * 60), 60.0,
                       [&](const PromAnswer &answer) {
                           trend = answer;
                           answered = true;
@@ -606,7 +888,7 @@ void PrometheusTest::realServer()
     QCOMPARE(trend.series.first().samples.last().y(), 61.0);
     // A query that is wrong is refused in one line.
     answered = false;
-    source.query(text("sum by ("), [&](const PromAnswer &answer) {
+    source.query(text("sum by ("), {}, [&](const PromAnswer &answer) {
         trend = answer;
         answered = true;
     });

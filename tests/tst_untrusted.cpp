@@ -226,12 +226,14 @@ void UntrustedTest::json()
     int succeeded = 0;
     for (int round = 0; round < 20000; ++round) {
         const PromAnswer answer =
-            PromAnswer::parse(chance.below(9) == 0 ? 500 : 200, damaged(good, &chance, words));
+            PromAnswer::parse(chance.below(9) == 0 ? 500 : 200, damaged(good, &chance, words),
+                              {QStringLiteral("job"), QStringLiteral("ups")});
         succeeded += answer.succeeded;
         QVERIFY(answer.succeeded == answer.problem.isEmpty());
         QVERIFY(isPlain(answer.problem) && answer.problem.size() < 300);
         for (const PromSeries &series : answer.series) {
             QVERIFY(!series.samples.isEmpty());
+            QCOMPARE(series.labels.size(), 2);
             for (const QString &label : series.labels)
                 QVERIFY(isPlain(label) && label.size() <= 200);
         }

@@ -16,7 +16,6 @@
 namespace {
 
 constexpr int longestText = 200;
-constexpr int mostLabels = 64;
 
 QString shortText(const QString &text)
 {
@@ -48,20 +47,26 @@ std::optional<QPointF> sampleOf(const QJsonValue &json)
     return QPointF(pair.at(0).toDouble(), *value);
 }
 
-std::optional<PromSeries> seriesOf(const QJsonObject &json)
+std::optional<PromSeries> seriesOf(const QJsonObject &json, const QStringList &labels)
 {
     PromSeries series;
-    const QJsonObject labels = json.value(QLatin1String("metric")).toObject();
-    for (auto label = labels.constBegin();
-         label != labels.constEnd() && series.labels.size() < mostLabels; ++label)
-        series.labels.insert(shortText(label.key()), shortText(label.value().toString()));
-    QJsonArray samples = json.value(QLatin1String("values")).toArray();
-    if (json.contains(QLatin1String("value")))
-        samples.append(json.value(QLatin1String("value")));
+    const QJsonObject given = json.value(QLatin1String("metric")).toObject();
+    series.labels.reserve(int(labels.size()));
+    for (const QString &label : labels)
+        series.labels.append(shortText(given.value(label).toString()));
+    const QJsonValue single = json.value(QLatin1String("value"));
+    if (!single.isUndefined()) {
+        const std::optional<QPointF> sample = sampleOf(single);
+        if (!sample)
+            return std::nullopt;
+        series.samples.append(*sample);
+        return series;
+    }
+    const QJsonArray samples = json.value(QLatin1String("values")).toArray();
     if (samples.isEmpty() || samples.size() > PromAnswer::maxSamples)
         return std::nullopt;
     series.samples.reserve(int(samples.size()));
-    for (const QJsonValue &one : std::as_const(samples)) {
+    for (const QJsonValue &one : samples) {
         const std::optional<QPointF> sample = sampleOf(one);
         if (!sample)
             return std::nullopt;
@@ -87,7 +92,7 @@ QString reasonFor(int code, const QJsonObject &json, const QByteArray &body)
 
 } // namespace
 
-PromAnswer PromAnswer::parse(int code, const QByteArray &body)
+PromAnswer PromAnswer::parse(int code, const QByteArray &body, const QStringList &labels)
 {
     PromAnswer answer;
     if (body.size() > maxBytes) {
@@ -115,7 +120,7 @@ PromAnswer PromAnswer::parse(int code, const QByteArray &body)
     }
     answer.series.reserve(int(result.size()));
     for (const QJsonValue &one : result) {
-        std::optional<PromSeries> series = seriesOf(one.toObject());
+        std::optional<PromSeries> series = seriesOf(one.toObject(), labels);
         if (!series) {
             answer.series.clear();
             answer.problem = QStringLiteral("its answer is not understood");

@@ -3,17 +3,17 @@
 #pragma once
 
 #include <QtCore/QByteArray>
-#include <QtCore/QHash>
 #include <QtCore/QPointF>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVector>
 
 #include <optional>
 
-/// A series of an answer: its labels, and its samples as (seconds, value). A value may be NaN.
+/// A series of an answer: labels, and its samples as (seconds, value). A value may be NaN.
 struct PromSeries
 {
-    QHash<QString, QString> labels; ///< plain text
+    QVector<QString> labels; ///< those that parse() was asked for, in their order; plain text
     QVector<QPointF> samples;
 };
 
@@ -25,8 +25,9 @@ struct PromAnswer
     static constexpr int maxSeries = 60000;
     static constexpr int maxSamples = 11000; ///< of a series
 
-    /// Reads the body of an answer with the HTTP status @p code.
-    static PromAnswer parse(int code, const QByteArray &body);
+    /// Reads the body of an answer with the HTTP status @p code, and of the series' labels those in
+    /// @p labels; a label that a series lacks is empty.
+    static PromAnswer parse(int code, const QByteArray &body, const QStringList &labels = {});
 
     bool succeeded = false;
     QString problem;  ///< why not, in one line

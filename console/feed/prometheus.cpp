@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -29,10 +30,36 @@ QString quoted(QString text)
     return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
-QString keyOf(const QString &job, const QString &instance, const QString &ups)
+constexpr int explainEvery = 6; // refreshes
+
+/// A few of many, for a line on the screen.
+QString fewOf(QStringList all)
 {
-    return (ups.isEmpty() ? instance : ups + QLatin1Char('@') + instance) +
-           QStringLiteral(" (%1)").arg(job);
+    constexpr int most = 4;
+    std::sort(all.begin(), all.end());
+    const int more = int(all.size()) - most;
+    const QString few = QStringList(all.mid(0, most)).join(QStringLiteral(", "));
+    return more > 0 ? few + QStringLiteral(" and %1 more").arg(more) : few;
+}
+
+/// Equal texts for equal numbers, without the effort where it is not needed.
+QString textOf(double number)
+{
+    constexpr int digits = 12;
+    constexpr double shortest = 1e9;
+    const bool whole = std::abs(number) < shortest && number == std::trunc(number);
+    return whole ? QString::number(int(number)) : QString::number(number, 'g', digits);
+}
+
+// Labels of series, in the order in which queries ask for them.
+constexpr int instanceLabel = 0;
+constexpr int upsNameLabel = 1;
+constexpr int flagLabel = 2;
+
+const PromDialect *dialectOf(const QString &name)
+{
+    const PromDialect *dialect = PromDialect::find(name);
+    return dialect ? dialect : PromDialect::find(PromServer().dialect);
 }
 
 } // namespace
@@ -63,19 +90,19 @@ bool PromServer::takeSecrets(const QByteArray &text, const QString &fileName, QS
         const int equals = int(line.indexOf(QLatin1Char('=')));
         const QString key = line.left(std::max(equals, 0)).trimmed();
         const QString value = line.mid(equals + 1).trimmed();
-        QString *place = key == QLatin1String("user")       ? &user
+        QString *field = key == QLatin1String("user")       ? &user
                          : key == QLatin1String("password") ? &password
                          : key == QLatin1String("token")    ? &token
                                                             : nullptr;
         const bool plain =
             std::all_of(value.cbegin(), value.cend(), [](QChar c) { return c.unicode() >= 0x20; });
-        if (!place || value.isEmpty() || !plain) {
+        if (!field || value.isEmpty() || !plain) {
             *error = QStringLiteral("%1:%2: neither user, password nor token with a value")
                          .arg(fileName)
                          .arg(number);
             return false;
         }
-        *place = value;
+        *field = value;
     }
     const bool basic = !user.isEmpty() && !password.isEmpty() && token.isEmpty();
     const bool bearer = user.isEmpty() && password.isEmpty() && !token.isEmpty();
@@ -95,10 +122,12 @@ PromSource::PromSource(const PromServer &usedServer, const PromTimes &usedTimes,
     : QObject(parent)
     , server(usedServer)
     , times(usedTimes)
-    , dialect(PromDialect::find(usedServer.dialect))
+    , dialect(dialectOf(usedServer.dialect))
+    , load(dialect->valueOf(QStringLiteral("ups.load")))
+    , shownName(usedServer.name.isEmpty() ? usedServer.url.toString(QUrl::StripTrailingSlash)
+                                          : usedServer.name)
+    , upsLabel(usedServer.upsLabel.isEmpty() ? dialect->upsLabel : usedServer.upsLabel)
 {
-    if (!dialect)
-        dialect = PromDialect::find(PromServer().dialect);
     network.setProxy(QNetworkProxy::NoProxy);
     timer.setInterval(times.refresh);
     connect(&timer, &QTimer::timeout, this, &PromSource::refresh);
@@ -114,13 +143,18 @@ void PromSource::start()
     refresh();
 }
 
-void PromSource::query(const QString &text, const Answer &answer)
+const QString &PromSource::name() const
 {
-    get(QStringLiteral("query"), {{QStringLiteral("query"), text}}, answer);
+    return shownName;
 }
 
-QNetworkReply *PromSource::queryRange(const QString &text, double from, double to, double step,
-                                      const Answer &answer)
+void PromSource::query(const QString &text, const QStringList &labels, const Answer &answer)
+{
+    get(QStringLiteral("query"), {{QStringLiteral("query"), text}}, labels, answer);
+}
+
+QNetworkReply *PromSource::queryRange(const QString &text, const QStringList &labels, double from,
+                                      double to, double step, const Answer &answer)
 {
     const auto number = [](double value) { return QString::number(value, 'f', 3); };
     // The server refuses more points than this.
@@ -130,11 +164,11 @@ QNetworkReply *PromSource::queryRange(const QString &text, double from, double t
                 {QStringLiteral("start"), number(from)},
                 {QStringLiteral("end"), number(to)},
                 {QStringLiteral("step"), number(std::max({step, least, 1.0}))}},
-               answer);
+               labels, answer);
 }
 
 QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString>> items,
-                               const Answer &answer)
+                               const QStringList &labels, const Answer &answer)
 {
     if (server.wouldLeak()) {
         PromAnswer refused;
@@ -171,7 +205,8 @@ QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString
             "Basic " + (server.user + QLatin1Char(':') + server.password).toUtf8().toBase64();
     if (!authorization.isEmpty())
         request.setRawHeader("Authorization", authorization);
-    request.setSslConfiguration(TlsCheck::configuration(server.authorities));
+    if (url.scheme() == QLatin1String("https"))
+        request.setSslConfiguration(TlsCheck::configuration(server.authorities));
 
     QNetworkReply *reply = network.post(request, form.toString(QUrl::FullyEncoded).toUtf8());
     reply->setReadBufferSize(PromAnswer::maxBytes);
@@ -193,14 +228,14 @@ QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString
         *tlsProblem = TlsCheck::wordsForName(host);
         reply->abort();
     });
-    connect(reply, &QNetworkReply::finished, this, [reply, answer, tlsProblem] {
+    connect(reply, &QNetworkReply::finished, this, [reply, labels, answer, tlsProblem] {
         reply->deleteLater();
         const int code = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         PromAnswer result;
         if (!tlsProblem->isEmpty())
             result.problem = *tlsProblem;
         else if (code > 0 && reply->error() != QNetworkReply::OperationCanceledError)
-            result = PromAnswer::parse(code, reply->readAll());
+            result = PromAnswer::parse(code, reply->readAll(), labels);
         else if (reply->error() == QNetworkReply::OperationCanceledError)
             result.problem = QStringLiteral("it gives no whole answer in time");
         else if (reply->error() == QNetworkReply::ConnectionRefusedError)
@@ -216,28 +251,30 @@ QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString
     return reply;
 }
 
+/// The metric of the statuses, of this job.
+QString PromSource::status() const
+{
+    return QStringLiteral("%1{job=%2}").arg(dialect->statusMetric, quoted(server.job));
+}
+
 void PromSource::refresh()
 {
-    const QString by = QStringLiteral("max by (job, instance, %1").arg(dialect->upsLabel);
-    const QString job = QStringLiteral("{job=%1}").arg(quoted(server.job));
-    const QString status = dialect->statusMetric + job;
+    const QString by = QStringLiteral("max by (instance, ") + upsLabel;
     // The age of what was scraped, of the flags that are set; and what could not be scraped.
-    query(QStringLiteral("%1, %2) (timestamp(%3) and %3 == 1) or %1) (up%4 == 0)")
-              .arg(by, dialect->flagLabel, status, job),
+    query(QStringLiteral("%1, %2) (timestamp(%3) and %3 == 1) or %1) (up{job=%4} == 0)")
+              .arg(by, dialect->flagLabel, status(), quoted(server.job)),
+          {QStringLiteral("instance"), upsLabel, dialect->flagLabel},
           [this](const PromAnswer &answer) { takeStatuses(answer); });
 }
 
 PromFeed *PromSource::feedOf(const PromSeries &series)
 {
-    const QString job = series.labels.value(QStringLiteral("job"));
-    const QString instance = series.labels.value(QStringLiteral("instance"));
-    const QString ups = series.labels.value(dialect->upsLabel);
-    const QString key = keyOf(job, instance, ups);
+    const Key key(series.labels.at(instanceLabel), series.labels.at(upsNameLabel));
     if (PromFeed *known = byKey.value(key))
         return known;
     if (feeds.size() >= mostUpses)
         return nullptr;
-    feeds.push_back(std::unique_ptr<PromFeed>(new PromFeed(this, job, instance, ups)));
+    feeds.push_back(std::unique_ptr<PromFeed>(new PromFeed(this, key.first, key.second)));
     PromFeed *feed = feeds.back().get();
     byKey.insert(key, feed);
     Q_EMIT found(feed);
@@ -251,90 +288,218 @@ void PromSource::takeStatuses(const PromAnswer &answer)
         return;
     }
     const QPointer<PromSource> guard(this);
-    QHash<PromFeed *, Status> statuses;
+    ++round;
     for (const PromSeries &series : answer.series) {
         PromFeed *feed = feedOf(series);
-        if (!feed)
-            continue;
-        Status &status = statuses[feed];
-        const QString flag = series.labels.value(dialect->flagLabel);
-        if (flag.isEmpty()) {
-            status.down = true;
-        } else {
-            status.flags += flag;
-            status.scraped = std::max(status.scraped, series.samples.constFirst().y());
-        }
-    }
-    report(answer.warnings.isEmpty()
-               ? QString()
-               : QStringLiteral("its answers may be incomplete: ") + answer.warnings);
-    const PromValue *load = nullptr;
-    for (const PromValue &value : dialect->values) {
-        if (value.variable == QLatin1String("ups.load"))
-            load = &value;
-    }
-    const double now = double(QDateTime::currentMSecsSinceEpoch()) / 1000.0;
-    for (const auto &one : feeds) {
-        PromFeed *feed = one.get();
-        const auto status = statuses.constFind(feed);
-        if (status == statuses.cend()) {
-            feed->lose(QStringLiteral("not monitored any more"));
-        } else if (status->flags.isEmpty()) {
-            feed->lose(QStringLiteral("its exporter cannot be scraped"));
-        } else if (now - status->scraped > times.stale / 1000.0) {
-            feed->lose(QStringLiteral("no fresh data for %1 min")
-                           .arg(int((now - status->scraped) / 60.0)));
-        } else {
-            QStringList flags = status->flags;
-            std::sort(flags.begin(), flags.end());
-            const QString words = flags.join(QLatin1Char(' '));
-            // What is as before comes with the load, once.
-            feed->isPending = load && feed->heard && feed->status == words;
-            feed->status = words;
-            feed->heard = true;
-            if (!feed->isPending)
-                feed->deliver();
-            if (guard && feed->followed)
-                askForValues(feed);
-        }
         if (!guard)
             return;
+        if (!feed)
+            continue;
+        if (feed->round != round) {
+            feed->round = round;
+            feed->flags.clear();
+            feed->scraped = 0.0;
+        }
+        // Without a flag it says that the exporter cannot be scraped.
+        const QString &flag = series.labels.at(flagLabel);
+        if (flag.isEmpty())
+            continue;
+        feed->flags += flag;
+        feed->scraped = std::max(feed->scraped, series.samples.constFirst().y());
     }
-    if (load)
-        query(QStringLiteral("max by (job, instance, %1) (%2{job=%3})")
-                  .arg(dialect->upsLabel, load->metric, quoted(server.job)),
-              [this](const PromAnswer &loads) { takeLoads(loads); });
+    if (matches == answer.series.isEmpty()) {
+        matches = !matches;
+        explainedAt = 0;
+    }
+    if (matches)
+        lookForLabels();
+    else
+        explainNothing();
+    warnings = answer.warnings.isEmpty()
+                   ? QString()
+                   : QStringLiteral("its answers may be incomplete: ") + answer.warnings;
+    reportPresent();
+    for (std::size_t i = 0; guard && i < feeds.size(); ++i)
+        takeStatus(feeds[i].get());
+    if (!guard)
+        return;
+    Q_EMIT refreshed();
+    if (!guard || !load || answer.series.isEmpty())
+        return;
+    query(QStringLiteral("max by (instance, %1) (%2{job=%3})")
+              .arg(upsLabel, load->metric, quoted(server.job)),
+          {QStringLiteral("instance"), upsLabel},
+          [this](const PromAnswer &loads) { takeLoads(loads); });
+}
+
+void PromSource::takeStatus(PromFeed *feed)
+{
+    const double age = double(QDateTime::currentMSecsSinceEpoch()) / 1000.0 - feed->scraped;
+    if (feed->round != round) {
+        feed->lose(QStringLiteral("not monitored any more"));
+    } else if (feed->flags.isEmpty()) {
+        feed->lose(QStringLiteral("its exporter cannot be scraped"));
+    } else if (age > times.stale / 1000.0) {
+        constexpr double most = 1e6;
+        feed->lose(QStringLiteral("no fresh data for %1 min").arg(int(std::min(age / 60.0, most))));
+    } else {
+        std::sort(feed->flags.begin(), feed->flags.end());
+        const bool same = feed->heard && feed->flags == feed->status;
+        if (!same) {
+            feed->status = feed->flags;
+            feed->variables.insert(QStringLiteral("ups.status"),
+                                   feed->flags.join(QLatin1Char(' ')));
+            feed->changed = true;
+        }
+        feed->heard = true;
+        // What is as before comes with the load, once.
+        feed->isPending = load && same;
+        const bool wantsValues = feed->followed;
+        const QPointer<PromFeed> guard(feed);
+        if (!feed->isPending)
+            feed->deliver();
+        if (guard && wantsValues)
+            askForValues(feed);
+    }
 }
 
 void PromSource::takeLoads(const PromAnswer &answer)
 {
-    double factor = 1.0;
-    for (const PromValue &value : dialect->values) {
-        if (value.variable == QLatin1String("ups.load"))
-            factor = value.factor;
-    }
-    const QPointer<PromSource> guard(this);
+    loadProblem = answer.succeeded ? QString()
+                                   : QStringLiteral("the loads cannot be read: ") + answer.problem;
     for (const PromSeries &series : answer.series) {
-        PromFeed *feed = byKey.value(keyOf(series.labels.value(QStringLiteral("job")),
-                                           series.labels.value(QStringLiteral("instance")),
-                                           series.labels.value(dialect->upsLabel)));
+        PromFeed *feed =
+            byKey.value({series.labels.at(instanceLabel), series.labels.at(upsNameLabel)});
         if (!feed || !feed->heard)
             continue;
-        const double load = series.samples.constFirst().y() * factor;
-        // NaN is no data.
-        const QString text = std::isfinite(load) ? QString::number(load, 'g', 12) : QString();
-        if (feed->values.value(QStringLiteral("ups.load")) == text)
-            continue;
-        feed->values.insert(QStringLiteral("ups.load"), text);
-        feed->deliver();
-        if (!guard)
-            return;
+        feed->loadRound = round;
+        feed->takeNumber(load->variable, series.samples.constFirst().y() * load->factor);
     }
-    // The others, and all where there are no loads.
+    const QPointer<PromSource> guard(this);
+    reportPresent();
     for (std::size_t i = 0; guard && i < feeds.size(); ++i) {
-        if (feeds[i]->isPending)
-            feeds[i]->deliver();
+        PromFeed *feed = feeds[i].get();
+        // What is not there any more is no data.
+        if (feed->heard && feed->loadRound != round)
+            feed->takeNumber(load->variable, std::numeric_limits<double>::quiet_NaN());
+        if (feed->isPending || feed->changed)
+            feed->deliver();
     }
+}
+
+/// Asks which jobs there are, and which of them have UPSes.
+void PromSource::explainNothing()
+{
+    unlabelled.clear();
+    if (explainedAt > 0 && round - explainedAt < explainEvery)
+        return;
+    explainedAt = round;
+    QStringList metrics{QStringLiteral("up")};
+    for (const QString &name : PromDialect::names())
+        metrics += PromDialect::find(name)->statusMetric;
+    query(QStringLiteral("count by (job, __name__) ({__name__=~%1})")
+              .arg(quoted(metrics.join(QLatin1Char('|')))),
+          {QStringLiteral("job"), QStringLiteral("__name__")},
+          [this](const PromAnswer &answer) { takeJobs(answer); });
+}
+
+void PromSource::takeJobs(const PromAnswer &answer)
+{
+    QHash<QString, QStringList> statuses; // by job
+    for (const PromSeries &series : answer.series) {
+        QStringList &metrics = statuses[series.labels.at(0)];
+        if (series.labels.at(1) != QLatin1String("up"))
+            metrics += series.labels.at(1);
+    }
+    if (!answer.succeeded)
+        return reportNothing(QString());
+    const auto job = statuses.constFind(server.job);
+    if (job == statuses.constEnd()) {
+        QStringList withUpses;
+        for (auto one = statuses.cbegin(); one != statuses.cend(); ++one) {
+            if (!one->isEmpty())
+                withUpses += one.key();
+        }
+        if (!withUpses.isEmpty())
+            return reportNothing(QStringLiteral("there is no such job, but UPSes in the job ") +
+                                 fewOf(withUpses));
+        return reportNothing(statuses.isEmpty()
+                                 ? QStringLiteral("the server has no targets")
+                                 : QStringLiteral("there is no such job; the jobs are ") +
+                                       fewOf(statuses.keys()));
+    }
+    if (job->contains(dialect->statusMetric))
+        return reportNothing(QStringLiteral("no status flag is set"));
+    if (!job->isEmpty()) {
+        QStringList dialects;
+        for (const QString &name : PromDialect::names()) {
+            if (job->contains(PromDialect::find(name)->statusMetric))
+                dialects += name;
+        }
+        return reportNothing(QStringLiteral("the job has %1, which is the dialect %2")
+                                 .arg(fewOf(*job), fewOf(dialects)));
+    }
+    // Perhaps a dialect that is not known here.
+    query(QStringLiteral("count by (__name__) ({job=%1,__name__=~%2})")
+              .arg(quoted(server.job), quoted(QStringLiteral("(?i).*(ups|nut|battery).*"))),
+          {QStringLiteral("__name__")},
+          [this](const PromAnswer &metrics) { takeMetrics(metrics); });
+}
+
+void PromSource::takeMetrics(const PromAnswer &answer)
+{
+    QStringList names;
+    for (const PromSeries &series : answer.series)
+        names += series.labels.at(0);
+    const QString known = QStringLiteral("the job has no status of the known dialects (%1); ")
+                              .arg(PromDialect::names().join(QStringLiteral(", ")));
+    if (!answer.succeeded)
+        return reportNothing(known + QStringLiteral("what it has cannot be read"));
+    if (names.isEmpty())
+        return reportNothing(known + QStringLiteral("none of its metrics is named after a UPS"));
+    // Those that look like a status say most.
+    QStringList statuses = names.filter(QStringLiteral("status"), Qt::CaseInsensitive);
+    reportNothing(known + QStringLiteral("it has ") + fewOf(statuses.isEmpty() ? names : statuses));
+}
+
+void PromSource::reportNothing(const QString &why)
+{
+    QString text = QStringLiteral("nothing matches ") + status();
+    if (!server.place.isEmpty())
+        text += QStringLiteral(" (%1)").arg(server.place);
+    // By now something may match.
+    if (!matches)
+        nothing = why.isEmpty() ? text : text + QStringLiteral(": ") + why;
+    reportPresent();
+}
+
+/// UPSes that no label tells apart would be shown as one.
+void PromSource::lookForLabels()
+{
+    nothing.clear();
+    const bool nameless = std::any_of(feeds.cbegin(), feeds.cend(), [this](const auto &feed) {
+        return feed->ups.isEmpty() && feed->round == round;
+    });
+    if (!nameless)
+        unlabelled.clear();
+    if (!nameless || (explainedAt > 0 && round - explainedAt < explainEvery))
+        return;
+    explainedAt = round;
+    query(QStringLiteral("count by (instance, %1) (%2{job=%3,%4=\"\"} == 1) > 1")
+              .arg(dialect->flagLabel, dialect->statusMetric, quoted(server.job), upsLabel),
+          {QStringLiteral("instance")}, [this](const PromAnswer &answer) {
+              QStringList instances;
+              for (const PromSeries &series : answer.series)
+                  instances += series.labels.at(0);
+              instances.removeDuplicates();
+              unlabelled = instances.isEmpty() || !matches
+                               ? QString()
+                               : QStringLiteral("several UPSes have no label '%1' and are shown "
+                                                "as one, at ")
+                                         .arg(upsLabel) +
+                                     fewOf(instances);
+              reportPresent();
+          });
 }
 
 void PromSource::askForValues(PromFeed *feed)
@@ -347,7 +512,7 @@ void PromSource::askForValues(PromFeed *feed)
     const QPointer<PromFeed> asking(feed);
     query(QStringLiteral("{__name__=~%1,%2}")
               .arg(quoted(metrics.join(QLatin1Char('|'))), feed->selector()),
-          [this, asking](const PromAnswer &answer) {
+          {QStringLiteral("__name__")}, [this, asking](const PromAnswer &answer) {
               if (asking)
                   takeValues(asking, answer);
           });
@@ -357,24 +522,32 @@ void PromSource::takeValues(PromFeed *feed, const PromAnswer &answer)
 {
     if (!answer.succeeded || !feed->heard)
         return;
-    feed->values.clear();
-    for (const PromSeries &series : answer.series) {
-        const QString metric = series.labels.value(QStringLiteral("__name__"));
-        for (const PromValue &value : dialect->values) {
-            const double number = series.samples.constFirst().y() * value.factor;
-            if (value.metric == metric && std::isfinite(number))
-                feed->values.insert(value.variable, QString::number(number, 'g', 12));
-        }
-    }
+    QHash<QString, double> numbers;
+    for (const PromSeries &series : answer.series)
+        numbers.insert(series.labels.at(0), series.samples.constFirst().y());
+    for (const PromValue &value : dialect->values)
+        feed->takeNumber(value.variable,
+                         numbers.value(value.metric, std::numeric_limits<double>::quiet_NaN()) *
+                             value.factor);
     feed->deliver();
 }
 
 void PromSource::loseAll(const QString &reason)
 {
     const QPointer<PromSource> guard(this);
+    loadProblem.clear();
     report(reason);
     for (std::size_t i = 0; guard && i < feeds.size(); ++i)
-        feeds[i]->lose(QStringLiteral("the Prometheus server cannot be read: ") + reason);
+        feeds[i]->lose(QStringLiteral("the Prometheus server cannot be read: ") + reason, true);
+}
+
+void PromSource::reportPresent()
+{
+    for (const QString *line : {&warnings, &nothing, &unlabelled}) {
+        if (!line->isEmpty())
+            return report(*line);
+    }
+    report(loadProblem);
 }
 
 void PromSource::report(const QString &newProblem)
@@ -385,13 +558,12 @@ void PromSource::report(const QString &newProblem)
     Q_EMIT problemChanged(newProblem);
 }
 
-PromFeed::PromFeed(PromSource *usedSource, const QString &jobLabel, const QString &instanceLabel,
-                   const QString &upsLabel)
+PromFeed::PromFeed(PromSource *usedSource, const QString &instanceLabel, const QString &upsLabel)
     : source(usedSource)
-    , job(jobLabel)
     , place(instanceLabel)
     , ups(upsLabel)
-    , id(keyOf(jobLabel, instanceLabel, upsLabel))
+    , id((upsLabel.isEmpty() ? instanceLabel : upsLabel + QLatin1Char('@') + instanceLabel) +
+         QStringLiteral(" (%1)").arg(usedSource->server.job))
 {}
 
 const QString &PromFeed::key() const
@@ -429,7 +601,7 @@ void PromFeed::setFollowed(bool nowFollowed)
 QString PromFeed::selector() const
 {
     return QStringLiteral("job=%1,instance=%2,%3=%4")
-        .arg(quoted(job), quoted(place), source->dialect->upsLabel, quoted(ups));
+        .arg(quoted(source->server.job), quoted(place), source->upsLabel, quoted(ups));
 }
 
 bool PromFeed::isKeptElsewhere() const
@@ -447,25 +619,48 @@ const PromDialect &PromFeed::dialect() const
     return *source->dialect;
 }
 
+/// NaN is no data.
+void PromFeed::takeNumber(const QString &variable, double number)
+{
+    const auto known = numbers.constFind(variable);
+    if (!std::isfinite(number)) {
+        if (known == numbers.constEnd())
+            return;
+        numbers.erase(known);
+        variables.remove(variable);
+    } else {
+        if (known != numbers.constEnd() && *known == number)
+            return;
+        numbers.insert(variable, number);
+        variables.insert(variable, textOf(number));
+    }
+    changed = true;
+}
+
 void PromFeed::deliver()
 {
     isPending = false;
     if (!running)
         return;
-    NutVariables variables = values;
-    variables.insert(QStringLiteral("ups.status"), status);
-    if (latest.isLost() || variables != delivered) {
-        delivered = variables;
+    if (changed) {
+        changed = false;
         latest = snapshotOf(upsName(), variables);
+        latest.server = source->name();
     }
     Q_EMIT snapshotReady(latest);
 }
 
-void PromFeed::lose(const QString &reason)
+void PromFeed::lose(const QString &reason, bool withServer)
 {
     heard = false;
     isPending = false;
-    values.clear();
-    if (running)
-        Q_EMIT snapshotReady(Snapshot::lost(upsName(), reason));
+    changed = true;
+    numbers.clear();
+    variables.clear();
+    if (!running)
+        return;
+    Snapshot lost = Snapshot::lost(upsName(), reason);
+    lost.server = source->name();
+    lost.isServerLost = withServer;
+    Q_EMIT snapshotReady(lost);
 }

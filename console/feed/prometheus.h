@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "nutlistreader.h"
 #include "promanswer.h"
 #include "promdialect.h"
 #include "upsfeed.h"
@@ -28,8 +29,11 @@ struct PromServer
     bool wouldLeak() const;
 
     QUrl url;
+    QString name; ///< for the screen; empty: the address
     QString job = QStringLiteral("nut");
     QString dialect = QStringLiteral("network_ups_tools");
+    QString upsLabel;                   ///< names the UPS; empty: as the dialect does
+    QString place;                      ///< the file and line that name the job; may be empty
     QList<QSslCertificate> authorities; ///< empty: the system's
     QString user;
     QString password;
@@ -48,7 +52,7 @@ class PromFeed;
 
 /// Follows the UPSes that a Prometheus-compatible server knows. A refresh asks for the set status
 /// flags with their age, for what is not reached, and for the loads; and for all values of the
-/// UPSes that are followed.
+/// UPSes that are followed. Where nothing matches, it asks what there is instead.
 class PromSource : public QObject
 {
     Q_OBJECT
@@ -61,48 +65,66 @@ public:
     ~PromSource() override;
 
     void start();
-    /// Asks a query of one's own; @p answer comes once, unless this ends before.
-    void query(const QString &text, const Answer &answer);
+    /// The server's name for the screen.
+    const QString &name() const;
+    /// Asks a query of one's own, and for @p labels of its series; @p answer comes once, unless
+    /// this ends before.
+    void query(const QString &text, const QStringList &labels, const Answer &answer);
     /// The same over a time, with a step in seconds; both ends in seconds since the epoch.
     /// @return what can be aborted as long as there is no answer; null where nothing is sent.
-    QNetworkReply *queryRange(const QString &text, double from, double to, double step,
-                              const Answer &answer);
+    QNetworkReply *queryRange(const QString &text, const QStringList &labels, double from,
+                              double to, double step, const Answer &answer);
 
 Q_SIGNALS:
     /// A UPS that was not known. The feed is this object's.
     void found(PromFeed *feed);
     /// What keeps the server from being read, or makes its answers incomplete; no text: nothing.
     void problemChanged(const QString &text);
+    /// The statuses of all UPSes that match were taken.
+    void refreshed();
 
 private:
     friend class PromFeed;
-
-    struct Status
-    {
-        QStringList flags;
-        double scraped = 0.0;
-        bool down = false;
-    };
+    using Key = QPair<QString, QString>; // instance and UPS
 
     void refresh();
     void takeStatuses(const PromAnswer &answer);
+    void takeStatus(PromFeed *feed);
     void takeLoads(const PromAnswer &answer);
+    void explainNothing();
+    void takeJobs(const PromAnswer &answer);
+    void takeMetrics(const PromAnswer &answer);
+    void lookForLabels();
+    void reportNothing(const QString &why);
     void askForValues(PromFeed *feed);
     void takeValues(PromFeed *feed, const PromAnswer &answer);
     void loseAll(const QString &reason);
     QNetworkReply *get(const QString &path, QList<QPair<QString, QString>> items,
-                       const Answer &answer);
+                       const QStringList &labels, const Answer &answer);
     PromFeed *feedOf(const PromSeries &series);
     void report(const QString &problem);
+    void reportPresent();
+    QString status() const;
 
     const PromServer server;
     const PromTimes times;
     const PromDialect *dialect;
+    const PromValue *load; // null where the dialect has none
+    const QString shownName;
+    const QString upsLabel;
     QNetworkAccessManager network;
     QTimer timer;
     QString problem;
+    // What is wrong though the server answers: each a line, or nothing.
+    QString warnings;
+    QString nothing;    // matches, and why
+    QString unlabelled; // UPSes that are not told apart
+    QString loadProblem;
+    bool matches = false;
+    int round = 0;
+    int explainedAt = 0; // round
     std::vector<std::unique_ptr<PromFeed>> feeds;
-    QHash<QString, PromFeed *> byKey;
+    QHash<Key, PromFeed *> byKey;
 };
 
 /// One UPS of a PromSource.
@@ -113,6 +135,7 @@ class PromFeed : public UpsFeed
 public:
     /// "ups@instance (job)": unique on the server.
     const QString &key() const;
+    /// As its label says; the instance where it has none.
     const QString &upsName() const;
     const QString &instance() const;
 
@@ -129,12 +152,12 @@ public:
 private:
     friend class PromSource;
 
-    PromFeed(PromSource *source, const QString &job, const QString &instance, const QString &ups);
+    PromFeed(PromSource *source, const QString &instance, const QString &ups);
+    void takeNumber(const QString &variable, double number);
     void deliver();
-    void lose(const QString &reason);
+    void lose(const QString &reason, bool withServer = false);
 
     PromSource *source;
-    QString job;
     QString place;
     QString ups;
     QString id;
@@ -142,8 +165,14 @@ private:
     bool followed = false;
     bool heard = false;     // in the present refresh
     bool isPending = false; // to be delivered with the load
-    QString status;
-    QHash<QString, QString> values;    // by variable
-    QHash<QString, QString> delivered; // with the status, as the latest snapshot has them
+    bool changed = false;   // the latest snapshot is old
+    // What the present refresh says.
+    int round = 0;
+    int loadRound = 0;
+    QStringList flags;
+    double scraped = 0.0;
+    QStringList status;             // those flags that the variables have
+    QHash<QString, double> numbers; // by variable; finite
+    NutVariables variables;         // the same as texts, and the status
     Snapshot latest;
 };

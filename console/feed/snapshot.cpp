@@ -45,9 +45,9 @@ auto fields(const Identity &i)
 
 auto fields(const Snapshot &s)
 {
-    return std::tie(s.link, s.reason, s.system, s.elements, s.measures, s.name, s.identity,
-                    s.tokens, s.otherTokens, s.status, s.alarms, s.alarmTexts, s.variables,
-                    s.beeperEnabled, s.simulated);
+    return std::tie(s.link, s.reason, s.server, s.isServerLost, s.system, s.elements, s.measures,
+                    s.name, s.identity, s.tokens, s.otherTokens, s.status, s.alarms, s.alarmTexts,
+                    s.variables, s.beeperEnabled, s.simulated);
 }
 
 } // namespace

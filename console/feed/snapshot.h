@@ -96,8 +96,10 @@ struct Snapshot
     std::optional<double> value(Quantity which) const;
 
     Link link = Link::CommunicationLost;
-    QString reason;      ///< why communication is lost; empty otherwise
-    ElementState system; ///< the UPS as a whole
+    QString reason; ///< why communication is lost; empty otherwise
+    QString server; ///< whose loss is one event for all of its UPSes; empty: there is none
+    bool isServerLost = false; ///< communication is lost with the server
+    ElementState system;       ///< the UPS as a whole
     std::array<ElementState, elementCount> elements;
     std::array<Measure, quantityCount> measures;
     QString name; ///< how the UPS is called by its host

@@ -9,6 +9,9 @@
 namespace {
 
 constexpr int patience = 30000;
+/// The bcrypt hash of the password, of the least cost.
+constexpr char userLine[] =
+    "basic_auth_users: {viewer: '$2b$04$nxq8ibOT.E4LJ.mcsBgmheBLpxBmjxfTQuonYxMkoe5vfMg375iyy'}\n";
 
 QString text(const char *latin)
 {
@@ -75,12 +78,13 @@ bool PrometheusServer::setUps(const char *ups, const QByteArray &says)
     return write(text("ups/") + text(ups), says);
 }
 
-bool PrometheusServer::useTls(const QString &certificate, const QString &key)
+bool PrometheusServer::useTls(const QString &certificate, const QString &key, bool users)
 {
     more = QStringList{text("--web.config.file=web.yml")};
     secure = true;
     return write(text("web.yml"), "tls_server_config: {cert_file: '" + certificate.toUtf8() +
-                                      "', key_file: '" + key.toUtf8() + "'}\n");
+                                      "', key_file: '" + key.toUtf8() + "'}\n" +
+                                      (users ? QByteArray(userLine) : QByteArray()));
 }
 
 bool PrometheusServer::start()

@@ -24,7 +24,9 @@ public:
     bool load(const char *metric, const QByteArray &samples);
     /// What the exporter says of a UPS; see upsexporter.py.
     bool setUps(const char *ups, const QByteArray &says);
-    bool useTls(const QString &certificate, const QString &key);
+    /// Speaks TLS, and takes requests of the user "viewer" with the password "secret word" alone,
+    /// or of anybody.
+    bool useTls(const QString &certificate, const QString &key, bool users = false);
     bool start();
     void stop();
 
