@@ -50,6 +50,8 @@ Notifier::Notifier(SiteModel *site, QObject *parent)
     : QObject(parent)
 {
     connect(site, &SiteModel::changed, this, &Notifier::look);
+    soon.setSingleShot(true);
+    connect(&soon, &QTimer::timeout, this, &Notifier::announceServers);
 }
 
 void Notifier::setEnabled(bool enabled)
@@ -64,6 +66,10 @@ bool Notifier::isEnabled() const
 
 void Notifier::look(UpsModel *ups)
 {
+    if (!ups->snapshot().server.isEmpty())
+        followServer(ups);
+    if (ups->snapshot().isServerLost)
+        return;
     const bool first = !last.contains(ups->id());
     Announced &before = last[ups->id()];
     const Severity severity = worseOf(ups->headline().severity, ups->severity());
@@ -73,12 +79,51 @@ void Notifier::look(UpsModel *ups)
     before.severity = severity;
     // What is in order at the start is no news.
     const bool calm = urgencyFor(severity) == Urgency::Low;
-    if (on && !(first && calm))
-        announce(ups, &before);
+    if (!on || (first && calm))
+        return;
+    QStringList body(conditionText(*ups));
+    if (!ups->timeLeft().isEmpty())
+        body.append(tr("Time left: %1").arg(ups->timeLeft()));
+    announce(ups->id(), ups->title(), body);
 }
 
-void Notifier::announce(UpsModel *ups, Announced *lastAnnounced)
+void Notifier::followServer(UpsModel *ups)
 {
+    Server &server = servers[ups->snapshot().server];
+    const bool wasLost = server.lost.contains(ups->id());
+    if (wasLost == ups->snapshot().isServerLost)
+        return;
+    if (wasLost)
+        server.lost.remove(ups->id());
+    else
+        server.lost.insert(ups->id());
+    server.reason = ups->snapshot().reason;
+    soon.start(0);
+}
+
+void Notifier::announceServers()
+{
+    for (auto server = servers.begin(); server != servers.end(); ++server) {
+        const bool isLost = !server->lost.isEmpty();
+        if (isLost == server->isAnnounced)
+            continue;
+        server->isAnnounced = isLost;
+        Announced &now = last[server.key()];
+        now.severity = isLost ? Severity::Unknown : Severity::Normal;
+        now.text = isLost ? tr("No communication") : tr("Communication is back");
+        if (!on)
+            continue;
+        const int count = int(server->lost.size());
+        announce(server.key(), server.key(),
+                 isLost ? QStringList{count == 1 ? tr("1 UPS") : tr("%1 UPSes").arg(count),
+                                      server->reason}
+                        : QStringList());
+    }
+}
+
+void Notifier::announce(const QString &key, const QString &name, QStringList body)
+{
+    const Announced &announced = last[key];
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
@@ -87,32 +132,26 @@ void Notifier::announce(UpsModel *ups, Announced *lastAnnounced)
         QStringLiteral("/org/freedesktop/Notifications"),
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     // Texts of the UPS are plain, the service may take them for markup.
-    QStringList body(conditionText(*ups));
-    if (!ups->timeLeft().isEmpty())
-        body.append(tr("Time left: %1").arg(ups->timeLeft()));
     body.removeAll(QString());
-    const QString name = ups->title();
     const QVariantMap hints = {
-        {QStringLiteral("urgency"),
-         QVariant::fromValue(uchar(urgencyFor(lastAnnounced->severity)))},
+        {QStringLiteral("urgency"), QVariant::fromValue(uchar(urgencyFor(announced.severity)))},
         {QStringLiteral("desktop-entry"), QCoreApplication::applicationName()},
     };
     constexpr int asTheServiceLikes = -1;
-    call.setArguments(
-        {QCoreApplication::applicationName(), lastAnnounced->id, iconFor(lastAnnounced->severity),
-         name + QStringLiteral(": ") + lastAnnounced->text,
-         body.join(QLatin1Char('\n')).toHtmlEscaped(), QStringList(), hints, asTheServiceLikes});
+    call.setArguments({QCoreApplication::applicationName(), announced.id,
+                       iconFor(announced.severity), name + QStringLiteral(": ") + announced.text,
+                       body.join(QLatin1Char('\n')).toHtmlEscaped(), QStringList(), hints,
+                       asTheServiceLikes});
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
-    const QString id = ups->id();
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, id](QDBusPendingCallWatcher *answer) { remember(id, answer); });
+            [this, key](QDBusPendingCallWatcher *answer) { remember(key, answer); });
 }
 
-void Notifier::remember(const QString &ups, QDBusPendingCallWatcher *answer)
+void Notifier::remember(const QString &key, QDBusPendingCallWatcher *answer)
 {
     const QDBusPendingReply<quint32> reply = *answer;
-    // The next announcement of this UPS takes the place of this one.
-    if (!reply.isError() && last.contains(ups))
-        last[ups].id = reply.value();
+    // The next announcement of this UPS or server takes the place of this one.
+    if (!reply.isError() && last.contains(key))
+        last[key].id = reply.value();
     answer->deleteLater();
 }

@@ -6,11 +6,14 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QObject>
+#include <QtCore/QSet>
+#include <QtCore/QTimer>
 
 class QDBusPendingCallWatcher;
 
 /// Announces changes of state on the desktop, through org.freedesktop.Notifications over the
-/// session's D-Bus. Without a bus or a service it does nothing.
+/// session's D-Bus. Without a bus or a service it does nothing. UPSes that are lost with their
+/// server are announced once, for all of them.
 class Notifier : public QObject
 {
     Q_OBJECT
@@ -24,18 +27,29 @@ public:
     bool isEnabled() const;
 
 private:
-    /// What the last announcement of a UPS was.
+    /// What the last announcement of a UPS or a server was.
     struct Announced
     {
         QString text;
         Severity severity = Severity::Normal;
         quint32 id = 0;
     };
+    struct Server
+    {
+        QSet<QString> lost; ///< ids of the UPSes that were lost with it
+        QString reason;
+        bool isAnnounced = false;
+    };
 
     void look(UpsModel *ups);
-    void announce(UpsModel *ups, Announced *last);
-    void remember(const QString &ups, QDBusPendingCallWatcher *answer);
+    void followServer(UpsModel *ups);
+    void announceServers();
+    /// Announces what @p key has in the list of the last ones.
+    void announce(const QString &key, const QString &name, QStringList body);
+    void remember(const QString &key, QDBusPendingCallWatcher *answer);
 
     bool on = true;
-    QHash<QString, Announced> last; // by the UPS's id
+    QHash<QString, Announced> last; // by the UPS's id, or the server's name
+    QHash<QString, Server> servers; // by name
+    QTimer soon;                    // all UPSes of a server are lost in one go
 };

@@ -72,6 +72,8 @@ private Q_SLOTS:
     void nothingHappensAtTheStart();
     void silenceAtTheStart();
     void lostCommunicationEndsNothing();
+    void lostServerIsOneEvent();
+    void lostServerOfEarlier();
     void whatStandsAtTheStartContinues();
     void whatEndedUnseen();
     void flickerIsOneEvent();
@@ -141,8 +143,9 @@ void HistoryTest::silenceAtTheStart()
     watch.pass(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("refused")), 60);
     QCOMPARE(
         watch.lines(),
-        QStringList(QStringLiteral("Unknown Communication No communication: refused [] x1 present")
-                        .replace(QLatin1String("Unknown"), nameOf(Severity::Unknown))));
+        QStringList(
+            QStringLiteral("No communication Communication No communication: refused [] x1 present")
+                .replace(QLatin1String("Unknown"), nameOf(Severity::Unknown))));
     QCOMPARE(watch.events().first().begin, start + 5 * secondMsecs);
     watch.pass(snapshotWith(StatusToken::OnLine));
     QCOMPARE(watch.lines().size(), 1);
@@ -170,6 +173,81 @@ void HistoryTest::lostCommunicationEndsNothing()
     watch.pass(snapshotWith(StatusToken::OnLine), 5);
     QCOMPARE(watch.lines().first(),
              QStringLiteral("Warning State Replace the battery [] x1 ended"));
+}
+
+/// UPSes that are lost with their server make one event, which says how many they are.
+void HistoryTest::lostServerIsOneEvent()
+{
+    Watch watch;
+    QVector<UpsModel *> all{watch.ups};
+    for (int i = 1; i < 20; ++i)
+        all.append(watch.site.add(QStringLiteral("ups%1").arg(i)));
+    const auto hear = [&](Snapshot snapshot, const QVector<UpsModel *> &upses,
+                          bool isLost = false) {
+        snapshot.server = QStringLiteral("Prometheus hall");
+        snapshot.isServerLost = isLost;
+        for (UpsModel *ups : upses)
+            ups->take(snapshot);
+        watch.time += 5 * secondMsecs;
+    };
+    const Snapshot refused = Snapshot::lost(QStringLiteral("demo"), QStringLiteral("refused"));
+    hear(snapshotWith(StatusToken::OnLine), all);
+    // One has an event of its own before.
+    hear(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("no exporter")), {all.first()});
+    const qint64 began = watch.time;
+    hear(refused, all, true);
+    const QString own =
+        QStringLiteral("No communication Communication No communication: no exporter [] x1 ");
+    const QString server = QStringLiteral(
+        "No communication Communication 20 UPSes without communication: refused [] x1 ");
+    const QString present = QStringLiteral("present");
+    const QString ended = QStringLiteral("ended");
+    QCOMPARE(watch.lines(), QStringList({own + present, server + present}));
+    hear(refused, all, true);
+    QCOMPARE(watch.lines().size(), 2);
+    // It ends as soon as all of them are heard; what happened meanwhile is theirs.
+    hear(snapshotWith(StatusToken::OnLine), all.mid(1, 9));
+    QCOMPARE(watch.lines(), QStringList({own + present, server + present}));
+    hear(snapshotWith(StatusToken::OnBattery), all.mid(10));
+    hear(snapshotWith(StatusToken::OnLine), {all.first()});
+    const QVector<Event> events = watch.events();
+    QCOMPARE(events.size(), 12);
+    const QStringList lines = linesOf(events);
+    // Nobody saw when, unless the history was open before.
+    QVERIFY2(lines.at(0).startsWith(own + ended), qPrintable(lines.at(0)));
+    QCOMPARE(lines.at(1), server + ended);
+    for (const Event &event : events) {
+        if (event.ups == QLatin1String("Prometheus hall"))
+            QCOMPARE(event.begin, began);
+        else if (event.condition != QLatin1String("no-communication"))
+            QCOMPARE(event.text, QStringLiteral("On battery"));
+    }
+}
+
+/// An event of a server from an earlier run ends when the server answers, or is not watched.
+void HistoryTest::lostServerOfEarlier()
+{
+    const QTemporaryDir directory;
+    Snapshot good = snapshotWith(StatusToken::OnLine);
+    good.server = QStringLiteral("Prometheus hall");
+    Snapshot lost = Snapshot::lost(QStringLiteral("demo"), QStringLiteral("refused"));
+    lost.server = good.server;
+    lost.isServerLost = true;
+    {
+        Watch watch(directory.path());
+        QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+        watch.pass(good);
+        watch.pass(lost);
+        QCOMPARE(watch.lines().size(), 1);
+    }
+    Watch watch(directory.path());
+    QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+    watch.time += 10 * minuteMsecs;
+    QCOMPARE(watch.lines().value(0).section(QLatin1Char(' '), -1), QStringLiteral("present"));
+    watch.pass(good);
+    QCOMPARE(watch.lines(), QStringList(QStringLiteral(
+                                "No communication Communication 1 UPS without communication: "
+                                "refused [] x1 ended unseen")));
 }
 
 void HistoryTest::whatStandsAtTheStartContinues()

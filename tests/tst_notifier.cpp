@@ -62,6 +62,7 @@ private Q_SLOTS:
     void replacesItsOwnAnnouncement();
     void canBeSwitchedOff();
     void textsArePlain();
+    void lostServerIsOneAnnouncement();
 
 private:
     /// Lets calls that are under way arrive.
@@ -196,6 +197,36 @@ void NotifierTest::textsArePlain()
     QCOMPARE(service.heard.size(), 1);
     QVERIFY2(!service.heard.constFirst().body.contains(QLatin1Char('<')),
              qPrintable(service.heard.constFirst().body));
+}
+
+void NotifierTest::lostServerIsOneAnnouncement()
+{
+    service.heard.clear();
+    SiteModel site;
+    const Notifier notifier(&site);
+    const auto hearAll = [&site](Snapshot snapshot, bool isLost) {
+        snapshot.server = QStringLiteral("Prometheus hall");
+        snapshot.isServerLost = isLost;
+        for (int i = 0; i < site.count(); ++i)
+            site.at(i)->take(snapshot);
+    };
+    for (int i = 0; i < 50; ++i)
+        site.add(QStringLiteral("ups%1").arg(i));
+    hearAll(during(Scenario::Phase::Normal), false);
+    settle();
+    QCOMPARE(service.heard.size(), 0);
+    hearAll(Snapshot::lost(QString(), QStringLiteral("it is <b>gone</b>")), true);
+    QTRY_COMPARE(service.heard.size(), 1);
+    QCOMPARE(service.heard.at(0).summary, QStringLiteral("Prometheus hall: No communication"));
+    QCOMPARE(service.heard.at(0).body, QStringLiteral("50 UPSes\nit is &lt;b&gt;gone&lt;/b&gt;"));
+    QCOMPARE(service.heard.at(0).urgency, 2);
+    settle();
+    hearAll(during(Scenario::Phase::Normal), false);
+    QTRY_COMPARE(service.heard.size(), 2);
+    QCOMPARE(service.heard.at(1).summary, QStringLiteral("Prometheus hall: Communication is back"));
+    QCOMPARE(service.heard.at(1).replaces, 41U);
+    settle();
+    QCOMPARE(service.heard.size(), 2);
 }
 
 KIV_TEST_MAIN(NotifierTest)

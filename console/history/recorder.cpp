@@ -138,7 +138,8 @@ Recorder::Recorder(SiteModel *watchedSite, History *usedHistory, const Clock &us
     sending.setSingleShot(true);
     connect(&sending, &QTimer::timeout, this, &Recorder::send);
     leaving.setSingleShot(true);
-    connect(&leaving, &QTimer::timeout, this, [this] { history->leaveOthers(all.keys()); });
+    connect(&leaving, &QTimer::timeout, this,
+            [this] { history->leaveOthers(all.keys() + servers.keys()); });
     leaving.start(leaveAfterMsecs);
 }
 
@@ -183,6 +184,8 @@ void Recorder::meetAgain()
         watched.present.clear();
         watched.silenceNoted = false;
     }
+    for (auto server = servers.cbegin(); server != servers.cend(); ++server)
+        add(presentOf(server.key(), *server));
     for (int i = 0; i < site->count(); ++i) {
         // Those that are not asked yet are not silent either.
         if (site->at(i)->heardAt().isValid() || all[site->at(i)->id()].silentSince)
@@ -193,7 +196,10 @@ void Recorder::meetAgain()
 void Recorder::heard(UpsModel *ups)
 {
     Watched &watched = all[ups->id()];
-    if (watched.met) {
+    followServer(ups->snapshot(), &watched);
+    if (ups->snapshot().isServerLost) {
+        // The server's event stands for it.
+    } else if (watched.met) {
         followConditions(ups, &watched);
     } else if (!isSilent(*ups)) {
         meet(ups, &watched);
@@ -213,6 +219,67 @@ void Recorder::heard(UpsModel *ups)
     }
     if (!ups->isKeptElsewhere())
         recordValues(*ups, &watched);
+}
+
+void Recorder::followServer(const Snapshot &snapshot, Watched *watched)
+{
+    if (snapshot.server.isEmpty())
+        return;
+    Server &server = servers[snapshot.server];
+    if (!server.met && !snapshot.isServerLost) {
+        // What the history has as present is over.
+        server.met = true;
+        add(presentOf(snapshot.server, server));
+    }
+    if (snapshot.isServerLost == watched->isLostWithServer)
+        return;
+    watched->isLostWithServer = snapshot.isServerLost;
+    if (snapshot.isServerLost) {
+        if (server.lost++ == 0)
+            server.since = now();
+        server.reason = snapshot.reason;
+        // How many there are is known when all of them were heard.
+        if (!sending.isActive())
+            sending.start(0);
+    } else if (--server.lost == 0 && server.noted > 0) {
+        server.noted = 0;
+        add(endOf(snapshot.server, silence, now()));
+    }
+}
+
+EventChange Recorder::lossOf(const QString &name, const Server &server)
+{
+    EventChange change;
+    change.ups = name;
+    change.kind = EventKind::Communication;
+    change.condition = silence;
+    change.severity = Severity::Unknown;
+    change.text = (server.noted == 1 ? QStringLiteral("1 UPS")
+                                     : QStringLiteral("%1 UPSes").arg(server.noted)) +
+                  QStringLiteral(" without communication: ") + server.reason;
+    change.at = server.since;
+    return change;
+}
+
+EventChange Recorder::presentOf(const QString &name, const Server &server) const
+{
+    EventChange change;
+    change.what = EventChange::What::Present;
+    change.ups = name;
+    change.at = now();
+    if (server.noted > 0)
+        change.present.append(lossOf(name, server));
+    return change;
+}
+
+void Recorder::noteServers()
+{
+    for (auto server = servers.begin(); server != servers.end(); ++server) {
+        if (server->lost <= server->noted)
+            continue;
+        server->noted = server->lost;
+        changes.append(lossOf(server.key(), *server));
+    }
 }
 
 void Recorder::meet(UpsModel *ups, Watched *watched)
@@ -399,6 +466,7 @@ void Recorder::addSample(const QString &ups, int quantity, qint64 at, float valu
 void Recorder::send()
 {
     sending.stop();
+    noteServers();
     // Events first: what ended unseen ended before these samples.
     if (!changes.isEmpty())
         history->addEvents(changes);

@@ -14,7 +14,7 @@
 /// Watches the site for the history: what its UPSes measure becomes samples, and what begins and
 /// ends becomes events. What a UPS shows when the console meets it is no news of that moment: it
 /// continues what the history knows as present. Of a UPS whose server keeps what it measures, only
-/// events are recorded.
+/// events are recorded. UPSes that are lost with their server make one event, the server's.
 class Recorder : public QObject
 {
     Q_OBJECT
@@ -37,6 +37,7 @@ private:
         QHash<QString, Severity> present;             ///< conditions that the history knows
         std::array<float, quantityCount> values = {}; ///< last recorded; not a number: none
         qint64 heardAt = 0;
+        bool isLostWithServer = false;
         // Texts of alarms are the server's: how many events they make has a bound.
         double alarmsLeft = 0.0; ///< so many may come at once
         qint64 alarmsLeftAt = 0;
@@ -48,8 +49,22 @@ private:
         qint64 leftOutNotedAt = 0;
     };
 
+    /// A server that several UPSes are lost with.
+    struct Server
+    {
+        bool met = false; ///< it answered, and the history knows that
+        int lost = 0;     ///< UPSes
+        int noted = 0;    ///< of them in the event; 0: there is none
+        qint64 since = 0;
+        QString reason;
+    };
+
     void watch(UpsModel *ups);
     void heard(UpsModel *ups);
+    void followServer(const Snapshot &snapshot, Watched *watched);
+    void noteServers();
+    static EventChange lossOf(const QString &name, const Server &server);
+    EventChange presentOf(const QString &name, const Server &server) const;
     void meet(UpsModel *ups, Watched *watched);
     void followConditions(UpsModel *ups, Watched *watched);
     bool allowAlarm(const QString &key, Watched *watched);
@@ -65,7 +80,8 @@ private:
     SiteModel *const site;
     History *const history;
     const Clock clock;
-    QHash<QString, Watched> all; // by the UPS's id
+    QHash<QString, Watched> all;    // by the UPS's id
+    QHash<QString, Server> servers; // by name
     QVector<EventChange> changes;
     QVector<UpsSample> samples;
     QTimer sending; // once for all that happens in one turn of the event loop
