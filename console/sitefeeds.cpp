@@ -42,7 +42,7 @@ bool takeArguments(const Options &options, SiteEntries *entries, QString *error)
             std::any_of(entry->upses.cbegin(), entry->upses.cend(),
                         [&](const UpsEntry &one) { return one.upsName == address->upsName; });
         if (!known)
-            entry->upses.append({address->upsName, {}, {}});
+            entry->upses.append({address->upsName, {}, {}, {}});
     }
     for (const QString &text : options.servers) {
         const std::optional<NutHost> host = NutHost::parse(text, error);
@@ -67,6 +67,23 @@ bool takePrometheus(const Options &options, SiteEntries *entries, QString *error
     entry.authorities = options.authorities;
     entries->prometheus.append(entry);
     return true;
+}
+
+/// Whether there is something to follow, of each server.
+bool namesUpses(const Options &options, const SiteEntries &entries, QString *error)
+{
+    for (const ServerEntry &entry : entries.servers) {
+        if (entry.all || !entry.upses.isEmpty())
+            continue;
+        *error = QStringLiteral("%1: the server has no ups; give 'ups = all', or names")
+                     .arg(entry.place);
+        return false;
+    }
+    if (options.simulates() || !entries.servers.isEmpty() || !entries.prometheus.isEmpty())
+        return true;
+    *error =
+        QStringLiteral("%1:1: the file has no [server] and no [prometheus]").arg(options.config);
+    return false;
 }
 
 bool readAuthorities(const QString &file, QList<QSslCertificate> *authorities, QString *error)
@@ -96,7 +113,8 @@ bool readSite(const Options &options, const QString &kept, SiteEntries *entries,
             return false;
         *entries = *read;
     }
-    if (!takeArguments(options, entries, error) || !takePrometheus(options, entries, error))
+    if (!takeArguments(options, entries, error) || !takePrometheus(options, entries, error) ||
+        !namesUpses(options, *entries, error))
         return false;
     if (!options.credentials.isEmpty())
         entries->credentialsFile = options.credentials;
@@ -123,7 +141,7 @@ SiteFeeds::SiteFeeds(SiteModel *fedSite, QObject *parent)
 SiteFeeds::~SiteFeeds() = default;
 
 bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &users, QString *error,
-                    const NutTimes &times)
+                    const NutTimes &times, const PromTimes &promTimes)
 {
     for (const ServerEntry &entry : entries.servers) {
         NutTls tls;
@@ -163,40 +181,96 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
                 [this, source](const QString &reason) { site->setProblem(source, reason); });
     }
     for (const PromEntry &entry : entries.prometheus) {
-        if (!addPrometheus(entry, error))
+        if (!addPrometheus(entry, promTimes, error))
             return false;
     }
     return true;
 }
 
-bool SiteFeeds::addPrometheus(const PromEntry &entry, QString *error)
+bool SiteFeeds::addPrometheus(const PromEntry &entry, const PromTimes &times, QString *error)
 {
     PromServer server;
     const std::optional<QUrl> url = PromServer::parseUrl(entry.url, error);
     if (!url || !readAuthorities(entry.authorities, &server.authorities, error))
         return false;
     server.url = *url;
+    if (!entry.name.isEmpty())
+        server.name = QStringLiteral("Prometheus ") + entry.name;
     server.job = entry.job;
     server.dialect = entry.dialect;
+    server.upsLabel = entry.label;
+    server.place = entry.place;
     if (!entry.auth.isEmpty()) {
         const std::optional<QByteArray> text = readPrivateFile(entry.auth, mostSiteBytes, error);
         if (!text || !server.takeSecrets(*text, entry.auth, error))
             return false;
     }
     site->setGrowing(true);
-    sources.push_back(std::make_unique<PromSource>(server));
-    PromSource *source = sources.back().get();
-    const QString name = url->host();
-    connect(source, &PromSource::problemChanged, this,
-            [this, name](const QString &text) { site->setProblem(name, text); });
-    connect(source, &PromSource::found, this, [this](PromFeed *feed) {
-        UpsModel *model = site->add(feed->key());
-        model->setNames(QString(), feed->instance());
-        model->setFeed(feed);
-        promFeeds.insert(feed->key(), feed);
-        feed->start();
-    });
+    auto added = std::make_unique<Source>();
+    added->entry = entry;
+    // Two servers may have a UPS of the same name.
+    added->isFirst = sources.empty();
+    for (int i = 0; i < int(entry.upses.size()); ++i)
+        added->named.insert(entry.upses.at(i).upsName, i);
+    added->unseen = added->named;
+    added->link = std::make_unique<PromSource>(server, times);
+    sources.push_back(std::move(added));
+    Source *source = sources.back().get();
+    PromSource *link = source->link.get();
+    connect(link, &PromSource::problemChanged, this,
+            [this, link](const QString &text) { site->setProblem(link->name(), text); });
+    connect(link, &PromSource::found, this,
+            [this, source](PromFeed *feed) { addPromFeed(source, feed); });
+    connect(link, &PromSource::refreshed, this, [this, source] { showUnseen(source); });
     return true;
+}
+
+void SiteFeeds::addPromFeed(Source *source, PromFeed *feed)
+{
+    const PromEntry &entry = source->entry;
+    // The exact name goes before the one that several UPSes may have.
+    UpsEntry own;
+    for (const QString &name :
+         {feed->upsName() + QLatin1Char('@') + feed->instance(), feed->upsName()}) {
+        const auto named = source->named.constFind(name);
+        if (named == source->named.constEnd())
+            continue;
+        source->unseen.remove(name);
+        const UpsEntry &one = entry.upses.at(*named);
+        own.name = own.name.isEmpty() ? one.name : own.name;
+        own.site = own.site.isEmpty() ? one.site : own.site;
+    }
+    if (own.site.isEmpty())
+        own.site = entry.site.isEmpty() ? feed->instance() : entry.site;
+    const QString id =
+        source->isFirst ? feed->key() : feed->key() + QStringLiteral(", ") + source->link->name();
+    UpsModel *model = site->add(id);
+    model->setNames(own.name, own.site);
+    model->setFeed(feed);
+    promFeeds.insert(id, feed);
+    source->hasUpses = true;
+    feed->start();
+}
+
+/// What the file names and the server does not have is a mistake in one of them.
+void SiteFeeds::showUnseen(Source *source)
+{
+    QString place;
+    QString text;
+    // Where the server has no UPS at all, it has a problem of its own.
+    if (!source->unseen.isEmpty() && source->hasUpses) {
+        const int first = *std::min_element(source->unseen.cbegin(), source->unseen.cend());
+        const UpsEntry &entry = source->entry.upses.at(first);
+        place = entry.place;
+        text = QStringLiteral("%1 has no UPS '%2'").arg(source->link->name(), entry.upsName);
+        if (source->unseen.size() > 1)
+            text += QStringLiteral(" and %1 more that are named").arg(source->unseen.size() - 1);
+    }
+    if (source->unseenPlace != place)
+        site->setProblem(source->unseenPlace, QString());
+    source->unseenPlace = place;
+    if (!place.isEmpty())
+        site->setProblem(place, text);
 }
 
 PromFeed *SiteFeeds::promFeed(const QString &upsId) const
@@ -207,7 +281,7 @@ PromFeed *SiteFeeds::promFeed(const QString &upsId) const
 void SiteFeeds::start()
 {
     for (const auto &source : sources)
-        source->start();
+        source->link->start();
     for (const auto &feed : feeds)
         feed->start();
     for (const auto &server : servers) {
@@ -274,6 +348,6 @@ void SiteFeeds::takeFound(const Server &server, const QVector<NutUps> &all)
         // What the server describes names a UPS, unless it is the default of an empty file.
         const bool described = ups.description != QLatin1String("Description unavailable");
         addUps(server.link.get(), server.entry,
-               {ups.name, described ? ups.description : QString(), {}}, true);
+               {ups.name, described ? ups.description : QString(), {}, {}}, true);
     }
 }

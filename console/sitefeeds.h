@@ -33,7 +33,7 @@ public:
     /// nothing, for a server that has a user among @p users and is not on this machine.
     /// @return false with the reason in @p error when a file of authorities cannot be used.
     bool add(const SiteEntries &entries, const QVector<Credentials> &users, QString *error,
-             const NutTimes &times = NutTimes());
+             const NutTimes &times = NutTimes(), const PromTimes &promTimes = PromTimes());
     void start();
     /// The feed of a UPS that a Prometheus server knows; null for any other.
     PromFeed *promFeed(const QString &upsId) const;
@@ -50,15 +50,28 @@ private:
         std::unique_ptr<NutServerFeed> link;
     };
 
-    bool addPrometheus(const PromEntry &entry, QString *error);
+    struct Source
+    {
+        PromEntry entry;
+        bool isFirst = false;
+        bool hasUpses = false;
+        QHash<QString, int> named;  // names in the entry, and their index
+        QHash<QString, int> unseen; // those that no UPS has
+        QString unseenPlace;        // where the shown one of them is named
+        std::unique_ptr<PromSource> link;
+    };
+
+    bool addPrometheus(const PromEntry &entry, const PromTimes &times, QString *error);
     void addUps(NutServerFeed *link, const ServerEntry &entry, const UpsEntry &ups, bool begin);
     void takeUser(const QString &server, const QString &user, const QString &problem);
+    void addPromFeed(Source *source, PromFeed *feed);
+    void showUnseen(Source *source);
     void takeFound(const Server &server, const QVector<NutUps> &all);
 
     SiteModel *site;
     std::vector<std::unique_ptr<Server>> servers;
     std::vector<std::unique_ptr<NutFeed>> feeds;
-    std::vector<std::unique_ptr<PromSource>> sources;
+    std::vector<std::unique_ptr<Source>> sources;
     QHash<QString, PromFeed *> promFeeds; // the sources' own, by id
     QHash<QString, QString> refusedUsers; // as problems of the site, by server
 };

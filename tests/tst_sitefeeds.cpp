@@ -6,6 +6,7 @@
 
 #include "certificates.h"
 #include "fakenutserver.h"
+#include "fakeweb.h"
 #include "testmain.h"
 #include "widgetprobe.h"
 
@@ -46,6 +47,38 @@ void serve(FakeNutServer *server, const QByteArrayList &names)
     };
 }
 
+/// Answers with statuses of the UPSes @p names, "UPS@INSTANCE" each.
+void publish(FakeWeb *web, const QByteArrayList &names)
+{
+    web->onQuery = [names](const QByteArray &query) {
+        QByteArrayList rows;
+        for (const QByteArray &name : names) {
+            const bool statuses = query.contains("timestamp");
+            if (!statuses && !query.contains("ups_load"))
+                break;
+            rows += R"({"metric":{"ups":")" + name.split('@').value(0) + R"(","instance":")" +
+                    name.split('@').value(1) + R"(")" + (statuses ? R"(,"flag":"OL")" : "") +
+                    R"(},"value":[1,")" +
+                    (statuses ? QByteArray::number(QDateTime::currentSecsSinceEpoch()) : "42") +
+                    R"("]})";
+        }
+        return qMakePair(200, R"({"status":"success","data":{"resultType":"vector","result":[)" +
+                                  rows.join(',') + "]}}");
+    };
+}
+
+QByteArray urlOf(const FakeWeb &web, const char *prefix = "")
+{
+    return web.server(prefix).url.toEncoded();
+}
+
+PromTimes shortPromTimes()
+{
+    PromTimes times;
+    times.refresh = 50;
+    return times;
+}
+
 Options optionsFor(const QStringList &arguments)
 {
     return parseOptions(QStringList(QStringLiteral("kivconsole")) + arguments);
@@ -62,6 +95,8 @@ private Q_SLOTS:
     void allOfAServer();
     void unreachableServer();
     void argumentsAddToTheFile();
+    void filesThatNameNothing_data();
+    void filesThatNameNothing();
     void wrongSites_data();
     void wrongSites();
     void keepsAUserInTheFile();
@@ -69,6 +104,9 @@ private Q_SLOTS:
     void refusedUser();
     void authoritiesMustBeThere();
     void authoritiesRequireTls();
+    void namesForPrometheus();
+    void nameThatPrometheusLacks();
+    void twoPrometheusOnOneHost();
 };
 
 void SiteFeedsTest::severalServers()
@@ -193,6 +231,50 @@ void SiteFeedsTest::wrongSites_data()
         << QStringList{QStringLiteral("--server"), QStringLiteral("host"),
                        QStringLiteral("--credentials"), QStringLiteral("/no/file")}
         << "/no/file";
+}
+
+/// What a file lacks, where neither it nor the command line names a UPS.
+void SiteFeedsTest::filesThatNameNothing()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QStringList, more);
+    QFETCH(QString, problem);
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("site.ini"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(text);
+    file.close();
+    SiteEntries entries;
+    QVector<Credentials> users;
+    QString error;
+    const bool read = readSite(optionsFor(QStringList{QStringLiteral("--config"), path} + more),
+                               QString(), &entries, &users, &error);
+    QCOMPARE(read, problem.isEmpty());
+    QCOMPARE(error, problem.isEmpty() ? QString() : path + problem);
+}
+
+void SiteFeedsTest::filesThatNameNothing_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QStringList>("more");
+    QTest::addColumn<QString>("problem");
+    const QString nothing = QStringLiteral(":1: the file has no [server] and no [prometheus]");
+    const QStringList ups{QStringLiteral("--ups"), QStringLiteral("a@host")};
+    QTest::newRow("empty") << QByteArray() << QStringList() << nothing;
+    QTest::newRow("comments") << QByteArray("# nothing\n\n") << QStringList() << nothing;
+    QTest::newRow("console alone") << QByteArray("[console]\n") << QStringList() << nothing;
+    QTest::newRow("a UPS beside it") << QByteArray("# nothing\n") << ups << QString();
+    const QByteArray server = "\n[server s]\naddress = host\n";
+    QTest::newRow("no ups") << server << QStringList()
+                            << ":2: the server has no ups; give 'ups = all', or names";
+    QTest::newRow("ups of another")
+        << server << QStringList{QStringLiteral("--ups"), QStringLiteral("a@x")}
+        << ":2: the server has no ups; give 'ups = all', or names";
+    QTest::newRow("ups beside it") << server << ups << QString();
+    QTest::newRow("ups in a section") << server + "[ups a@s]\n" << QStringList() << QString();
+    QTest::newRow("Prometheus") << QByteArray("[prometheus p]\nurl = http://host\n")
+                                << QStringList() << QString();
 }
 
 void SiteFeedsTest::wrongSites()
@@ -354,7 +436,7 @@ void SiteFeedsTest::authoritiesRequireTls()
     ServerEntry entry;
     entry.host = server.address().server();
     entry.authorities = certificates.authority();
-    entry.upses.append({QStringLiteral("a"), {}, {}});
+    entry.upses.append({QStringLiteral("a"), {}, {}, {}});
     entries.servers.append(entry);
     SiteModel site;
     SiteFeeds feeds(&site);
@@ -363,6 +445,103 @@ void SiteFeedsTest::authoritiesRequireTls()
     feeds.start();
     QTRY_VERIFY(!server.asked.isEmpty());
     QCOMPARE(server.asked.first(), QByteArray("STARTTLS"));
+}
+
+/// UPSes of a Prometheus server have names and groups of one's own, like others.
+void SiteFeedsTest::namesForPrometheus()
+{
+    FakeWeb web;
+    publish(&web, {"u1@nut0:3493", "u1@nut1:3493", "u2@nut1:3493", "@nut2:3493"});
+    QString error;
+    const std::optional<SiteEntries> file = parseSiteFile(
+        "[prometheus p]\nurl = " + urlOf(web) +
+            "\n[ups u1@p]\nname = Any u1\nsite = Group\n[ups u1@nut1:3493@p]\nname = Second u1\n"
+            "[ups nut2:3493@p]\nname = <b>Nameless</b>\n",
+        QStringLiteral("f"), &error);
+    QVERIFY2(file, qPrintable(error));
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QVERIFY(feeds.add(*file, {}, &error, NutTimes(), shortPromTimes()));
+    feeds.start();
+    QTRY_COMPARE(site.count(), 4);
+    QStringList shown;
+    for (int i = 0; i < site.count(); ++i) {
+        QTRY_COMPARE(site.at(i)->severity(), Severity::Normal);
+        shown += site.at(i)->id() + QStringLiteral(": ") + site.at(i)->title() +
+                 QStringLiteral(", ") + site.at(i)->site();
+    }
+    shown.sort();
+    QCOMPARE(shown, QStringList({QStringLiteral("nut2:3493 (nut): <b>Nameless</b>, nut2:3493"),
+                                 QStringLiteral("u1@nut0:3493 (nut): Any u1, Group"),
+                                 QStringLiteral("u1@nut1:3493 (nut): Second u1, Group"),
+                                 QStringLiteral("u2@nut1:3493 (nut): u2, nut1:3493")}));
+    QVERIFY(site.problems().isEmpty());
+    QVERIFY(feeds.promFeed(QStringLiteral("u2@nut1:3493 (nut)")));
+}
+
+/// A name in the file that no UPS has is a problem at its line, until the UPS comes.
+void SiteFeedsTest::nameThatPrometheusLacks()
+{
+    FakeWeb web;
+    publish(&web, {"u1@i"});
+    QString error;
+    const std::optional<SiteEntries> file =
+        parseSiteFile("[prometheus p]\nurl = " + urlOf(web) +
+                          "\nsite = Hall\n[ups u2@p]\nname = Two\n[ups u3@p]\nname = Three\n",
+                      QStringLiteral("site.ini"), &error);
+    QVERIFY2(file, qPrintable(error));
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QVERIFY(feeds.add(*file, {}, &error, NutTimes(), shortPromTimes()));
+    feeds.start();
+    const QString line = QStringLiteral("Prometheus p has no UPS '%1'%2");
+    QTRY_COMPARE(site.problems().value(QStringLiteral("site.ini:4")),
+                 line.arg(QStringLiteral("u2"), QStringLiteral(" and 1 more that are named")));
+    QCOMPARE(site.problems().size(), 1);
+    QCOMPARE(site.at(0)->site(), QStringLiteral("Hall"));
+    publish(&web, {"u1@i", "u2@i"});
+    QTRY_COMPARE(site.problems().value(QStringLiteral("site.ini:6")),
+                 line.arg(QStringLiteral("u3"), QString()));
+    QCOMPARE(site.problems().size(), 1);
+    publish(&web, {"u1@i", "u2@i", "u3@i"});
+    QTRY_VERIFY(site.problems().isEmpty());
+}
+
+/// Each has its own problem, and its own UPSes, also where those have the same labels.
+void SiteFeedsTest::twoPrometheusOnOneHost()
+{
+    FakeWeb one;
+    FakeWeb two;
+    publish(&one, {"u@i"});
+    publish(&two, {"u@i", "v@i"});
+    QString error;
+    const std::optional<SiteEntries> file =
+        parseSiteFile("[prometheus a]\nurl = " + urlOf(one, "/a") +
+                          "\n[prometheus b]\nurl = " + urlOf(two) + "\n",
+                      QStringLiteral("f"), &error);
+    QVERIFY2(file, qPrintable(error));
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QVERIFY(feeds.add(*file, {}, &error, NutTimes(), shortPromTimes()));
+    feeds.start();
+    QTRY_COMPARE(site.count(), 3);
+    UpsModel *first = site.find(QStringLiteral("u@i (nut)"));
+    UpsModel *second = site.find(QStringLiteral("u@i (nut), Prometheus b"));
+    QVERIFY(first && second);
+    QVERIFY(feeds.promFeed(first->id()) != feeds.promFeed(second->id()));
+    QTRY_VERIFY(!first->snapshot().isLost() && !second->snapshot().isLost());
+    one.vanish();
+    QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus a")),
+                 QStringLiteral("connection refused"));
+    QTRY_VERIFY(first->snapshot().isServerLost);
+    QVERIFY(!second->snapshot().isLost());
+    two.onQuery = [](const QByteArray &) { return qMakePair(401, QByteArray("no")); };
+    QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus b")),
+                 QStringLiteral("it refuses this user (HTTP 401)"));
+    QCOMPARE(site.problems().value(QStringLiteral("Prometheus a")),
+             QStringLiteral("connection refused"));
+    publish(&two, {"u@i", "v@i"});
+    QTRY_COMPARE(site.problems().keys(), QStringList(QStringLiteral("Prometheus a")));
 }
 
 KIV_TEST_MAIN(SiteFeedsTest)

@@ -17,6 +17,7 @@ class SiteFileTest : public WidgetTest
 
 private Q_SLOTS:
     void wholeFile();
+    void prometheus();
     void documentedFiles();
     void wrongFiles_data();
     void wrongFiles();
@@ -82,6 +83,30 @@ void SiteFileTest::wholeFile()
     QCOMPARE(two.upses.at(2).site, QStringLiteral("Cellar"));
 }
 
+void SiteFileTest::prometheus()
+{
+    QString error;
+    const std::optional<SiteEntries> site =
+        parseSiteFile("[prometheus p]\nurl = https://host/x\nlabel = rack_1\nsite = Hall\n"
+                      "job = ups\n[ups u1@p]\nname = Left\n[ups u1@nut0:3493@p]\nsite = Cellar\n"
+                      "[prometheus q]\nurl = http://other\n",
+                      QStringLiteral("f.ini"), &error);
+    QVERIFY2(site, qPrintable(error));
+    QCOMPARE(site->prometheus.size(), 2);
+    const PromEntry &one = site->prometheus.at(0);
+    QCOMPARE(one.name, QStringLiteral("p"));
+    QCOMPARE(one.label, QStringLiteral("rack_1"));
+    QCOMPARE(one.site, QStringLiteral("Hall"));
+    QCOMPARE(one.place, QStringLiteral("f.ini:5")); // the job's
+    QCOMPARE(one.upses.size(), 2);
+    QCOMPARE(one.upses.at(0).upsName, QStringLiteral("u1"));
+    QCOMPARE(one.upses.at(0).name, QStringLiteral("Left"));
+    QCOMPARE(one.upses.at(0).place, QStringLiteral("f.ini:6"));
+    QCOMPARE(one.upses.at(1).upsName, QStringLiteral("u1@nut0:3493"));
+    QCOMPARE(one.upses.at(1).site, QStringLiteral("Cellar"));
+    QCOMPARE(site->prometheus.at(1).place, QStringLiteral("f.ini:10"));
+}
+
 /// The files that the documentation shows are read as they stand there.
 void SiteFileTest::documentedFiles()
 {
@@ -104,6 +129,7 @@ void SiteFileTest::documentedFiles()
     QCOMPARE(site->servers.size(), 2);
     QCOMPARE(site->servers.at(1).upses.size(), 2);
     QCOMPARE(site->prometheus.size(), 1);
+    QCOMPARE(site->prometheus.at(0).upses.size(), 1);
     QVERIFY2(parseCredentials(blocks.at(1), QStringLiteral("credentials"), &error),
              qPrintable(error));
 }
@@ -132,8 +158,21 @@ void SiteFileTest::wrongFiles_data()
     row("wrong tls", server + "tls = maybe\n", ":3: tls is off or required");
     row("wrong ups", server + "ups = a b\n", ":3: ups is 'all'");
     row("empty ups", server + "ups = a,,b\n", ":3: ups is 'all'");
-    row("ups of no server", server + "[ups x@b]\n", ":3: there is no [server b] above");
-    row("ups without server", server + "[ups x]\n", ":3: there is no [server ] above");
+    row("ups of no server", server + "[ups x@b]\n",
+        ":3: there is no [server b] or [prometheus b] above");
+    row("ups without server", server + "[ups x]\n", ":3: a UPS is named as [ups UPS@NAME]");
+    const QByteArray prom = "[prometheus p]\nurl = http://host\n";
+    row("ups of Prometheus without a name", prom + "[ups @p]\n",
+        ":3: a UPS of Prometheus is named");
+    row("wrong key of it", prom + "[ups x@p]\nups = y\n", ":4: unknown key 'ups'");
+    row("ups above its Prometheus", "[ups x@p]\n" + prom, ":1: there is no [server p]");
+    row("server called as a Prometheus", prom + "[server p]\n", ":3: another server has this name");
+    row("Prometheus called as a server", server + "[prometheus a]\n",
+        ":3: another server has this name");
+    row("Prometheus with @", "[prometheus a@b]\n", ":1: a server's name has no '@'");
+    row("wrong label", prom + "label = 1x\n", ":3: label has letters");
+    row("query for a label", prom + "label = x) or (y\n", ":3: label has letters");
+    row("long site", prom + "site = " + QByteArray(201, 'x'), ":3: the text has more than 200");
     row("wrong name", server + "[ups x y@a]\n", ":3: a UPS is named");
     row("long text", server + "site = " + QByteArray(201, 'x'), ":3: the text has more than 200");
     row("long line", "# " + QByteArray(5000, 'x'), ":1: the line has more than 4096 bytes");

@@ -52,15 +52,16 @@ public:
     /// @return the reason with the place; empty when all is well.
     QString read(const QByteArray &text, const QString &fileName)
     {
+        file = fileName;
         QByteArray rest = text.startsWith("\xef\xbb\xbf") ? text.mid(3) : text;
         const QList<QByteArray> lines = rest.split('\n');
         for (number = 1; number <= int(lines.size()); ++number) {
             const QString reason = take(lines.at(number - 1));
             if (!reason.isEmpty())
-                return place(fileName, reason);
+                return place() + QStringLiteral(": ") + reason;
         }
         const QString reason = end();
-        return reason.isEmpty() ? QString() : place(fileName, reason);
+        return reason.isEmpty() ? QString() : place() + QStringLiteral(": ") + reason;
     }
 
 protected:
@@ -69,7 +70,11 @@ protected:
     virtual QString takeValue(const QString &key, const QString &value) = 0;
     virtual QString endSection() = 0;
 
-    int number = 0; // of the present line
+    /// The file and the present line.
+    QString place() const
+    {
+        return QStringLiteral("%1:%2").arg(file).arg(number);
+    }
 
 private:
     QString take(const QByteArray &bytes)
@@ -113,18 +118,26 @@ private:
         return endSection();
     }
 
-    QString place(const QString &fileName, const QString &reason) const
-    {
-        return QStringLiteral("%1:%2: %3").arg(fileName).arg(number).arg(reason);
-    }
-
-    int begin = 0; // of the present section
+    QString file;
+    int number = 0; // of the present line
+    int begin = 0;  // of the present section
     QSet<QString> keys;
 };
 
 QString unknownKey(const QString &key, const QString &known)
 {
     return QStringLiteral("unknown key '%1'; there are %2").arg(key.left(longestText), known);
+}
+
+bool isLabelName(const QString &text)
+{
+    const auto fits = [](QChar c) {
+        const ushort code = c.unicode();
+        return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z') ||
+               (code >= '0' && code <= '9') || code == '_';
+    };
+    return !text.isEmpty() && text.size() <= longestText && !(text.at(0) <= QLatin1Char('9')) &&
+           std::all_of(text.cbegin(), text.cend(), fits);
 }
 
 class SiteReader : public SectionReader
@@ -150,16 +163,13 @@ protected:
         }
         if (kind == QLatin1String("server") && !subject.isEmpty())
             return beginServer();
-        if (kind == QLatin1String("prometheus") && !subject.isEmpty()) {
-            section = Section::Prometheus;
-            prometheus = PromEntry();
-            return {};
-        }
+        if (kind == QLatin1String("prometheus") && !subject.isEmpty())
+            return beginPrometheus();
         if (kind == QLatin1String("ups") && !subject.isEmpty())
             return beginUps();
         return QStringLiteral(
-            "unknown section; there are [console], [server NAME], [ups UPS@SERVER] and "
-            "[prometheus NAME]");
+            "unknown section; there are [console], [server NAME], [prometheus NAME] and "
+            "[ups UPS@NAME]");
     }
 
     QString takeValue(const QString &key, const QString &value) override
@@ -200,14 +210,14 @@ protected:
         }
         if (++entries > mostEntries)
             return QStringLiteral("more than %1 UPSes").arg(mostEntries);
-        ServerEntry &owner = result.servers[servers.value(serverOfUps)];
-        const auto named =
-            std::find_if(owner.upses.begin(), owner.upses.end(),
-                         [this](const UpsEntry &one) { return one.upsName == ups.upsName; });
-        if (named != owner.upses.end())
+        QVector<UpsEntry> &upses = upsesOf(owner);
+        const auto named = std::find_if(upses.begin(), upses.end(), [this](const UpsEntry &one) {
+            return one.upsName == ups.upsName;
+        });
+        if (named != upses.end())
             *named = ups;
         else
-            owner.upses.append(ups);
+            upses.append(ups);
         return {};
     }
 
@@ -219,10 +229,30 @@ private:
         section = Section::Server;
         server = ServerEntry();
         server.host.host.clear();
-        if (subject.contains(QLatin1Char('@')))
-            return QStringLiteral("a server's name has no '@'");
+        server.place = place();
         if (servers.size() >= mostServers)
             return QStringLiteral("more than %1 servers").arg(mostServers);
+        return nameOfServer();
+    }
+
+    QString beginPrometheus()
+    {
+        section = Section::Prometheus;
+        prometheus = PromEntry();
+        prometheus.name = plainText(subject).left(longestText);
+        prometheus.place = place();
+        if (sources.size() >= mostServers)
+            return QStringLiteral("more than %1 servers").arg(mostServers);
+        return nameOfServer();
+    }
+
+    /// Why the name of the present section is none for a server.
+    QString nameOfServer() const
+    {
+        if (subject.contains(QLatin1Char('@')))
+            return QStringLiteral("a server's name has no '@'");
+        if (servers.contains(subject) || sources.contains(subject))
+            return QStringLiteral("another server has this name");
         return {};
     }
 
@@ -230,15 +260,32 @@ private:
     {
         section = Section::Ups;
         ups = UpsEntry();
-        ups.upsName = subject.section(QLatin1Char('@'), 0, 0);
-        serverOfUps = subject.section(QLatin1Char('@'), 1);
+        ups.place = place();
+        const int at = int(subject.lastIndexOf(QLatin1Char('@')));
+        ups.upsName = plainText(subject.left(std::max(at, 0)));
+        owner = subject.mid(at + 1);
+        if (at < 0)
+            return QStringLiteral("a UPS is named as [ups UPS@NAME], with the NAME of its server");
+        if (sources.contains(owner))
+            return ups.upsName.isEmpty() || ups.upsName.size() > longestText
+                       ? QStringLiteral("a UPS of Prometheus is named as [ups UPS@NAME] or "
+                                        "[ups UPS@INSTANCE@NAME]")
+                       : QString();
         if (!isNutUpsName(ups.upsName))
-            return QStringLiteral("a UPS is named as [ups UPS@SERVER], UPS of letters, digits, "
+            return QStringLiteral("a UPS is named as [ups UPS@NAME], UPS of letters, digits, "
                                   "'.', '_' and '-'");
-        if (!servers.contains(serverOfUps))
-            return QStringLiteral("there is no [server %1] above")
-                .arg(serverOfUps.left(longestText));
+        if (!servers.contains(owner))
+            return QStringLiteral("there is no [server %1] or [prometheus %1] above")
+                .arg(owner.left(longestText));
         return {};
+    }
+
+    /// Of the server @p name, which is there.
+    QVector<UpsEntry> &upsesOf(const QString &name)
+    {
+        const auto source = sources.constFind(name);
+        return source != sources.constEnd() ? result.prometheus[*source].upses
+                                            : result.servers[servers.value(name)].upses;
     }
 
     QString takeServerValue(const QString &key, const QString &value)
@@ -279,14 +326,21 @@ private:
         } else if (key == QLatin1String("ca")) {
             prometheus.authorities = directory.absoluteFilePath(value);
         } else if (key == QLatin1String("job")) {
+            prometheus.place = place();
             return takeText(value, &prometheus.job);
+        } else if (key == QLatin1String("label")) {
+            if (!isLabelName(value))
+                return QStringLiteral("label has letters, digits and '_'");
+            prometheus.label = value;
+        } else if (key == QLatin1String("site")) {
+            return takeText(value, &prometheus.site);
         } else if (key == QLatin1String("dialect")) {
             if (!PromDialect::find(value))
                 return QStringLiteral("dialect is one of ") +
                        PromDialect::names().join(QStringLiteral(", "));
             prometheus.dialect = value;
         } else {
-            return unknownKey(key, QStringLiteral("auth, ca, dialect, job and url"));
+            return unknownKey(key, QStringLiteral("auth, ca, dialect, job, label, site and url"));
         }
         return {};
     }
@@ -300,6 +354,7 @@ private:
         for (const QString &name : names) {
             UpsEntry entry;
             entry.upsName = name.trimmed();
+            entry.place = place();
             if (!isNutUpsName(entry.upsName))
                 return QStringLiteral("ups is 'all', or names separated by commas");
             if (++entries > mostEntries)
@@ -331,6 +386,7 @@ private:
         if (!prometheus.authorities.isEmpty() &&
             !prometheus.url.startsWith(QLatin1String("https:"), Qt::CaseInsensitive))
             return QStringLiteral("[prometheus %1] has a ca, but its url is not https").arg(name);
+        sources.insert(subject, int(result.prometheus.size()));
         result.prometheus.append(prometheus);
         return {};
     }
@@ -349,8 +405,9 @@ private:
     ServerEntry server;
     PromEntry prometheus;
     UpsEntry ups;
-    QString serverOfUps;
+    QString owner; // of the UPS
     QHash<QString, int> servers;
+    QHash<QString, int> sources;
     QSet<QString> sections;
     int entries = 0;
 };

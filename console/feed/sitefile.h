@@ -11,9 +11,10 @@
 /// A UPS of a server, and how it is called here.
 struct UpsEntry
 {
-    QString upsName; ///< on the server
+    QString upsName; ///< on the server; on a Prometheus server also "NAME@INSTANCE"
     QString name;    ///< of one's own; empty: the server's
     QString site;    ///< the group; empty: that of the server
+    QString place;   ///< "file:line" of what names it; may be empty
 };
 
 /// A server of Network UPS Tools.
@@ -25,16 +26,22 @@ struct ServerEntry
     QString authorities;     ///< a file; empty: the system's
     bool all = false;        ///< every UPS that the server has
     QVector<UpsEntry> upses; ///< those named
+    QString place;           ///< "file:line" of its section; may be empty
 };
 
 /// A Prometheus-compatible server.
 struct PromEntry
 {
+    QString name; ///< of its section; may be empty
     QString url;
     QString auth;        ///< file with its user or token; may be empty
     QString authorities; ///< as above
     QString job = QStringLiteral("nut");
     QString dialect = QStringLiteral("network_ups_tools");
+    QString label;           ///< names the UPSes; empty: that of the dialect
+    QString site;            ///< the group of its UPSes; empty: the instance of each
+    QVector<UpsEntry> upses; ///< those that have a name of one's own, or another group
+    QString place;           ///< "file:line" of the job, or of the section; may be empty
 };
 
 /// A user of one server. Never print it.
