@@ -55,6 +55,7 @@ private Q_SLOTS:
     void scales();
     void scalesStay();
     void everyScaleIsSound();
+    void changesAloneMakeTheSameScales();
 };
 
 void ValuesTest::texts_data()
@@ -322,6 +323,45 @@ void ValuesTest::everyScaleIsSound()
             QCOMPARE(scale.shareOf(-1e300), 0.0);
             QCOMPARE(scale.shareOf(1e300), 1.0);
         }
+    }
+}
+
+/// A book that is given what was before it has the scales of one that looks at everything.
+void ValuesTest::changesAloneMakeTheSameScales()
+{
+    const char *const numbers[] = {"0", "12", "27", "50", "117", "150", "230", "277", "400"};
+    const char *const names[] = {"input.voltage",          "output.voltage",
+                                 "input.bypass.voltage",   "input.voltage.nominal",
+                                 "output.voltage.nominal", "input.transfer.high",
+                                 "battery.voltage",        "input.frequency",
+                                 "output.frequency",       "ups.load",
+                                 "ups.load.high",          "output.current",
+                                 "output.current.nominal", "battery.runtime",
+                                 "ups.temperature",        "battery.charge.low"};
+    quint32 random = 1;
+    const auto below = [&random](quint32 end) {
+        random = random * 1664525U + 1013904223U;
+        return (random >> 8) % end;
+    };
+    ScaleBook whole;
+    ScaleBook changes;
+    Snapshot before;
+    NutVariables variables;
+    for (int round = 0; round < 5000; ++round) {
+        for (quint32 i = below(3); i > 0; --i) {
+            const QString name = QLatin1String(names[below(16)]);
+            if (below(4) == 0)
+                variables.remove(name);
+            else
+                variables.insert(name, QLatin1String(numbers[below(9)]));
+        }
+        const Snapshot now = below(20) == 0 ? Snapshot::lost(QString(), QString()) : ups(variables);
+        whole.take(now);
+        changes.take(now, before);
+        before = now;
+        for (int i = 0; i < quantityCount; ++i)
+            QVERIFY2(whole.scale(Quantity(i)) == changes.scale(Quantity(i)),
+                     qPrintable(nameOf(Quantity(i)) + QString::number(round)));
     }
 }
 

@@ -597,7 +597,8 @@ Snapshot snapshotOf(const QString &upsName, const NutVariables &variables)
     const QString alarmText = known.firstText(tables().alarm);
     QStringList tokens =
         known.firstText(tables().status).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    tokens.removeDuplicates();
+    if (tokens.size() > 1)
+        tokens.removeDuplicates();
     snapshot.variables = plainVariables(variables);
     snapshot.tokens = tokensOf(tokens, &snapshot.otherTokens);
     if (snapshot.tokens.testFlag(StatusToken::Waiting)) {

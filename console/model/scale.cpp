@@ -210,14 +210,27 @@ ScaleBook::ScaleBook()
         scales.at(std::size_t(i)) = scaleOf(nothing, Quantity(i));
 }
 
-void ScaleBook::take(const Snapshot &snapshot)
+void ScaleBook::take(const Snapshot &snapshot, const Snapshot &before)
 {
-    if (snapshot.isLost() || snapshot.tokens.testFlag(StatusToken::Waiting))
+    const auto saysNothing = [](const Snapshot &one) {
+        return one.isLost() || one.tokens.testFlag(StatusToken::Waiting);
+    };
+    if (saysNothing(snapshot))
         return;
-    for (int i = 0; i < quantityCount; ++i)
+    // Quantities with nominal values take those of others.
+    bool all = saysNothing(before);
+    std::array<bool, quantityCount> differs = {};
+    for (int i = 0; i < quantityCount; ++i) {
+        differs.at(std::size_t(i)) =
+            all || !(snapshot.measure(Quantity(i)) == before.measure(Quantity(i)));
+        all = all || (differs.at(std::size_t(i)) && hasNominal(kindOf(Quantity(i))));
+    }
+    for (int i = 0; all && i < quantityCount; ++i)
         learnStandIn(snapshot, Quantity(i));
-    for (int i = 0; i < quantityCount; ++i)
-        scales.at(std::size_t(i)) = scaleOf(snapshot, Quantity(i));
+    for (int i = 0; i < quantityCount; ++i) {
+        if (all || differs.at(std::size_t(i)))
+            scales.at(std::size_t(i)) = scaleOf(snapshot, Quantity(i));
+    }
 }
 
 void ScaleBook::learnStandIn(const Snapshot &snapshot, Quantity quantity)

@@ -40,7 +40,8 @@ class ScaleBook
 public:
     ScaleBook();
 
-    void take(const Snapshot &snapshot);
+    /// @p before is what was taken before, if anything: what is as it was then costs nothing.
+    void take(const Snapshot &snapshot, const Snapshot &before = Snapshot());
     Scale scale(Quantity quantity) const;
 
 private:

@@ -109,9 +109,10 @@ void UpsModel::take(const Snapshot &snapshot)
         lastHeard = clock();
     const bool differs = snapshot != latest;
     if (differs) {
+        if (snapshot.link != latest.link || snapshot.tokens != latest.tokens)
+            line = headlineOf(snapshot);
+        scales.take(snapshot, latest);
         latest = snapshot;
-        line = headlineOf(latest);
-        scales.take(latest);
         updateConditions();
     }
     if (guard && differs)
