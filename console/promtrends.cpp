@@ -45,10 +45,11 @@ QString curveName(Quantity quantity, const Part &part)
 QString queryFor(const PromFeed &feed, const QVector<Quantity> &quantities, int step)
 {
     const auto over = [step](const char *operation, const QString &series) {
+        // All at once: the series has names that are not ours.
         const QLatin1String name(operation);
-        return step <= longestInstant
-                   ? QStringLiteral("%1(%2)").arg(name, series)
-                   : QStringLiteral("%1(%1_over_time(%2[%3s]))").arg(name, series).arg(step);
+        return step <= longestInstant ? QStringLiteral("%1(%2)").arg(name, series)
+                                      : QStringLiteral("%1(%1_over_time(%2[%3s]))")
+                                            .arg(name, series, QString::number(step));
     };
     QStringList queries;
     for (const Quantity quantity : quantities) {

@@ -189,6 +189,7 @@ private Q_SLOTS:
     void stepsFitThePixels();
     void asksForInstants();
     void asksForAllBetweenWideSteps();
+    void namesAreNoPlaceholders();
     void gaps();
     void wrongAnswers_data();
     void wrongAnswers();
@@ -307,6 +308,25 @@ void PromTrendsTest::asksForAllBetweenWideSteps()
     QCOMPARE(trend.onBattery.at(0).from, qint64(0));
     QCOMPARE(trend.onBattery.at(0).to, qint64(900000));
     QCOMPARE(trend.onBattery.at(1).to, (day + 100) * 1000);
+}
+
+/// A name with what looks like a place for an argument is asked for as it is.
+void PromTrendsTest::namesAreNoPlaceholders()
+{
+    FakeWeb web;
+    Asked asked;
+    web.onQuery = [&](const QByteArray &form) {
+        if (!isRange(form))
+            return qMakePair(200, statusOf("OL").replace("\"ups\":\"a\"", "\"ups\":\"a%1%3\""));
+        asked = askedOf(form);
+        return qMakePair(200, matrixOf({}));
+    };
+    Fleet fleet(web.server(), shortTimes());
+    QTRY_VERIFY(fleet.feed);
+    trendOf(&fleet.trends, fleet.feed->key(), {Quantity::Load}, {0, 86400000}, 300);
+    const QString selector =
+        text(R"(network_ups_tools_ups_load{job="nut",instance="i",ups="a%1%3"})");
+    QVERIFY2(asked.query.contains(selector + text("[300s]")), qPrintable(asked.query));
 }
 
 void PromTrendsTest::gaps()
