@@ -20,7 +20,7 @@ QString EventList::upsOf(const Event &event) const
 
 bool EventList::isLeft(const Event &event) const
 {
-    return event.isPresent() && !site->find(event.ups);
+    return event.isPresent() && !site->find(event.ups) && !site->hasServer(event.ups);
 }
 
 void EventList::followMore()

@@ -217,8 +217,11 @@ bool SiteFeeds::addPrometheus(const PromEntry &entry, const PromTimes &times, QS
     sources.push_back(std::move(added));
     Source *source = sources.back().get();
     PromSource *link = source->link.get();
-    connect(link, &PromSource::problemChanged, this,
-            [this, link](const QString &text) { site->setProblem(link->name(), text); });
+    site->addServer(link->name());
+    connect(
+        link, &PromSource::problemChanged, this, [this, link](const QString &text, bool isLost) {
+            site->setProblem(link->name(), text, isLost ? Severity::Unknown : Severity::Warning);
+        });
     connect(link, &PromSource::found, this,
             [this, source](PromFeed *feed) { addPromFeed(source, feed); });
     connect(link, &PromSource::refreshed, this, [this, source] { showUnseen(source); });
@@ -270,7 +273,7 @@ void SiteFeeds::showUnseen(Source *source)
         site->setProblem(source->unseenPlace, QString());
     source->unseenPlace = place;
     if (!place.isEmpty())
-        site->setProblem(place, text);
+        site->setProblem(place, text, Severity::Warning);
 }
 
 PromFeed *SiteFeeds::promFeed(const QString &upsId) const

@@ -102,6 +102,7 @@ class HistoryPagesTest : public WidgetTest
 private Q_SLOTS:
     void presentOnTopUntilAcknowledged();
     void leftUpsesAreNotPresent();
+    void serversArePresent();
     void acknowledgesOne();
     void acknowledgesAll();
     void needsAName();
@@ -172,6 +173,25 @@ void HistoryPagesTest::leftUpsesAreNotPresent()
     played.site.add(change.ups);
     QTRY_VERIFY(line().contains(QStringLiteral("since")));
     QVERIFY(plateOf() > 10);
+}
+
+/// A server that is lost with its UPSes is followed as they are.
+void HistoryPagesTest::serversArePresent()
+{
+    PlayedSite played;
+    played.showPage("events");
+    EventChange change;
+    change.ups = QStringLiteral("Prometheus hall");
+    change.kind = EventKind::Communication;
+    change.condition = QStringLiteral("no-communication");
+    change.text = QStringLiteral("20 UPSes without communication: connection refused");
+    change.at = start;
+    played.site.addServer(change.ups);
+    played.history->addEvents({change});
+    QTRY_COMPARE_WITH_TIMEOUT(played.list()->rowCount(), 1, 30000);
+    const QString line = played.list()->data(played.list()->index(0)).toString();
+    QVERIFY2(line.contains(change.text) && line.contains(change.ups), qPrintable(line));
+    QVERIFY2(line.contains(QStringLiteral("since")), qPrintable(line));
 }
 
 void HistoryPagesTest::acknowledgesOne()

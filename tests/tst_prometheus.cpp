@@ -11,6 +11,7 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
+#include <QtCore/QSet>
 #include <QtCore/QTemporaryDir>
 
 #include <cmath>
@@ -60,7 +61,11 @@ struct Watch
             feeds.insert(feed->key(), feed);
             const QString key = feed->key();
             QObject::connect(feed, &UpsFeed::snapshotReady, feed,
-                             [this, key](const Snapshot &snapshot) { latest[key] = snapshot; });
+                             [this, key](const Snapshot &snapshot) {
+                                 latest[key] = snapshot;
+                                 if (!snapshot.isLost())
+                                     everHeard.insert(key);
+                             });
             feed->start();
         });
         QObject::connect(source, &PromSource::problemChanged, source,
@@ -73,6 +78,7 @@ struct Watch
 
     QHash<QString, PromFeed *> feeds;
     QHash<QString, Snapshot> latest;
+    QSet<QString> everHeard;
     QString problem;
 };
 
@@ -321,6 +327,9 @@ void PrometheusTest::tellsStatesApart()
     QTRY_COMPARE(watch.of("a@i (nut)").value(Quantity::Load), std::optional<double>(33.0));
     QCOMPARE(watch.of("b@i (nut)").reason, text("no fresh data for 8 min"));
     QCOMPARE(watch.of("c@i (nut)").reason, text("its exporter cannot be scraped"));
+    // What was lost stays lost when the loads come.
+    for (const char *key : {"b@i (nut)", "c@i (nut)"})
+        QVERIFY2(!watch.everHeard.contains(text(key)), key);
     // NaN is no data, and no zero.
     load = "NaN";
     QTRY_VERIFY(!watch.of("a@i (nut)").value(Quantity::Load));
@@ -445,7 +454,7 @@ void PrometheusTest::explanationsEnd()
     QTRY_VERIFY(!watch.of("a@i (nut)").isLost());
     empty = true;
     QTRY_VERIFY(watch.problem.startsWith(text("nothing matches")));
-    QCOMPARE(watch.of("a@i (nut)").reason, text("not monitored any more"));
+    QTRY_COMPARE(watch.of("a@i (nut)").reason, text("not monitored any more"));
 }
 
 /// UPSes that no label tells apart are shown as one, which is said.

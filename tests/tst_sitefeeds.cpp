@@ -495,12 +495,12 @@ void SiteFeedsTest::nameThatPrometheusLacks()
     QVERIFY(feeds.add(*file, {}, &error, NutTimes(), shortPromTimes()));
     feeds.start();
     const QString line = QStringLiteral("Prometheus p has no UPS '%1'%2");
-    QTRY_COMPARE(site.problems().value(QStringLiteral("site.ini:4")),
+    QTRY_COMPARE(site.problems().value(QStringLiteral("site.ini:4")).text,
                  line.arg(QStringLiteral("u2"), QStringLiteral(" and 1 more that are named")));
     QCOMPARE(site.problems().size(), 1);
     QCOMPARE(site.at(0)->site(), QStringLiteral("Hall"));
     publish(&web, {"u1@i", "u2@i"});
-    QTRY_COMPARE(site.problems().value(QStringLiteral("site.ini:6")),
+    QTRY_COMPARE(site.problems().value(QStringLiteral("site.ini:6")).text,
                  line.arg(QStringLiteral("u3"), QString()));
     QCOMPARE(site.problems().size(), 1);
     publish(&web, {"u1@i", "u2@i", "u3@i"});
@@ -531,14 +531,15 @@ void SiteFeedsTest::twoPrometheusOnOneHost()
     QVERIFY(feeds.promFeed(first->id()) != feeds.promFeed(second->id()));
     QTRY_VERIFY(!first->snapshot().isLost() && !second->snapshot().isLost());
     one.vanish();
-    QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus a")),
+    QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus a")).text,
                  QStringLiteral("connection refused"));
     QTRY_VERIFY(first->snapshot().isServerLost);
     QVERIFY(!second->snapshot().isLost());
+    QVERIFY(site.hasServer(first->snapshot().server));
     two.onQuery = [](const QByteArray &) { return qMakePair(401, QByteArray("no")); };
-    QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus b")),
+    QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus b")).text,
                  QStringLiteral("it refuses this user (HTTP 401)"));
-    QCOMPARE(site.problems().value(QStringLiteral("Prometheus a")),
+    QCOMPARE(site.problems().value(QStringLiteral("Prometheus a")).text,
              QStringLiteral("connection refused"));
     publish(&two, {"u@i", "v@i"});
     QTRY_COMPARE(site.problems().keys(), QStringList(QStringLiteral("Prometheus a")));

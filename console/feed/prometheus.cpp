@@ -536,7 +536,7 @@ void PromSource::loseAll(const QString &reason)
 {
     const QPointer<PromSource> guard(this);
     loadProblem.clear();
-    report(reason);
+    report(reason, true);
     for (std::size_t i = 0; guard && i < feeds.size(); ++i)
         feeds[i]->lose(QStringLiteral("the Prometheus server cannot be read: ") + reason, true);
 }
@@ -550,12 +550,12 @@ void PromSource::reportPresent()
     report(loadProblem);
 }
 
-void PromSource::report(const QString &newProblem)
+void PromSource::report(const QString &newProblem, bool isLost)
 {
     if (problem == newProblem)
         return;
     problem = newProblem;
-    Q_EMIT problemChanged(newProblem);
+    Q_EMIT problemChanged(newProblem, isLost);
 }
 
 PromFeed::PromFeed(PromSource *usedSource, const QString &instanceLabel, const QString &upsLabel)
@@ -640,7 +640,7 @@ void PromFeed::takeNumber(const QString &variable, double number)
 void PromFeed::deliver()
 {
     isPending = false;
-    if (!running)
+    if (!running || !heard)
         return;
     if (changed) {
         changed = false;

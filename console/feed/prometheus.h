@@ -78,8 +78,9 @@ public:
 Q_SIGNALS:
     /// A UPS that was not known. The feed is this object's.
     void found(PromFeed *feed);
-    /// What keeps the server from being read, or makes its answers incomplete; no text: nothing.
-    void problemChanged(const QString &text);
+    /// What keeps the server from being read (@p isLost), or is wrong with what it answers; no
+    /// text: nothing.
+    void problemChanged(const QString &text, bool isLost);
     /// The statuses of all UPSes that match were taken.
     void refreshed();
 
@@ -102,7 +103,7 @@ private:
     QNetworkReply *get(const QString &path, QList<QPair<QString, QString>> items,
                        const QStringList &labels, const Answer &answer);
     PromFeed *feedOf(const PromSeries &series);
-    void report(const QString &problem);
+    void report(const QString &problem, bool isLost = false);
     void reportPresent();
     QString status() const;
 

@@ -47,6 +47,16 @@ UpsModel *SiteModel::find(const QString &id) const
     return byId.value(id);
 }
 
+void SiteModel::addServer(const QString &name)
+{
+    servers.insert(name);
+}
+
+bool SiteModel::hasServer(const QString &name) const
+{
+    return servers.contains(name);
+}
+
 std::array<int, severityCount> SiteModel::counts() const
 {
     std::array<int, severityCount> counts{};

@@ -6,6 +6,7 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QMap>
+#include <QtCore/QSet>
 
 #include <array>
 #include <vector>
@@ -34,6 +35,10 @@ public:
     UpsModel *at(int index) const;
     /// Null where there is none.
     UpsModel *find(const QString &id) const;
+
+    /// Notes a server whose loss is one event for all of its UPSes.
+    void addServer(const QString &name);
+    bool hasServer(const QString &name) const;
 
     /// The UPS in the worst state, the first of equals; null on an empty site.
     UpsModel *worst() const;
@@ -70,5 +75,6 @@ private:
     std::vector<UpsModel *> all; // children
     QHash<QString, UpsModel *> byId;
     QMap<QString, SiteProblem> wrong;
+    QSet<QString> servers;
     bool grows = false;
 };
