@@ -328,8 +328,11 @@ void PromSource::takeStatuses(const PromAnswer &answer)
         return;
     query(QStringLiteral("max by (instance, %1) (%2{job=%3})")
               .arg(upsLabel, load->metric, quoted(server.job)),
-          {QStringLiteral("instance"), upsLabel},
-          [this](const PromAnswer &loads) { takeLoads(loads); });
+          {QStringLiteral("instance"), upsLabel}, [this, before = losses](const PromAnswer &loads) {
+              // Not where the server was lost meanwhile.
+              if (before == losses)
+                  takeLoads(loads);
+          });
 }
 
 void PromSource::takeStatus(PromFeed *feed)
@@ -535,6 +538,7 @@ void PromSource::takeValues(PromFeed *feed, const PromAnswer &answer)
 void PromSource::loseAll(const QString &reason)
 {
     const QPointer<PromSource> guard(this);
+    ++losses;
     loadProblem.clear();
     report(reason, true);
     for (std::size_t i = 0; guard && i < feeds.size(); ++i)

@@ -124,6 +124,7 @@ private:
     bool matches = false;
     int round = 0;
     int explainedAt = 0; // round
+    int losses = 0;      // of the server
     std::vector<std::unique_ptr<PromFeed>> feeds;
     QHash<Key, PromFeed *> byKey;
 };
