@@ -697,7 +697,7 @@ void ControlPageTest::usersOfAFileAreChecked()
     QVERIFY2(server.start(), qPrintable(server.problem()));
     ServerEntry entry;
     entry.host = {text("127.0.0.1"), server.port()};
-    entry.upses.append({text("demo"), {}, {}});
+    entry.upses.append({text("demo"), {}, {}, {}});
     SiteEntries entries;
     entries.servers.append(entry);
     SiteModel real;

@@ -339,7 +339,7 @@ void SiteFeedsTest::checksTheUserOnceTheDriverRuns()
     SiteEntries entries;
     ServerEntry entry;
     entry.host = server.address().server();
-    entry.upses.append({QStringLiteral("a"), {}, {}});
+    entry.upses.append({QStringLiteral("a"), {}, {}, {}});
     entries.servers.append(entry);
     SiteModel site;
     SiteFeeds feeds(&site);
