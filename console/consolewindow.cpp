@@ -216,7 +216,12 @@ ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
             follow(first);
     });
     connect(site, &SiteModel::problemsChanged, this, [this] {
-        nobody.take(Snapshot::lost(QString(), site->worstProblem()));
+        // Sentences begin with the reason, not with a name.
+        const QString source = site->worstSource();
+        nobody.take(Snapshot::lost(
+            QString(), source.isEmpty() ? QString()
+                                        : QStringLiteral("%1 (%2)").arg(
+                                              site->problems().value(source).text, source)));
         // Without a page that lists them.
         if (!fleet && site->problemCount() > 0)
             say(site->worstProblem());

@@ -12,6 +12,7 @@
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QPixmapCache>
+#include <QtGui/QStaticText>
 #include <QtWidgets/QScrollBar>
 
 #include <algorithm>
@@ -95,7 +96,8 @@ public:
         if (same)
             return;
         severity = now;
-        title = newTitle;
+        if (force || newTitle != title)
+            setTitle(newTitle);
         state = newState;
         figure = newFigure;
         shown_ = element;
@@ -114,39 +116,59 @@ public:
     {
         MetroShelter::paintText(painter);
         const SeverityLook look = lookOf(severity, Theme::isDark());
-        const int margin = Theme::px(8);
-        const int sign = Theme::px(18);
+        const int sign = Theme::px(signUnits);
         painter->drawPixmap(
-            margin, (height() - sign) / 2,
+            Theme::px(marginUnits), (height() - sign) / 2,
             severitySign(severity, sign, look.ink, look.plate, devicePixelRatioF()));
-        const int x = 2 * margin + sign;
-        const int room = width() - x - ledRoom - margin / 2;
         painter->setPen(look.ink);
-        QFont bold = Theme::font(Theme::Normal, true);
-        // Rather small than cut.
-        if (QFontMetrics(bold).horizontalAdvance(title) > room)
-            bold = Theme::font(Theme::Small, true);
         const QFont plain = Theme::font(Theme::Small);
-        const QFontMetrics first(bold);
         const QFontMetrics second(plain);
-        const int top = (height() - first.height() - second.height()) / 2;
-        painter->setFont(bold);
-        painter->drawText(x, top + first.ascent(), first.elidedText(title, Qt::ElideRight, room));
+        const int titleHeight = QFontMetrics(titleFont).height();
+        const int top = (height() - titleHeight - second.height()) / 2;
+        painter->setFont(titleFont);
+        painter->drawStaticText(textLeft(), top, titleText);
         painter->setFont(plain);
         // A state that is cut says less than one without its figure.
-        const QString both = joined(state, figure);
-        const QString shown = second.horizontalAdvance(both) <= room ? both : state;
-        painter->drawText(x, top + first.height() + second.ascent(),
-                          second.elidedText(shown, Qt::ElideRight, room));
+        QString shown = joined(state, figure);
+        if (second.horizontalAdvance(shown) > textRoom())
+            shown = second.elidedText(state, Qt::ElideRight, textRoom());
+        painter->drawText(textLeft(), top + titleHeight + second.ascent(), shown);
     }
 
     UpsModel *ups = nullptr;
     int position = 0; // in the order
 
 private:
+    static constexpr int marginUnits = 8;
+    static constexpr int signUnits = 18;
+
+    static int textLeft()
+    {
+        return 2 * Theme::px(marginUnits) + Theme::px(signUnits);
+    }
+    int textRoom() const
+    {
+        return width() - textLeft() - ledRoom - Theme::px(marginUnits) / 2;
+    }
+
+    /// Figures change every second, titles hardly ever: shaping them each time would be most of the
+    /// cost of a tile.
+    void setTitle(const QString &newTitle)
+    {
+        title = newTitle;
+        titleFont = Theme::font(Theme::Normal, true);
+        // Rather small than cut.
+        if (QFontMetrics(titleFont).horizontalAdvance(title) > textRoom())
+            titleFont = Theme::font(Theme::Small, true);
+        titleText.setTextFormat(Qt::PlainText);
+        titleText.setText(QFontMetrics(titleFont).elidedText(title, Qt::ElideRight, textRoom()));
+    }
+
     Severity severity = Severity::Unknown;
     elemDesc_t shown_ = {0, 0};
     QString title;
+    QFont titleFont;
+    QStaticText titleText;
     QString state;
     QString figure;
 };

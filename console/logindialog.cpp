@@ -73,8 +73,10 @@ LoginDialog::LoginDialog(UpsModel *askedUps, QWidget *parent)
     layout->addRow(keeps);
     layout->addRow(buttons);
     buttons->button(QDialogButtonBox::Ok)->setText(tr("Log in"));
-    for (const auto which : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel})
+    for (const auto which : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {
         buttons->button(which)->setMinimumHeight(Theme::touchSize());
+        Theme::setText(buttons->button(which), Theme::Normal);
+    }
     connect(buttons, &QDialogButtonBox::accepted, this, &LoginDialog::ask);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(ups, &UpsModel::userChecked, this, &LoginDialog::takeAnswer);

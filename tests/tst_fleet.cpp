@@ -81,6 +81,7 @@ private Q_SLOTS:
     void upsesFoundLater();
     void problemsOfServers();
     void unreachableServersCount();
+    void serverWithoutAnyUps();
     void textsStayPlain();
     void oneUpsHasNoFleet();
     void signsFollowTheTheme();
@@ -376,6 +377,23 @@ void FleetTest::unreachableServersCount()
     site->setProblem(QStringLiteral("nut3.example:3493"), QString());
     QTRY_COMPARE(headline->text(), QStringLiteral("3 normal"));
     QCOMPARE(detail->text(), QString());
+}
+
+/// Without any UPS the other pages say why.
+void FleetTest::serverWithoutAnyUps()
+{
+    SiteModel site;
+    site.setGrowing(true);
+    ConsoleWindow window(&site);
+    window.show();
+    window.showPage(1);
+    site.setProblem(QStringLiteral("nut2.example:3493"), QStringLiteral("connection refused"));
+    const QString text = window.findChild<QLabel *>(QStringLiteral("condition"))->text();
+    QVERIFY2(text.startsWith(QStringLiteral("Connection refused (nut2.example:3493)")),
+             qPrintable(text));
+    window.showPage(0);
+    QTRY_COMPARE(window.findChild<QLabel *>(QStringLiteral("headline"))->text(),
+                 QStringLiteral("1 server problem"));
 }
 
 /// Names from a server are no markup, and no shortcut.

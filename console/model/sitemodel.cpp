@@ -99,14 +99,19 @@ int SiteModel::problemCount() const
     }));
 }
 
-QString SiteModel::worstProblem() const
+QString SiteModel::worstSource() const
 {
     const auto found =
         std::max_element(wrong.cbegin(), wrong.cend(), [](const auto &a, const auto &b) {
             return urgencyOf(a.severity) < urgencyOf(b.severity);
         });
-    return found == wrong.cend() ? QString()
-                                 : found.key() + QStringLiteral(": ") + found.value().text;
+    return found == wrong.cend() ? QString() : found.key();
+}
+
+QString SiteModel::worstProblem() const
+{
+    const QString source = worstSource();
+    return source.isEmpty() ? QString() : source + QStringLiteral(": ") + wrong.value(source).text;
 }
 
 UpsModel *SiteModel::worst() const

@@ -58,7 +58,9 @@ public:
     const QMap<QString, SiteProblem> &problems() const;
     /// How many sources have a problem that is at least a warning.
     int problemCount() const;
-    /// The worst problem in words, with its source, the first of equals; empty without one.
+    /// The source of the worst problem, the first of equals; empty without one.
+    QString worstSource() const;
+    /// The worst problem in words, with its source; empty without one.
     QString worstProblem() const;
 
 Q_SIGNALS:
