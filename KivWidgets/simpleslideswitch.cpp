@@ -279,7 +279,7 @@ qint64 SimpleSlideSwitch::travelEnd() const
     return qint64(width()) - marginRight;
 }
 
-/// The knob's left edge at rest.
+/// The knob's left edge while it is not dragged.
 int SimpleSlideSwitch::restingPlace(bool checked) const
 {
     return checked ? heldInInt(travelEnd() - logicalSize(btnImg).width()) : marginLeft;

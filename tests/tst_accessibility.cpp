@@ -235,10 +235,10 @@ private Q_SLOTS:
     void deletedWidget_data();
     void deletedWidget();
     void otherObjects();
-    void subclassOfAHost();
+    void subclassOfAnApplication();
 
-    void nameFromTheHost_data();
-    void nameFromTheHost();
+    void nameFromTheApplication_data();
+    void nameFromTheApplication();
     void surroundingsNeedNoName();
     void boxesDoNotNameTheirChildren();
     void windows();
@@ -460,7 +460,7 @@ void AccessibilityTest::otherObjects()
     QCOMPARE(interfaceOf(nullptr), nullptr);
 }
 
-void AccessibilityTest::subclassOfAHost()
+void AccessibilityTest::subclassOfAnApplication()
 {
     OwnButton button;
     button.setText(QStringLiteral("Start"));
@@ -468,12 +468,12 @@ void AccessibilityTest::subclassOfAHost()
     QCOMPARE(nameOf(&button), QStringLiteral("Start"));
 }
 
-void AccessibilityTest::nameFromTheHost_data()
+void AccessibilityTest::nameFromTheApplication_data()
 {
     addWidgetRows();
 }
 
-void AccessibilityTest::nameFromTheHost()
+void AccessibilityTest::nameFromTheApplication()
 {
     QFETCH(int, index);
     QWidget window;

@@ -280,7 +280,7 @@ private Q_SLOTS:
     void everyPropertyIsListed();
     void editsReachTheWidget_data();
     void editsReachTheWidget();
-    void editsActAsAHostWould();
+    void editsActAsAnApplicationWould();
     void wrongTextsAreTakenBack();
     void colorDialog();
     void editorsFollowTheWidget();
@@ -314,7 +314,7 @@ private Q_SLOTS:
     void codeMakesTheSameWidget();
     void rememberedTheme();
     void reset();
-    void widgetDeletedByItsHost();
+    void widgetDeletedByTheApplication();
     void smallestWindowShowsEverything();
     void screenshots();
     void oneScreenshot();
@@ -438,7 +438,7 @@ void GalleryTest::editsReachTheWidget()
     }
 }
 
-void GalleryTest::editsActAsAHostWould()
+void GalleryTest::editsActAsAnApplicationWould()
 {
     // Each of these is shown only by the setter of the widget's own class.
     Gallery gallery(QStringLiteral("SimpleSlideSwitch"));
@@ -1217,7 +1217,7 @@ void GalleryTest::reset()
     QCOMPARE(gallery.editor("alarm")->value().toInt(), 1);
 }
 
-void GalleryTest::widgetDeletedByItsHost()
+void GalleryTest::widgetDeletedByTheApplication()
 {
     Gallery gallery(QStringLiteral("MetroSysIcon"));
     delete gallery.staged();

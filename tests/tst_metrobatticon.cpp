@@ -66,7 +66,7 @@ private Q_SLOTS:
     void effects();
     void sameColourStillPosts();
     void missingImageIsReported();
-    void iconWithoutASizeRests();
+    void becomesIdleWithAnIconWithoutASize();
     void iconSizeOfTheHost();
     void nullImageIsReported();
 };
@@ -288,7 +288,7 @@ void MetroBattIconTest::missingImageIsReported()
     OpenBattery::background[0] = keptFirst;
 }
 
-void MetroBattIconTest::iconWithoutASizeRests()
+void MetroBattIconTest::becomesIdleWithAnIconWithoutASize()
 {
     Stage<OpenBattery> battery;
     const QSize before = battery->iconSize();

@@ -212,7 +212,7 @@ private Q_SLOTS:
     void narrowedValues();
     void limitsKeepTheirDistance();
     void hugeLimitsMayBeEqual();
-    void idleDialRests();
+    void becomesIdle();
     void fontChangesDropNothing();
     void nullImagesAreReported();
     void extremeValuesAreHarmless_data();
@@ -866,7 +866,7 @@ void MetroCirclerateTest::hugeLimitsMayBeEqual()
     }
 }
 
-void MetroCirclerateTest::idleDialRests()
+void MetroCirclerateTest::becomesIdle()
 {
     Stage<OpenDial> dial;
     EventCounter events(dial.widget);

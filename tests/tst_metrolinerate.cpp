@@ -128,14 +128,14 @@ private Q_SLOTS:
     void valueKeepsEightBits_data();
     void valueKeepsEightBits();
     void effects();
-    void groundStaysStale();
+    void backgroundStaysStale();
     void foregroundIsOnlyStored();
     void composesWithoutLayers();
     void graphOnAnyImage_data();
     void graphOnAnyImage();
     void fontsCountFromTheNextEvent();
     void nullImagesAreReported();
-    void idleBarRests();
+    void becomesIdle();
     void mutatedEqualsFresh_data();
     void mutatedEqualsFresh();
 };
@@ -255,7 +255,7 @@ void MetroLinerateTest::effects()
              QStringLiteral("posts, drops Image,ImageBG,ImageFG"));
 }
 
-void MetroLinerateTest::groundStaysStale()
+void MetroLinerateTest::backgroundStaysStale()
 {
     Stage<OpenBar> bar(QSize(200, 30));
     const QImage before = imageOf(bar.widget);
@@ -365,7 +365,7 @@ void MetroLinerateTest::nullImagesAreReported()
     takeWarnings();
 }
 
-void MetroLinerateTest::idleBarRests()
+void MetroLinerateTest::becomesIdle()
 {
     OpenBar bar(nullptr);
     bar.resize(200, 40);

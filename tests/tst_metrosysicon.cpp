@@ -98,7 +98,7 @@ private Q_SLOTS:
     void effects();
     void baseClassSettersDoNotRebuild();
     void checkedStateShowsWithTheNextDrop();
-    void iconWithoutASizeRests();
+    void becomesIdleWithAnIconWithoutASize();
     void nullImageIsReported();
     void extremeSettingsAreHarmless_data();
     void extremeSettingsAreHarmless();
@@ -256,7 +256,7 @@ void MetroSysIconTest::followsTheFirstIconSize()
     expected.iconSize = QSize(48, 48);
     expected.icon = Qt::red;
     COMPARE_IMAGES(imageOf(icon.widget), expected.draw(QSize(68, 68)));
-    // And rests there.
+    // The icon is idle then.
     EventCounter events(icon.widget);
     deliverAll();
     QCOMPARE(events.count(QEvent::Paint), 0);
@@ -378,7 +378,7 @@ void MetroSysIconTest::checkedStateShowsWithTheNextDrop()
     QCOMPARE(imageOf(icon.widget).pixelColor(26, 26), QColor(Qt::green));
 }
 
-void MetroSysIconTest::iconWithoutASizeRests()
+void MetroSysIconTest::becomesIdleWithAnIconWithoutASize()
 {
     Stage<OpenIcon> icon;
     const QSize before = icon->iconSize();

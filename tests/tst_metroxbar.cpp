@@ -117,11 +117,11 @@ private Q_SLOTS:
     void effects();
     void composesWithoutALayer();
     void everyPaintRebuilds();
-    void idleBarRests_data();
-    void idleBarRests();
+    void becomesIdle_data();
+    void becomesIdle();
     void unitCountsFromTheNextEvent();
     void foregroundIsOnlyStored();
-    void groundShowsWithTheNextPaint();
+    void backgroundShowsWithTheNextPaint();
     void nullImagesAreReported();
     void fontsCountFromTheNextPaint();
     void mutatedEqualsFresh_data();
@@ -340,14 +340,14 @@ void MetroXbarTest::everyPaintRebuilds()
     QVERIFY(imageOf(bar.widget).pixelColor(3, 3) == QColor(0, 174, 240));
 }
 
-void MetroXbarTest::idleBarRests_data()
+void MetroXbarTest::becomesIdle_data()
 {
     QTest::addColumn<bool>("asWindow");
     QTest::newRow("inside a window") << false;
     QTest::newRow("as a window") << true;
 }
 
-void MetroXbarTest::idleBarRests()
+void MetroXbarTest::becomesIdle()
 {
     QFETCH(bool, asWindow);
     QWidget window;
@@ -396,7 +396,7 @@ void MetroXbarTest::foregroundIsOnlyStored()
                                                  QStringLiteral("35"), bar->font()));
 }
 
-void MetroXbarTest::groundShowsWithTheNextPaint()
+void MetroXbarTest::backgroundShowsWithTheNextPaint()
 {
     Stage<OpenBar> bar(QSize(200, 30));
     imageOf(bar.widget);

@@ -93,7 +93,7 @@ void ThreadsTest::settersWhilePainting_data()
                                QStringLiteral("AeroStatusbar"), QStringLiteral("MetroBattIcon"),
                                QStringLiteral("MetroShelter"),  QStringLiteral("MetroSysIcon")};
     for (const QString &kind : kinds) {
-        QTest::addRow("%s, ordered by the host", qPrintable(kind)) << kind << true;
+        QTest::addRow("%s, ordered by the application", qPrintable(kind)) << kind << true;
         // The stored values themselves are not locked, so the thread sanitizer rightly reports a
         // painting that reads them meanwhile.
         if (!ThreadAnnotations::sanitized)

@@ -31,12 +31,12 @@ class WindowsTest : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void restsAfterAnUpdateRequest_data();
-    void restsAfterAnUpdateRequest();
+    void becomesIdleAfterAnUpdateRequest_data();
+    void becomesIdleAfterAnUpdateRequest();
     void hiddenWindowShowsTheLastChange();
 };
 
-void WindowsTest::restsAfterAnUpdateRequest_data()
+void WindowsTest::becomesIdleAfterAnUpdateRequest_data()
 {
     QTest::addColumn<QString>("name");
     for (const WidgetDescription &description : widgetCatalogue()) {
@@ -46,7 +46,7 @@ void WindowsTest::restsAfterAnUpdateRequest_data()
     }
 }
 
-void WindowsTest::restsAfterAnUpdateRequest()
+void WindowsTest::becomesIdleAfterAnUpdateRequest()
 {
     QFETCH(QString, name);
     const std::unique_ptr<QWidget> window(findWidget(name)->create(nullptr));
