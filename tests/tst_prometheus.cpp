@@ -547,6 +547,8 @@ void PrometheusTest::problems_data()
                              << "no whole answer in time";
     QTest::newRow("gone") << "gone"
                           << "connection refused";
+    QTest::newRow("closed") << "code 000"
+                            << "it closes the connection without an answer";
     QTest::newRow("redirect") << "code 302"
                               << "HTTP 302";
     QTest::newRow("warning") << "warning"

@@ -242,6 +242,8 @@ QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString
             result.problem = QStringLiteral("connection refused");
         else if (reply->error() == QNetworkReply::HostNotFoundError)
             result.problem = QStringLiteral("host not found");
+        else if (reply->error() == QNetworkReply::RemoteHostClosedError)
+            result.problem = QStringLiteral("it closes the connection without an answer");
         else if (reply->error() == QNetworkReply::SslHandshakeFailedError)
             result.problem = QStringLiteral("no TLS connection; does the server speak https?");
         else

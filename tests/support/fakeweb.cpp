@@ -85,6 +85,10 @@ void FakeWeb::take(QTcpSocket *socket)
     if (!answers)
         return;
     const auto [code, body] = onQuery(QByteArray::fromPercentEncoding(all.mid(end + 4, length)));
+    if (code == 0) {
+        socket->disconnectFromHost();
+        return;
+    }
     socket->write("HTTP/1.1 " + QByteArray::number(code) +
                   " X\r\nContent-Type: application/json\r\nContent-Length: " +
                   QByteArray::number(body.size()) + "\r\n\r\n" + body);

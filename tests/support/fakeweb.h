@@ -29,7 +29,8 @@ public:
     /// How many clients wait for an answer.
     int waiting() const;
 
-    /// The code and the body for a query, which is the decoded form.
+    /// The code and the body for a query, which is the decoded form. With the code 0 the connection
+    /// is closed instead.
     std::function<QPair<int, QByteArray>(const QByteArray &query)> onQuery;
     bool answers = true;
     QByteArrayList heads; ///< what came before the forms
