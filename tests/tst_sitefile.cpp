@@ -259,6 +259,8 @@ void SiteFileTest::wrongCredentials_data()
     QTest::newRow("no line") << QByteArray("[a]\nhunter2\n") << ":2: neither";
     QTest::newRow("twice") << QByteArray("[a]\nuser=x\npassword=hunter2\n[a:3493]\n")
                            << ":4: the server is there twice";
+    QTest::newRow("other case") << QByteArray("[a]\nuser=x\npassword=hunter2\n[A]\n")
+                                << ":4: the server is there twice";
 }
 
 /// What stands in the file never gets into the message.

@@ -100,12 +100,13 @@ QString NutHost::toString() const
 
 bool NutHost::isLoopback() const
 {
-    return host == QLatin1String("localhost") || QHostAddress(host).isLoopback();
+    return host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0 ||
+           QHostAddress(host).isLoopback();
 }
 
 bool NutHost::operator==(const NutHost &other) const
 {
-    return host == other.host && port == other.port;
+    return host.compare(other.host, Qt::CaseInsensitive) == 0 && port == other.port;
 }
 
 std::optional<NutAddress> NutAddress::parse(const QString &text, QString *error)
