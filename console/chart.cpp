@@ -485,8 +485,13 @@ void Chart::paintEvent(QPaintEvent *)
     const QString text = metrics.elidedText(notice, Qt::ElideMiddle, width() - 4 * pad);
     QRect plate(0, 0, metrics.horizontalAdvance(text) + 2 * pad, metrics.height() + pad);
     plate.moveCenter(rect().center());
-    painter.fillRect(plate, palette().color(QPalette::WindowText));
-    painter.setPen(palette().color(QPalette::Base));
+    // A plate keeps it readable above curves.
+    if (shown.isEmpty()) {
+        painter.setPen(palette().color(QPalette::WindowText));
+    } else {
+        painter.fillRect(plate, palette().color(QPalette::WindowText));
+        painter.setPen(palette().color(QPalette::Base));
+    }
     painter.drawText(plate, Qt::AlignCenter, text);
 }
 

@@ -105,6 +105,7 @@ private Q_SLOTS:
     void batteryIsShaded();
     void limitsAreDrawn();
     void noAxisWithoutValues();
+    void noticeWithAndWithoutCurves();
     void peaksAreSeen();
     void zoomsByWheel();
     void zoomsByPinch();
@@ -413,6 +414,29 @@ void ChartTest::noAxisWithoutValues()
     stage->setLanes({lane}, {});
     deliverAll();
     QVERIFY2(lines() >= 4, qPrintable(QString::number(lines())));
+}
+
+/// A notice stands out from curves, and is plain text where there are none.
+void ChartTest::noticeWithAndWithoutCurves()
+{
+    Shown curves;
+    curves->setNotice(QStringLiteral("Nothing to see here"));
+    deliverAll();
+    const QColor ink = curves->palette().color(QPalette::WindowText);
+    const auto share = [&curves](const QColor &color) {
+        const QRect middle(curves->rect().center() - QPoint(40, 4), QSize(80, 8));
+        const QImage image = curves->grab().toImage().copy(middle);
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                count += image.pixelColor(x, y) == color ? 1 : 0;
+        }
+        return double(count) / (image.width() * image.height());
+    };
+    QVERIFY2(share(ink) > 0.5, qPrintable(QString::number(share(ink))));
+    curves->setLanes({}, {});
+    deliverAll();
+    QVERIFY2(share(ink) > 0.01 && share(ink) < 0.4, qPrintable(QString::number(share(ink))));
 }
 
 void ChartTest::peaksAreSeen()
