@@ -38,15 +38,15 @@ struct PanelShape
     double opacity;
 };
 
-/// Paints a glass panel of @p size at the painter's origin. Pen, brush and opacity stay behind.
+/// Paints a glass panel of @p size at the painter's origin. Leaves its pen, brush and opacity set.
 void drawGlassPanel(QPainter *painter, QSize size, const PanelShape &shape,
                     const PanelColors &colors);
 
 /// Paints the panel on the whole of *@p image as on a cleared one. Equal panels are painted once.
 void paintGlassPanel(QImage *image, QSize size, const PanelShape &shape, const PanelColors &colors);
 
-/// A painter on an image with a glass panel of @p colors, in the state in which painting the panel
-/// leaves it.
+/// A painter on an image with a glass panel of @p colors, with the pen and brush that painting the
+/// panel sets.
 class PanelPainter : public QPainter
 {
 public:

@@ -27,7 +27,7 @@ AeroSwitch::AeroSwitch(QWidget *parent)
 
 AeroSwitch::~AeroSwitch()
 {
-    // Nothing is to be updated any more.
+    // No update is needed.
     AeroStyle::repaintSchedule(&imagePressed); // clazy:exclude=skipped-base-method
 }
 

@@ -132,7 +132,7 @@ inline bool isGapless(const QImage &image)
 /// @return whether there is one.
 bool unpackRemembered(QImage *image, const ImageKey &key);
 
-/// Whether an image for @p key, which is not remembered, was wanted before. Most are wanted only
+/// Whether an image with @p key, which is not cached, was requested before. Most are requested only
 /// once, and are not worth packing.
 bool isWorthPacking(const ImageKey &key);
 

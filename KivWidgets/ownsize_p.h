@@ -15,7 +15,8 @@ bool isSizeEnforced(const QWidget *widget);
 
 /// One answer of a widget to a resize, as long as it lives. A container that takes the answer back
 /// at once, such as a resizable scroll area, makes the widget answer again inside of its own
-/// answer: the second of those gives up, and the container's size stands. GUI thread only.
+/// answer: the second of those gives up, and the widget keeps the container's size. GUI thread
+/// only.
 class ResizeAnswer
 {
 public:
@@ -24,7 +25,7 @@ public:
     ResizeAnswer(const ResizeAnswer &) = delete;
     ResizeAnswer &operator=(const ResizeAnswer &) = delete;
 
-    /// Whether the widget may resize itself; else the size that it has stands.
+    /// Whether the widget may resize itself; else it keeps the size that it has.
     bool isAllowed() const;
 
 private:

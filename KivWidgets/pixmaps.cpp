@@ -53,8 +53,8 @@ void useSmoothnessFor(QPainter *painter, double scale)
                            std::abs(scale - std::round(scale)) > ratioTolerance || scale < 0.5);
 }
 
-/// @p pixmap for @p target on a device of @p ratio, as sharp as there is one; null when Qt cannot
-/// draw it there.
+/// @p pixmap for @p target on a device of @p ratio, in the sharpest version available; null when Qt
+/// cannot draw it there.
 QPixmap sharpFor(const QRectF &target, const QPixmap &pixmap, double ratio)
 {
     QPixmap sharp = atRatio(pixmap, ratio);

@@ -39,14 +39,15 @@ bool canStretch(QSizeF from, QSizeF to);
 /// pixels do not become whole pixels. At a ratio of 1 the painter stays as it is.
 void useSmoothness(QPainter *painter, double sourceRatio);
 
-/// Draws the whole of @p pixmap into @p target, as sharp as there is one; nothing when Qt cannot.
+/// Draws the whole of @p pixmap into @p target, in the sharpest version available; nothing when Qt
+/// cannot.
 void drawStretched(QPainter *painter, const QRectF &target, const QPixmap &pixmap);
 
 /// Paints the whole of @p pixmap into @p size at the origin of *@p image as on a cleared one; the
 /// same for an image like it is painted once.
 void paintStretched(QImage *image, QSize size, const QPixmap &pixmap);
 
-/// A painter on an image with that on it, in the state in which painting it leaves it.
+/// A painter on an image that paintStretched() has filled, with the render hints that it sets.
 class StretchedPainter : public QPainter
 {
 public:
@@ -57,7 +58,8 @@ public:
 /// stands for all that is right of and below its corner.
 void drawPart(QPainter *painter, const QRectF &target, const QPixmap &pixmap, const QRectF &source);
 
-/// Draws @p pixmap in its logical size with its corner at @p place, as sharp as there is one.
+/// Draws @p pixmap in its logical size with its corner at @p place, in the sharpest version
+/// available.
 void drawAt(QPainter *painter, QPointF place, const QPixmap &pixmap);
 
 } // namespace KivPrivate

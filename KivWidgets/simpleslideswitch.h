@@ -17,9 +17,9 @@
 ///
 /// A release without a movement since the press toggles the switch, wherever the release happens,
 /// and emits only toggled(). A drag that ends on the other side of the middle toggles the switch,
-/// and emits toggled() and clicked(). After a press without a movement, or a drag that falls short,
-/// the base class gets no release. The button then stays down until a drag toggles it or it is
-/// disabled.
+/// and emits toggled() and clicked(). After a press without a movement, or a drag that does not
+/// reach the other side, the base class gets no release. The button then stays down until a drag
+/// toggles it or it is disabled.
 ///
 /// In a resizable QScrollArea, and as a maximised or full-screen window, the switch accepts the
 /// size that it gets.

@@ -10,8 +10,8 @@ class QFontMetrics;
 class QPainter;
 class QString;
 
-/// Measuring and drawing of texts, and fonts made from a widget's font. A repaint asks for the same
-/// ones as the last, and all of them are slow in Qt, so the latest are remembered.
+/// Measuring and drawing of texts, and fonts made from a widget's font. Qt measures texts slowly,
+/// and repaints measure the same texts; the latest results are cached.
 namespace KivPrivate {
 
 /// @p font in bold weight, or in normal weight.

@@ -25,7 +25,7 @@ public:
     /// How the UPS of @p event is called on screen.
     QString upsOf(const Event &event) const;
     /// Whether @p event has not ended, as far as anybody knows, but its UPS is none of the site:
-    /// nobody here sees whether it lasts.
+    /// the console cannot see whether it still lasts.
     bool isLeft(const Event &event) const;
     /// The site has got UPSes.
     void followMore();

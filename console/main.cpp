@@ -99,7 +99,7 @@ int main(int argc, char **argv)
             ConsoleSettings::forget(settings);
         window.remember(settings);
     }
-    // What the command line says goes before what was remembered.
+    // The command line overrides saved settings.
     if (options.dark)
         window.chooseDarkTheme(true);
     if (options.size.isValid())

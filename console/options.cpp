@@ -85,20 +85,20 @@ Options parseOptions(const QStringList &arguments)
                                       .arg(sizeText(smallestWindow), sizeText(largestWindow)),
                                   QStringLiteral("WIDTHxHEIGHT"));
     const QCommandLineOption fullScreen(QStringLiteral("fullscreen"),
-                                        QStringLiteral("Fill the screen; F11 changes it, too."));
+                                        QStringLiteral("Start in full screen; F11 toggles it."));
     const QCommandLineOption fresh(
         QStringLiteral("fresh"),
         QStringLiteral("Forget the size, the page, the theme and the settings of earlier runs, but "
                        "not how long the history is kept."));
-    const QCommandLineOption notify(QStringLiteral("notify"),
-                                    QStringLiteral("Whether changes of state are announced on the "
-                                                   "desktop: on or off."),
-                                    QStringLiteral("on|off"));
+    const QCommandLineOption notify(
+        QStringLiteral("notify"),
+        QStringLiteral("Announce changes of state on the desktop: on or off."),
+        QStringLiteral("on|off"));
     const QCommandLineOption report(
         QStringLiteral("report"),
-        QStringLiteral("Write a report of the past day, week or month to the file of --output, of "
-                       "the UPSes of --ups or all that the console's own history knows, and exit; "
-                       "needs no display. Not for --prometheus."),
+        QStringLiteral("Write a report of the past day, week or month to the file of --output, "
+                       "for the UPSes of --ups, or for all UPSes in the console's history, and "
+                       "exit; needs no display. Not for --prometheus."),
         QStringLiteral("day|week|month"));
     const QCommandLineOption output(QStringLiteral("output"),
                                     QStringLiteral("With --report: the file, whose name ends with "

@@ -28,7 +28,7 @@ int main(int argc, char **argv)
     const QString file = Program::settingsFile(QStringLiteral("gallery.ini"));
     if (!file.isEmpty())
         window.remember(file);
-    // What the command line says goes before what was remembered.
+    // The command line overrides saved settings.
     if (options.dark)
         window.setDarkTheme(true);
     if (!options.widget.isEmpty())

@@ -39,7 +39,7 @@ public:
     /// The colours that the canvas has now.
     QPalette canvasPalette() const;
 
-    /// Shows each pixel of the widget as a square of so many; 1 to largestZoom.
+    /// Shows each pixel of the widget as a square of @p factor pixels; 1 to largestZoom.
     void setZoom(int factor);
 
 Q_SIGNALS:

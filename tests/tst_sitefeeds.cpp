@@ -146,7 +146,7 @@ void SiteFeedsTest::allOfAServer()
     const QString host = server.address().server().toString();
     SiteEntries entries;
     QString error;
-    // One has a name of one's own.
+    // One has a custom name.
     const std::optional<SiteEntries> file = parseSiteFile(
         "[server s]\naddress = " + host.toLatin1() + "\nups = all\n[ups b@s]\nname = Mine\n",
         QStringLiteral("f"), &error);
@@ -447,7 +447,7 @@ void SiteFeedsTest::authoritiesRequireTls()
     QCOMPARE(server.asked.first(), QByteArray("STARTTLS"));
 }
 
-/// UPSes of a Prometheus server have names and groups of one's own, like others.
+/// UPSes of a Prometheus server have custom names and groups, like others.
 void SiteFeedsTest::namesForPrometheus()
 {
     FakeWeb web;

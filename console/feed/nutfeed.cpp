@@ -125,7 +125,7 @@ void NutFeed::logIn(const QString &newUser, const QString &password)
             return;
         // Later, as the session is still at the answer.
         QTimer::singleShot(0, guard.data(), [=] {
-            // Nobody is to be called a user whom the server refuses.
+            // Do not name a user whom the server refuses.
             if (outcome == CommandOutcome::Refused && guard->server && guard->user() == newUser)
                 guard->server->session().forgetUser();
             if (guard->server)

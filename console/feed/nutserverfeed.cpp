@@ -321,8 +321,8 @@ void NutServerFeed::askForOffer(NutFeed *feed)
     });
 }
 
-/// Whoever is named in a file is to know at once whether that is right, and not at the first
-/// command. This takes a UPS whose driver runs, so another try may follow.
+/// Check users from a file at once, not at the first command. This takes a UPS whose driver runs,
+/// so another try may follow.
 void NutServerFeed::checkUser(const NutFeed *feed)
 {
     if (userIsChecked || checksUser || !commands.hasUser() ||
@@ -345,7 +345,7 @@ void NutServerFeed::takeCheck(const QString &user, CommandOutcome outcome, const
     // Another may have logged in meanwhile.
     if (commands.user() != user)
         return;
-    // Nobody is to be called a user whom the server refuses.
+    // Do not name a user whom the server refuses.
     if (outcome == CommandOutcome::Refused)
         commands.forgetUser(QStringLiteral("%1 is refused: %2").arg(user, text));
     const QPointer<NutServerFeed> guard(this);

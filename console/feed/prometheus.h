@@ -67,7 +67,7 @@ public:
     void start();
     /// The server's name for the screen.
     const QString &name() const;
-    /// Asks a query of one's own, and for @p labels of its series; @p answer comes once, unless
+    /// Asks a custom query, and for @p labels of its series; @p answer comes once, unless
     /// this ends before.
     void query(const QString &text, const QStringList &labels, const Answer &answer);
     /// The same over a time, with a step in seconds; both ends in seconds since the epoch.

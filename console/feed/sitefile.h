@@ -12,7 +12,7 @@
 struct UpsEntry
 {
     QString upsName; ///< on the server; on a Prometheus server also "NAME@INSTANCE"
-    QString name;    ///< of one's own; empty: the server's
+    QString name;    ///< a custom one; empty: the server's
     QString site;    ///< the group; empty: that of the server
     QString place;   ///< "file:line" of what names it; may be empty
 };
@@ -40,7 +40,7 @@ struct PromEntry
     QString dialect = QStringLiteral("network_ups_tools");
     QString label;           ///< names the UPSes; empty: that of the dialect
     QString site;            ///< the group of its UPSes; empty: the instance of each
-    QVector<UpsEntry> upses; ///< those that have a name of one's own, or another group
+    QVector<UpsEntry> upses; ///< those with a custom name or group
     QString place;           ///< "file:line" of the job, or of the section; may be empty
 };
 

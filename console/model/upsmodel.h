@@ -32,9 +32,9 @@ public:
                       QObject *parent = nullptr);
 
     const QString &id() const;
-    /// Names of one's own for it and its group; empty: what it says itself, and none.
+    /// Custom names for it and its group; empty: what it says itself, and none.
     void setNames(const QString &name, const QString &site);
-    /// How it is called on screen: by one's own name, by that of its host, or by its id.
+    /// How it is called on screen: by its custom name, by that of its host, or by its id.
     QString title() const;
     /// The group that it belongs to; may be empty.
     const QString &site() const;

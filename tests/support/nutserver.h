@@ -8,7 +8,7 @@
 
 #include <memory>
 
-/// A server of Network UPS Tools of one's own, with a dummy UPS "demo" whose variables the test
+/// A server of Network UPS Tools for one test, with a dummy UPS "demo" whose variables the test
 /// writes. It lives in a temporary directory on a free port of the loopback, and its processes end
 /// with it, also when a test fails; should the test program itself be killed, the kernel ends them.
 ///
