@@ -5,11 +5,13 @@
 #include "widgetclasses.h"
 #include "widgetprobe.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSet>
 
+#include <algorithm>
 #include <memory>
 
 // Whether everything that should know a widget knows it: each failure says what to add where.
@@ -24,10 +26,60 @@ QString contentsOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// Whether @p text has @p name as a word.
-bool mentions(const QString &text, const QString &name)
+/// The page, or pages, that a family has.
+QStringList pagesOf(WidgetFamily family)
 {
-    return text.contains(QRegularExpression(QStringLiteral("\\b%1\\b").arg(name)));
+    switch (family) {
+    case WidgetFamily::Aero:
+        return {QStringLiteral("docs/aero.md")};
+    case WidgetFamily::Metro:
+        return {QStringLiteral("docs/metro.md"), QStringLiteral("docs/gauges.md")};
+    case WidgetFamily::SwitchesAndPages:
+        return {QStringLiteral("docs/switches.md")};
+    }
+    return {};
+}
+
+/// What docs/accessibility.md calls the roles.
+const struct
+{
+    QAccessible::Role role;
+    const char *name;
+} roleNames[] = {
+    {QAccessible::Button, "button"},
+    {QAccessible::CheckBox, "check box"},
+    {QAccessible::PageTab, "page tab"},
+    {QAccessible::ProgressBar, "progress bar"},
+    {QAccessible::Dial, "dial"},
+    {QAccessible::Grouping, "grouping"},
+    {QAccessible::LayeredPane, "layered pane"},
+    {QAccessible::StatusBar, "status bar"},
+};
+
+QString nameOf(QAccessible::Role role)
+{
+    for (const auto &known : roleNames) {
+        if (known.role == role)
+            return QLatin1String(known.name);
+    }
+    return QString();
+}
+
+/// The cells of the row of the table in @p page whose first cell, a list of widgets, has @p name.
+QStringList cellsOf(const QString &page, const QString &name)
+{
+    const QStringList lines = contentsOf(page).split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        if (!line.startsWith(QLatin1Char('|')))
+            continue;
+        QStringList cells = line.split(QLatin1Char('|'));
+        for (QString &cell : cells)
+            cell = cell.trimmed();
+        cells.removeFirst();
+        if (cells.first().split(QStringLiteral(", ")).contains(name))
+            return cells;
+    }
+    return {};
 }
 
 void everyWidget()
@@ -57,6 +109,12 @@ private Q_SLOTS:
     void layout();
     void pages_data();
     void pages();
+    void roles_data();
+    void roles();
+    void fuzzInputs_data();
+    void fuzzInputs();
+    void instructionBounds_data();
+    void instructionBounds();
     void namesInAnyCase();
 };
 
@@ -243,22 +301,81 @@ void CatalogueTest::pages()
     const QString binding = QStringLiteral("python/sip/%1.sip").arg(name.toLower());
     QVERIFY2(QFileInfo::exists(root + QLatin1Char('/') + binding),
              qPrintable(QStringLiteral("no %1: say there what Python sees of it").arg(binding)));
-    const auto isOn = [&](const QStringList &pages) {
-        for (const QString &page : pages) {
-            if (mentions(contentsOf(page), name))
-                return true;
-        }
-        return false;
-    };
-    for (const char *page : {"README.md", "docs/accessibility.md"})
-        QVERIFY2(isOn({QLatin1String(page)}),
-                 qPrintable(QStringLiteral("%1 is not on %2: add it to the table of the widgets")
-                                .arg(name, QLatin1String(page))));
-    QVERIFY2(isOn({QStringLiteral("docs/aero.md"), QStringLiteral("docs/metro.md"),
-                   QStringLiteral("docs/gauges.md"), QStringLiteral("docs/switches.md")}),
-             qPrintable(QStringLiteral("%1 is on no page of a family: add it to docs/aero.md, "
-                                       "metro.md, gauges.md or switches.md")
+
+    const QString cell = QStringLiteral("| ![](docs/images/thumbnails/%2.png)<br>"
+                                        "[%1](docs/images/widgets/%2.png) |")
+                             .arg(name, name.toLower());
+    QVERIFY2(
+        contentsOf(QStringLiteral("README.md")).count(cell) == 1,
+        qPrintable(
+            QStringLiteral("the table of widgets in README.md should have once: %1").arg(cell)));
+
+    const QString sheet = QStringLiteral("[sheet](images/widgets/%1.png)").arg(name.toLower());
+    const QStringList pages = pagesOf(findWidget(name)->family);
+    int rows = 0;
+    for (const QString &page : pages)
+        rows += cellsOf(page, QStringLiteral("`%1`").arg(name)).contains(sheet);
+    QVERIFY2(rows == 1, qPrintable(QStringLiteral("the first table of %1 should have the row: "
+                                                  "| `%2` | … | %3 |")
+                                       .arg(pages.join(QStringLiteral(" or ")), name, sheet)));
+}
+
+void CatalogueTest::roles_data()
+{
+    everyWidget();
+}
+
+void CatalogueTest::roles()
+{
+    QFETCH(QString, name);
+    const QString role = nameOf(findWidget(name)->role);
+    QVERIFY2(!role.isEmpty(),
+             qPrintable(QStringLiteral("%1 has a role of its own: add it to roleNames in "
+                                       "tests/tst_catalogue.cpp")
                             .arg(name)));
+    // The cell may say more: "grouping; check box if checkable".
+    const QString cell =
+        cellsOf(QStringLiteral("docs/accessibility.md"), name).value(1) + QLatin1Char(';');
+    QVERIFY2(cell.startsWith(role + QLatin1Char(';')),
+             qPrintable(QStringLiteral("the table of roles in docs/accessibility.md should have "
+                                       "the row: | %1 | %2 | …")
+                            .arg(name, role)));
+}
+
+void CatalogueTest::fuzzInputs_data()
+{
+    everyWidget();
+}
+
+void CatalogueTest::fuzzInputs()
+{
+    QFETCH(QString, name);
+    const QDir corpus(root + QStringLiteral("/fuzz/corpus/") + name.toLower());
+    QVERIFY2(!corpus.entryList(QDir::Files).isEmpty(),
+             qPrintable(QStringLiteral("the fuzzer keeps no inputs for %1: run 'fuzz/run "
+                                       "--seconds 60 %2', then 'fuzz/run --keep %2'")
+                            .arg(name, name.toLower())));
+}
+
+void CatalogueTest::instructionBounds_data()
+{
+    everyWidget();
+}
+
+void CatalogueTest::instructionBounds()
+{
+    QFETCH(QString, name);
+    const QString file = QStringLiteral("benchmarks/instruction-bounds.txt");
+    const QStringList lines = contentsOf(file).split(QLatin1Char('\n'));
+    for (const char *operation : {"change", "construct", "floor", "repaint"}) {
+        const QString row = QStringLiteral("%1 %2 ").arg(name, QLatin1String(operation));
+        QVERIFY2(
+            std::any_of(lines.begin(), lines.end(),
+                        [&](const QString &line) { return line.startsWith(row); }),
+            qPrintable(QStringLiteral("%1 has no bound '%2': write the file with "
+                                      "benchmarks/instructions --write, see docs/performance.md")
+                           .arg(file, row.trimmed())));
+    }
 }
 
 void CatalogueTest::namesInAnyCase()
