@@ -2,32 +2,36 @@
 
 #include "propertybounds.h"
 
-#include <QtCore/QObject>
+#include <aerolinebar.h>
+#include <metrocirclerate.h>
+#include <metrolinerate.h>
+#include <metrosysicon.h>
+#include <rotatestackedwidget.h>
 
 namespace {
 
 struct BoundsEntry
 {
-    const char *className; ///< null for any class
+    const QMetaObject *widgetClass; ///< null for any class
     const char *property;
     PropertyBounds bounds;
 };
 
 constexpr PropertyBounds anyNumber = {-1e6, 1e6, 1};
 
-constexpr BoundsEntry entries[] = {
-    {"AeroLinebar", "tickSize", {0, 100, 5}},
-    {"MetroCirclerate", "radius", {2, 400, 5}},
-    {"MetroCirclerate", "arcSize", {0, 359, 5}},
-    {"MetroCirclerate", "minAngle", {0, 359, 5}},
-    {"MetroCirclerate", "numTick", {1, 255, 1}},
-    {"MetroCirclerate", "tickness", {2, 255, 1}},
-    {"MetroLinerate", "value", {0, 255, 1}},
-    {"MetroSysIcon", "border", {0, 100, 1}},
-    {"RotateStackedWidget", "scale", {0, 4, 0.05}},
-    {"RotateStackedWidget", "endPositionAnimate", {0, 2, 0.05}},
-    {"RotateStackedWidget", "timeRotationAnimate", {0, 10000, 100}},
-    {"RotateStackedWidget", "timePositionAnimate", {0, 10000, 100}},
+const BoundsEntry entries[] = {
+    {&AeroLinebar::staticMetaObject, "tickSize", {0, 100, 5}},
+    {&MetroCirclerate::staticMetaObject, "radius", {2, 400, 5}},
+    {&MetroCirclerate::staticMetaObject, "arcSize", {0, 359, 5}},
+    {&MetroCirclerate::staticMetaObject, "minAngle", {0, 359, 5}},
+    {&MetroCirclerate::staticMetaObject, "numTick", {1, 255, 1}},
+    {&MetroCirclerate::staticMetaObject, "tickness", {2, 255, 1}},
+    {&MetroLinerate::staticMetaObject, "value", {0, 255, 1}},
+    {&MetroSysIcon::staticMetaObject, "border", {0, 100, 1}},
+    {&RotateStackedWidget::staticMetaObject, "scale", {0, 4, 0.05}},
+    {&RotateStackedWidget::staticMetaObject, "endPositionAnimate", {0, 2, 0.05}},
+    {&RotateStackedWidget::staticMetaObject, "timeRotationAnimate", {0, 10000, 100}},
+    {&RotateStackedWidget::staticMetaObject, "timePositionAnimate", {0, 10000, 100}},
     {nullptr, "autoRepeatDelay", {0, 10000, 50}},
     {nullptr, "autoRepeatInterval", {10, 10000, 50}},
     {nullptr, "currentIndex", {-1, 99, 1}},
@@ -46,7 +50,7 @@ PropertyBounds boundsOf(const QObject *object, const char *property)
 {
     for (const BoundsEntry &entry : entries) {
         if (qstrcmp(entry.property, property) == 0 &&
-            (!entry.className || object->inherits(entry.className)))
+            (!entry.widgetClass || entry.widgetClass->cast(object)))
             return entry.bounds;
     }
     return anyNumber;

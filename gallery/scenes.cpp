@@ -200,28 +200,28 @@ void arrangeStack(QWidget *widget)
 /// What a class is set up with here; the others are populated as everywhere.
 const struct
 {
-    const char *className;
+    const QMetaObject &widgetClass;
     void (*arrange)(QWidget *widget);
 } scenes[] = {
-    {"AeroButton", arrangeButton},
-    {"AeroSwitch", arrangeSwitch},
-    {"TranspButton", arrangeTransparentButton},
-    {"AeroStatusbar", arrangeStrip},
-    {"AeroGroupbox", arrangeGroup},
-    {"AeroLinebar", arrangeLinebar},
-    {"MetroSysIcon", arrangeSysIcon},
-    {"MetroTabicon", arrangeTab},
-    {"MetroStatusbar", arrangeTopStrip},
-    {"MetroNavdrawer", arrangeDrawer},
-    {"MetroCirclerate", arrangeDial},
-    {"MetroXbar", arrangeXbar},
-    {"RotateStackedWidget", arrangeStack},
+    {AeroButton::staticMetaObject, arrangeButton},
+    {AeroSwitch::staticMetaObject, arrangeSwitch},
+    {TranspButton::staticMetaObject, arrangeTransparentButton},
+    {AeroStatusbar::staticMetaObject, arrangeStrip},
+    {AeroGroupbox::staticMetaObject, arrangeGroup},
+    {AeroLinebar::staticMetaObject, arrangeLinebar},
+    {MetroSysIcon::staticMetaObject, arrangeSysIcon},
+    {MetroTabicon::staticMetaObject, arrangeTab},
+    {MetroStatusbar::staticMetaObject, arrangeTopStrip},
+    {MetroNavdrawer::staticMetaObject, arrangeDrawer},
+    {MetroCirclerate::staticMetaObject, arrangeDial},
+    {MetroXbar::staticMetaObject, arrangeXbar},
+    {RotateStackedWidget::staticMetaObject, arrangeStack},
 };
 
 void arrange(const WidgetDescription &description, QWidget *widget)
 {
     for (const auto &scene : scenes) {
-        if (qstrcmp(scene.className, description.className) == 0) {
+        if (&scene.widgetClass == description.metaObject) {
             scene.arrange(widget);
             return;
         }
@@ -244,6 +244,6 @@ QWidget *createOnStage(const WidgetDescription &description, QWidget *parent)
 elemDesc_t stateOnStage(const WidgetDescription &description)
 {
     // A tab's LED shows only with an alarm.
-    const bool isTab = qstrcmp(description.className, "MetroTabicon") == 0;
+    const bool isTab = description.metaObject == &MetroTabicon::staticMetaObject;
     return {quint8(isTab ? AlarmState::Warning : AlarmState::None), quint8(OperatingState::On)};
 }

@@ -27,8 +27,6 @@ QString pluginFile()
     return qEnvironmentVariable("KIV_DESIGNER_PLUGIN", QStringLiteral(KIV_DESIGNER_PLUGIN));
 }
 
-const QStringList allClasses = widgetClasses();
-
 /// Another value for a property, and how a form writes it; an invalid one for types without a text.
 struct FormValue
 {
@@ -107,7 +105,7 @@ void DesignerTest::offersEveryWidget()
         groups.insert(widget->group());
         tips.insert(widget->toolTip());
     }
-    QCOMPARE(names, allClasses);
+    QCOMPARE(names, widgetClasses());
     QCOMPARE(groups.size(), 3);
     QCOMPARE(tips.size(), names.size());
 }
@@ -115,8 +113,8 @@ void DesignerTest::offersEveryWidget()
 void DesignerTest::descriptions_data()
 {
     QTest::addColumn<int>("index");
-    for (int i = 0; i < allClasses.size(); ++i)
-        QTest::newRow(qPrintable(allClasses.at(i))) << i;
+    for (int i = 0; i < widgetClasses().size(); ++i)
+        QTest::newRow(qPrintable(widgetClasses().at(i))) << i;
 }
 
 void DesignerTest::descriptions()
@@ -166,7 +164,7 @@ void DesignerTest::formsSetEveryProperty_data()
 void DesignerTest::formsSetEveryProperty()
 {
     QFETCH(int, index);
-    const QString name = allClasses.at(index);
+    const QString name = widgetClasses().at(index);
     const std::unique_ptr<QWidget> plain(widgets.at(index)->createWidget(nullptr));
     const QMetaObject *meta = plain->metaObject();
     QString properties;
@@ -226,7 +224,7 @@ void DesignerTest::newWidgetsAlike()
 {
     QFETCH(int, index);
     const WidgetDescription &description = widgetCatalogue().at(std::size_t(index));
-    const QString name = allClasses.at(index);
+    const QString name = widgetClasses().at(index);
     const QString objectName = name.at(0).toLower() + name.mid(1);
 
     QWidget compiledWindow;

@@ -53,8 +53,6 @@
 
 namespace {
 
-const QStringList allClasses = widgetClasses();
-
 /// Properties of the library that a still image of the staged widget does not show.
 const QStringList withoutALook = {
     // Only stored.
@@ -257,7 +255,7 @@ int colorsIn(const QImage &image)
 void everyClass()
 {
     QTest::addColumn<QString>("name");
-    for (const QString &name : allClasses)
+    for (const QString &name : widgetClasses())
         QTest::newRow(qPrintable(name)) << name;
 }
 
@@ -327,7 +325,7 @@ private Q_SLOTS:
 
 void GalleryTest::listsEveryWidget()
 {
-    QCOMPARE(GalleryWindow::widgetNames(), allClasses);
+    QCOMPARE(GalleryWindow::widgetNames(), widgetClasses());
     Gallery gallery;
     QStringList listed = gallery.list->listedNames();
     // Group by group, the containers last.
@@ -337,7 +335,7 @@ void GalleryTest::listsEveryWidget()
             containers.append(QString::fromLatin1(description.className));
     }
     QCOMPARE(listed.mid(listed.size() - containers.size()), containers);
-    QStringList all = allClasses;
+    QStringList all = widgetClasses();
     listed.sort();
     all.sort();
     QCOMPARE(listed, all);
@@ -357,7 +355,7 @@ void GalleryTest::searchNarrowsTheList()
     QVERIFY(gallery.list->listedNames().isEmpty());
     QTest::keyClick(search, Qt::Key_Return);
     search->clear();
-    QCOMPARE(gallery.list->listedNames().size(), allClasses.size());
+    QCOMPARE(gallery.list->listedNames().size(), widgetClasses().size());
     QCOMPARE(gallery.staged()->metaObject()->className(), "AeroLinebar");
 }
 
@@ -432,7 +430,7 @@ void GalleryTest::editsReachTheWidget()
         const QMetaObject *declaring = meta;
         while (declaring->propertyOffset() > index)
             declaring = declaring->superClass();
-        if (allClasses.contains(QLatin1String(declaring->className())) &&
+        if (widgetClasses().contains(QLatin1String(declaring->className())) &&
             !withoutALook.contains(name + QLatin1Char('.') + property))
             QVERIFY2(imageOf(gallery.staged()) != look, qPrintable(property));
     }
@@ -1009,7 +1007,8 @@ void GalleryTest::allStatesAtOnce()
     QVERIFY(sheet->captions().size() >= int(widgetStates(name).size()));
     for (const QObject *child : sheet->children())
         QVERIFY(sheet->rect().contains(static_cast<const QWidget *>(child)->geometry()));
-    const QString other = name == allClasses.first() ? allClasses.last() : allClasses.first();
+    const QString other =
+        name == widgetClasses().first() ? widgetClasses().last() : widgetClasses().first();
     gallery.show(other);
     sheet = gallery.window.findChild<StateSheet *>();
     QCOMPARE(sheet->captions().first(), widgetStates(other).front().caption);
@@ -1061,7 +1060,7 @@ static void editEverything(Gallery &gallery)
 void GalleryTest::codeCompiles()
 {
     QString code;
-    for (const QString &name : allClasses) {
+    for (const QString &name : widgetClasses()) {
         Gallery gallery(name);
         editEverything(gallery);
         code += QStringLiteral("#include <%1.h>\nvoid make%2(QWidget *parent)\n{\n%3}\n")
@@ -1121,7 +1120,7 @@ void GalleryTest::pythonCodeRuns()
                     .arg(QLatin1String(module));
     code += QStringLiteral("from kivwidgets import *\n"
                            "application = QApplication([])\nparent = QWidget()\n");
-    for (const QString &name : allClasses) {
+    for (const QString &name : widgetClasses()) {
         Gallery gallery(name);
         editEverything(gallery);
         code += gallery.window.pythonCode();
@@ -1140,7 +1139,7 @@ void GalleryTest::pythonCodeRuns()
     QVERIFY(python.waitForFinished(120000));
     const QByteArray errors = python.readAllStandardError();
     QVERIFY2(python.exitCode() == 0, (errors + code.toUtf8()).constData());
-    QVERIFY(python.readAllStandardOutput().trimmed().toInt() >= allClasses.size());
+    QVERIFY(python.readAllStandardOutput().trimmed().toInt() >= widgetClasses().size());
 }
 
 /// The settings alone, applied to a new widget, show the same.
@@ -1235,7 +1234,7 @@ void GalleryTest::widgetDeletedByTheApplication()
 void GalleryTest::smallestWindowShowsEverything()
 {
     Gallery gallery;
-    for (const QString &name : allClasses) {
+    for (const QString &name : widgetClasses()) {
         gallery.window.resize(GalleryWindow::smallestSize);
         gallery.show(name);
         QCOMPARE(gallery.window.size(), GalleryWindow::smallestSize);
@@ -1257,7 +1256,7 @@ void GalleryTest::screenshots()
     QString error;
     QVERIFY2(takeGalleryScreenshots(window, options, &error), qPrintable(error));
     QStringList expected;
-    for (const QString &name : allClasses)
+    for (const QString &name : widgetClasses())
         expected.append(name.toLower() + QStringLiteral(".png"));
     expected.sort();
     QCOMPARE(QDir(options.directory).entryList(QDir::Files, QDir::Name), expected);
