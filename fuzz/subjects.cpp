@@ -98,7 +98,8 @@ void callOwn(AeroLinebar *bar, Bytes &bytes)
     }
 }
 
-void callOwn(MetroSysIcon *icon, Bytes &bytes)
+template <typename Icon>
+void callIcon(Icon *icon, Bytes &bytes)
 {
     switch (bytes.below(4)) {
     case 0:
@@ -119,25 +120,14 @@ void callOwn(MetroSysIcon *icon, Bytes &bytes)
     }
 }
 
+void callOwn(MetroSysIcon *icon, Bytes &bytes)
+{
+    callIcon(icon, bytes);
+}
+
 void callOwn(MetroBattIcon *icon, Bytes &bytes)
 {
-    switch (bytes.below(4)) {
-    case 0:
-        icon->createImages();
-        break;
-    case 1: {
-        Canvas canvas;
-        icon->paintBase(&canvas.painter);
-        icon->paintIcon(&canvas.painter);
-        break;
-    }
-    case 2:
-        icon->paintImage();
-        break;
-    default:
-        icon->setIcon(someIcon(bytes));
-        break;
-    }
+    callIcon(icon, bytes);
 }
 
 void callOwn(MetroShelter *tile, Bytes &bytes)
