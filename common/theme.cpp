@@ -136,7 +136,8 @@ int Theme::touchSize()
 Theme::GaugeColors Theme::gaugeColors(bool dark)
 {
     if (dark)
-        return {QColor(0xff4a535c), QColor(0xff3f4d66), QColor(0xffc6d0d9), QColor(0xfff79432)};
+        return {QColor(0xff4a535c), QColor(0xff3f4d66), QColor(0xffc6d0d9),
+                QColor(KivPrivate::orange)};
     return {QColor(0xffd0d7dd), QColor(0xffc3d3ea), QColor(0xff44525f), QColor(0xffa8480a)};
 }
 
