@@ -237,7 +237,8 @@ constexpr auto peer = Subject::Peer;
 constexpr auto minimal = Subject::Minimal;
 
 // clang-format off
-/// What the widgets are measured with where a plain one of the catalogue is not what a console shows.
+/// The widgets as a console shows and changes them, in sizes that stay the same, so that measurements
+/// can be compared. Their changes call the setter, without the look-ups of changeAnything().
 const Subject ownSubjects[] = {
     {"AeroButton", library, {100, 32}, button<AeroButton, 0>, changeText<AeroButton>},
     {"AeroSwitch", library, {100, 32}, lightSwitch, toggle<AeroSwitch>},
