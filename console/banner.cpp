@@ -184,8 +184,8 @@ void Banner::applyLook()
                               .arg(int(severity))
                               .arg(side)
                               .arg(look.plate.name() + QString::number(devicePixelRatioF()));
-    if (sign->property("drawn") != drawn) {
-        sign->setProperty("drawn", drawn);
+    if (drawnSign != drawn) {
+        drawnSign = drawn;
         sign->setPixmap(severitySign(severity, side, look.ink, look.plate, devicePixelRatioF()));
     }
 }

@@ -41,6 +41,7 @@ private:
     bool ofSite = false;
     MetroSysIcon *system;
     QLabel *sign;
+    QString drawnSign; ///< what its image depends on
     ElidedLabel *headline;
     ElidedLabel *detail;
     QLabel *timeName;
