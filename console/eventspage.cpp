@@ -6,6 +6,7 @@
 #include "elidedlabel.h"
 #include "eventlist.h"
 #include "scrollroom.h"
+#include "searchfield.h"
 #include "severitylook.h"
 #include "theme.h"
 
@@ -19,7 +20,6 @@
 #include <QtWidgets/QListView>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStyledItemDelegate>
-#include <QtWidgets/QToolButton>
 
 #include <algorithm>
 
@@ -277,16 +277,8 @@ QWidget *EventsPage::makeFilters()
     addPeriod(period, tr("Past day"), dayMsecs);
     addPeriod(period, tr("Past week"), 7 * dayMsecs);
     addPeriod(period, tr("Past month"), 30 * dayMsecs);
-    search = new QLineEdit(room);
+    search = makeSearchField(tr("Search"), room);
     search->setObjectName(QStringLiteral("text filter"));
-    Theme::setText(search, Theme::Normal);
-    search->setPlaceholderText(tr("Search"));
-    search->setAccessibleName(tr("Search"));
-    search->setClearButtonEnabled(true);
-    const QList<QToolButton *> clearButtons = search->findChildren<QToolButton *>();
-    for (QToolButton *clear : clearButtons)
-        clear->setAccessibleName(tr("Clear"));
-    search->setMaxLength(200);
     connect(search, &QLineEdit::textChanged, readTimer, QOverload<>::of(&QTimer::start));
     filterRow->addWidget(search, 3);
     return room;

@@ -4,6 +4,7 @@
 
 #include "elidedlabel.h"
 #include "scrollroom.h"
+#include "searchfield.h"
 #include "theme.h"
 #include "variablelist.h"
 
@@ -18,7 +19,6 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTableView>
-#include <QtWidgets/QToolButton>
 #include <QtWidgets/QVBoxLayout>
 
 #include <algorithm>
@@ -82,15 +82,7 @@ QWidget *InformationPage::makeFacts()
 QWidget *InformationPage::makeTable()
 {
     tableCard = new Card(this);
-    search = new QLineEdit(tableCard);
-    Theme::setText(search, Theme::Normal);
-    search->setPlaceholderText(tr("Search names and values"));
-    search->setAccessibleName(tr("Search"));
-    search->setClearButtonEnabled(true);
-    const QList<QToolButton *> clearButtons = search->findChildren<QToolButton *>();
-    for (QToolButton *clear : clearButtons)
-        clear->setAccessibleName(tr("Clear"));
-    search->setMaxLength(200);
+    search = makeSearchField(tr("Search names and values"), tableCard);
     count = Theme::label(tableCard, Theme::Normal);
     count->setForegroundRole(QPalette::Mid);
     copyButton = new QPushButton(tr("Copy"), tableCard);
