@@ -12,16 +12,87 @@
 #include <aerobutton.h>
 #include <aerogroupbox.h>
 
+#include <QtCore/QRegularExpression>
+#include <QtWidgets/QAbstractSpinBox>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QSpinBox>
 #include <QtWidgets/QVBoxLayout>
 
 #include <algorithm>
 #include <cmath>
+
+/// A number to type or to step. What is typed stays as it is, permitted or not; steps stay in the
+/// range.
+class OfferNumberBox : public QAbstractSpinBox
+{
+    Q_OBJECT
+    // For screen readers.
+    Q_PROPERTY(double value READ value WRITE setValue)
+    Q_PROPERTY(double minimum READ minimum)
+    Q_PROPERTY(double maximum READ maximum)
+
+public:
+    OfferNumberBox(const NumberRange &permitted, QWidget *parent)
+        : QAbstractSpinBox(parent)
+        , range(permitted)
+    {}
+
+    QLineEdit *edit() const
+    {
+        return lineEdit();
+    }
+    /// The least number of the range where the text is none.
+    double value() const
+    {
+        bool isNumber = false;
+        const double number = text().toDouble(&isNumber);
+        return isNumber && std::isfinite(number) ? number : range.from;
+    }
+    void setValue(double number)
+    {
+        const double inside = std::max(range.from, std::min(range.to, number));
+        edit()->setText(QString::number(int(inside)));
+    }
+    double minimum() const
+    {
+        return range.from;
+    }
+    double maximum() const
+    {
+        return range.to;
+    }
+    void stepBy(int steps) override
+    {
+        setValue((steps > 0 ? std::floor(value()) : std::ceil(value())) + steps);
+        selectAll();
+    }
+    QSize sizeHint() const override
+    {
+        QSize hint = QAbstractSpinBox::sizeHint();
+        int text = 0;
+        for (const double end : {range.from, range.to})
+            text = std::max(text, fontMetrics().horizontalAdvance(QString::number(int(end))));
+        hint.rwidth() += text;
+        return hint;
+    }
+    QSize minimumSizeHint() const override
+    {
+        return sizeHint();
+    }
+
+protected:
+    StepEnabled stepEnabled() const override
+    {
+        return (value() < range.to ? StepUpEnabled : StepNone) |
+               (value() > range.from ? StepDownEnabled : StepNone);
+    }
+
+private:
+    const NumberRange range;
+};
 
 namespace {
 
@@ -56,6 +127,42 @@ bool isWhole(double number)
 {
     constexpr double largest = 1e9;
     return number == std::floor(number) && std::abs(number) <= largest;
+}
+
+/// Whether the server says that the UPS takes @p value.
+bool permits(const OfferedSetting &setting, const QString &value)
+{
+    if (!setting.choices.isEmpty())
+        return setting.choices.contains(value);
+    if (setting.ranges.isEmpty())
+        return setting.longest <= 0 || value.size() <= setting.longest;
+    static const QRegularExpression plainNumber(
+        QRegularExpression::anchoredPattern(QStringLiteral(R"(-?(0|[1-9][0-9]*)(\.[0-9]+)?)")));
+    const double number = value.toDouble();
+    return plainNumber.match(value).hasMatch() &&
+           std::any_of(setting.ranges.cbegin(), setting.ranges.cend(),
+                       [number](const NumberRange &range) {
+                           return number >= range.from && number <= range.to;
+                       });
+}
+
+/// Such as "10 to 600"; empty where any number will do.
+QString rangesOf(const OfferedSetting &setting)
+{
+    constexpr int digits = 12;
+    QStringList texts;
+    for (const NumberRange &range : setting.ranges)
+        texts += OfferPanel::tr("%1 to %2")
+                     .arg(QString::number(range.from, 'g', digits),
+                          QString::number(range.to, 'g', digits));
+    return setting.choices.isEmpty() ? texts.join(QLatin1String(", ")) : QString();
+}
+
+/// Shows the whole text, also where it is longer than what may be typed.
+void showText(QLineEdit *edit, const QString &text, int longest)
+{
+    edit->setMaxLength(std::max(longest, int(text.size())));
+    edit->setText(text);
 }
 
 } // namespace
@@ -265,17 +372,30 @@ void OfferPanel::addSettings()
                     [=] { give(wordsOf(name), Danger::None, act); });
         else
             guard(editor.apply, consequence, act);
-        const bool described = !setting.description.isEmpty() &&
-                               setting.description != QLatin1String("Description unavailable");
-        QLabel *label = glassLabel(box, Glass::textColor,
-                                   described ? setting.description : wordsOf(setting.name));
-        label->setToolTip(setting.name);
-        editor.label = label;
+        addHeading(box, &editor);
         editors.push_back(editor);
     }
     settingGrid = grid;
     settingsAreStacked.reset();
     arrangeSettings();
+}
+
+/// The server's words; they may be the same for several settings, so the name is always there.
+void OfferPanel::addHeading(QWidget *box, Editor *editor)
+{
+    const OfferedSetting &setting = editor->setting;
+    editor->heading = new QWidget(box);
+    auto *lines = new QVBoxLayout(editor->heading);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(0);
+    const bool described = !setting.description.isEmpty() &&
+                           setting.description != QLatin1String("Description unavailable");
+    lines->addWidget(glassLabel(editor->heading, Glass::textColor,
+                                described ? setting.description : wordsOf(setting.name)));
+    editor->note = glassLabel(editor->heading, Glass::textColor, setting.name);
+    Theme::setText(editor->note, Theme::Small);
+    editor->note->setObjectName(QStringLiteral("note ") + setting.name);
+    lines->addWidget(editor->note);
 }
 
 /// A setting beside its name, or below it where there is little room.
@@ -287,7 +407,7 @@ void OfferPanel::arrangeSettings()
     settingsAreStacked = stacked;
     int row = 0;
     for (const Editor &editor : editors) {
-        settingGrid->addWidget(editor.label, row, 0, 1, stacked ? 3 : 1);
+        settingGrid->addWidget(editor.heading, row, 0, 1, stacked ? 3 : 1);
         row += stacked ? 1 : 0;
         settingGrid->addWidget(editor.control, row, stacked ? 0 : 1, 1, stacked ? 2 : 1);
         settingGrid->addWidget(editor.apply, row, 2);
@@ -300,7 +420,8 @@ void OfferPanel::arrangeSettings()
 OfferPanel::Editor OfferPanel::makeEditor(QWidget *box, const OfferedSetting &setting)
 {
     Editor editor;
-    editor.name = setting.name;
+    editor.setting = setting;
+    constexpr int usual = 200; // characters
     if (const auto pair = switchOf(setting.choices)) {
         auto *check = new QCheckBox(box);
         QPalette palette = check->palette();
@@ -308,13 +429,31 @@ OfferPanel::Editor OfferPanel::makeEditor(QWidget *box, const OfferedSetting &se
         check->setPalette(palette);
         editor.control = check;
         const QPair<QString, QString> words = *pair;
-        const auto say = [=] { check->setText(check->isChecked() ? words.first : words.second); };
-        editor.value = [=] { return check->isChecked() ? words.first : words.second; };
+        // What the UPS has may be neither.
+        constexpr const char *otherProperty = "kivOther";
+        const auto other = [=] { return check->property(otherProperty).toString(); };
+        const auto say = [=] {
+            QString text = other();
+            if (check->checkState() != Qt::PartiallyChecked)
+                text = check->isChecked() ? words.first : words.second;
+            check->setText(text.replace(QLatin1Char('&'), QLatin1String("&&")));
+        };
+        editor.value = [=] {
+            if (check->checkState() == Qt::PartiallyChecked)
+                return other();
+            return check->isChecked() ? words.first : words.second;
+        };
         editor.show = [=](const QString &value) {
-            check->setChecked(value == words.first);
+            const bool isKnown = value == words.first || value == words.second;
+            check->setProperty(otherProperty, value);
+            check->setTristate(!isKnown);
+            if (isKnown)
+                check->setCheckState(value == words.first ? Qt::Checked : Qt::Unchecked);
+            else
+                check->setCheckState(Qt::PartiallyChecked);
             say();
         };
-        connect(check, &QCheckBox::toggled, this, [=] {
+        connect(check, &QCheckBox::clicked, this, [=] {
             say();
             enableEditors();
         });
@@ -323,25 +462,31 @@ OfferPanel::Editor OfferPanel::makeEditor(QWidget *box, const OfferedSetting &se
         // Items are plain text in a combo box.
         combo->addItems(setting.choices);
         editor.control = combo;
+        const QStringList choices = setting.choices;
         editor.value = [=] { return combo->currentText(); };
-        editor.show = [=](const QString &value) { combo->setCurrentText(value); };
+        editor.show = [=](const QString &value) {
+            // What the UPS has may be none of the choices; it then stands before them.
+            while (combo->count() > choices.size())
+                combo->removeItem(0);
+            if (!choices.contains(value))
+                combo->insertItem(0, value);
+            combo->setCurrentIndex(combo->findText(value));
+        };
         connect(combo, &QComboBox::currentTextChanged, this, &OfferPanel::enableEditors);
     } else if (setting.ranges.size() == 1 && isWhole(setting.ranges.first().from) &&
                isWhole(setting.ranges.first().to)) {
-        auto *spin = new QSpinBox(box);
-        spin->setRange(int(setting.ranges.first().from), int(setting.ranges.first().to));
-        editor.control = spin;
-        editor.value = [=] { return QString::number(spin->value()); };
-        editor.show = [=](const QString &value) { spin->setValue(int(value.toDouble())); };
-        connect(spin, QOverload<int>::of(&QSpinBox::valueChanged), this,
-                &OfferPanel::enableEditors);
+        auto *number = new OfferNumberBox(setting.ranges.first(), box);
+        QLineEdit *edit = number->edit();
+        editor.control = number;
+        editor.value = [=] { return edit->text(); };
+        editor.show = [=](const QString &value) { showText(edit, value, usual); };
+        connect(edit, &QLineEdit::textChanged, this, &OfferPanel::enableEditors);
     } else {
         auto *edit = new QLineEdit(box);
-        constexpr int usual = 200;
-        edit->setMaxLength(setting.longest > 0 ? std::min(setting.longest, usual) : usual);
+        const int longest = setting.longest > 0 ? std::min(setting.longest, usual) : usual;
         editor.control = edit;
         editor.value = [=] { return edit->text(); };
-        editor.show = [=](const QString &value) { edit->setText(value); };
+        editor.show = [=](const QString &value) { showText(edit, value, longest); };
         connect(edit, &QLineEdit::textChanged, this, &OfferPanel::enableEditors);
     }
     editor.control->setObjectName(setting.name);
@@ -420,10 +565,21 @@ void OfferPanel::enableEditors()
     for (const Editor &editor : editors) {
         const QString value = editor.value();
         const bool differs = value != editor.shown && !value.isEmpty();
-        editor.apply->setEnabled(differs);
+        const bool canSet = differs && permits(editor.setting, value);
+        editor.apply->setEnabled(canSet);
         // Disabled glass is light, which on dark would draw the eye.
         constexpr double faint = 0.4;
-        editor.apply->setOpacity(differs ? 1.0 : faint);
+        editor.apply->setOpacity(canSet ? 1.0 : faint);
+        const QString ranges = rangesOf(editor.setting);
+        QString note = editor.setting.name;
+        const bool isWrong = differs && !canSet && !ranges.isEmpty();
+        if (!ranges.isEmpty())
+            note += Theme::separator() + (isWrong ? tr("only %1").arg(ranges) : ranges);
+        if (editor.note->text() == note)
+            continue;
+        editor.note->setText(note);
+        Glass::setTextColor(editor.note, isWrong ? Glass::dangerColor : Glass::textColor);
+        editor.control->setAccessibleDescription(note);
     }
 }
 
@@ -454,13 +610,13 @@ void OfferPanel::refresh()
     logOutButton->setVisible(!model->user().isEmpty());
     const QHash<QString, QString> &variables = model->snapshot().variables;
     for (Editor &editor : editors) {
-        const auto now = variables.constFind(editor.name);
+        const auto now = variables.constFind(editor.setting.name);
         if (now == variables.cend() || *now == editor.shown)
             continue;
         // What somebody is about to set stays.
         const bool untouched = editor.value() == editor.shown;
         editor.shown = *now;
-        if (untouched)
+        if (untouched || editor.value() == *now)
             editor.show(*now);
     }
     enableEditors();
@@ -493,3 +649,5 @@ void OfferPanel::applyScale()
     for (const Editor &editor : editors)
         editor.control->setFixedHeight(height);
 }
+
+#include "offerpanel.moc"

@@ -42,8 +42,9 @@ protected:
 private:
     struct Editor
     {
-        QString name;
-        QLabel *label;
+        OfferedSetting setting;
+        QWidget *heading; // what it is, above its note
+        QLabel *note;
         QWidget *control;
         std::function<QString()> value;
         std::function<void(const QString &)> show;
@@ -68,6 +69,7 @@ private:
     void arrangeUser();
     bool isNarrow() const;
     Editor makeEditor(QWidget *box, const OfferedSetting &setting);
+    void addHeading(QWidget *box, Editor *editor);
     void guard(AeroButton *button, const QString &consequence, const std::function<void()> &act);
     enum class Danger { None, Asks };
     void give(const QString &words, Danger danger, const std::function<void()> &act);

@@ -16,13 +16,14 @@
 #include <aeroswitch.h>
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QPointer>
+#include <QtWidgets/QAbstractSpinBox>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QSpinBox>
 
 #include <memory>
 
@@ -152,6 +153,12 @@ private Q_SLOTS:
     void letGoTooEarly();
     void twoPresses();
     void editors();
+    void settingsNameTheirVariables();
+    void valueThatIsNotPermitted_data();
+    void valueThatIsNotPermitted();
+    void typedNumberStays_data();
+    void typedNumberStays();
+    void numberSteps();
     void dangerousSetting();
     void editedValueStays();
     void asksForAUser();
@@ -177,6 +184,18 @@ private:
     QString message() const
     {
         return find<QLabel>("message")->text();
+    }
+    QString note(const char *name) const
+    {
+        return find<QLabel>((QByteArray("note ") + name).constData())->text();
+    }
+    /// Replaces the text of an editor, key by key.
+    void type(const char *name, const char *keys) const
+    {
+        auto *editor = find<QWidget>(name);
+        QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(editor, Qt::Key_Delete);
+        QTest::keyClicks(editor, text(keys));
     }
     void logIn();
     void show(UpsFeed *shown)
@@ -398,13 +417,15 @@ void ControlPageTest::twoPresses()
 void ControlPageTest::editors()
 {
     show(feed.get());
-    auto *delay = find<QSpinBox>("ups.delay.shutdown");
+    auto *delay = find<QAbstractSpinBox>("ups.delay.shutdown");
     auto *set = find<AeroButton>("set ups.delay.shutdown");
-    QCOMPARE(delay->value(), 20);
-    QCOMPARE(delay->minimum(), 10);
-    QCOMPARE(delay->maximum(), 600);
+    QCOMPARE(delay->text(), text("20"));
+    // As a screen reader has them.
+    QCOMPARE(delay->property("value").toDouble(), 20.0);
+    QCOMPARE(delay->property("minimum").toDouble(), 10.0);
+    QCOMPARE(delay->property("maximum").toDouble(), 600.0);
     QVERIFY(!set->isEnabled());
-    delay->setValue(60);
+    type("ups.delay.shutdown", "60");
     QVERIFY(set->isEnabled());
     QTest::mouseClick(set, Qt::LeftButton);
     QCOMPARE(feed->given.last(), text("ups.delay.shutdown=60"));
@@ -428,6 +449,195 @@ void ControlPageTest::editors()
     QCOMPARE(feed->given.last(), text("ups.id=rack 22 "));
 }
 
+/// A server describes all outlets with the same words.
+void ControlPageTest::settingsNameTheirVariables()
+{
+    feed->offer.settings.clear();
+    OfferedSetting outlet;
+    outlet.description = text("Outlet <b>switch</b> control");
+    outlet.value = text("on");
+    outlet.choices = QStringList{text("on"), text("off")};
+    const char *names[] = {"outlet.1.switch", "outlet.2.switch"};
+    for (const char *name : names) {
+        outlet.name = text(name);
+        feed->offer.settings += outlet;
+    }
+    show(feed.get());
+    for (const char *name : names) {
+        QLabel *named = nullptr;
+        QLabel *described = nullptr;
+        const auto *editor = find<QCheckBox>(name);
+        const int middle = editor->mapTo(window.get(), editor->rect().center()).y();
+        for (QLabel *label : window->findChildren<QLabel *>()) {
+            if (label->text() == text(name))
+                named = label;
+            const QWidget *around = label->parentWidget();
+            const int above = around->mapTo(window.get(), QPoint(0, 0)).y();
+            if (label->text() == outlet.description && above <= middle &&
+                middle < above + around->height())
+                described = label;
+        }
+        QVERIFY(named && described);
+        // One block, beside the editor.
+        QCOMPARE(named->parentWidget(), described->parentWidget());
+        QVERIFY(named->isVisible());
+        QCOMPARE(named->textFormat(), Qt::PlainText);
+        QCOMPARE(described->textFormat(), Qt::PlainText);
+    }
+}
+
+void ControlPageTest::valueThatIsNotPermitted_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("choice") << "input.sensitivity"
+                            << "a & b";
+    QTest::newRow("no choice") << "input.sensitivity"
+                               << "";
+    QTest::newRow("switch") << "ups.start.auto"
+                            << "maybe";
+    QTest::newRow("below the range") << "ups.delay.shutdown"
+                                     << "5";
+    QTest::newRow("above the range") << "ups.delay.shutdown"
+                                     << "1800";
+    QTest::newRow("fraction") << "ups.delay.shutdown"
+                              << "20.5";
+    QTest::newRow("no number") << "ups.delay.shutdown"
+                               << "never";
+    QTest::newRow("too long") << "ups.id"
+                              << "rack 22 and more";
+}
+
+/// The UPS's own value shows as it is, and cannot be set; a permitted one can.
+void ControlPageTest::valueThatIsNotPermitted()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, value);
+    // When it is asked, and later.
+    for (const bool atFirst : {true, false}) {
+        feed->offer = fullOffer();
+        for (OfferedSetting &setting : feed->offer.settings) {
+            if (setting.name == name && atFirst)
+                setting.value = value;
+        }
+        feed->given.clear();
+        const QByteArray key = name.toLatin1();
+        // Once the editors of the offer before are gone.
+        show(feed.get());
+        const QPointer<QWidget> before = find<QWidget>(key.constData());
+        QVERIFY(before);
+        feed->askForOffer();
+        QTRY_VERIFY(!before);
+        deliverAll();
+        if (!atFirst) {
+            Snapshot changed = online();
+            changed.variables.insert(name, value);
+            ups->take(changed);
+        }
+        auto *set = find<AeroButton>(("set " + key).constData());
+        QVERIFY(!set->isEnabled());
+        QString wanted;
+        if (auto *combo = find<QComboBox>(key.constData())) {
+            QCOMPARE(combo->currentText(), value);
+            wanted = text("low");
+            combo->setCurrentText(wanted);
+            QVERIFY(set->isEnabled());
+            combo->setCurrentText(value);
+            QVERIFY(!set->isEnabled());
+            combo->setCurrentText(wanted);
+        } else if (auto *check = find<QCheckBox>(key.constData())) {
+            QCOMPARE(check->text(), value);
+            QCOMPARE(check->checkState(), Qt::PartiallyChecked);
+            wanted = text("yes");
+            check->click();
+            QCOMPARE(check->text(), wanted);
+        } else {
+            auto *edit = find<QLineEdit>(key.constData());
+            if (!edit)
+                edit = find<QWidget>(key.constData())->findChild<QLineEdit *>();
+            QCOMPARE(edit->text(), value);
+            wanted = text("30");
+            type(key.constData(), "30");
+        }
+        QVERIFY(set->isEnabled());
+        set->click();
+        QCOMPARE(feed->given, QStringList{name + QLatin1Char('=') + wanted});
+        // Once the UPS has a permitted value, the other is no choice any more.
+        Snapshot set30 = online();
+        set30.variables.insert(name, wanted);
+        ups->take(set30);
+        QVERIFY(!set->isEnabled());
+        if (auto *combo = find<QComboBox>(key.constData()))
+            QCOMPARE(combo->count(), 3);
+    }
+}
+
+void ControlPageTest::typedNumberStays_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("permitted");
+    const auto row = [](const char *typed, bool permitted) {
+        QTest::newRow(typed) << text(typed) << permitted;
+    };
+    row("10", true);
+    row("600", true);
+    row("9", false);
+    row("601", false);
+    row("700", false);
+    row("-20", false);
+    row("99999999999999999999", false);
+    row("1e2", false);
+    row("nan", false);
+    row("3 0", false);
+    row("030", false);
+    row("", false);
+}
+
+void ControlPageTest::typedNumberStays()
+{
+    QFETCH(QString, typed);
+    QFETCH(bool, permitted);
+    show(feed.get());
+    QVERIFY2(note("ups.delay.shutdown").contains(text("10 to 600")),
+             qPrintable(note("ups.delay.shutdown")));
+    const auto *delay = find<QAbstractSpinBox>("ups.delay.shutdown");
+    auto *set = find<AeroButton>("set ups.delay.shutdown");
+    type("ups.delay.shutdown", typed.toLatin1().constData());
+    QCOMPARE(delay->text(), typed);
+    QCOMPARE(set->isEnabled(), permitted);
+    QCOMPARE(note("ups.delay.shutdown").contains(text("only 10 to 600")),
+             !permitted && !typed.isEmpty());
+    QCOMPARE(delay->accessibleDescription(), note("ups.delay.shutdown"));
+    // Nor when it is left.
+    find<QLineEdit>("ups.id")->setFocus();
+    deliverAll();
+    QCOMPARE(delay->text(), typed);
+    QTest::mouseClick(set, Qt::LeftButton);
+    QCOMPARE(feed->given,
+             permitted ? QStringList{text("ups.delay.shutdown=") + typed} : QStringList());
+}
+
+/// Steps stay in the range.
+void ControlPageTest::numberSteps()
+{
+    show(feed.get());
+    auto *delay = find<QAbstractSpinBox>("ups.delay.shutdown");
+    const auto stepFrom = [&](const char *typed, Qt::Key key) {
+        type("ups.delay.shutdown", typed);
+        QTest::keyClick(delay, key);
+        return delay->text();
+    };
+    QCOMPARE(stepFrom("20", Qt::Key_Up), text("21"));
+    QCOMPARE(stepFrom("20", Qt::Key_Down), text("19"));
+    QCOMPARE(stepFrom("20.5", Qt::Key_Up), text("21"));
+    QCOMPARE(stepFrom("20.5", Qt::Key_Down), text("20"));
+    QCOMPARE(stepFrom("600", Qt::Key_Up), text("600"));
+    QCOMPARE(stepFrom("700", Qt::Key_Down), text("600"));
+    QCOMPARE(stepFrom("5", Qt::Key_Up), text("10"));
+    QCOMPARE(stepFrom("5", Qt::Key_Down), text("5"));
+    QCOMPARE(stepFrom("nan", Qt::Key_Up), text("11"));
+}
+
 void ControlPageTest::dangerousSetting()
 {
     show(feed.get());
@@ -443,17 +653,17 @@ void ControlPageTest::dangerousSetting()
 void ControlPageTest::editedValueStays()
 {
     show(feed.get());
-    auto *delay = find<QSpinBox>("ups.delay.shutdown");
+    auto *delay = find<QAbstractSpinBox>("ups.delay.shutdown");
     auto *id = find<QLineEdit>("ups.id");
-    delay->setValue(60);
+    type("ups.delay.shutdown", "60");
     Snapshot changed = online();
     changed.variables.insert(text("ups.delay.shutdown"), text("30"));
     changed.variables.insert(text("ups.id"), text("other"));
     ups->take(changed);
-    QCOMPARE(delay->value(), 60);
+    QCOMPARE(delay->text(), text("60"));
     QCOMPARE(id->text(), text("other"));
     QVERIFY(!find<AeroButton>("set ups.id")->isEnabled());
-    delay->setValue(30);
+    type("ups.delay.shutdown", "30");
     QVERIFY(!find<AeroButton>("set ups.delay.shutdown")->isEnabled());
 }
 
