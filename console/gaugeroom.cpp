@@ -81,8 +81,14 @@ void GaugeRoom::showUps(const UpsModel &ups)
     const bool scaleChanged = newScale != scale;
     const bool textChanged = newReading.text != reading.text || newReading.phase != reading.phase;
     const bool stateChanged = newReading.state != reading.state;
+    const bool isOther = ups.id() != upsId;
     scale = newScale;
     reading = newReading;
+    if (isOther) {
+        upsId = ups.id();
+        highest.reset();
+        lowest.reset();
+    }
     if (known) {
         highest = std::max(highest.value_or(reading.value), reading.value);
         lowest = std::min(lowest.value_or(reading.value), reading.value);
@@ -102,7 +108,8 @@ void GaugeRoom::showUps(const UpsModel &ups)
                                   const std::optional<double> &now) {
         return now && (!drawn || isSeen(*drawn, *now));
     };
-    if (scaleChanged || markMoved(drawnHighest, highest) || markMoved(drawnLowest, lowest)) {
+    if (isOther || scaleChanged || markMoved(drawnHighest, highest) ||
+        markMoved(drawnLowest, lowest)) {
         explain();
         redraw();
     }

@@ -59,6 +59,7 @@ private:
     MetroCirclerate *dial;
     Scale scale;
     Reading reading;
+    QString upsId; // whose values these are
     std::optional<double> highest;
     std::optional<double> lowest;
     std::optional<double> drawnHighest;

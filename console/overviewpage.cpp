@@ -165,6 +165,7 @@ void OverviewPage::showUps(const UpsModel &ups)
 {
     if (ups.id() != upsId) {
         upsId = ups.id();
+        latest = Diagram();
         for (GaugeRoom *dial : dials)
             dial->showTrend({}, {});
         readTrends();

@@ -2,6 +2,7 @@
 
 #include "consolewindow.h"
 #include "fleetpage.h"
+#include "gaugeroom.h"
 #include "nutmapping.h"
 #include "options.h"
 #include "screenshots.h"
@@ -86,6 +87,7 @@ private Q_SLOTS:
     void oneUpsHasNoFleet();
     void signsFollowTheTheme();
     void screenshotsShowTheTiles();
+    void marksBelongToTheUps();
 
 private:
     /// The titles of the visible tiles, from top to bottom.
@@ -476,6 +478,40 @@ void FleetTest::screenshotsShowTheTiles()
                 colors.insert(image.pixel(x, y));
         }
         QVERIFY2(colors.size() > 5, qPrintable(QString::number(colors.size())));
+    }
+}
+
+/// The highest and the lowest value that a dial marks are of the UPS that is shown.
+void FleetTest::marksBelongToTheUps()
+{
+    SiteModel site;
+    UpsModel *high = site.add(QStringLiteral("high"));
+    high->take(ups(QStringLiteral("high"), "OL", 90));
+    UpsModel *low = site.add(QStringLiteral("low"));
+    low->take(ups(QStringLiteral("low"), "OL", 20));
+    UpsModel *never = site.add(QStringLiteral("never"));
+    never->take(Snapshot::lost(QStringLiteral("never"), QStringLiteral("no answer")));
+    ConsoleWindow window(&site);
+    auto *page = window.findChild<FleetPage *>();
+    auto *room = window.findChild<GaugeRoom *>(QStringLiteral("LoadRoom"));
+    QVERIFY(page && room);
+    const auto imageOf = [](UpsModel *model) {
+        GaugeRoom alone(Quantity::Load, QStringLiteral("Load"));
+        alone.resize(240, 200);
+        alone.showUps(*model);
+        return alone.grab().toImage();
+    };
+    GaugeRoom shared(Quantity::Load, QStringLiteral("Load"));
+    shared.resize(240, 200);
+    for (UpsModel *model : {high, low, never, high}) {
+        Q_EMIT page->chosen(model);
+        const QString value = model == high ? QStringLiteral("90 %") : QStringLiteral("20 %");
+        QCOMPARE(room->toolTip().contains(QStringLiteral("Highest seen: ") + value),
+                 model != never);
+        QCOMPARE(room->toolTip().contains(QStringLiteral("Lowest seen: ") + value), model != never);
+        QCOMPARE(room->toolTip().contains(QStringLiteral("seen")), model != never);
+        shared.showUps(*model);
+        QCOMPARE(shared.grab().toImage(), imageOf(model));
     }
 }
 
