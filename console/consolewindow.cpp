@@ -493,8 +493,7 @@ void ConsoleWindow::remember(const QString &file)
     const int page = int(pageNames().indexOf(kept.value(QStringLiteral("page")).toString()));
     if (page >= 0)
         showPage(page);
-    if (kept.contains(QStringLiteral("darkTheme")))
-        chooseDarkTheme(kept.value(QStringLiteral("darkTheme")).toBool());
+    chooseDarkTheme(kept.value(QStringLiteral("darkTheme")).toBool());
     const bool animated = kept.value(QStringLiteral("pageAnimation")).toBool();
     settings->showPageAnimation(animated);
     setPageAnimation(animated);

@@ -57,8 +57,9 @@ int main(int argc, char **argv)
             feeds.start();
     };
     ConsoleWindow window(&site);
+    // Also by day: the desktop's palette is not the console's.
+    window.chooseDarkTheme(options.dark);
     if (options.task == Options::Task::TakeScreenshots) {
-        window.chooseDarkTheme(options.dark);
         if (options.size.isValid())
             window.resize(options.size);
         if (options.simulates())

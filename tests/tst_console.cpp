@@ -172,6 +172,7 @@ private Q_SLOTS:
     void tabsChangePages();
     void pagesTurnWhenAnimated();
     void darkTheme();
+    void firstStartIsByDay();
     void drawerOpensBesideTheBanner();
     void keysReachEverything();
     void onlyControlsTakeTheFocus();
@@ -542,6 +543,23 @@ void ConsoleTest::darkTheme()
     deliverAll();
     QVERIFY(!control->isChecked());
     QVERIFY(background().lightness() > 128);
+    prepareTestApplication();
+}
+
+/// Without a choice that was kept, the console has its own palette and not the desktop's.
+void ConsoleTest::firstStartIsByDay()
+{
+    const QTemporaryDir directory;
+    QPalette other = Theme::palette(false);
+    other.setColor(QPalette::Window, QColor(120, 30, 30));
+    for (const QPalette &desktop : {other, Theme::palette(true)}) {
+        QApplication::setPalette(desktop);
+        Console console;
+        console.window.remember(directory.filePath(QStringLiteral("console.ini")));
+        deliverAll();
+        QCOMPARE(console.window.palette().color(QPalette::Window),
+                 Theme::palette(false).color(QPalette::Window));
+    }
     prepareTestApplication();
 }
 
