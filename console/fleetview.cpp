@@ -200,10 +200,28 @@ void FleetView::setSite(SiteModel *newSite)
 void FleetView::add(UpsModel *ups)
 {
     indexes.insert(ups, int(entries.size()));
-    entries.push_back({ups, worseOf(ups->severity(), ups->headline().severity)});
+    entries.push_back({ups, Severity::Normal, 0, QString(), nameOrder().sortKey(QString())});
+    takeOrder(&entries.back());
     orderIsOld = true;
     if (!soon.isActive())
         soon.start();
+}
+
+/// Takes from the UPS what its place depends on; false: nothing of it changed.
+bool FleetView::takeOrder(Entry *entry)
+{
+    const UpsModel &ups = *entry->ups;
+    const Severity severity = worseOf(ups.severity(), ups.headline().severity);
+    const int rank = ups.headline().rank;
+    const bool isRenamed = ups.title() != entry->title;
+    const bool isChanged = isRenamed || severity != entry->severity || rank != entry->rank;
+    entry->severity = severity;
+    entry->rank = rank;
+    if (isRenamed) {
+        entry->title = ups.title();
+        entry->name = nameOrder().sortKey(entry->title);
+    }
+    return isChanged;
 }
 
 void FleetView::changed(UpsModel *ups)
@@ -264,9 +282,7 @@ void FleetView::refresh()
     for (Entry &entry : entries) {
         if (!entry.dirty)
             continue;
-        const Severity now = worseOf(entry.ups->severity(), entry.ups->headline().severity);
-        reordered = reordered || now != entry.severity;
-        entry.severity = now;
+        reordered = takeOrder(&entry) || reordered;
     }
     // A search may look for what changes.
     if (reordered || !filter.words.isEmpty())
@@ -290,6 +306,7 @@ void FleetView::arrange()
         int urgency;
         int index;
     };
+    constexpr int mostRanks = 1000;
     QHash<QString, int> groups;
     std::vector<int> worst; // by group
     std::vector<Key> keys;
@@ -304,18 +321,22 @@ void FleetView::arrange()
             groups.insert(entry.ups->site(), group);
             worst.push_back(0);
         }
-        const int urgency = urgencyOf(entry.severity);
+        const int urgency = urgencyOf(entry.severity) * mostRanks + entry.rank;
         worst[std::size_t(group)] = std::max(worst[std::size_t(group)], urgency);
         keys.push_back({group, urgency, i});
     }
-    // Equals stay in the order of the site.
-    std::sort(keys.begin(), keys.end(), [&worst](const Key &a, const Key &b) {
+    // Equal groups and equal names stay in the order of the site.
+    std::sort(keys.begin(), keys.end(), [&worst, this](const Key &a, const Key &b) {
         if (a.group != b.group) {
             const int left = worst[std::size_t(a.group)];
             const int right = worst[std::size_t(b.group)];
             return left != right ? left > right : a.group < b.group;
         }
-        return a.urgency != b.urgency ? a.urgency > b.urgency : a.index < b.index;
+        if (a.urgency != b.urgency)
+            return a.urgency > b.urgency;
+        const int names =
+            entries[std::size_t(a.index)].name.compare(entries[std::size_t(b.index)].name);
+        return names != 0 ? names < 0 : a.index < b.index;
     });
     order.clear();
     for (const Key &key : keys)

@@ -60,6 +60,9 @@ private:
     {
         UpsModel *ups;
         Severity severity;
+        int rank;
+        QString title;
+        QCollatorSortKey name; // the title, for sorting
         bool dirty = true;
     };
     /// A line of tiles, or the title of a group.
@@ -74,6 +77,7 @@ private:
 
     void add(UpsModel *ups);
     void changed(UpsModel *ups);
+    static bool takeOrder(Entry *entry);
     void arrange();
     void layOut();
     int columnsFor(int width, int titleHeight, int tileHeight) const;

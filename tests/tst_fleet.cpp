@@ -72,6 +72,7 @@ class FleetTest : public WidgetTest
 private Q_SLOTS:
     void tilesExistForWhatIsVisible();
     void worstFirst();
+    void equalsByUrgencyAndName();
     void groupsWithTheWorstFirst();
     void followsChanges();
     void searches();
@@ -146,6 +147,32 @@ void FleetTest::worstFirst()
     FleetPage &page = host.page;
     QVERIFY(QTest::qWaitForWindowExposed(&host));
     QCOMPARE(shown(page).join(QLatin1Char(' ')), QStringLiteral("ups3 ups5 ups2 ups1 ups4 ups0"));
+}
+
+/// What fails first stands before what can wait, whenever it came; equals are sorted by name.
+void FleetTest::equalsByUrgencyAndName()
+{
+    SiteModel site;
+    const struct
+    {
+        const char *name;
+        const char *status;
+    } all[] = {{"alarm", "OL ALARM"}, {"ups10", "OB"},     {"ups9", "OB"}, {"Ups1", "OB"},
+               {"low", "OB LB"},      {"over", "OL OVER"}, {"fine", "OL"}, {"down", "OB LB FSD"}};
+    for (const auto &one : all)
+        site.add(QLatin1String(one.name))->take(ups(QLatin1String(one.name), one.status));
+    ShownPage host(&site);
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    QCOMPARE(shown(host.page).join(QLatin1Char(' ')),
+             QStringLiteral("down low alarm over Ups1 ups9 ups10 fine"));
+    QCOMPARE(site.worst()->id(), QStringLiteral("down"));
+    // The order follows within one severity, too.
+    site.find(QStringLiteral("down"))->take(ups(QStringLiteral("down"), "OL ALARM"));
+    QTRY_COMPARE(shown(host.page).join(QLatin1Char(' ')),
+                 QStringLiteral("low alarm down over Ups1 ups9 ups10 fine"));
+    QCOMPARE(site.worst()->id(), QStringLiteral("low"));
+    site.find(QStringLiteral("low"))->take(ups(QStringLiteral("low"), "OL"));
+    QCOMPARE(site.worst()->id(), QStringLiteral("alarm"));
 }
 
 void FleetTest::groupsWithTheWorstFirst()

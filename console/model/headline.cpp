@@ -2,6 +2,9 @@
 
 #include "headline.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 using Token = StatusToken;
@@ -56,11 +59,13 @@ struct RemarkRow
 };
 
 // What may be wrong meanwhile, the most urgent first: the first detail is shown, where the state's
-// row takes remarks; the worst severity always counts.
+// row takes remarks; the worst severity and the first row's rank always count.
 constexpr RemarkRow remarkTable[] = {
+    {bits(Token::Locked),                       "",                     Severity::Critical, false, false},
     {bits(Token::ForcedShutdown),               "forced shutdown",      Severity::Critical, true,  true},
     {bits(Token::OnBattery, Token::LowBattery), "battery nearly empty", Severity::Critical, true,  false},
     {bits(Token::Alarm),                        "alarm",                Severity::Critical, true,  false},
+    {bits(Token::Bypass),                       "",                     Severity::Warning,  false, false},
     {bits(Token::Overload),                     "overload",             Severity::Warning,  true,  false},
     {bits(Token::LowBattery),                   "battery low",          Severity::Warning,  true,  false},
     {bits(Token::ReplaceBattery),               "replace the battery",  Severity::Warning,  true,  false},
@@ -87,9 +92,13 @@ const StateRow &rowOf(StatusTokens tokens)
 void remark(Headline *headline, StatusTokens tokens, bool inWords)
 {
     bool said = false;
+    int rank = int(std::size(remarkTable));
     for (const RemarkRow &row : remarkTable) {
-        if (!hasAll(row.needed, tokens))
+        if (!hasAll(row.needed, tokens)) {
+            --rank;
             continue;
+        }
+        headline->rank = std::max(headline->rank, rank);
         headline->severity = worseOf(headline->severity, row.severity);
         if (!inWords)
             continue;

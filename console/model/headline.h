@@ -21,6 +21,8 @@ struct Headline
     QString state;  ///< its first part: "On battery"
     QString detail; ///< its second part: "load protected"; may be empty
     Severity severity = Severity::Unknown;
+    /// Among headlines of one severity, the greater one is the more urgent.
+    int rank = 0;
     Protection protection = Protection::Unknown;
     /// The battery feeds the load, or would: the time left means something.
     bool showsTimeLeft = false;

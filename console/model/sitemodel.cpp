@@ -2,11 +2,25 @@
 
 #include "sitemodel.h"
 
+#include <QtCore/QLocale>
+
 #include <algorithm>
 
 bool operator==(const SiteProblem &a, const SiteProblem &b)
 {
     return a.text == b.text && a.severity == b.severity;
+}
+
+const QCollator &nameOrder()
+{
+    static const QCollator collator = [] {
+        // Where the locale is "C", numbers in names would not count.
+        QCollator made{QLocale(QLocale::English)};
+        made.setNumericMode(true);
+        made.setCaseSensitivity(Qt::CaseInsensitive);
+        return made;
+    }();
+    return collator;
 }
 
 SiteModel::SiteModel(const Clock &usedClock, QObject *parent)
@@ -118,7 +132,13 @@ UpsModel *SiteModel::worst() const
 {
     const auto found =
         std::max_element(all.cbegin(), all.cend(), [](const UpsModel *a, const UpsModel *b) {
-            return urgencyOf(a->severity()) < urgencyOf(b->severity());
+            if (a->severity() != b->severity())
+                return urgencyOf(a->severity()) < urgencyOf(b->severity());
+            if (a->headline().rank != b->headline().rank)
+                return a->headline().rank < b->headline().rank;
+            // Nobody is named where all is well, and comparing a thousand names takes time.
+            return a->severity() != Severity::Normal &&
+                   nameOrder().compare(a->title(), b->title()) > 0;
         });
     return found == all.cend() ? nullptr : *found;
 }

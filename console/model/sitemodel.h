@@ -4,6 +4,7 @@
 
 #include "upsmodel.h"
 
+#include <QtCore/QCollator>
 #include <QtCore/QHash>
 #include <QtCore/QMap>
 #include <QtCore/QSet>
@@ -19,6 +20,9 @@ struct SiteProblem
     Severity severity = Severity::Unknown;
 };
 bool operator==(const SiteProblem &a, const SiteProblem &b);
+
+/// Compares names as people sort them: "ups2" before "ups10".
+const QCollator &nameOrder();
 
 /// All UPSes that the console watches.
 class SiteModel : public QObject
@@ -40,7 +44,8 @@ public:
     void addServer(const QString &name);
     bool hasServer(const QString &name) const;
 
-    /// The UPS in the worst state, the first of equals; null on an empty site.
+    /// The UPS in the worst state: by severity, by its headline's rank, then by name. Null on an
+    /// empty site.
     UpsModel *worst() const;
     /// The worst severity of all UPSes and of all problems; normal on an empty site.
     Severity severity() const;
