@@ -714,6 +714,8 @@ void ConsoleWindow::showPage(int index)
     tabs.at(std::size_t(index)).button->setChecked(true);
     stack->setCurrentIndex(index);
     if (fleet) {
+        if (index == 0)
+            fleet->takeChanges();
         showUps();
         showSite();
     }

@@ -123,6 +123,11 @@ void FleetPage::takeFilter()
     view->setFilter(filter);
 }
 
+void FleetPage::takeChanges()
+{
+    view->refresh();
+}
+
 void FleetPage::showCounts()
 {
     const auto counts = site->counts();

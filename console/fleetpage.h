@@ -19,6 +19,8 @@ public:
     /// Shows @p site, which must live as long.
     explicit FleetPage(SiteModel *site, QWidget *parent = nullptr);
 
+    /// Shows at once what changed; it comes by itself, soon after a change.
+    void takeChanges();
     void applyScale() override;
     QSize minimumSizeHint() const override;
 

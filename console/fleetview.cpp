@@ -549,9 +549,12 @@ void FleetView::paintTitles(QPainter *painter)
             place, Qt::AlignVCenter | Qt::AlignLeft,
             painter->fontMetrics().elidedText(line.title, Qt::ElideRight, place.width()));
     }
+    // Those that were just added are not arranged yet.
+    const bool isFiltering = !entries.empty() && (!filter.words.isEmpty() ||
+                                                  filter.severities != FleetFilter().severities);
     if (order.empty())
         painter->drawText(viewport()->rect(), Qt::AlignCenter,
-                          entries.empty() ? tr("No UPS is known yet") : tr("No UPS fits"));
+                          isFiltering ? tr("No UPS fits") : tr("No UPS is known yet"));
 }
 
 /// Arrows go from tile to tile, and scroll.

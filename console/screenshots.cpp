@@ -96,9 +96,11 @@ LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, cons
         if (all)
             loop.quit();
     };
-    QObject::connect(&site, &SiteModel::changed, &loop, check);
+    const auto following = QObject::connect(&site, &SiteModel::changed, &loop, check);
     QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
     loop.exec();
+    // What changes from now on does not cut the time short in which the pages settle.
+    QObject::disconnect(following);
     waitForOffer(site);
     QTimer::singleShot(settleMsecs, &loop, &QEventLoop::quit);
     loop.exec();

@@ -88,6 +88,8 @@ private Q_SLOTS:
     void oneUpsHasNoFleet();
     void signsFollowTheTheme();
     void screenshotsShowTheTiles();
+    void shownAtOnceWithAllUpses();
+    void nothingFitsOnlyWithAFilter();
     void marksBelongToTheUps();
 
 private:
@@ -483,6 +485,8 @@ void FleetTest::screenshotsShowTheTiles()
     QTimer::singleShot(0, &site, [&site] {
         for (const char *name : {"a", "b", "c"})
             site.add(QLatin1String(name))->take(ups(QLatin1String(name), "OL"));
+        // A change does not bring the image forward.
+        QTimer::singleShot(0, &site, [&site] { site.at(0)->take(ups(site.at(0)->id(), "OB")); });
     });
     Options options;
     options.directory = place.path();
@@ -506,6 +510,38 @@ void FleetTest::screenshotsShowTheTiles()
         }
         QVERIFY2(colors.size() > 5, qPrintable(QString::number(colors.size())));
     }
+}
+
+void FleetTest::shownAtOnceWithAllUpses()
+{
+    SiteModel site;
+    site.setGrowing(true);
+    ConsoleWindow window(&site);
+    for (const char *name : {"a", "b", "c"})
+        site.add(QLatin1String(name))->take(ups(QLatin1String(name), "OB"));
+    window.showPage(0);
+    const auto *page = window.findChild<FleetPage *>();
+    QCOMPARE(viewOf(*page)->shownCount(), 3);
+    QCOMPARE(page->findChild<QToolButton *>(QStringLiteral("only Warning"))->text(),
+             QStringLiteral("3"));
+}
+
+/// UPSes that are not shown yet are not those that a filter leaves out.
+void FleetTest::nothingFitsOnlyWithAFilter()
+{
+    SiteModel site;
+    FleetView view;
+    view.resize(400, 300);
+    view.setSite(&site);
+    const QImage unknown = view.viewport()->grab().toImage();
+    site.add(QStringLiteral("a"))->take(ups(QStringLiteral("a"), "OL"));
+    QCOMPARE(view.shownCount(), 0);
+    QCOMPARE(view.viewport()->grab().toImage(), unknown);
+    FleetFilter filter;
+    filter.words = QStringLiteral("nobody");
+    view.setFilter(filter);
+    QCOMPARE(view.shownCount(), 0);
+    QVERIFY(view.viewport()->grab().toImage() != unknown);
 }
 
 /// The highest and the lowest value that a dial marks are of the UPS that is shown.
