@@ -151,12 +151,18 @@ void SiteFileTest::wrongFiles_data()
     row("twice the key", server + "address = other\n", ":3: 'address' is there twice");
     row("twice the section", server + server, ":3: the section [server a] is there twice");
     row("twice the address", server + "\n[server b]\naddress = host:3493\n", ":5: another section");
+    row("twice the address, other case",
+        "[server localhost]\naddress = localhost\n[server LOCALHOST]\naddress = LOCALHOST\n",
+        ":4: another section has this address");
     row("no address", "#\n[server a]\nups = all\n\n[console]\n", ":2: [server a] has no address");
     row("no address at the end", "[server a]\n", ":1: [server a] has no address");
     row("wrong address", "[server a]\naddress = a b\n", ":2: the host must be");
     row("wrong port", "[server a]\naddress = a:0\n", ":2: the port must be");
     row("wrong tls", server + "tls = maybe\n", ":3: tls is off or required");
     row("wrong ups", server + "ups = a b\n", ":3: ups is 'all'");
+    row("all beside a name", server + "ups = rack1, all\n", ":3: ups is 'all'");
+    row("twice the ups", server + "ups = rack1,rack2, rack1\n",
+        ":3: the UPS 'rack1' is there twice");
     row("empty ups", server + "ups = a,,b\n", ":3: ups is 'all'");
     row("ups of no server", server + "[ups x@b]\n",
         ":3: there is no [server b] or [prometheus b] above");

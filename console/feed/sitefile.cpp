@@ -351,12 +351,16 @@ private:
         if (server.all)
             return {};
         const QStringList names = value.split(QLatin1Char(','));
+        QSet<QString> known;
         for (const QString &name : names) {
             UpsEntry entry;
             entry.upsName = name.trimmed();
             entry.place = place();
-            if (!isNutUpsName(entry.upsName))
+            if (!isNutUpsName(entry.upsName) || entry.upsName == QLatin1String("all"))
                 return QStringLiteral("ups is 'all', or names separated by commas");
+            if (known.contains(entry.upsName))
+                return QStringLiteral("the UPS '%1' is there twice").arg(entry.upsName);
+            known.insert(entry.upsName);
             if (++entries > mostEntries)
                 return QStringLiteral("more than %1 UPSes").arg(mostEntries);
             server.upses.append(entry);
