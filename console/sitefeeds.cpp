@@ -172,13 +172,20 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
                 });
         for (const UpsEntry &ups : entry.upses)
             addUps(server->link.get(), entry, ups, false);
-        if (!entry.all)
+        connect(server->link.get(), &NutServerFeed::lost, this,
+                [this, source](const QString &reason) {
+                    // A single UPS gives the reason itself.
+                    if (site->isGrowing() || site->count() > 1)
+                        site->setProblem(source, reason);
+                });
+        if (!entry.all) {
+            connect(server->link.get(), &NutServerFeed::reached, this,
+                    [this, source] { site->setProblem(source, QString()); });
             continue;
+        }
         site->setGrowing(true);
         connect(server->link.get(), &NutServerFeed::found, this,
                 [this, server](const QVector<NutUps> &all) { takeFound(*server, all); });
-        connect(server->link.get(), &NutServerFeed::lost, this,
-                [this, source](const QString &reason) { site->setProblem(source, reason); });
     }
     for (const PromEntry &entry : entries.prometheus) {
         if (!addPrometheus(entry, promTimes, error))

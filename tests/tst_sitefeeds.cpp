@@ -94,6 +94,9 @@ private Q_SLOTS:
     void severalServers();
     void allOfAServer();
     void unreachableServer();
+    void unreachableServerOfNamedUpses();
+    void serverWithoutTlsOfNamedUpses();
+    void singleUpsOfAnUnreachableServer();
     void argumentsAddToTheFile();
     void filesThatNameNothing_data();
     void filesThatNameNothing();
@@ -193,6 +196,83 @@ void SiteFeedsTest::unreachableServer()
     QCOMPARE(site.count(), 0);
     server.open(host.port);
     QTRY_COMPARE(site.count(), 1);
+    QVERIFY(site.problems().isEmpty());
+}
+
+/// Each server that is not reached is a problem, also where its UPSes are named.
+void SiteFeedsTest::unreachableServerOfNamedUpses()
+{
+    FakeNutServer up;
+    FakeNutServer down;
+    serve(&up, {"a"});
+    serve(&down, {"b"});
+    const NutHost host = down.address().server();
+    down.close();
+    QString error;
+    const std::optional<SiteEntries> file = parseSiteFile(
+        "[server u]\naddress = " + up.address().server().toString().toLatin1() +
+            "\nups = a\n[server d]\naddress = " + host.toString().toLatin1() + "\nups = b, gone\n",
+        QStringLiteral("f"), &error);
+    QVERIFY2(file, qPrintable(error));
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QVERIFY(feeds.add(*file, {}, &error, shortTimes()));
+    QCOMPARE(site.count(), 3);
+    feeds.start();
+    QTRY_COMPARE(site.problems().value(host.toString()).text, QStringLiteral("connection refused"));
+    QTRY_COMPARE(site.at(0)->severity(), Severity::Normal);
+    QCOMPARE(site.problems().keys(), QStringList(host.toString()));
+    QCOMPARE(site.problemCount(), 1);
+    // A UPS that the server does not have is no problem of the server.
+    down.open(host.port);
+    QTRY_VERIFY(site.problems().isEmpty());
+    QTRY_COMPARE(site.at(1)->severity(), Severity::Normal);
+    QVERIFY(site.problems().isEmpty());
+    down.close();
+    down.client()->abort();
+    QTRY_COMPARE(site.problems().keys(), QStringList(host.toString()));
+}
+
+void SiteFeedsTest::serverWithoutTlsOfNamedUpses()
+{
+    FakeNutServer server;
+    server.onLine = [](QTcpSocket *socket, const QByteArray &) {
+        socket->write("ERR FEATURE-NOT-CONFIGURED\n");
+    };
+    const QString host = server.address().server().toString();
+    QString error;
+    const std::optional<SiteEntries> file =
+        parseSiteFile("[server s]\naddress = " + host.toLatin1() + "\nups = a, b\ntls = required\n",
+                      QStringLiteral("f"), &error);
+    QVERIFY2(file, qPrintable(error));
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QVERIFY(feeds.add(*file, {}, &error, shortTimes()));
+    feeds.start();
+    QTRY_COMPARE(site.problemCount(), 1);
+    QVERIFY2(site.problems().value(host).text.contains(QStringLiteral("TLS")),
+             qPrintable(site.worstProblem()));
+}
+
+/// Its own headline has the reason: the site does not repeat it.
+void SiteFeedsTest::singleUpsOfAnUnreachableServer()
+{
+    FakeNutServer server;
+    const NutHost host = server.address().server();
+    server.close();
+    SiteEntries entries;
+    ServerEntry entry;
+    entry.host = host;
+    entry.upses.append({QStringLiteral("a"), {}, {}, {}});
+    entries.servers.append(entry);
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QString error;
+    QVERIFY(feeds.add(entries, {}, &error, shortTimes()));
+    feeds.start();
+    QTRY_COMPARE(site.at(0)->snapshot().reason,
+                 QStringLiteral("connection refused (%1)").arg(host.toString()));
+    // A problem of the site would be there before the UPS's own loss.
     QVERIFY(site.problems().isEmpty());
 }
 

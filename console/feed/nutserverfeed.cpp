@@ -365,6 +365,7 @@ void NutServerFeed::answered()
     phase = Phase::Resting;
     roundDeadline.stop();
     next.start(times.poll);
+    Q_EMIT reached();
 }
 
 void NutServerFeed::takeLoss(const QString &reason)

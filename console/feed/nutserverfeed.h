@@ -57,6 +57,8 @@ public:
 Q_SIGNALS:
     /// All UPSes of the server, in its order.
     void found(const QVector<NutUps> &all);
+    /// The server has answered everything that a round asks.
+    void reached();
     /// The server cannot be reached, or no more; plain text.
     void lost(const QString &reason);
     /// What the server makes of the user whom session() got at first, or of one who logged in.
