@@ -1018,15 +1018,21 @@ void GalleryTest::allStatesAtOnce()
     QVERIFY(gallery.stage->isVisible());
 }
 
-void GalleryTest::copiesCpp()
+/// Gives a tile one setting of each kind.
+static void changeTile(Gallery &gallery)
 {
-    Gallery gallery(QStringLiteral("MetroShelter"));
     edit(gallery.editor("alarm"));
     type(gallery.editor("text")->findChild<QLineEdit *>(), QStringLiteral("a \"b\" \\ °"));
     type(gallery.editor("colorText")->findChild<QLineEdit *>(), QStringLiteral("#80ff0000"));
     type(gallery.editor("xLabel")->findChild<QSpinBox *>(), QStringLiteral("12"));
     gallery.withText<QCheckBox>("Enabled")->click();
     gallery.stage->resizeStaged(QSize(150, 50));
+}
+
+void GalleryTest::copiesCpp()
+{
+    Gallery gallery(QStringLiteral("MetroShelter"));
+    changeTile(gallery);
     gallery.withText<QPushButton>("Copy C++")->click();
     QCOMPARE(QApplication::clipboard()->text(),
              QStringLiteral("auto *metroShelter = new MetroShelter(parent);\n"
@@ -1084,12 +1090,7 @@ void GalleryTest::codeCompiles()
 void GalleryTest::copiesPython()
 {
     Gallery gallery(QStringLiteral("MetroShelter"));
-    edit(gallery.editor("alarm"));
-    type(gallery.editor("text")->findChild<QLineEdit *>(), QStringLiteral("a \"b\" \\ °"));
-    type(gallery.editor("colorText")->findChild<QLineEdit *>(), QStringLiteral("#80ff0000"));
-    type(gallery.editor("xLabel")->findChild<QSpinBox *>(), QStringLiteral("12"));
-    gallery.withText<QCheckBox>("Enabled")->click();
-    gallery.stage->resizeStaged(QSize(150, 50));
+    changeTile(gallery);
     gallery.withText<QPushButton>("Copy Python")->click();
     QCOMPARE(QApplication::clipboard()->text(),
              QStringLiteral("metroShelter = MetroShelter(parent)\n"

@@ -31,11 +31,20 @@ QByteArray variables(const QByteArray &status, const QByteArray &load,
            more;
 }
 
-NutFeed *newFeed(const NutServer &server, QObject *parent)
+/// A running feed of the UPS at an address, with all that it told.
+struct Follower
 {
+    explicit Follower(const QString &address)
+        : feed(*NutAddress::parse(address, &error))
+        , log(&feed)
+    {
+        feed.start();
+    }
+
     QString error;
-    return new NutFeed(*NutAddress::parse(server.address(), &error), NutTimes(), parent);
-}
+    NutFeed feed;
+    SnapshotLog log;
+};
 
 const ElementState on = {AlarmState::None, OperatingState::On};
 
@@ -61,10 +70,8 @@ void TestNutServer::followsStatusAndValues()
     NutServer server;
     VERIFY_SERVER(writeVariables(variables("OL CHRG", "42.5")));
     VERIFY_SERVER(start());
-    QObject owner;
-    NutFeed *feed = newFeed(server, &owner);
-    SnapshotLog log(feed);
-    feed->start();
+    Follower follower(server.address());
+    const SnapshotLog &log = follower.log;
 
     QTRY_COMPARE(log.last().system, on);
     const Snapshot first = log.last();
@@ -116,10 +123,8 @@ void TestNutServer::writtenTwiceWithinASecond()
     NutServer server;
     VERIFY_SERVER(writeVariables(variables("OL", "1")));
     VERIFY_SERVER(start());
-    QObject owner;
-    NutFeed *feed = newFeed(server, &owner);
-    SnapshotLog log(feed);
-    feed->start();
+    Follower follower(server.address());
+    const SnapshotLog &log = follower.log;
     QTRY_COMPARE(log.last().system, on);
     // Each value is written as soon as the one before it shows, often within the same second.
     for (int load = 2; load < 8; ++load) {
@@ -136,10 +141,8 @@ void TestNutServer::driverHaltedAndContinued()
     NutServer server(3);
     VERIFY_SERVER(writeVariables(variables("OL", "42")));
     VERIFY_SERVER(start());
-    QObject owner;
-    NutFeed *feed = newFeed(server, &owner);
-    SnapshotLog log(feed);
-    feed->start();
+    Follower follower(server.address());
+    const SnapshotLog &log = follower.log;
     QTRY_COMPARE(log.last().system, on);
 
     VERIFY_SERVER(haltDriver());
@@ -158,10 +161,8 @@ void TestNutServer::driverKilledAndRestarted()
     NutServer server;
     VERIFY_SERVER(writeVariables(variables("OL", "42")));
     VERIFY_SERVER(start());
-    QObject owner;
-    NutFeed *feed = newFeed(server, &owner);
-    SnapshotLog log(feed);
-    feed->start();
+    Follower follower(server.address());
+    const SnapshotLog &log = follower.log;
     QTRY_COMPARE(log.last().system, on);
 
     VERIFY_SERVER(killDriver());
@@ -185,10 +186,8 @@ void TestNutServer::serverKilledAndRestarted()
     NutServer server;
     VERIFY_SERVER(writeVariables(variables("OL", "42")));
     VERIFY_SERVER(start());
-    QObject owner;
-    NutFeed *feed = newFeed(server, &owner);
-    SnapshotLog log(feed);
-    feed->start();
+    Follower follower(server.address());
+    const SnapshotLog &log = follower.log;
     QTRY_COMPARE(log.last().system, on);
 
     VERIFY_SERVER(killServer());
@@ -207,9 +206,8 @@ void TestNutServer::unknownUps()
     NutServer server;
     VERIFY_SERVER(writeVariables(variables("OL", "42")));
     VERIFY_SERVER(start());
-    NutFeed feed({QStringLiteral("other"), QStringLiteral("127.0.0.1"), server.port()});
-    SnapshotLog log(&feed);
-    feed.start();
+    Follower follower(QStringLiteral("other@127.0.0.1:%1").arg(server.port()));
+    const SnapshotLog &log = follower.log;
     QTRY_COMPARE(log.last().reason, QStringLiteral("the server knows no such UPS"));
     QVERIFY(log.last().isLost());
     QCOMPARE(log.last().name, QStringLiteral("other"));
