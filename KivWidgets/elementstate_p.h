@@ -30,6 +30,7 @@ constexpr std::size_t colorCount = std::size_t(RedIndex) + 1;
 /// The values behind them.
 constexpr QRgb darkGrey = qRgb(89, 89, 91);
 constexpr QRgb lightBlue = qRgb(0, 174, 240);
+constexpr QRgb deepBlue = qRgb(0, 108, 160); // a shade of it, for pages and the shadow of bars
 constexpr QRgb orange = qRgb(247, 148, 50);
 constexpr QRgb darkBlue = qRgb(0, 56, 117);
 constexpr QRgb lightGrey = qRgb(167, 167, 167);

@@ -76,6 +76,11 @@ QColor Theme::accent()
     return {KivPrivate::lightBlue};
 }
 
+QColor Theme::deepAccent()
+{
+    return {KivPrivate::deepBlue};
+}
+
 QFont Theme::font(TextSize size, bool bold)
 {
     QFont font(QStringLiteral("DejaVu Sans"));

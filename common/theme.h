@@ -43,6 +43,8 @@ QString separator();
 
 /// Accent colour of controls.
 QColor accent();
+/// A dark shade of it.
+QColor deepAccent();
 
 /// The smallest size is 7 points even where the scale asks for less.
 enum TextSize { Small = 8, Normal = 10, Large = 13, Huge = 18, Figure = 24 };

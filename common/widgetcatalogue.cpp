@@ -94,7 +94,7 @@ void showCard(QWidget *widget)
     auto *page = new QWidget;
     page->setAutoFillBackground(true);
     QPalette palette = page->palette();
-    palette.setColor(QPalette::Window, QColor(0, 108, 160));
+    palette.setColor(QPalette::Window, QColor(KivPrivate::deepBlue));
     page->setPalette(palette);
     stack->addWidget(page);
 }

@@ -241,7 +241,7 @@ std::vector<WidgetState> aeroLinebars()
     const QSize size(260, 50);
     const auto populate = [](AeroLinebar *bar) {
         bar->setColor(QColor(KivPrivate::lightBlue));
-        bar->setShadow(QColor(0, 108, 160));
+        bar->setShadow(QColor(KivPrivate::deepBlue));
         bar->setColorText(Qt::black);
     };
     const struct
@@ -518,7 +518,8 @@ std::vector<WidgetState> rotatingStacks()
     for (const auto &frame : frames) {
         states.add<StillStack>(
             QLatin1String(frame.caption), QSize(150, 96), [=](StillStack *stack) {
-                stack->addWidget(new Page(QColor(0, 108, 160), QStringLiteral("Old page")));
+                stack->addWidget(
+                    new Page(QColor(KivPrivate::deepBlue), QStringLiteral("Old page")));
                 stack->addWidget(new Page(QColor(200, 110, 20), QStringLiteral("New page")));
                 for (int i = 0; i < stack->count(); ++i)
                     stack->widget(i)->resize(stack->size());

@@ -54,21 +54,6 @@ constexpr Offered offered[] = {
     {Quantity::InputFrequency, "Freq.", false},
 };
 
-/// A button with a bar below its text while it is checked.
-class ChoiceButton : public QPushButton
-{
-public:
-    using QPushButton::QPushButton;
-
-protected:
-    void paintEvent(QPaintEvent *event) override
-    {
-        QPushButton::paintEvent(event);
-        if (isChecked())
-            paintChoiceBar(this);
-    }
-};
-
 } // namespace
 
 TrendsPage::TrendsPage(QWidget *parent)
@@ -152,7 +137,7 @@ TrendsPage::TrendsPage(QWidget *parent)
 
 QPushButton *TrendsPage::makeButton(const QString &text, const QString &name, const QString &help)
 {
-    auto *button = new ChoiceButton(text, controls);
+    auto *button = new ChoiceButton<QPushButton>(text, controls);
     Theme::setText(button, Theme::Normal);
     button->setObjectName(name);
     button->setToolTip(help);

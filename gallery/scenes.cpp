@@ -31,7 +31,6 @@ namespace {
 
 const QColor slate(62, 78, 94);
 const QColor slateShadow(27, 34, 42);
-const QColor deepBlue(0, 108, 160);
 constexpr int drawerTabRoom = 62;
 constexpr int drawerEntrySide = 64;
 constexpr int drawerEntryGap = 5;
@@ -102,7 +101,7 @@ void arrangeLinebar(QWidget *widget)
 {
     auto *bar = static_cast<AeroLinebar *>(widget);
     bar->setColor(Theme::accent());
-    bar->setShadow(deepBlue);
+    bar->setShadow(Theme::deepAccent());
     bar->setColorText(Qt::white);
     bar->setValuePosition(AeroLinebar::leftVal);
     bar->setValue(65);
@@ -175,8 +174,9 @@ void arrangeStack(QWidget *widget)
     stack->changeTimePosition(300);
     stack->changeTimeRotation(500);
     stack->setAnimationEnabled(true);
-    const std::pair<const char *, QColor> pages[] = {
-        {"Overview", deepBlue}, {"Measurements", QColor(52, 110, 74)}, {"Settings", slate}};
+    const std::pair<const char *, QColor> pages[] = {{"Overview", Theme::deepAccent()},
+                                                     {"Measurements", QColor(52, 110, 74)},
+                                                     {"Settings", slate}};
     for (const auto &[title, color] : pages) {
         auto *page = new QWidget;
         page->setAutoFillBackground(true);
