@@ -101,6 +101,7 @@ class HistoryPagesTest : public WidgetTest
 
 private Q_SLOTS:
     void presentOnTopUntilAcknowledged();
+    void worstOfASecondFirst();
     void leftUpsesAreNotPresent();
     void serversArePresent();
     void acknowledgesOne();
@@ -140,6 +141,33 @@ void HistoryPagesTest::presentOnTopUntilAcknowledged()
     QTRY_COMPARE(textsOf(played.list()),
                  (QStringList{QStringLiteral("later"), QStringLiteral("Replace the battery"),
                               QStringLiteral("earlier")}));
+}
+
+/// What begins within one second is read with the worst first, in whatever order it came: a file
+/// that is read, and the list that follows.
+void HistoryPagesTest::worstOfASecondFirst()
+{
+    PlayedSite played;
+    played.showPage("events");
+    const auto add = [&](const char *text, Severity severity, qint64 at) {
+        played.happen(QLatin1String(text), severity, start + at);
+    };
+    add("critical first", Severity::Critical, 5000);
+    add("warning after it", Severity::Warning, 5400);
+    add("note after it", Severity::Information, 5900);
+    add("next second", Severity::Information, 6000);
+    add("warning before", Severity::Warning, 4000);
+    add("critical after it", Severity::Critical, 4800);
+    add("equal", Severity::Critical, 5300);
+    const QString wanted = QStringLiteral("next second|equal|critical first|warning after it|"
+                                          "note after it|critical after it|warning before");
+    QTRY_COMPARE(textsOf(played.list()).join(QLatin1Char('|')), wanted);
+    // Read again.
+    auto *filter = played.find<QLineEdit>("text filter");
+    filter->setText(QStringLiteral("nothing like it"));
+    QTRY_COMPARE(played.list()->rowCount(), 0);
+    filter->clear();
+    QTRY_COMPARE(textsOf(played.list()).join(QLatin1Char('|')), wanted);
 }
 
 /// Of a UPS that the console does not follow any more, nobody knows whether its events last.

@@ -69,7 +69,13 @@ bool comesBefore(const Event &a, const Event &b)
     const bool aOnTop = isOnTop(a);
     if (aOnTop != isOnTop(b))
         return aOnTop;
-    return std::tie(a.begin, a.id) > std::tie(b.begin, b.id);
+    // What begins together is announced in any order: the worst is read first.
+    const auto key = [](const Event &event) {
+        const qint64 fraction = (event.begin % 1000 + 1000) % 1000; // also before 1970
+        return std::make_tuple(event.begin - fraction, urgencyOf(event.severity), event.begin,
+                               event.id);
+    };
+    return key(a) > key(b);
 }
 
 QString nameOf(EventKind kind)
