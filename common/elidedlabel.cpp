@@ -10,6 +10,13 @@
 
 #include <algorithm>
 
+namespace {
+
+/// No screen shows more characters; a UPS may send any amount.
+constexpr int longest = 4000;
+
+} // namespace
+
 ElidedLabel::ElidedLabel(QWidget *parent)
     : QLabel(parent)
 {
@@ -25,16 +32,28 @@ void ElidedLabel::setLines(int lines)
 
 bool ElidedLabel::isElided() const
 {
-    const QStringList lines = fitted(contentsRect().width());
-    return !lines.isEmpty() && lines.constLast().endsWith(QChar(0x2026)) &&
-           !text().endsWith(QChar(0x2026));
+    bool isCut = false;
+    fitted(contentsRect().width(), most, &isCut);
+    return isCut;
 }
 
-QStringList ElidedLabel::fitted(int width) const
+void ElidedLabel::setElideMode(Qt::TextElideMode newMode)
 {
-    // No screen shows more; a UPS may send any amount.
-    constexpr int longest = 4000;
-    QString whole = text().left(longest).simplified();
+    mode = newMode;
+    update();
+}
+
+int ElidedLabel::linesAt(int width) const
+{
+    const QMargins margins = contentsMargins();
+    return int(fitted(width - margins.left() - margins.right(), longest).size());
+}
+
+QStringList ElidedLabel::fitted(int width, int mostLines, bool *isCut) const
+{
+    const QString whole = text().left(longest).simplified();
+    if (isCut)
+        *isCut = text().size() > longest;
     QStringList lines;
     QTextLayout layout(whole, font());
     // A word that is wider than the label goes on below.
@@ -42,7 +61,7 @@ QStringList ElidedLabel::fitted(int width) const
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
-    while (lines.size() < most - 1) {
+    while (lines.size() < mostLines - 1) {
         QTextLine line = layout.createLine();
         if (!line.isValid())
             break;
@@ -50,8 +69,12 @@ QStringList ElidedLabel::fitted(int width) const
         lines.append(whole.mid(line.textStart(), line.textLength()).trimmed());
     }
     const QTextLine rest = layout.createLine();
-    if (rest.isValid())
-        lines.append(fontMetrics().elidedText(whole.mid(rest.textStart()), Qt::ElideRight, width));
+    if (rest.isValid()) {
+        const QString all = whole.mid(rest.textStart());
+        lines.append(fontMetrics().elidedText(all, mode, width));
+        if (isCut && lines.constLast() != all)
+            *isCut = true;
+    }
     layout.endLayout();
     return lines;
 }
@@ -81,7 +104,7 @@ void ElidedLabel::paintEvent(QPaintEvent *)
     painter.setPen(
         palette().color(isEnabled() ? QPalette::Normal : QPalette::Disabled, foregroundRole()));
     painter.drawText(contentsRect(), int(alignment()) | Qt::TextDontClip,
-                     fitted(contentsRect().width()).join(QLatin1Char('\n')));
+                     fitted(contentsRect().width(), most).join(QLatin1Char('\n')));
 }
 
 bool ElidedLabel::event(QEvent *event)

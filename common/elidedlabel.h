@@ -15,6 +15,10 @@ public:
 
     /// 1 unless set.
     void setLines(int lines);
+    /// Where the last line is elided; at its end unless set.
+    void setElideMode(Qt::TextElideMode mode);
+    /// How many lines the present text takes in a label of @p width.
+    int linesAt(int width) const;
     /// Whether the present text does not fit.
     bool isElided() const;
 
@@ -26,8 +30,10 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    /// The text in lines as they fit into @p width.
-    QStringList fitted(int width) const;
+    /// The text in at most @p mostLines lines as they fit into @p width; @p isCut: that was not
+    /// all.
+    QStringList fitted(int width, int mostLines, bool *isCut = nullptr) const;
 
     int most = 1;
+    Qt::TextElideMode mode = Qt::ElideRight;
 };

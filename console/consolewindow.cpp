@@ -4,7 +4,6 @@
 
 #include "banner.h"
 #include "controlpage.h"
-#include "danger.h"
 #include "display.h"
 #include "elementstate_p.h"
 #include "elidedlabel.h"
@@ -232,6 +231,7 @@ ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
 /// Shows @p followed on all pages from now on.
 void ConsoleWindow::follow(UpsModel *followedUps)
 {
+    const UpsModel *before = ups;
     ups->disconnect(this);
     ups->setFollowed(false);
     ups = followedUps;
@@ -246,6 +246,9 @@ void ConsoleWindow::follow(UpsModel *followedUps)
         say(value.isEmpty() ? tr("%1: asked …").arg(wordsOf(name))
                             : tr("%1 to %2: asked …").arg(wordsOf(name), value));
     });
+    // What was said was about the one before.
+    if (before != &nobody)
+        dropMessage();
     offerCommands();
     showUps();
 }
@@ -297,8 +300,19 @@ void ConsoleWindow::makeHeader()
     showClock();
     messageTimer = new QTimer(this);
     messageTimer->setSingleShot(true);
-    connect(messageTimer, &QTimer::timeout, message, &QLabel::hide);
+    connect(messageTimer, &QTimer::timeout, this, &ConsoleWindow::dropMessage);
     message->hide();
+    notice = new ElidedLabel(this);
+    notice->setObjectName(QStringLiteral("notice"));
+    notice->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    notice->setAutoFillBackground(true);
+    notice->setAttribute(Qt::WA_TransparentForMouseEvents);
+    Theme::setText(notice, Theme::Large);
+    QPalette plate = notice->palette();
+    plate.setColor(QPalette::Window, Theme::deepAccent());
+    plate.setColor(QPalette::WindowText, Qt::white);
+    notice->setPalette(plate);
+    notice->hide();
     banner = new Banner(this);
 }
 
@@ -344,7 +358,7 @@ void ConsoleWindow::makeTabs()
     }
     addTab(tr("Overview"), Pictogram::Overview, overview, systemState);
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
-    auto *control = new ControlPage;
+    control = new ControlPage;
     addTab(tr("Control"), Pictogram::Control, control, batteryState);
     connect(control, &ControlPage::said, this, &ConsoleWindow::say);
     connect(control, &ControlPage::keepUser, this, &ConsoleWindow::keepUser);
@@ -373,9 +387,9 @@ void ConsoleWindow::addTab(const QString &name, Pictogram image, Page *page,
     connect(button, &MetroTabicon::clicked, this, [=] { showPage(index); });
     // The shape of the pointer shows what can be pressed.
     const QList<QAbstractButton *> controls = page->findChildren<QAbstractButton *>();
-    for (QAbstractButton *control : controls) {
-        if (control->focusPolicy() != Qt::NoFocus)
-            control->setCursor(Qt::PointingHandCursor);
+    for (QAbstractButton *one : controls) {
+        if (one->focusPolicy() != Qt::NoFocus)
+            one->setCursor(Qt::PointingHandCursor);
     }
     page->setObjectName(name.toLower());
     page->setAccessibleName(name);
@@ -697,8 +711,46 @@ void ConsoleWindow::showRecord(const CommandRecord &record)
 void ConsoleWindow::say(const QString &text)
 {
     message->setText(text);
-    message->show();
     messageTimer->start(messageMsecs);
+    showMessage();
+}
+
+void ConsoleWindow::showMessage()
+{
+    // Shown to get its room, which says whether the whole text fits.
+    message->show();
+    strip->layout()->activate();
+    const bool fits = !message->isElided();
+    message->setVisible(fits);
+    notice->setVisible(!fits);
+    if (fits)
+        return;
+    const int margin = Theme::px(Theme::margin);
+    constexpr int mostLines = 6;
+    notice->setText(message->text());
+    notice->setContentsMargins(margin, margin / 2, margin, margin / 2);
+    const QRect page = stack->geometry();
+    notice->setLines(std::min(notice->linesAt(page.width()), mostLines));
+    QRect place(page.left(), 0, page.width(), notice->minimumSizeHint().height());
+    place.moveBottom(page.bottom());
+    // What is pressed stays visible.
+    const QWidget *pressed = focusWidget();
+    if (pressed && place.intersects(QRect(pressed->mapTo(this, QPoint()), pressed->size())))
+        place.moveTop(page.top());
+    notice->setGeometry(place);
+    notice->raise();
+}
+
+void ConsoleWindow::dropMessage()
+{
+    messageTimer->stop();
+    message->hide();
+    notice->hide();
+}
+
+void ConsoleWindow::setCredentialsFile(const QString &path)
+{
+    control->setCredentialsFile(path);
 }
 
 QStringList ConsoleWindow::pageNames() const
@@ -877,6 +929,8 @@ void ConsoleWindow::arrangeHeader()
     strip->resize(stripSize);
     banner->setGeometry(left, stripHeight, wide, bannerHeight);
     stack->setGeometry(left, header, width() - left, std::max(height() - header, 1));
+    if (messageTimer->isActive())
+        showMessage();
 }
 
 void ConsoleWindow::openDrawer(bool open)

@@ -10,6 +10,7 @@
 #include <vector>
 
 class Banner;
+class ControlPage;
 class ElidedLabel;
 class FleetPage;
 class EventsPage;
@@ -63,8 +64,11 @@ public:
     /// Sets whether changes are announced on the desktop and shows it on the settings page.
     void chooseNotify(bool notify);
 
-    /// Shows @p text, which stays plain, in the strip for a while.
+    /// Shows @p text, which stays plain, for a while: in the strip, or above the page where the
+    /// strip has too little room.
     void say(const QString &text);
+    /// Where a user who wants to is kept; empty, as at first: nowhere.
+    void setCredentialsFile(const QString &path);
 
 public Q_SLOTS:
     void setFilled(bool fullScreen);
@@ -115,6 +119,8 @@ private:
     void addTab(const QString &name, Pictogram image, Page *page,
                 ElementState (*state)(const Snapshot &));
     void showClock();
+    void showMessage();
+    void dropMessage();
     void showResult(Command command, bool taken);
     void showRecord(const CommandRecord &record);
     void showTabStates();
@@ -137,7 +143,8 @@ private:
     MetroStatusbar *strip;
     QPixmap stripImage;
     ElidedLabel *upsName;
-    ElidedLabel *message;
+    ElidedLabel *message; // in the strip
+    ElidedLabel *notice;  // above the page, for a message that is too long for the strip
     QLabel *simulatedMark;
     QLabel *clock;
     QTimer *clockTimer;
@@ -146,6 +153,7 @@ private:
     QWidget *rail;
     RotateStackedWidget *stack;
     OverviewPage *overview;
+    ControlPage *control;
     EventsPage *events;
     TrendsPage *trends;
     SettingsPage *settings;

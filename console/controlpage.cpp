@@ -17,8 +17,8 @@
 #include <aeroswitch.h>
 #include <transpbutton.h>
 
+#include <QtCore/QEvent>
 #include <QtGui/QIcon>
-#include <QtGui/QPainter>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
@@ -27,9 +27,8 @@
 
 namespace {
 
-using Glass::faintColor;
+using Glass::Ink;
 using Glass::outline;
-using Glass::textColor;
 
 const QColor lit(0, 150, 210);
 
@@ -38,15 +37,29 @@ constexpr int pushUnits = 88;
 constexpr int pushIconUnits = 36;
 constexpr int barUnits = 58;
 constexpr int leastBar = 36;
-constexpr int stripUnits = 40;
+constexpr int stripUnits = 36;
+constexpr int rowGapUnits = 6;
+constexpr int sideUnits = 14; // inside a box
 constexpr int narrowUnits = 560;
 
-ElidedLabel *glassText(QWidget *parent, const QColor &color)
+/// The voltage and the time left; what is missing is named.
+QString batteryText(const UpsModel &ups)
 {
-    auto *label = new ElidedLabel(parent);
-    Theme::setText(label, Theme::Normal);
-    Glass::setTextColor(label, color);
-    return label;
+    const Reading voltage = ups.reading(Quantity::BatteryVoltage);
+    const bool hasVoltage = voltage.state != Reading::State::Missing;
+    const bool hasTime = !ups.timeLeft().isEmpty();
+    QStringList parts;
+    if (hasVoltage)
+        parts += voltage.text;
+    if (hasTime)
+        parts += ControlPage::tr("time left %1").arg(ups.timeLeft());
+    if (!hasVoltage && !hasTime && ups.headline().showsTimeLeft)
+        parts += ControlPage::tr("battery voltage and time left unknown");
+    else if (!hasVoltage)
+        parts += ControlPage::tr("battery voltage unknown");
+    else if (!hasTime && ups.headline().showsTimeLeft)
+        parts += ControlPage::tr("time left unknown");
+    return sentence(parts.join(Theme::separator()));
 }
 
 /// A printf format that prints @p text.
@@ -68,18 +81,23 @@ ControlPage::ControlPage(QWidget *parent)
     content = room->content();
     QVBoxLayout *layout = Theme::pageLayout(content);
     layout->addWidget(makeBattery());
-    groups->addWidget(makeSwitches(), 3);
-    groups->addWidget(makeSimulator(), 1);
+    groups->addWidget(makeSwitches(), 1);
+    groups->addWidget(makeSimulator());
     layout->addLayout(groups);
     nothing = Theme::label(content, Theme::Normal);
     nothing->setObjectName(QStringLiteral("noCommands"));
     nothing->setWordWrap(true);
-    Glass::setTextColor(nothing, textColor);
+    Glass::setInk(nothing, Ink::Text);
     layout->addWidget(nothing);
     layout->addWidget(makeOffers());
     layout->addStretch(1);
     layout->addWidget(makeStrip());
     applyScale();
+}
+
+void ControlPage::setCredentialsFile(const QString &path)
+{
+    offers->setCredentialsFile(path);
 }
 
 QWidget *ControlPage::makeOffers()
@@ -98,14 +116,17 @@ QWidget *ControlPage::makeBattery()
     charge->setAccessibleName(box->title());
     Theme::setText(charge, Theme::Large);
     charge->setColor(Theme::accent());
-    charge->setShadow(QColor(0, 108, 160));
+    charge->setShadow(Theme::deepAccent());
     charge->setColorPen(outline);
     charge->setRoundness(40);
     charge->setTickHeight(20);
     charge->setTickStep(10.0);
     charge->setColorText(QColor(20, 26, 32));
     charge->setValuePosition(AeroLinebar::CenterVal);
-    chargeText = glassText(box, faintColor);
+    chargeText = new ElidedLabel(box);
+    chargeText->setObjectName(QStringLiteral("battery summary"));
+    Theme::setText(chargeText, Theme::Normal);
+    Glass::setInk(chargeText, Ink::Faint);
     chargeText->setAlignment(Qt::AlignRight);
     batteryLayout = new QVBoxLayout(box);
     batteryLayout->addWidget(charge);
@@ -147,30 +168,36 @@ QWidget *ControlPage::makeSimulator()
     return simulatorBox;
 }
 
-/// The buttons stand beside the switches, or below them where there is little room.
+/// Each switch stands beside its warning. The buttons stand beside the switches, or below them
+/// where there is little room.
 void ControlPage::arrangeCommands()
 {
-    constexpr int columns = 2;
-    for (int i = 0; i < int(commands.switches.size()); ++i)
-        commands.layout->addWidget(commands.switches[std::size_t(i)].control, i / columns,
-                                   i % columns);
-    for (int column = 0; column < columns; ++column)
-        commands.layout->setColumnStretch(column, 1);
-    simulation.layout->addWidget(simulation.switches.front().control, 0, 0);
+    const int rows = int(commands.switches.size());
+    for (int row = 0; row < rows; ++row) {
+        const StateSwitch &entry = commands.switches[std::size_t(row)];
+        commands.layout->addWidget(entry.control, row, 0);
+        // The last one also has the room below the button.
+        commands.layout->addWidget(entry.warning, row, 1, 1, row + 1 == rows ? 2 : 1);
+    }
+    commands.layout->setColumnStretch(1, 1);
+    AeroSwitch *cut = simulation.switches.front().control;
     TranspButton *clear = commands.pushes.front().control;
     TranspButton *resume = simulation.pushes.front().control;
-    simulation.layout->addWidget(resume, 0, 1, Qt::AlignCenter);
-    if (narrow)
-        commands.layout->addWidget(clear, 1, 1, Qt::AlignCenter);
-    else
-        commands.layout->addWidget(clear, 0, columns, 2, 1, Qt::AlignCenter);
+    simulation.layout->addWidget(cut, 0, 0);
+    if (narrow) {
+        commands.layout->addWidget(clear, rows, 0, 1, 2, Qt::AlignCenter);
+        simulation.layout->addWidget(resume, 0, 1, Qt::AlignCenter);
+    } else {
+        commands.layout->addWidget(clear, 0, 2, rows - 1, 1, Qt::AlignCenter);
+        simulation.layout->addWidget(resume, 1, 0, Qt::AlignCenter);
+    }
 }
 
 void ControlPage::applyScale()
 {
     charge->setFixedHeight(std::max(leastBar, Theme::px(barUnits)));
-    const int title = QFontMetrics(Theme::font(Theme::Normal, true)).height() + Theme::px(8);
-    const int side = Theme::px(18);
+    const int title = Glass::titleRoom();
+    const int side = Theme::px(sideUnits);
     batteryLayout->setContentsMargins(side, title, side, Theme::px(6));
     batteryLayout->setSpacing(Theme::px(4));
     groups->setSpacing(Theme::px(Theme::spacing));
@@ -185,9 +212,9 @@ void ControlPage::applyScale()
 
 void ControlPage::scale(const Group &group, int title, int side)
 {
-    group.layout->setContentsMargins(side, title, side, Theme::px(10));
+    group.layout->setContentsMargins(side, title, side, Theme::px(8));
     group.layout->setHorizontalSpacing(Theme::px(Theme::margin));
-    group.layout->setVerticalSpacing(Theme::px(Theme::spacing));
+    group.layout->setVerticalSpacing(Theme::px(rowGapUnits));
     for (const StateSwitch &entry : group.switches) {
         const QFontMetrics metrics(Theme::font(Theme::Normal, true));
         entry.control->setFixedHeight(std::max(Theme::touchSize(), Theme::px(switchUnits)));
@@ -204,9 +231,15 @@ void ControlPage::scale(const Group &group, int title, int side)
                      Theme::px(pushUnits)),
             height);
         QIcon faces;
-        addPictogram(&faces, entry.image, icon, textColor);
+        const QColor text = Glass::colorOf(Ink::Text);
+        const QColor faint = Glass::colorOf(Ink::Faint);
+        QPalette palette = entry.control->palette();
+        palette.setColor(QPalette::ButtonText, text);
+        palette.setColor(QPalette::Disabled, QPalette::ButtonText, faint);
+        entry.control->setPalette(palette);
+        addPictogram(&faces, entry.image, icon, text);
         addPictogram(&faces, entry.image, icon, Theme::accent(), QIcon::Active);
-        addPictogram(&faces, entry.image, icon, faintColor, QIcon::Disabled);
+        addPictogram(&faces, entry.image, icon, faint, QIcon::Disabled);
         entry.control->setIconSize(QSize(icon, icon));
         entry.control->setIcon(faces);
         entry.control->setPosLabel(QPoint(0, (icon + metrics.height()) / 2 + Theme::px(4)));
@@ -235,15 +268,19 @@ void ControlPage::resizeEvent(QResizeEvent *event)
 void ControlPage::addSwitch(Group *group, const QString &text, Command enter, Command leave,
                             bool (*holds)(const Snapshot &), const QString &consequence)
 {
-    auto *control = new AeroSwitch(group == &commands ? commandBox : simulatorBox);
+    AeroGroupbox *box = group == &commands ? commandBox : simulatorBox;
+    auto *control = new AeroSwitch(box);
     control->setObjectName(text);
     Theme::setText(control, Theme::Normal);
     Glass::apply(control, 40);
     control->setHighlight(lit);
     control->setText(text);
     HoldGuard *guard = nullptr;
+    QLabel *warning = nullptr;
     if (!consequence.isEmpty()) {
         guard = new HoldGuard(control);
+        warning = Glass::warning(box, consequence);
+        warning->setObjectName(QStringLiteral("warning ") + text);
         control->setToolTip(tr("Hold for two seconds. %1").arg(consequence));
         control->setAccessibleDescription(control->toolTip());
         connect(guard, &HoldGuard::began, this,
@@ -260,7 +297,7 @@ void ControlPage::addSwitch(Group *group, const QString &text, Command enter, Co
         if (!guard || !guard->isActive())
             give(checked ? enter : leave);
     });
-    group->switches.push_back({control, enter, leave, holds, guard});
+    group->switches.push_back({control, enter, leave, holds, guard, warning});
 }
 
 void ControlPage::addPush(Group *group, Pictogram image, const QString &text, Command command)
@@ -268,10 +305,6 @@ void ControlPage::addPush(Group *group, Pictogram image, const QString &text, Co
     auto *control = new TranspButton(group == &commands ? commandBox : simulatorBox);
     control->setObjectName(text);
     Theme::setText(control, Theme::Normal);
-    QPalette palette = control->palette();
-    palette.setColor(QPalette::ButtonText, textColor);
-    palette.setColor(QPalette::Disabled, QPalette::ButtonText, faintColor);
-    control->setPalette(palette);
     control->setText(text);
     connect(control, &TranspButton::clicked, this, [=] { give(command); });
     group->pushes.push_back({control, image, command});
@@ -283,8 +316,10 @@ QWidget *ControlPage::makeStrip()
     strip->setAccessibleName(tr("Status"));
     Glass::apply(strip, 40);
     linkText = Theme::label(strip, Theme::Normal);
-    Glass::setTextColor(linkText, textColor);
-    statusText = glassText(strip, textColor);
+    statusText = new ElidedLabel(strip);
+    Theme::setText(statusText, Theme::Normal);
+    for (QLabel *label : {linkText, static_cast<QLabel *>(statusText)})
+        Glass::setTextColor(label, Glass::textColor);
     statusText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto *layout = new QHBoxLayout(strip);
     layout->addWidget(linkText);
@@ -296,12 +331,7 @@ void ControlPage::showUps(const UpsModel &ups)
 {
     const Snapshot &snapshot = ups.snapshot();
     showCharge(ups.reading(Quantity::BatteryCharge));
-    QStringList battery{ups.reading(Quantity::BatteryVoltage).text};
-    if (!ups.timeLeft().isEmpty())
-        battery += tr("time left %1").arg(ups.timeLeft());
-    else if (ups.headline().showsTimeLeft)
-        battery += tr("time left unknown");
-    chargeText->setText(battery.join(Theme::separator()));
+    chargeText->setText(batteryText(ups));
     for (const Group *group : {&commands, &simulation}) {
         for (const StateSwitch &entry : group->switches) {
             const bool holds = entry.holds(snapshot);
@@ -382,11 +412,11 @@ void ControlPage::showWhatIsMissing()
                          : tr("This UPS is only watched: it takes no commands here."));
 }
 
-void ControlPage::paintEvent(QPaintEvent *)
+void ControlPage::changeEvent(QEvent *event)
 {
-    QPainter painter(this);
-    QLinearGradient background(0, 0, 0, height());
-    background.setColorAt(0.0, QColor(36, 44, 52));
-    background.setColorAt(1.0, QColor(17, 21, 26));
-    painter.fillRect(rect(), background);
+    Page::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        Glass::followTheme(this);
+        applyScale(); // with new pictograms
+    }
 }

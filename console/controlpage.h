@@ -28,6 +28,8 @@ class ControlPage : public Page
 public:
     explicit ControlPage(QWidget *parent = nullptr);
 
+    /// Where a user who wants to is kept; empty: nowhere.
+    void setCredentialsFile(const QString &path);
     void applyScale() override;
     QSize minimumSizeHint() const override;
 
@@ -42,7 +44,7 @@ protected:
     void offerCommands() override;
     void followModel(UpsModel *model) override;
     void showEvent(QShowEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
@@ -54,6 +56,7 @@ private:
         Command leave;
         bool (*holds)(const Snapshot &);
         HoldGuard *guard; // where entering it is dangerous
+        QLabel *warning;  // likewise
     };
     struct PushControl
     {

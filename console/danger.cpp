@@ -2,8 +2,6 @@
 
 #include "danger.h"
 
-#include "display.h"
-
 #include <QtCore/QCoreApplication>
 #include <QtCore/QRegularExpression>
 
@@ -68,10 +66,4 @@ bool isNeverOffered(const QString &name)
 {
     // The server's own order to shut all its clients down.
     return name.compare(QLatin1String("fsd"), Qt::CaseInsensitive) == 0;
-}
-
-QString wordsOf(const QString &name)
-{
-    QString words = name;
-    return sentence(words.replace(QLatin1Char('.'), QLatin1Char(' ')));
 }

@@ -10,5 +10,3 @@ QString consequenceOf(const QString &name);
 QString consequenceOfSetting(const QString &name);
 /// Whether the command is one that no display offers.
 bool isNeverOffered(const QString &name);
-/// A name such as "load.off" as words: "Load off".
-QString wordsOf(const QString &name);

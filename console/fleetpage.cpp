@@ -16,24 +16,11 @@
 
 namespace {
 
+constexpr int longestLine = 300;
+
 /// The worst first.
 constexpr Severity shownSeverities[] = {Severity::Critical, Severity::Unknown, Severity::Warning,
                                         Severity::Information, Severity::Normal};
-
-/// A severity to choose, with a bar below it while it is chosen.
-class SeverityButton : public QToolButton
-{
-public:
-    using QToolButton::QToolButton;
-
-protected:
-    void paintEvent(QPaintEvent *event) override
-    {
-        QToolButton::paintEvent(event);
-        if (isChecked())
-            paintChoiceBar(this);
-    }
-};
 
 QString wordOf(Severity severity)
 {
@@ -97,7 +84,7 @@ void FleetPage::makeFilter()
     connect(search, &QLineEdit::textChanged, this, &FleetPage::takeFilter);
     bar->addWidget(search, 1);
     for (const Severity severity : shownSeverities) {
-        auto *button = new SeverityButton(this);
+        auto *button = new ChoiceButton<QToolButton>(this);
         button->setObjectName(QStringLiteral("only ") + nameOf(severity));
         button->setCheckable(true);
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -148,6 +135,32 @@ void FleetPage::showProblems()
         texts += one.key() + QStringLiteral(": ") + one.value().text;
     problems->setText(texts.join(Theme::separator()));
     problems->setVisible(!texts.isEmpty());
+    // One below the other, as many as a screen has room for.
+    constexpr int mostLines = 20;
+    QStringList lines;
+    for (const QString &text : texts.mid(0, mostLines))
+        lines += text.left(longestLine).toHtmlEscaped();
+    if (texts.size() > mostLines)
+        lines += tr("and %1 more").arg(texts.size() - mostLines);
+    problems->setToolTip(texts.isEmpty()
+                             ? QString()
+                             : QStringLiteral("<p>%1</p>").arg(lines.join(QLatin1String("<br>"))));
+    fitProblems();
+}
+
+/// As many lines as the problems take, up to what leaves room for tiles.
+void FleetPage::fitProblems()
+{
+    constexpr int mostLines = 3;
+    const QMargins around = layout()->contentsMargins();
+    problems->setLines(
+        std::min(problems->linesAt(width() - around.left() - around.right()), mostLines));
+}
+
+void FleetPage::resizeEvent(QResizeEvent *event)
+{
+    Page::resizeEvent(event);
+    fitProblems();
 }
 
 void FleetPage::applyScale()
@@ -160,6 +173,7 @@ void FleetPage::applyScale()
     showSigns();
     bar->setSpacing(Theme::px(6));
     view->applyScale();
+    fitProblems();
 }
 
 void FleetPage::changeEvent(QEvent *event)

@@ -31,6 +31,7 @@ Q_SIGNALS:
 protected:
     void showUps(const UpsModel &ups) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void makeFilter();
@@ -38,6 +39,7 @@ private:
     void showCounts();
     void showSigns();
     void showProblems();
+    void fitProblems();
 
     SiteModel *site;
     QBoxLayout *bar;

@@ -307,30 +307,40 @@ void FleetView::arrange()
         int index;
     };
     constexpr int mostRanks = 1000;
-    QHash<QString, int> groups;
-    std::vector<int> worst; // by group
+    struct Group
+    {
+        QCollatorSortKey name;
+        int worst;
+    };
+    QHash<QString, int> groupOf;
+    std::vector<Group> groups;
     std::vector<Key> keys;
     keys.reserve(entries.size());
     for (int i = 0; i < int(entries.size()); ++i) {
         const Entry &entry = entries[std::size_t(i)];
         if (!passes(*entry.ups, entry.severity))
             continue;
-        const auto known = groups.constFind(entry.ups->site());
-        const int group = known == groups.cend() ? int(worst.size()) : *known;
-        if (known == groups.cend()) {
-            groups.insert(entry.ups->site(), group);
-            worst.push_back(0);
+        const QString &groupName = entry.ups->site();
+        const auto known = groupOf.constFind(groupName);
+        const int group = known == groupOf.cend() ? int(groups.size()) : *known;
+        if (known == groupOf.cend()) {
+            groupOf.insert(groupName, group);
+            groups.push_back({nameOrder().sortKey(groupName), 0});
         }
         const int urgency = urgencyOf(entry.severity) * mostRanks + entry.rank;
-        worst[std::size_t(group)] = std::max(worst[std::size_t(group)], urgency);
+        int &worst = groups[std::size_t(group)].worst;
+        worst = std::max(worst, urgency);
         keys.push_back({group, urgency, i});
     }
-    // Equal groups and equal names stay in the order of the site.
-    std::sort(keys.begin(), keys.end(), [&worst, this](const Key &a, const Key &b) {
+    // Equal names stay in the order of the site.
+    std::sort(keys.begin(), keys.end(), [&groups, this](const Key &a, const Key &b) {
         if (a.group != b.group) {
-            const int left = worst[std::size_t(a.group)];
-            const int right = worst[std::size_t(b.group)];
-            return left != right ? left > right : a.group < b.group;
+            const Group &left = groups[std::size_t(a.group)];
+            const Group &right = groups[std::size_t(b.group)];
+            if (left.worst != right.worst)
+                return left.worst > right.worst;
+            const int names = left.name.compare(right.name);
+            return names != 0 ? names < 0 : a.group < b.group;
         }
         if (a.urgency != b.urgency)
             return a.urgency > b.urgency;

@@ -3,14 +3,18 @@
 #include "logindialog.h"
 
 #include "display.h"
+#include "elidedlabel.h"
 #include "theme.h"
 
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QFormLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QVBoxLayout>
 
 namespace {
 
@@ -27,12 +31,12 @@ QString wayText(const CommandServer &server)
 
 } // namespace
 
-LoginDialog::LoginDialog(UpsModel *askedUps, QWidget *parent)
+LoginDialog::LoginDialog(UpsModel *askedUps, const QString &file, QWidget *parent)
     : QDialog(parent)
     , ups(askedUps)
     , user(new QLineEdit(this))
     , password(new QLineEdit(this))
-    , keeps(new QCheckBox(tr("Keep in a file that only I may read"), this))
+    , keeps(new QCheckBox(tr("Keep user and password in a file"), this))
     , answer(Theme::label(this, Theme::Normal))
     , buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this))
 {
@@ -71,6 +75,10 @@ LoginDialog::LoginDialog(UpsModel *askedUps, QWidget *parent)
     layout->addRow(Theme::label(this, Theme::Normal, false, tr("User")), user);
     layout->addRow(Theme::label(this, Theme::Normal, false, tr("Password")), password);
     layout->addRow(keeps);
+    if (file.isEmpty())
+        keeps->hide();
+    else
+        layout->addRow(makePlace(file));
     layout->addRow(buttons);
     buttons->button(QDialogButtonBox::Ok)->setText(tr("Log in"));
     for (const auto which : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {
@@ -82,6 +90,31 @@ LoginDialog::LoginDialog(UpsModel *askedUps, QWidget *parent)
     connect(ups, &UpsModel::userChecked, this, &LoginDialog::takeAnswer);
     connect(ups, &QObject::destroyed, this, &QDialog::reject);
     (user->text().isEmpty() ? user : password)->setFocus();
+}
+
+/// Where the password goes, and who can read it there.
+QWidget *LoginDialog::makePlace(const QString &file)
+{
+    const QString shown =
+        QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(file).absoluteFilePath()));
+    const QString readers = tr("Only the owner of the file can read it.");
+    auto *room = new QWidget(this);
+    auto *path = new ElidedLabel(room);
+    path->setObjectName(QStringLiteral("file"));
+    path->setElideMode(Qt::ElideMiddle);
+    path->setText(shown);
+    path->setToolTip(QStringLiteral("<p>%1</p>").arg(shown.toHtmlEscaped()));
+    Theme::setText(path, Theme::Normal);
+    auto *owner = Theme::label(room, Theme::Normal, false, readers);
+    owner->setWordWrap(true);
+    keeps->setAccessibleDescription(shown + QStringLiteral(". ") + readers);
+    auto *lines = new QVBoxLayout(room);
+    const int indent = Theme::px(24); // below the text of the check box
+    lines->setContentsMargins(indent, 0, 0, 0);
+    lines->setSpacing(0);
+    lines->addWidget(path);
+    lines->addWidget(owner);
+    return room;
 }
 
 void LoginDialog::ask()

@@ -18,13 +18,15 @@ class LoginDialog : public QDialog
     Q_OBJECT
 
 public:
-    LoginDialog(UpsModel *ups, QWidget *parent);
+    /// A user who wants to is kept in @p file; empty: nobody is.
+    LoginDialog(UpsModel *ups, const QString &file, QWidget *parent);
 
 Q_SIGNALS:
     /// The server took the user, who asks to be kept in the file of credentials.
     void keep(const QString &upsId, const QString &user, const QString &password);
 
 private:
+    QWidget *makePlace(const QString &file);
     void ask();
     void takeAnswer(CommandOutcome outcome, const QString &text);
 

@@ -87,6 +87,7 @@ int main(int argc, char **argv)
     window.setHistory(&history, &trends);
     const QString credentialsFile =
         entries.credentialsFile.isEmpty() ? kept : entries.credentialsFile;
+    window.setCredentialsFile(credentialsFile);
     QObject::connect(&window, &ConsoleWindow::keepUser, &window,
                      [&](const QString &ups, const QString &user, const QString &password) {
                          QString reason;

@@ -7,6 +7,7 @@
 #include "glass.h"
 #include "holdguard.h"
 #include "logindialog.h"
+#include "model/commandname.h"
 #include "theme.h"
 
 #include <aerobutton.h>
@@ -99,11 +100,11 @@ namespace {
 constexpr int buttonUnits = 40;
 constexpr int mostButtonUnits = 260;
 
-QLabel *glassLabel(QWidget *parent, const QColor &color, const QString &text)
+QLabel *inkLabel(QWidget *parent, Glass::Ink ink, const QString &text)
 {
     QLabel *label = Theme::label(parent, Theme::Normal, false, text);
     label->setWordWrap(true);
-    Glass::setTextColor(label, color);
+    Glass::setInk(label, ink);
     return label;
 }
 
@@ -187,6 +188,11 @@ void OfferPanel::setModel(UpsModel *newModel)
     build();
 }
 
+void OfferPanel::setCredentialsFile(const QString &path)
+{
+    credentialsFile = path;
+}
+
 void OfferPanel::build()
 {
     for (QWidget *part : parts) {
@@ -218,10 +224,7 @@ void OfferPanel::build()
 
 AeroGroupbox *OfferPanel::addBox(const QString &title, QGridLayout **grid)
 {
-    auto *box = Glass::box(this, title);
-    // The box may be high, and its corners grow with it.
-    constexpr int flat = 3;
-    box->setRoundness(flat);
+    AeroGroupbox *box = Glass::box(this, title);
     *grid = new QGridLayout(box);
     (*grid)->setColumnStretch(1, 1);
     parts.push_back(box);
@@ -235,10 +238,7 @@ AeroButton *OfferPanel::addButton(QWidget *box, const QString &text)
     auto *button = new AeroButton(box);
     Theme::setText(button, Theme::Normal);
     Glass::apply(button, 40);
-    QPalette palette = button->palette();
-    palette.setColor(QPalette::ButtonText, Glass::textColor);
-    palette.setColor(QPalette::Disabled, QPalette::ButtonText, Glass::faintColor);
-    button->setPalette(palette);
+    button->setColorText(Glass::textColor);
     button->setText(text);
     button->setAccessibleName(text);
     button->setCursor(Qt::PointingHandCursor);
@@ -260,7 +260,7 @@ void OfferPanel::addUserRow()
     logOutButton = addButton(row, tr("Log out"));
     logOutButton->setObjectName(QStringLiteral("logOut"));
     connect(logOutButton, &AeroButton::clicked, this, &OfferPanel::logOut);
-    userText = glassLabel(row, Glass::textColor, QString());
+    userText = inkLabel(row, Glass::Ink::Text, QString());
     userText->setObjectName(QStringLiteral("commandUser"));
     grid->addWidget(logInButton, 0, 0);
     grid->addWidget(logOutButton, 0, 1);
@@ -287,20 +287,20 @@ void OfferPanel::addCommands()
             const auto act = [this, name] { model->run(name); };
             const bool described = !command.description.isEmpty() &&
                                    command.description != QLatin1String("Description unavailable");
-            QString text = described ? command.description : command.name;
+            QLabel *label = nullptr;
             if (dangerous) {
-                text = (described ? text + QLatin1Char('\n') : QString()) + consequence +
-                       QLatin1Char('\n') + tr("Hold for two seconds.");
+                label =
+                    Glass::warning(box, consequence, described ? command.description : QString());
                 guard(button, consequence, act);
             } else {
+                label = inkLabel(box, Glass::Ink::Faint,
+                                 described ? command.description : command.name);
                 const QString words = wordsOf(name);
                 connect(button, &AeroButton::clicked, this,
                         [=] { give(words, Danger::None, act); });
             }
-            button->setAccessibleDescription(text);
-            rows.push_back(
-                {button,
-                 glassLabel(box, dangerous ? Glass::dangerColor : Glass::faintColor, text)});
+            button->setAccessibleDescription(label->text());
+            rows.push_back({button, label});
         }
     }
     columns = 0;
@@ -390,12 +390,19 @@ void OfferPanel::addHeading(QWidget *box, Editor *editor)
     lines->setSpacing(0);
     const bool described = !setting.description.isEmpty() &&
                            setting.description != QLatin1String("Description unavailable");
-    lines->addWidget(glassLabel(editor->heading, Glass::textColor,
-                                described ? setting.description : wordsOf(setting.name)));
-    editor->note = glassLabel(editor->heading, Glass::textColor, setting.name);
+    lines->addWidget(inkLabel(editor->heading, Glass::Ink::Text,
+                              described ? setting.description : wordsOf(setting.name)));
+    editor->note = inkLabel(editor->heading, Glass::Ink::Text, setting.name);
     Theme::setText(editor->note, Theme::Small);
     editor->note->setObjectName(QStringLiteral("note ") + setting.name);
     lines->addWidget(editor->note);
+    const QString consequence = consequenceOfSetting(setting.name);
+    if (consequence.isEmpty())
+        return;
+    QLabel *warning = Glass::warning(editor->heading, consequence);
+    warning->setObjectName(QStringLiteral("warning ") + setting.name);
+    lines->addWidget(warning);
+    editor->apply->setAccessibleDescription(warning->text());
 }
 
 /// A setting beside its name, or below it where there is little room.
@@ -424,9 +431,6 @@ OfferPanel::Editor OfferPanel::makeEditor(QWidget *box, const OfferedSetting &se
     constexpr int usual = 200; // characters
     if (const auto pair = switchOf(setting.choices)) {
         auto *check = new QCheckBox(box);
-        QPalette palette = check->palette();
-        palette.setColor(QPalette::WindowText, Glass::textColor);
-        check->setPalette(palette);
         editor.control = check;
         const QPair<QString, QString> words = *pair;
         // What the UPS has may be neither.
@@ -533,7 +537,7 @@ void OfferPanel::askForUser(const std::function<void()> &then)
 {
     if (!model)
         return;
-    auto *dialog = new LoginDialog(model, window());
+    auto *dialog = new LoginDialog(model, credentialsFile, window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &LoginDialog::keep, this, &OfferPanel::keepUser);
     const QPointer<UpsModel> asked = model;
@@ -567,9 +571,11 @@ void OfferPanel::enableEditors()
         const bool differs = value != editor.shown && !value.isEmpty();
         const bool canSet = differs && permits(editor.setting, value);
         editor.apply->setEnabled(canSet);
-        // Disabled glass is light, which on dark would draw the eye.
-        constexpr double faint = 0.4;
+        // Disabled glass is light: at night it would draw the eye, by day light text would be lost.
+        const double faint = Theme::isDark() ? 0.4 : 0.6;
         editor.apply->setOpacity(canSet ? 1.0 : faint);
+        editor.apply->setColorText(canSet || Theme::isDark() ? Glass::textColor
+                                                             : Glass::colorOf(Glass::Ink::Text));
         const QString ranges = rangesOf(editor.setting);
         QString note = editor.setting.name;
         const bool isWrong = differs && !canSet && !ranges.isEmpty();
@@ -578,7 +584,7 @@ void OfferPanel::enableEditors()
         if (editor.note->text() == note)
             continue;
         editor.note->setText(note);
-        Glass::setTextColor(editor.note, isWrong ? Glass::dangerColor : Glass::textColor);
+        Glass::setInk(editor.note, isWrong ? Glass::Ink::Danger : Glass::Ink::Text);
         editor.control->setAccessibleDescription(note);
     }
 }
@@ -624,8 +630,8 @@ void OfferPanel::refresh()
 
 void OfferPanel::applyScale()
 {
-    const int title = QFontMetrics(Theme::font(Theme::Normal, true)).height() + Theme::px(8);
-    const int side = Theme::px(18);
+    const int title = Glass::titleRoom();
+    const int side = Theme::px(14);
     column->setSpacing(Theme::px(Theme::spacing));
     for (QGridLayout *grid : grids) {
         grid->setContentsMargins(side, title, side, Theme::px(10));
@@ -648,6 +654,7 @@ void OfferPanel::applyScale()
     }
     for (const Editor &editor : editors)
         editor.control->setFixedHeight(height);
+    enableEditors(); // in the colours of the theme
 }
 
 #include "offerpanel.moc"

@@ -27,6 +27,8 @@ public:
     explicit OfferPanel(QWidget *parent = nullptr);
 
     void setModel(UpsModel *model);
+    /// Where a user who wants to is kept; empty: nowhere.
+    void setCredentialsFile(const QString &path);
     void applyScale();
     /// Takes up what the UPS now says.
     void refresh();
@@ -78,6 +80,7 @@ private:
     void enableEditors();
 
     QPointer<UpsModel> model;
+    QString credentialsFile;
     QVBoxLayout *column;
     std::vector<QWidget *> parts;
     std::vector<QGridLayout *> grids;

@@ -329,19 +329,26 @@ void ConsolePagesTest::timeLeftOnlyWhereItMeansSomething()
     page.setModel(&model);
     const auto says = [&](const char *part) {
         for (const QLabel *label : page.findChildren<QLabel *>()) {
-            if (label->text().contains(QLatin1String(part)))
+            if (label->text().contains(QString::fromUtf8(part)))
                 return true;
         }
         return false;
     };
-    model.take(ups("ups.status=OB;battery.runtime=130"));
-    QVERIFY(says("time left 2:10"));
+    model.take(ups("ups.status=OB;battery.voltage=26.4;battery.runtime=130"));
+    QVERIFY(says("26.4 V  ·  time left 2:10"));
+    model.take(ups("ups.status=OB;battery.voltage=26.4"));
+    QVERIFY(says("26.4 V  ·  time left unknown"));
+    // One phrase for what is missing, whatever it is.
     model.take(ups("ups.status=OB"));
-    QVERIFY(says("time left unknown"));
+    QVERIFY(says("Battery voltage and time left unknown"));
+    model.take(ups("ups.status=OB;battery.runtime=130"));
+    QVERIFY(says("Time left 2:10  ·  battery voltage unknown"));
+    model.take(ups("ups.status=OFF"));
+    QVERIFY(says("Battery voltage unknown"));
     for (const char *status : {"ups.status=OL BYPASS;battery.runtime=130",
                                "ups.status=OFF;battery.runtime=130", "battery.runtime=130"}) {
         model.take(ups(status));
-        QVERIFY2(!says("time left"), status);
+        QVERIFY2(!says("ime left"), status);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "consolewindow.h"
 #include "danger.h"
+#include "elidedlabel.h"
 #include "feed/nutfeed.h"
 #include "holdguard.h"
 #include "logindialog.h"
@@ -13,6 +14,7 @@
 #include "widgetprobe.h"
 
 #include <aerobutton.h>
+#include <aerogroupbox.h>
 #include <aeroswitch.h>
 
 #include <QtCore/QElapsedTimer>
@@ -24,6 +26,8 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QScrollBar>
 
 #include <memory>
 
@@ -149,6 +153,13 @@ private Q_SLOTS:
     void harmlessAtOnce();
     void dangerousHeld_data();
     void dangerousHeld();
+    void dangerIsReadWhole_data();
+    void dangerIsReadWhole();
+    void warnedBeforehand_data();
+    void warnedBeforehand();
+    void fitsAfterAWiderWindow();
+    void namesInWords();
+    void boxesFollowTheTheme();
     void letGoTooEarly_data();
     void letGoTooEarly();
     void twoPresses();
@@ -165,6 +176,7 @@ private Q_SLOTS:
     void dangerousAgainAfterTheLogin();
     void dialogSaysWhereThePasswordGoes_data();
     void dialogSaysWhereThePasswordGoes();
+    void dialogNamesTheFile();
     void logsOut();
     void refusedUserShows();
     void keepsAUserOnlyWhenAsked();
@@ -357,6 +369,188 @@ void ControlPageTest::dangerousHeld()
         QTest::touchEvent(window->windowHandle(), finger).release(0, place, window->windowHandle());
     deliverAll();
     QCOMPARE(feed->given.size(), 1);
+}
+
+void ControlPageTest::dangerIsReadWhole_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("danger");
+    const struct
+    {
+        const char *command;
+        const char *danger;
+    } rows[] = {
+        {"load.off", "Switches the output off: everything that the UPS feeds loses power."},
+        {"test.battery.start", "Runs the load on battery: a weak battery drops it."},
+        {"set outlet.1.switch", "Switches the outlet: what it feeds may lose power."},
+    };
+    for (const QSize size : {QSize(480, 320), QSize(800, 480), QSize(1024, 768)}) {
+        for (const auto &row : rows)
+            QTest::addRow("%s at %dx%d", row.command, size.width(), size.height())
+                << size << text(row.command) << text(row.danger);
+    }
+}
+
+/// Also in a small window, while it is held: and nothing covers the button.
+void ControlPageTest::dangerIsReadWhole()
+{
+    QFETCH(QSize, size);
+    QFETCH(QString, command);
+    QFETCH(QString, danger);
+    window->resize(size);
+    show(feed.get());
+    find<QCheckBox>("outlet.1.switch")->click();
+    auto *button = window->findChild<AeroButton *>(command);
+    auto *room = find<QWidget>("control")->findChild<QScrollArea *>();
+    for (const bool atTheEnd : {false, true}) {
+        // At the upper edge, and as far down as it goes.
+        QScrollBar *bar = room->verticalScrollBar();
+        const int y = button->mapTo(room->widget(), QPoint()).y();
+        bar->setValue(atTheEnd ? y + button->height() - room->viewport()->height() : y);
+        deliverAll();
+        QTest::mousePress(button, Qt::LeftButton);
+        auto *strip = find<ElidedLabel>("message");
+        auto *notice = find<ElidedLabel>("notice");
+        QVERIFY(strip->isVisible() != notice->isVisible());
+        const ElidedLabel *shown = strip->isVisible() ? strip : notice;
+        QCOMPARE(shown->text(), text("Keep holding. ") + danger);
+        QVERIFY(!shown->isElided());
+        QVERIFY2(shown->height() >= shown->minimumSizeHint().height() &&
+                     shown->width() >= shown->fontMetrics().averageCharWidth() * 20,
+                 qPrintable(QString::number(shown->height())));
+        const QRect place(shown->mapTo(window.get(), QPoint()), shown->size());
+        QVERIFY(window->rect().contains(place));
+        QVERIFY(!place.intersects(QRect(button->mapTo(window.get(), QPoint()), button->size())));
+        QTest::mouseRelease(button, Qt::LeftButton);
+        QVERIFY(feed->given.isEmpty());
+    }
+}
+
+void ControlPageTest::warnedBeforehand_data()
+{
+    QTest::addColumn<QSize>("size");
+    for (const QSize size : {QSize(480, 320), QSize(800, 480), QSize(1920, 1080)})
+        QTest::addRow("%dx%d", size.width(), size.height()) << size;
+}
+
+/// Whatever must be held says beside itself what it will do, before it is pressed.
+void ControlPageTest::warnedBeforehand()
+{
+    QFETCH(QSize, size);
+    window->resize(size);
+    const auto check = [this](const char *name, const char *danger) {
+        const auto *warning = find<QLabel>((QByteArray("warning ") + name).constData());
+        QVERIFY2(warning && warning->isVisible(), name);
+        QVERIFY2(warning->text().contains(text(danger)), qPrintable(warning->text()));
+        QVERIFY(warning->text().contains(text("Hold for two seconds.")));
+        QVERIFY(warning->height() >= warning->heightForWidth(warning->width()));
+        QCOMPARE(warning->textFormat(), Qt::PlainText);
+    };
+    show(feed.get());
+    check("outlet.1.switch", "Switches the outlet: what it feeds may lose power.");
+    QVERIFY(find<AeroButton>("set outlet.1.switch")
+                ->accessibleDescription()
+                .contains(text("may lose power")));
+    QVERIFY(!find<QLabel>("warning ups.start.auto"));
+
+    class SwitchingFeed : public OfferingFeed
+    {
+    public:
+        bool supports(Command) const override
+        {
+            return true;
+        }
+    };
+    SwitchingFeed switching;
+    show(&switching);
+    check("Run on battery", "a weak battery drops it");
+    check("Bypass", "it is not protected");
+    check("Lock", "everything that the UPS feeds loses power");
+    QVERIFY(!find<QLabel>("warning Cut the link"));
+    ups->setFeed(nullptr);
+}
+
+/// A window that becomes small again cuts nothing off at the right, whatever the server offers.
+void ControlPageTest::fitsAfterAWiderWindow()
+{
+    OfferedSetting method;
+    method.name = text("battery.charger.method");
+    method.value = text("as the maker delivers it");
+    method.choices = QStringList{method.value, text("off"), text("economy")};
+    feed->offer.settings += method;
+    feed->offer.commands += OfferedCommand{text("test.battery.start.deep"), text("Deep test")};
+    show(feed.get());
+    const auto *room = find<QWidget>("control")->findChild<QScrollArea *>();
+    for (const QSize size : {QSize(480, 320), QSize(800, 480), QSize(640, 360), QSize(1920, 1080),
+                             QSize(480, 800), QSize(1024, 768)}) {
+        window->resize(size);
+        deliverAll();
+        QCOMPARE(window->size(), size);
+        QVERIFY2(room->widget()->width() <= room->viewport()->width(),
+                 qPrintable(QStringLiteral("%1 in %2, at %3")
+                                .arg(room->widget()->width())
+                                .arg(room->viewport()->width())
+                                .arg(size.width())));
+        const QList<QLabel *> labels = room->widget()->findChildren<QLabel *>();
+        for (const QLabel *label : labels) {
+            const QRect place(label->mapTo(room->widget(), QPoint()), label->size());
+            QVERIFY2(!label->isVisible() || room->widget()->rect().contains(place),
+                     qPrintable(label->text()));
+        }
+    }
+}
+
+/// What happens to a command or a setting is told in the words of its label.
+void ControlPageTest::namesInWords()
+{
+    show(feed.get());
+    type("ups.delay.shutdown", "30");
+    QTest::mouseClick(find<AeroButton>("set ups.delay.shutdown"), Qt::LeftButton);
+    QCOMPARE(feed->given, QStringList{text("ups.delay.shutdown=30")});
+    QCOMPARE(message(), text("UPS delay shutdown to 30: asked …"));
+    CommandResult done;
+    done.name = text("ups.delay.shutdown");
+    done.value = text("30");
+    done.outcome = CommandOutcome::Done;
+    Q_EMIT feed->commandFinished(done);
+    QCOMPARE(message(), text("UPS delay shutdown: done"));
+    QCOMPARE(find<QAbstractSpinBox>("ups.delay.shutdown")->accessibleName(),
+             text("UPS delay shutdown"));
+    // Its variable stands beside it.
+    QCOMPARE(note("ups.delay.shutdown"), text("ups.delay.shutdown  ·  10 to 600"));
+}
+
+/// The boxes are light by day and dark at night, and so is what is written in them.
+void ControlPageTest::boxesFollowTheTheme()
+{
+    show(feed.get());
+    for (const bool dark : {false, true, false}) {
+        window->chooseDarkTheme(dark);
+        deliverAll();
+        const auto *page = find<QWidget>("control");
+        const QImage image = window->grab().toImage();
+        const double ratio = image.devicePixelRatio();
+        int boxes = 0;
+        for (const AeroGroupbox *box : page->findChildren<AeroGroupbox *>()) {
+            if (!box->isVisible())
+                continue;
+            ++boxes;
+            const QPoint corner = box->mapTo(window.get(), QPoint(0, 0));
+            // Inside, near the left edge, above and below the middle of what is visible.
+            for (const int y : {20, 40}) {
+                const QColor inside = image.pixelColor(
+                    QPoint(int((corner.x() + 8) * ratio), int((corner.y() + y) * ratio)));
+                QVERIFY2(dark ? inside.lightness() < 90 : inside.lightness() > 225,
+                         qPrintable(inside.name()));
+            }
+            QCOMPARE(box->getColorTitle().lightness() > 128, dark);
+        }
+        QVERIFY(boxes >= 2);
+        for (const char *name : {"note ups.id", "warning outlet.1.switch", "commandUser"})
+            QCOMPARE(find<QLabel>(name)->palette().color(QPalette::WindowText).lightness() > 115,
+                     dark);
+    }
 }
 
 void ControlPageTest::letGoTooEarly_data()
@@ -745,6 +939,36 @@ void ControlPageTest::dialogSaysWhereThePasswordGoes()
     const auto *way = dialog->findChild<QLabel *>(text("way"));
     QVERIFY(way->isVisible());
     QVERIFY2(way->text().contains(words), qPrintable(way->text()));
+}
+
+/// The dialog says where a password that is kept will lie.
+void ControlPageTest::dialogNamesTheFile()
+{
+    // Long, and with what would be markup.
+    const QString path = text("/home/operator/<b>configuration</b>/of/a/very/long/name/") +
+                         QString(80, QLatin1Char('d')) + text("/kivconsole/credentials");
+    for (const QString &file : {QString(), path}) {
+        window->setCredentialsFile(file);
+        show(feed.get());
+        QTest::mouseClick(find<AeroButton>("logIn"), Qt::LeftButton);
+        auto *dialog = find<LoginDialog>("login");
+        const auto *keeps = dialog->findChild<QCheckBox *>(text("keep"));
+        QCOMPARE(keeps->isVisible(), !file.isEmpty());
+        const auto *place = dialog->findChild<ElidedLabel *>(text("file"));
+        QCOMPARE(place != nullptr, !file.isEmpty());
+        if (place) {
+            QVERIFY(place->isVisible());
+            QCOMPARE(place->text(), path);
+            QVERIFY(place->isElided());
+            QVERIFY(place->toolTip().contains(path.toHtmlEscaped()));
+            QVERIFY2(keeps->accessibleDescription().contains(path) &&
+                         keeps->accessibleDescription().contains(text("owner")),
+                     qPrintable(keeps->accessibleDescription()));
+            QVERIFY2(dialog->width() < 700, qPrintable(QString::number(dialog->width())));
+        }
+        dialog->reject();
+        QTRY_VERIFY(!find<LoginDialog>("login"));
+    }
 }
 
 void ControlPageTest::logsOut()

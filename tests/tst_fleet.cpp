@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
 #include "consolewindow.h"
+#include "elidedlabel.h"
 #include "fleetpage.h"
 #include "gaugeroom.h"
 #include "nutmapping.h"
@@ -74,14 +75,18 @@ private Q_SLOTS:
     void worstFirst();
     void equalsByUrgencyAndName();
     void groupsWithTheWorstFirst();
+    void equalGroupsByName();
     void followsChanges();
     void searches();
     void filtersBySeverity();
     void countsInTheBanner();
     void pressOpensTheUps();
+    void messageGoesWithItsUps();
     void everyTileByKeyboard();
     void upsesFoundLater();
     void problemsOfServers();
+    void problemsAreReadWhole_data();
+    void problemsAreReadWhole();
     void unreachableServersCount();
     void serverWithoutAnyUps();
     void textsStayPlain();
@@ -187,6 +192,27 @@ void FleetTest::groupsWithTheWorstFirst()
     const QStringList titles = shown(page);
     QCOMPARE(titles.at(0), QStringLiteral("u00220"));
     QCOMPARE(titles.at(1), QStringLiteral("u00200"));
+}
+
+/// Whatever order their UPSes came in.
+void FleetTest::equalGroupsByName()
+{
+    SiteModel site;
+    for (const char *group : {"Hall 10", "cellar", "Hall 9", "Annex", "Hall 2"}) {
+        const QString name = QLatin1String("in ") + QLatin1String(group);
+        UpsModel *model = site.add(name);
+        model->setNames(QString(), QLatin1String(group));
+        model->take(ups(name, "OL"));
+    }
+    ShownPage host(&site);
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    QCOMPARE(shown(host.page).join(QLatin1Char('|')),
+             QStringLiteral("in Annex|in cellar|in Hall 2|in Hall 9|in Hall 10"));
+    // The worst still come first, and equal ones by name.
+    for (const char *name : {"in Hall 10", "in Hall 2"})
+        site.find(QLatin1String(name))->take(ups(QLatin1String(name), "OB"));
+    QTRY_COMPARE(shown(host.page).join(QLatin1Char('|')),
+                 QStringLiteral("in Hall 2|in Hall 10|in Annex|in cellar|in Hall 9"));
 }
 
 void FleetTest::followsChanges()
@@ -316,6 +342,32 @@ void FleetTest::pressOpensTheUps()
              site->at(7)->headline().text);
 }
 
+/// What was said of one UPS does not stand beside the name of the next.
+void FleetTest::messageGoesWithItsUps()
+{
+    const auto site = siteOf(10);
+    ConsoleWindow window(site.get());
+    window.resize(800, 480);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    auto *view = window.findChild<FleetView *>(QStringLiteral("fleet"));
+    const auto *message = window.findChild<QLabel *>(QStringLiteral("message"));
+    const auto *notice = window.findChild<QLabel *>(QStringLiteral("notice"));
+    const QString texts[] = {QStringLiteral("Load off: done"), QString(300, QLatin1Char('w'))};
+    for (int i = 0; i < 2; ++i) {
+        window.showPage(0);
+        QTRY_VERIFY(view->tileOf(site->at(i + 3)));
+        window.say(texts[i]);
+        QCOMPARE(message->isVisible(), i == 0);
+        QCOMPARE(notice->isVisible(), i == 1);
+        QTest::mouseClick(view->tileOf(site->at(i + 3)), Qt::LeftButton);
+        QVERIFY(!message->isVisible());
+        QVERIFY(!notice->isVisible());
+        QCOMPARE(window.findChild<QLabel *>(QStringLiteral("upsName"))->text(),
+                 site->at(i + 3)->title());
+    }
+}
+
 void FleetTest::everyTileByKeyboard()
 {
     const auto site = siteOf(250);
@@ -369,6 +421,45 @@ void FleetTest::problemsOfServers()
     QVERIFY(!problems->isHidden());
     QCOMPARE(problems->text(), QStringLiteral("host:3493: connection refused"));
     site.setProblem(QStringLiteral("host:3493"), QString());
+    QVERIFY(problems->isHidden());
+}
+
+void FleetTest::problemsAreReadWhole_data()
+{
+    QTest::addColumn<int>("servers");
+    QTest::addColumn<bool>("fits");
+    QTest::newRow("one") << 1 << true;
+    QTest::newRow("two") << 2 << true;
+    QTest::newRow("many") << 40 << false;
+}
+
+/// In lines of their own, or, where that takes too much room, in the tool tip.
+void FleetTest::problemsAreReadWhole()
+{
+    QFETCH(int, servers);
+    QFETCH(bool, fits);
+    SiteModel site;
+    site.add(QStringLiteral("rack1"))->take(ups(QStringLiteral("rack1"), "OL"));
+    ShownPage host(&site);
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    const QString reason = QStringLiteral("the certificate is not valid: it was issued for "
+                                          "<b>another</b> server");
+    for (int i = 0; i < servers; ++i)
+        site.setProblem(QStringLiteral("nut%1.example:3493").arg(i), reason);
+    deliverAll();
+    const auto *problems = host.page.findChild<ElidedLabel *>(QStringLiteral("problems"));
+    QVERIFY(problems->isVisible());
+    QCOMPARE(!problems->isElided(), fits);
+    QVERIFY(problems->height() >= problems->minimumSizeHint().height());
+    QVERIFY(problems->height() <= 4 * problems->fontMetrics().lineSpacing());
+    QCOMPARE(problems->text().count(reason), servers); // for screen readers
+    const QString tip = problems->toolTip();
+    QCOMPARE(tip.count(reason.toHtmlEscaped()), std::min(servers, 20));
+    QCOMPARE(tip.contains(QStringLiteral("and 20 more")), servers == 40);
+    QVERIFY(!tip.contains(QStringLiteral("<b>")));
+    // What is solved gives its room back.
+    for (int i = 0; i < servers; ++i)
+        site.setProblem(QStringLiteral("nut%1.example:3493").arg(i), QString());
     QVERIFY(problems->isHidden());
 }
 

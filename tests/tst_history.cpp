@@ -434,14 +434,14 @@ void HistoryTest::commandsAreEvents_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("line");
     QTest::newRow("done") << int(CommandOutcome::Done) << QString()
-                          << "Information Command load.off: done [3] x1 ended";
+                          << "Information Command Load off: done [3] x1 ended";
     QTest::newRow("refused") << int(CommandOutcome::Refused) << "no right"
-                             << "Warning Command load.off: refused, no right [3] x1 ended";
+                             << "Warning Command Load off: refused, no right [3] x1 ended";
     QTest::newRow("failed") << int(CommandOutcome::Failed) << "it could not"
-                            << "Warning Command load.off: failed, it could not [3] x1 ended";
+                            << "Warning Command Load off: failed, it could not [3] x1 ended";
     QTest::newRow("not confirmed")
         << int(CommandOutcome::Unconfirmed) << "silence"
-        << "Warning Command load.off: not confirmed, silence [3] x1 ended";
+        << "Warning Command Load off: not confirmed, silence [3] x1 ended";
 }
 
 /// With who gave them and what became of them.

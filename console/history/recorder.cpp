@@ -440,7 +440,7 @@ void Recorder::addCommand(const CommandRecord &record)
     change.condition = QStringLiteral("command");
     change.severity =
         record.outcome == CommandOutcome::Done ? Severity::Information : Severity::Warning;
-    change.text = record.name + QStringLiteral(": ") + wordOf(record.outcome);
+    change.text = wordsOf(record.name) + QStringLiteral(": ") + wordOf(record.outcome);
     if (!record.text.isEmpty())
         change.text += QStringLiteral(", ") + record.text;
     change.value = record.value;

@@ -2,6 +2,8 @@
 
 #include "commandname.h"
 
+#include <QtCore/QStringList>
+
 QString nameOf(Command command)
 {
     switch (command) {
@@ -31,4 +33,17 @@ QString nameOf(Command command)
         return QStringLiteral("Simulator: resume the scenario");
     }
     return {};
+}
+
+QString wordsOf(const QString &name)
+{
+    QStringList words = name.split(QLatin1Char('.'));
+    for (QString &word : words) {
+        if (word == QLatin1String("ups"))
+            word = QStringLiteral("UPS");
+    }
+    QString text = words.join(QLatin1Char(' '));
+    if (!text.isEmpty())
+        text[0] = text.at(0).toUpper();
+    return text;
 }

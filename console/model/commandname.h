@@ -6,3 +6,5 @@
 
 /// What a command is called on screen, such as "Switch on".
 QString nameOf(Command command);
+/// The name of a server's command or variable as words: "load.off" is "Load off".
+QString wordsOf(const QString &name);
