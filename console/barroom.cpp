@@ -23,6 +23,7 @@ constexpr int barUnits = 26;
 constexpr int leastBar = 12;
 constexpr int stripUnits = 5; // of the limits, below the bar
 constexpr double scaleOfTwoLines = 0.8;
+constexpr int fullLoad = 100;
 constexpr int mostOfLoadBar = 255;
 /// Beyond, the bar says so in words.
 constexpr double mostOfBar = 9999;
@@ -187,8 +188,15 @@ void BarRoom::arrange()
         gauge->setGeometry(0, 0, track.width() + text.width() - 1, track.height());
     };
     place(bar, bar->getMeasure());
-    if (loadBar)
-        place(loadBar, QStringLiteral("%"));
+    if (!loadBar)
+        return;
+    place(loadBar, QStringLiteral("%"));
+    // Its upper third is for overload alone. Without any it would be an empty bar above the other:
+    // it lies beyond the clip, with the line below it.
+    if (loadBar->getValue() <= fullLoad) {
+        const int height = (track.height() + 1) * 3 / 2;
+        loadBar->setGeometry(0, track.height() - height, loadBar->width(), height);
+    }
 }
 
 int BarRoom::columnOf(double value) const
@@ -223,8 +231,10 @@ void BarRoom::paintEvent(QPaintEvent *)
     const auto write = [&](int x, double value) {
         painter.drawText(x, top + metrics.ascent(), endText(value));
     };
-    write(track.left(), scale.minimum);
-    write(track.right() + 1 - high, scale.maximum);
+    if (scale.isKnown) {
+        write(track.left(), scale.minimum);
+        write(track.right() + 1 - high, scale.maximum);
+    }
     if (!scale.nominal)
         return;
     const int column = columnOf(*scale.nominal);

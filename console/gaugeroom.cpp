@@ -374,6 +374,8 @@ void GaugeRoom::drawSurroundings()
 
     drawTrend(&painter);
 
+    if (!scale.isKnown)
+        return;
     // The ends of the scale, under the ends of the ring.
     painter.setPen(palette().color(QPalette::Mid));
     painter.setFont(Theme::font(Theme::Small));

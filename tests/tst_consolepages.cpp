@@ -109,6 +109,8 @@ private Q_SLOTS:
     void zeroIsNotMissing();
     void barsUseTheModelsScale();
     void barsShowNoNumberOfTheirOwn();
+    void loadFillsItsBar();
+    void unknownScalesHaveNoMarks();
     void phases();
     void chargeIsTrue_data();
     void chargeIsTrue();
@@ -254,6 +256,81 @@ void ConsolePagesTest::barsShowNoNumberOfTheirOwn()
             }
         }
     }
+}
+
+/// The library's load bar has a strip for overload above its scale; without overload it would be an
+/// empty bar.
+void ConsolePagesTest::loadFillsItsBar()
+{
+    UpsModel model(QStringLiteral("demo"));
+    PowerPage page;
+    page.setModel(&model);
+    for (const QSize size : {QSize(410, 230), QSize(700, 400), QSize(1700, 950)}) {
+        showAt(&page, size);
+        const auto *loadBar = page.findChild<MetroLinerate *>();
+        auto *room = qobject_cast<BarRoom *>(loadBar->parentWidget()->parentWidget());
+        const QRect clip = loadBar->parentWidget()->geometry();
+        const int below = clip.height() - (loadBar->geometry().bottom() + 1);
+        const auto colorAt = [&](int fromTop) {
+            // In the first tenth, beside the marks.
+            return room->grab().toImage().pixelColor(clip.left() + clip.width() / 20,
+                                                     clip.top() + fromTop);
+        };
+        const int height = clip.height() - below;
+        model.take(ups("ups.status=OL;ups.load=60"));
+        deliverAll();
+        const QColor fill = colorAt(height / 2);
+        for (const int y : {2, height / 4, height - 4})
+            QCOMPARE(colorAt(y), fill);
+        QVERIFY(fill != Theme::gaugeColors(false).track);
+        // Overload has both bars again, with the line between them.
+        model.take(ups("ups.status=OL OVER;ups.load=120"));
+        deliverAll();
+        QCOMPARE(loadBar->y(), 0);
+        QCOMPARE(loadBar->height(), height);
+        QVERIFY(colorAt(height / 2) != fill);
+        model.take(ups("ups.status=OL;ups.load=60"));
+        deliverAll();
+        QCOMPARE(colorAt(2), fill);
+    }
+}
+
+/// A UPS that was never reached has no marks, as if its values were known.
+void ConsolePagesTest::unknownScalesHaveNoMarks()
+{
+    UpsModel model(QStringLiteral("demo"));
+    PowerPage page;
+    page.setModel(&model);
+    showAt(&page, QSize(700, 400));
+    BarRoom *room = nullptr;
+    for (BarRoom *each : page.findChildren<BarRoom *>()) {
+        if (each->findChild<MetroXbar *>(QStringLiteral("Input voltage")))
+            room = each;
+    }
+    QVERIFY(room);
+    const auto marks = [&] {
+        // Below the track: the ends of the scale and the nominal value.
+        const QRect track = room->findChild<MetroXbar *>()->parentWidget()->geometry();
+        const QImage image = room->grab().toImage();
+        const QColor background = image.pixelColor(track.left() + 2, room->height() - 1);
+        int count = 0;
+        for (int y = track.bottom() - QFontMetrics(Theme::font(Theme::Small)).height() + 1;
+             y <= track.bottom(); ++y) {
+            for (int x = track.left(); x <= track.right(); ++x)
+                count += image.pixelColor(x, y) != background ? 1 : 0;
+        }
+        return count;
+    };
+    model.take(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("not reached")));
+    deliverAll();
+    QCOMPARE(marks(), 0);
+    model.take(ups("ups.status=OL;input.voltage=231"));
+    deliverAll();
+    QVERIFY(marks() > 20);
+    // One that was reached keeps its scale.
+    model.take(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("lost")));
+    deliverAll();
+    QVERIFY(marks() > 20);
 }
 
 void ConsolePagesTest::phases()

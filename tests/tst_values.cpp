@@ -53,6 +53,7 @@ private Q_SLOTS:
     void missingIsNotZero();
     void scales_data();
     void scales();
+    void guessesAreNoMarks();
     void scalesStay();
     void everyScaleIsSound();
     void changesAloneMakeTheSameScales();
@@ -217,10 +218,10 @@ void ValuesTest::scales_data()
     row("output.voltage=397", output, 300, 500, 400);
     row("output.voltage=119", input, 90, 150, 120); // on battery, for instance
     row("input.voltage=0 output.voltage=119", input, 90, 150, 120);
-    row("input.voltage=0", input, 170, 290, 230);
+    row("input.voltage=0", input, 170, 290, 0); // a dead line says nothing of it
     // Nonsense.
     row("input.voltage.nominal=0 input.voltage=230", input, 170, 290, 230);
-    row("input.voltage.nominal=-230 input.voltage=1e18", input, 170, 290, 230);
+    row("input.voltage.nominal=-230 input.voltage=1e18", input, 170, 290, 0);
 
     row("input.frequency=49.9", Quantity::InputFrequency, 45, 55, 50);
     row("input.frequency=60.1", Quantity::InputFrequency, 54, 66, 60);
@@ -264,6 +265,38 @@ void ValuesTest::scales()
     QCOMPARE(scale.maximum, maximum);
     QCOMPARE(scale.nominal.value_or(0.0), nominal);
     QCOMPARE(arcsText(scale), arcs);
+}
+
+/// Of a UPS that was never reached nothing is known but what is the same for all.
+void ValuesTest::guessesAreNoMarks()
+{
+    ScaleBook book;
+    for (const Snapshot &silent :
+         {Snapshot::lost(QString(), QString()), ups(parse("ups.status=WAIT"))}) {
+        book.take(silent);
+        for (int i = 0; i < quantityCount; ++i) {
+            const Scale scale = book.scale(Quantity(i));
+            const QByteArray name = nameOf(Quantity(i)).toUtf8();
+            QVERIFY2(!scale.nominal && !scale.low && !scale.high, name.constData());
+            const bool isShare =
+                Quantity(i) == Quantity::Load || Quantity(i) == Quantity::BatteryCharge;
+            QVERIFY2(scale.isKnown == isShare, name.constData());
+            QVERIFY2(scale.maximum > scale.minimum, name.constData());
+        }
+    }
+    book.take(ups(parse("ups.status=OL input.voltage=117 output.current=3")));
+    QVERIFY(book.scale(Quantity::InputVoltage).isKnown);
+    QCOMPARE(book.scale(Quantity::InputVoltage).nominal, std::optional<double>(120.0));
+    // One voltage stands for the others.
+    QVERIFY(book.scale(Quantity::OutputVoltage).isKnown);
+    QVERIFY(book.scale(Quantity::OutputCurrent).isKnown);
+    QVERIFY(!book.scale(Quantity::InputFrequency).isKnown);
+    QVERIFY(!book.scale(Quantity::BatteryVoltage).isKnown);
+    // What was known once stays known.
+    book.take(Snapshot::lost(QString(), QString()));
+    book.take(ups(parse("ups.status=OL")));
+    QVERIFY(book.scale(Quantity::OutputCurrent).isKnown);
+    QVERIFY(book.scale(Quantity::InputVoltage).nominal);
 }
 
 /// A scale follows the UPS, not the values that it measures.

@@ -194,8 +194,8 @@ double Scale::shareOf(double value) const
 
 bool operator==(const Scale &a, const Scale &b)
 {
-    return std::tie(a.minimum, a.maximum, a.nominal, a.low, a.high) ==
-           std::tie(b.minimum, b.maximum, b.nominal, b.low, b.high);
+    return std::tie(a.minimum, a.maximum, a.nominal, a.low, a.high, a.isKnown) ==
+           std::tie(b.minimum, b.maximum, b.nominal, b.low, b.high, b.isKnown);
 }
 
 bool operator!=(const Scale &a, const Scale &b)
@@ -251,7 +251,7 @@ Scale ScaleBook::scale(Quantity quantity) const
     return scales.at(at(quantity));
 }
 
-double ScaleBook::nominalOf(const Snapshot &snapshot, Quantity quantity) const
+std::optional<double> ScaleBook::nominalOf(const Snapshot &snapshot, Quantity quantity) const
 {
     const Kind kind = kindOf(quantity);
     const NominalRules &rules = rulesOf(kind);
@@ -261,7 +261,7 @@ double ScaleBook::nominalOf(const Snapshot &snapshot, Quantity quantity) const
                                                                             : std::nullopt;
     };
     if (const std::optional<double> own = given(quantity))
-        return *own;
+        return own;
     // What it measures itself counts more than what others are made for.
     const std::optional<double> &standIn = standIns.at(at(quantity));
     for (const Quantity relative : relativesOf(kind)) {
@@ -269,15 +269,15 @@ double ScaleBook::nominalOf(const Snapshot &snapshot, Quantity quantity) const
         const bool fits = nominal && (!standIn || (*standIn >= *nominal * rules.below &&
                                                    *standIn <= *nominal * rules.above));
         if (fits)
-            return *nominal;
+            return nominal;
     }
     if (standIn)
-        return *standIn;
+        return standIn;
     for (const Quantity relative : relativesOf(kind)) {
         if (standIns.at(at(relative)))
-            return *standIns.at(at(relative));
+            return standIns.at(at(relative));
     }
-    return rules.usual;
+    return std::nullopt;
 }
 
 Scale ScaleBook::scaleOf(const Snapshot &snapshot, Quantity quantity)
@@ -285,8 +285,12 @@ Scale ScaleBook::scaleOf(const Snapshot &snapshot, Quantity quantity)
     const Measure &measure = snapshot.measure(quantity);
     double &end = ends.at(at(quantity));
     Scale scale;
+    // What was known once stays known.
+    scale.isKnown = scales.at(at(quantity)).isKnown || measure.value || measure.minimum ||
+                    measure.maximum || measure.low || measure.high;
     switch (kindOf(quantity)) {
     case Kind::Percent:
+        scale.isKnown = true;
         break;
     case Kind::Temperature:
         scale.maximum = std::max(60.0, std::min(measure.high.value_or(0.0) * 1.2, 150.0));
@@ -298,6 +302,7 @@ Scale ScaleBook::scaleOf(const Snapshot &snapshot, Quantity quantity)
         break;
     case Kind::FromZero:
         if (measure.nominal && *measure.nominal > 0.0 && *measure.nominal <= 1e8) {
+            scale.isKnown = true;
             scale.nominal = measure.nominal;
             scale.maximum = *measure.nominal * 1.25;
             scale = rounded(scale);
@@ -308,9 +313,16 @@ Scale ScaleBook::scaleOf(const Snapshot &snapshot, Quantity quantity)
         break;
     case Kind::MainsVoltage:
     case Kind::Frequency:
-    case Kind::BatteryVoltage:
-        scale = aroundNominal(nominalOf(snapshot, quantity), rulesOf(kindOf(quantity)), measure);
+    case Kind::BatteryVoltage: {
+        const NominalRules &rules = rulesOf(kindOf(quantity));
+        const std::optional<double> nominal = nominalOf(snapshot, quantity);
+        const bool isKnown = scale.isKnown || nominal;
+        scale = aroundNominal(nominal.value_or(rules.usual), rules, measure);
+        // A guess makes a scale, but no mark.
+        scale.nominal = nominal;
+        scale.isKnown = isKnown;
         break;
+    }
     }
     return marked(scale, measure);
 }

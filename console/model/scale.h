@@ -23,6 +23,9 @@ struct Scale
     std::optional<double> nominal; ///< inside the scale
     std::optional<double> low;     ///< a value below is too low; inside the scale
     std::optional<double> high;    ///< a value above is too high; inside the scale
+    /// Whether the ends rest on what the UPS said, or are the same for every UPS; a guess
+    /// otherwise.
+    bool isKnown = false;
 
     /// The stretches where a value is too low or too high; none without limits.
     QVector<ScaleArc> limitArcs() const;
@@ -46,7 +49,7 @@ public:
 
 private:
     void learnStandIn(const Snapshot &snapshot, Quantity quantity);
-    double nominalOf(const Snapshot &snapshot, Quantity quantity) const;
+    std::optional<double> nominalOf(const Snapshot &snapshot, Quantity quantity) const;
     Scale scaleOf(const Snapshot &snapshot, Quantity quantity);
 
     std::array<Scale, quantityCount> scales;
