@@ -344,6 +344,14 @@ void OfferPanel::arrangeRows()
         commandGrid->setColumnStretch(place, place < 2 * columns ? 1 : 0);
 }
 
+QSize OfferPanel::minimumSizeHint() const
+{
+    // A narrower panel arranges itself anew, so what it needs now does not count.
+    constexpr int leastUnits = 440;
+    const QSize least = QWidget::minimumSizeHint();
+    return {std::min(least.width(), Theme::px(leastUnits)), least.height()};
+}
+
 void OfferPanel::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);

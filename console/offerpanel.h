@@ -32,6 +32,7 @@ public:
     void applyScale();
     /// Takes up what the UPS now says.
     void refresh();
+    QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
     /// What happened, or will, in a sentence.
