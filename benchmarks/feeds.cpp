@@ -245,9 +245,9 @@ protected:
         const int length = asked->mid(mark + 16).split('\r').first().toInt();
         if (asked->size() < end + 4 + length)
             return {};
-        const bool wantsStatuses = asked->indexOf("timestamp", end) >= 0;
+        const bool wantsStatuses = asked->indexOf("up%7Bjob", end) >= 0;
         // All values of the one UPS that the console follows.
-        const bool wantsValues = asked->indexOf("__name__", end) >= 0;
+        const bool wantsValues = asked->indexOf("label_replace", end) >= 0;
         asked->clear();
         QByteArrayList rows;
         const QByteArray now = QByteArray::number(QDateTime::currentSecsSinceEpoch());
@@ -256,7 +256,7 @@ protected:
             if (wantsStatuses)
                 row += i % 9 == 4 ? R"("flag":"CHRG",)" : R"("flag":"OL",)";
             if (wantsValues)
-                row += R"("__name__":"network_ups_tools_ups_load",)";
+                row += R"("part":"network_ups_tools_ups_load",)";
             row += R"("instance":"nut)" + QByteArray::number(i / 20) + R"(:3493","ups":"u)" +
                    QByteArray::number(i) + R"("},"value":[)" + now + ".308,\"" +
                    (wantsStatuses ? now : QByteArray::number(load(i))) + "\"]}";

@@ -200,6 +200,7 @@ private Q_SLOTS:
     void oneQuestionAtATime();
     void nothingIsRecorded();
     void othersAreAskedForTheRest();
+    void realServer_data();
     void realServer();
 };
 
@@ -428,7 +429,8 @@ void PromTrendsTest::problems_data()
     QTest::addColumn<QString>("notice");
     QTest::newRow("refused")
         << "code 401"
-        << "The Prometheus server cannot be read: it refuses this user (HTTP 401)";
+        << "The Prometheus server cannot be read: it wants a user or a token (HTTP 401): give it "
+           "with --prometheus-auth";
     QTest::newRow("silence")
         << "silence"
         << "The Prometheus server cannot be read: it gives no whole answer in time";
@@ -555,7 +557,7 @@ void PromTrendsTest::nothingIsRecorded()
     FakeWeb web;
     QByteArray flag = "OL";
     web.onQuery = [&](const QByteArray &form) {
-        if (form.contains("timestamp"))
+        if (FakeWeb::asksForStatuses(form))
             return qMakePair(200, statusOf(flag.constData()));
         return qMakePair(
             200,
@@ -603,10 +605,16 @@ void PromTrendsTest::othersAreAskedForTheRest()
     QVERIFY(trendOf(&alone, text("demo@host"), {Quantity::Load}, span, 400).curves.isEmpty());
 }
 
-/// Debian's server with a past: what was measured is on the page, with its gap and its outage.
+void PromTrendsTest::realServer_data()
+{
+    PrometheusServer::addRows();
+}
+
+/// Debian's servers with a past: what was measured is on the page, with its gap and its outage.
 void PromTrendsTest::realServer()
 {
-    PrometheusServer prometheus;
+    QFETCH(PrometheusServer::Program, program);
+    PrometheusServer prometheus(program);
     const qint64 now = QDateTime::currentSecsSinceEpoch();
     QByteArray loads;
     QByteArray charges;

@@ -77,8 +77,6 @@ std::optional<PromSeries> seriesOf(const QJsonObject &json, const QStringList &l
 
 QString reasonFor(int code, const QJsonObject &json, const QByteArray &body)
 {
-    if (code == 401 || code == 403)
-        return QStringLiteral("it refuses this user (HTTP %1)").arg(code);
     const QString error = shortText(json.value(QLatin1String("error")).toString());
     if (!error.isEmpty())
         return QStringLiteral("it refuses the query: ") + error;

@@ -21,6 +21,9 @@
 namespace {
 
 constexpr std::size_t mostUpses = 20000;
+// HTTP statuses.
+constexpr int unauthorized = 401;
+constexpr int forbidden = 403;
 
 /// A text as a string of the query language.
 QString quoted(QString text)
@@ -31,6 +34,8 @@ QString quoted(QString text)
 }
 
 constexpr int explainEvery = 6; // refreshes
+/// Of a UPS; a real one has a few.
+constexpr int mostFlags = 50;
 
 /// A few of many, for a line on the screen.
 QString fewOf(QStringList all)
@@ -50,6 +55,18 @@ QString textOf(double number)
     const bool whole = std::abs(number) < shortest && number == std::trunc(number);
     return whole ? QString::number(int(number)) : QString::number(number, 'g', digits);
 }
+
+/// The values of @p selector that were scraped at @p since, in seconds since the epoch, or later.
+/// Some servers drop a value that is not a number, and answer with the one before.
+QString freshOf(const QString &selector, double since)
+{
+    return QStringLiteral("(%1 and timestamp(%1) >= %2)")
+        .arg(selector, QString::number(since, 'f', 3));
+}
+
+/// Names what the series of a part of a query stand for, where they would be alike.
+const QLatin1String partLabel("part");
+const QLatin1String unscrapedPart("unscraped");
 
 // Labels of series, in the order in which queries ask for them.
 constexpr int instanceLabel = 0;
@@ -112,10 +129,15 @@ bool PromServer::takeSecrets(const QByteArray &text, const QString &fileName, QS
     return basic || bearer;
 }
 
+bool PromServer::hasSecrets() const
+{
+    return !password.isEmpty() || !token.isEmpty();
+}
+
 bool PromServer::wouldLeak() const
 {
-    const bool secret = !password.isEmpty() || !token.isEmpty();
-    return secret && url.scheme() != QLatin1String("https") && !NutHost{url.host(), 1}.isLoopback();
+    return hasSecrets() && url.scheme() != QLatin1String("https") &&
+           !NutHost{url.host(), 1}.isLoopback();
 }
 
 PromSource::PromSource(const PromServer &usedServer, const PromTimes &usedTimes, QObject *parent)
@@ -179,6 +201,8 @@ QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString
     }
     // Nobody waits longer, so the server need not go on either.
     items.append({QStringLiteral("timeout"), QString::number(times.answer / 1000.0)});
+    // Others than Prometheus may answer from a cache, or leave out the latest 30 s.
+    items.append({QStringLiteral("nocache"), QStringLiteral("1")});
     QUrl url = server.url;
     QString base = url.path();
     while (base.endsWith(QLatin1Char('/')))
@@ -190,7 +214,6 @@ QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString
     QNetworkRequest request(url);
     request.setHeader(QNetworkRequest::ContentTypeHeader,
                       QByteArrayLiteral("application/x-www-form-urlencoded"));
-    request.setTransferTimeout(times.answer);
     // Whoever answers elsewhere gets no secrets.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
@@ -209,31 +232,38 @@ QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString
         request.setSslConfiguration(TlsCheck::configuration(server.authorities));
 
     QNetworkReply *reply = network.post(request, form.toString(QUrl::FullyEncoded).toUtf8());
-    reply->setReadBufferSize(PromAnswer::maxBytes);
-    connect(reply, &QNetworkReply::readyRead, reply, [reply] {
-        if (reply->bytesAvailable() >= PromAnswer::maxBytes)
-            reply->abort();
-    });
-    // What is wrong with its certificate; the answer takes it along.
-    const auto tlsProblem = std::make_shared<QString>();
-    const QString host = server.url.host();
-    connect(reply, &QNetworkReply::sslErrors, reply,
-            [tlsProblem, host](const QList<QSslError> &errors) {
-                *tlsProblem = TlsCheck::words(errors.constFirst(), host);
-            });
-    // Before anything is sent.
-    connect(reply, &QNetworkReply::encrypted, reply, [reply, tlsProblem, host] {
-        if (TlsCheck::isFor(reply->sslConfiguration().peerCertificate(), host))
-            return;
-        *tlsProblem = TlsCheck::wordsForName(host);
+    // Why it was aborted; the answer takes it along.
+    const auto why = std::make_shared<QString>();
+    const auto end = [reply, why](const QString &reason) {
+        if (why->isEmpty())
+            *why = reason;
         reply->abort();
+    };
+    reply->setReadBufferSize(PromAnswer::maxBytes + 1);
+    connect(reply, &QNetworkReply::readyRead, reply, [reply, end] {
+        if (reply->bytesAvailable() > PromAnswer::maxBytes)
+            end(QStringLiteral("its answer is too long"));
     });
-    connect(reply, &QNetworkReply::finished, this, [reply, labels, answer, tlsProblem] {
+    // Of the whole answer: a server that sends it byte by byte is as good as silent.
+    QTimer::singleShot(times.answer, reply,
+                       [end] { end(QStringLiteral("it gives no whole answer in time")); });
+    const QString host = server.url.host();
+    connect(reply, &QNetworkReply::sslErrors, reply, [why, host](const QList<QSslError> &errors) {
+        *why = TlsCheck::words(errors.constFirst(), host);
+    });
+    // Before anything is sent.
+    connect(reply, &QNetworkReply::encrypted, reply, [reply, end, host] {
+        if (!TlsCheck::isFor(reply->sslConfiguration().peerCertificate(), host))
+            end(TlsCheck::wordsForName(host));
+    });
+    connect(reply, &QNetworkReply::finished, this, [this, reply, labels, answer, why] {
         reply->deleteLater();
         const int code = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         PromAnswer result;
-        if (!tlsProblem->isEmpty())
-            result.problem = *tlsProblem;
+        if (!why->isEmpty())
+            result.problem = *why;
+        else if (code == unauthorized || code == forbidden)
+            result.problem = wordsForRefusal(code);
         else if (code > 0 && reply->error() != QNetworkReply::OperationCanceledError)
             result = PromAnswer::parse(code, reply->readAll(), labels);
         else if (reply->error() == QNetworkReply::OperationCanceledError)
@@ -251,6 +281,21 @@ QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString
         answer(result);
     });
     return reply;
+}
+
+QString PromSource::wordsForRefusal(int code) const
+{
+    const QString http = QStringLiteral(" (HTTP %1)").arg(code);
+    if (!server.token.isEmpty())
+        return QStringLiteral("it refuses this token") + http;
+    if (server.hasSecrets())
+        return QStringLiteral("it refuses this user") + http;
+    if (code == forbidden)
+        return QStringLiteral("it refuses access") + http;
+    return QStringLiteral("it wants a user or a token") + http +
+           (server.place.isEmpty()
+                ? QStringLiteral(": give it with --prometheus-auth")
+                : QStringLiteral(": set 'auth' in its section (%1)").arg(server.place));
 }
 
 /// The metric of the statuses, of this job.
@@ -291,7 +336,12 @@ void PromSource::takeStatuses(const PromAnswer &answer)
     }
     const QPointer<PromSource> guard(this);
     ++round;
+    Match found = answer.series.isEmpty() ? Match::Nothing : Match::Unscraped;
     for (const PromSeries &series : answer.series) {
+        // Without a flag it says that the exporter cannot be scraped.
+        const QString &flag = series.labels.at(flagLabel);
+        if (!flag.isEmpty())
+            found = Match::Statuses;
         PromFeed *feed = feedOf(series);
         if (!guard)
             return;
@@ -302,18 +352,16 @@ void PromSource::takeStatuses(const PromAnswer &answer)
             feed->flags.clear();
             feed->scraped = 0.0;
         }
-        // Without a flag it says that the exporter cannot be scraped.
-        const QString &flag = series.labels.at(flagLabel);
-        if (flag.isEmpty())
+        if (flag.isEmpty() || feed->flags.size() >= mostFlags)
             continue;
         feed->flags += flag;
         feed->scraped = std::max(feed->scraped, series.samples.constFirst().y());
     }
-    if (matches == answer.series.isEmpty()) {
-        matches = !matches;
+    if (match != found) {
+        match = found;
         explainedAt = 0;
     }
-    if (matches)
+    if (match == Match::Statuses)
         lookForLabels();
     else
         explainNothing();
@@ -326,10 +374,22 @@ void PromSource::takeStatuses(const PromAnswer &answer)
     if (!guard)
         return;
     Q_EMIT refreshed();
-    if (!guard || !load || answer.series.isEmpty())
+    if (guard && load && match == Match::Statuses)
+        askForLoads();
+}
+
+void PromSource::askForLoads()
+{
+    // A load that is older than all statuses was not scraped with any of them.
+    double since = std::numeric_limits<double>::infinity();
+    for (const auto &feed : feeds) {
+        if (feed->heard)
+            since = std::min(since, feed->scraped);
+    }
+    if (!std::isfinite(since))
         return;
-    query(QStringLiteral("max by (instance, %1) (%2{job=%3})")
-              .arg(upsLabel, load->metric, quoted(server.job)),
+    const QString selector = QStringLiteral("%1{job=%2}").arg(load->metric, quoted(server.job));
+    query(QStringLiteral("max by (instance, %1) %2").arg(upsLabel, freshOf(selector, since)),
           {QStringLiteral("instance"), upsLabel}, [this, before = losses](const PromAnswer &loads) {
               // Not where the server was lost meanwhile.
               if (before == losses)
@@ -402,19 +462,40 @@ void PromSource::explainNothing()
     QStringList metrics{QStringLiteral("up")};
     for (const QString &name : PromDialect::names())
         metrics += PromDialect::find(name)->statusMetric;
-    query(QStringLiteral("count by (job, __name__) ({__name__=~%1})")
-              .arg(quoted(metrics.join(QLatin1Char('|')))),
-          {QStringLiteral("job"), QStringLiteral("__name__")},
+    query(QStringLiteral("count by (job, __name__) ({__name__=~%1}) or "
+                         "label_replace(count by (job) (up{job=%2} == 0),\"%3\",\"%4\",\"\",\"\")")
+              .arg(quoted(metrics.join(QLatin1Char('|'))), quoted(server.job), partLabel,
+                   unscrapedPart),
+          {QStringLiteral("job"), QStringLiteral("__name__"), partLabel},
           [this](const PromAnswer &answer) { takeJobs(answer); });
 }
 
 void PromSource::takeJobs(const PromAnswer &answer)
 {
+    // By now something may match.
+    if (match == Match::Statuses)
+        return;
     QHash<QString, QStringList> statuses; // by job
+    double exporters = 0;                 // of the job
+    double unscraped = 0;
     for (const PromSeries &series : answer.series) {
-        QStringList &metrics = statuses[series.labels.at(0)];
-        if (series.labels.at(1) != QLatin1String("up"))
-            metrics += series.labels.at(1);
+        const QString &job = series.labels.at(0);
+        const QString &metric = series.labels.at(1);
+        const double count = series.samples.constFirst().y();
+        if (series.labels.at(2) == unscrapedPart) {
+            unscraped = count;
+            continue;
+        }
+        QStringList &metrics = statuses[job];
+        if (metric != QLatin1String("up"))
+            metrics += metric;
+        else if (job == server.job)
+            exporters = count;
+    }
+    if (match == Match::Unscraped && (!answer.succeeded || unscraped >= exporters)) {
+        // Each UPS says so itself, and nobody knows what their exporters would say.
+        nothing.clear();
+        return reportPresent();
     }
     if (!answer.succeeded)
         return reportNothing(QString());
@@ -473,7 +554,7 @@ void PromSource::reportNothing(const QString &why)
     if (!server.place.isEmpty())
         text += QStringLiteral(" (%1)").arg(server.place);
     // By now something may match.
-    if (!matches)
+    if (match != Match::Statuses)
         nothing = why.isEmpty() ? text : text + QStringLiteral(": ") + why;
     reportPresent();
 }
@@ -497,7 +578,7 @@ void PromSource::lookForLabels()
               for (const PromSeries &series : answer.series)
                   instances += series.labels.at(0);
               instances.removeDuplicates();
-              unlabelled = instances.isEmpty() || !matches
+              unlabelled = instances.isEmpty() || match != Match::Statuses
                                ? QString()
                                : QStringLiteral("several UPSes have no label '%1' and are shown "
                                                 "as one, at ")
@@ -511,13 +592,15 @@ void PromSource::askForValues(PromFeed *feed)
 {
     if (dialect->values.isEmpty())
         return;
-    QStringList metrics;
-    for (const PromValue &value : dialect->values)
-        metrics += value.metric;
+    QStringList parts;
+    for (const PromValue &value : dialect->values) {
+        const QString selector = QStringLiteral("%1{%2}").arg(value.metric, feed->selector());
+        parts += QStringLiteral("label_replace(%1,\"%2\",\"%3\",\"\",\"\")")
+                     .arg(freshOf(selector, feed->scraped), partLabel, value.metric);
+    }
     const QPointer<PromFeed> asking(feed);
-    query(QStringLiteral("{__name__=~%1,%2}")
-              .arg(quoted(metrics.join(QLatin1Char('|'))), feed->selector()),
-          {QStringLiteral("__name__")}, [this, asking](const PromAnswer &answer) {
+    query(parts.join(QStringLiteral(" or ")), {partLabel},
+          [this, asking](const PromAnswer &answer) {
               if (asking)
                   takeValues(asking, answer);
           });
@@ -543,6 +626,8 @@ void PromSource::loseAll(const QString &reason)
     ++losses;
     loadProblem.clear();
     report(reason, true);
+    if (guard)
+        Q_EMIT lost(reason);
     for (std::size_t i = 0; guard && i < feeds.size(); ++i)
         feeds[i]->lose(QStringLiteral("the Prometheus server cannot be read: ") + reason, true);
 }

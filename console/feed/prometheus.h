@@ -25,6 +25,7 @@ struct PromServer
     /// Reads "user" and "password", or "token", each "key = value" on a line.
     /// @return false with the reason, which never quotes the text, in @p error.
     bool takeSecrets(const QByteArray &text, const QString &fileName, QString *error);
+    bool hasSecrets() const;
     /// Whether secrets would leave this machine in the clear.
     bool wouldLeak() const;
 
@@ -81,6 +82,8 @@ Q_SIGNALS:
     /// What keeps the server from being read (@p isLost), or is wrong with what it answers; no
     /// text: nothing.
     void problemChanged(const QString &text, bool isLost);
+    /// The server cannot be read; comes with each refresh that fails.
+    void lost(const QString &reason);
     /// The statuses of all UPSes that match were taken.
     void refreshed();
 
@@ -88,9 +91,17 @@ private:
     friend class PromFeed;
     using Key = QPair<QString, QString>; // instance and UPS
 
+    /// What a refresh finds of the job.
+    enum class Match {
+        Nothing,
+        Unscraped, ///< exporters that cannot be scraped, and nothing else
+        Statuses,
+    };
+
     void refresh();
     void takeStatuses(const PromAnswer &answer);
     void takeStatus(PromFeed *feed);
+    void askForLoads();
     void takeLoads(const PromAnswer &answer);
     void explainNothing();
     void takeJobs(const PromAnswer &answer);
@@ -102,6 +113,7 @@ private:
     void loseAll(const QString &reason);
     QNetworkReply *get(const QString &path, QList<QPair<QString, QString>> items,
                        const QStringList &labels, const Answer &answer);
+    QString wordsForRefusal(int code) const;
     PromFeed *feedOf(const PromSeries &series);
     void report(const QString &problem, bool isLost = false);
     void reportPresent();
@@ -121,7 +133,7 @@ private:
     QString nothing;    // matches, and why
     QString unlabelled; // UPSes that are not told apart
     QString loadProblem;
-    bool matches = false;
+    Match match = Match::Nothing;
     int round = 0;
     int explainedAt = 0; // round
     int losses = 0;      // of the server

@@ -14,6 +14,11 @@ FakeWeb::FakeWeb()
         qFatal("the server cannot listen");
 }
 
+bool FakeWeb::asksForStatuses(const QByteArray &query)
+{
+    return query.contains(" == 1) or ");
+}
+
 void FakeWeb::useTls(const QString &certificate, const QString &key)
 {
     QFile keyFile(key);
@@ -84,6 +89,10 @@ void FakeWeb::take(QTcpSocket *socket)
     socket->setProperty("waits", !answers);
     if (!answers)
         return;
+    if (onRaw) {
+        onRaw(socket);
+        return;
+    }
     const auto [code, body] = onQuery(QByteArray::fromPercentEncoding(all.mid(end + 4, length)));
     if (code == 0) {
         socket->disconnectFromHost();

@@ -19,6 +19,9 @@ class FakeWeb : public QTcpServer
 public:
     FakeWeb();
 
+    /// Whether a query asks for the statuses of all UPSes.
+    static bool asksForStatuses(const QByteArray &query);
+
     /// Speaks TLS from now on.
     void useTls(const QString &certificate, const QString &key);
     /// Its address, with @p prefix as the path.
@@ -32,6 +35,8 @@ public:
     /// The code and the body for a query, which is the decoded form. With the code 0 the connection
     /// is closed instead.
     std::function<QPair<int, QByteArray>(const QByteArray &query)> onQuery;
+    /// Where it is set, it answers a query instead, with any bytes.
+    std::function<void(QTcpSocket *socket)> onRaw;
     bool answers = true;
     QByteArrayList heads; ///< what came before the forms
 

@@ -2,9 +2,12 @@
 
 #include "prometheusserver.h"
 
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtNetwork/QTcpServer>
+#include <QtNetwork/QTcpSocket>
+#include <QtTest/QTest>
 
 namespace {
 
@@ -26,8 +29,16 @@ quint16 freePort()
 
 } // namespace
 
-PrometheusServer::PrometheusServer()
-    : directory(text("/tmp/kivprom-XXXXXX"))
+void PrometheusServer::addRows()
+{
+    QTest::addColumn<Program>("program");
+    QTest::newRow("Prometheus") << Program::Prometheus;
+    QTest::newRow("VictoriaMetrics") << Program::VictoriaMetrics;
+}
+
+PrometheusServer::PrometheusServer(Program usedProgram)
+    : program(usedProgram)
+    , directory(text("/tmp/kivprom-XXXXXX"))
     , webPort(freePort())
     , exporterPort(freePort())
 {
@@ -60,14 +71,19 @@ QByteArray PrometheusServer::sample(const char *metric, const char *ups, double 
 
 bool PrometheusServer::load(const char *metric, const QByteArray &samples)
 {
+    if (program == Program::VictoriaMetrics) {
+        // It takes milliseconds, and only while it runs.
+        past += QByteArray(samples).replace("\n", "000\n");
+        return true;
+    }
     const QString name = QStringLiteral("past%1").arg(++loads);
-    QProcess process;
+    QProcess tool;
     if (!write(name, QByteArray("# TYPE network_ups_tools_") + metric + " gauge\n" + samples +
                          "# EOF\n") ||
-        !run(&process, text("promtool"),
+        !run(&tool, text("promtool"),
              {text("tsdb"), text("create-blocks-from"), text("openmetrics"), name, text("data")}))
         return false;
-    if (process.waitForFinished(patience) && process.exitCode() == 0)
+    if (tool.waitForFinished(patience) && tool.exitCode() == 0)
         return true;
     failed = text("promtool does not take the past");
     return false;
@@ -80,8 +96,16 @@ bool PrometheusServer::setUps(const char *ups, const QByteArray &says)
 
 bool PrometheusServer::useTls(const QString &certificate, const QString &key, bool users)
 {
-    more = QStringList{text("--web.config.file=web.yml")};
     secure = true;
+    if (program == Program::VictoriaMetrics) {
+        more = QStringList{text("-tls"), text("-tlsCertFile=") + certificate,
+                           text("-tlsKeyFile=") + key};
+        if (users)
+            more += QStringList{text("-httpAuth.username=viewer"),
+                                text("-httpAuth.password=secret word")};
+        return true;
+    }
+    more = QStringList{text("--web.config.file=web.yml")};
     return write(text("web.yml"), "tls_server_config: {cert_file: '" + certificate.toUtf8() +
                                       "', key_file: '" + key.toUtf8() + "'}\n" +
                                       (users ? QByteArray(userLine) : QByteArray()));
@@ -89,10 +113,15 @@ bool PrometheusServer::useTls(const QString &certificate, const QString &key, bo
 
 bool PrometheusServer::start()
 {
-    return failed.isEmpty() &&
-           run(&exporter, QStringLiteral(KIV_UPS_EXPORTER),
-               {QString::number(exporterPort), directory.filePath(text("ups"))}) &&
-           run(&prometheus, text("prometheus"),
+    if (!failed.isEmpty() || !run(&exporter, QStringLiteral(KIV_UPS_EXPORTER),
+                                  {QString::number(exporterPort), directory.filePath(text("ups"))}))
+        return false;
+    return program == Program::Prometheus ? startPrometheus() : startVictoriaMetrics();
+}
+
+bool PrometheusServer::startPrometheus()
+{
+    return run(&process, text("prometheus"),
                QStringList{text("--config.file=prometheus.yml"), text("--storage.tsdb.path=data"),
                            text("--storage.tsdb.retention.time=1y"),
                            QStringLiteral("--web.listen-address=127.0.0.1:%1").arg(webPort),
@@ -100,10 +129,38 @@ bool PrometheusServer::start()
                    more);
 }
 
+bool PrometheusServer::startVictoriaMetrics()
+{
+    return run(&process, text("victoria-metrics"),
+               QStringList{text("-promscrape.config=prometheus.yml"), text("-storageDataPath=data"),
+                           text("-retentionPeriod=1y"),
+                           QStringLiteral("-httpListenAddr=127.0.0.1:%1").arg(webPort),
+                           text("-memory.allowedBytes=256MB"), text("-loggerLevel=WARN")} +
+                   more) &&
+           (past.isEmpty() || importPast());
+}
+
+/// As soon as the server listens.
+bool PrometheusServer::importPast()
+{
+    const QByteArray request = "POST /api/v1/import/prometheus HTTP/1.0\r\nContent-Length: " +
+                               QByteArray::number(past.size()) + "\r\n\r\n" + past;
+    for (const QDeadlineTimer deadline(patience); !deadline.hasExpired();) {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, webPort);
+        if (socket.waitForConnected(patience) && socket.write(request) == request.size() &&
+            socket.waitForReadyRead(patience) && socket.readLine().contains(" 204 "))
+            return true;
+        QTest::qWait(50);
+    }
+    failed = text("the server does not take the past");
+    return false;
+}
+
 void PrometheusServer::stop()
 {
-    prometheus.kill();
-    prometheus.waitForFinished(patience);
+    process.kill();
+    process.waitForFinished(patience);
 }
 
 PromServer PrometheusServer::server() const
@@ -129,15 +186,15 @@ bool PrometheusServer::write(const QString &name, const QByteArray &content)
     return false;
 }
 
-bool PrometheusServer::run(QProcess *process, const QString &program, const QStringList &arguments)
+bool PrometheusServer::run(QProcess *started, const QString &name, const QStringList &arguments)
 {
-    process->setWorkingDirectory(directory.path());
-    process->setStandardOutputFile(directory.filePath(text("log")), QIODevice::Append);
-    process->setStandardErrorFile(directory.filePath(text("log")), QIODevice::Append);
-    process->start(text("setpriv"),
-                   QStringList{text("--pdeathsig"), text("KILL"), program} + arguments);
-    if (process->waitForStarted(patience))
+    started->setWorkingDirectory(directory.path());
+    started->setStandardOutputFile(directory.filePath(text("log")), QIODevice::Append);
+    started->setStandardErrorFile(directory.filePath(text("log")), QIODevice::Append);
+    started->start(text("setpriv"),
+                   QStringList{text("--pdeathsig"), text("KILL"), name} + arguments);
+    if (started->waitForStarted(patience))
         return true;
-    failed = text("cannot start ") + program;
+    failed = text("cannot start ") + name;
     return false;
 }

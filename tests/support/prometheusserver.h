@@ -7,12 +7,17 @@
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 
-/// Debian's Prometheus with an exporter of the tests' own, which has the UPSes "a" and "b" of
-/// "nut0:3493". Functions return false with problem().
+/// A server of Debian that scrapes an exporter of the tests' own, which has the UPSes "a" and "b"
+/// of "nut0:3493". Functions return false with problem().
 class PrometheusServer
 {
 public:
-    PrometheusServer();
+    enum class Program { Prometheus, VictoriaMetrics };
+
+    /// A row of test data for each program, in the column "program".
+    static void addRows();
+
+    explicit PrometheusServer(Program program = Program::Prometheus);
     ~PrometheusServer();
     PrometheusServer(const PrometheusServer &) = delete;
     PrometheusServer &operator=(const PrometheusServer &) = delete;
@@ -20,7 +25,7 @@ public:
     /// A sample of @p metric, at @p at seconds since the epoch, for load().
     static QByteArray sample(const char *metric, const char *ups, double value, qint64 at,
                              const char *moreLabels = "");
-    /// Gives the server a past, before it starts: samples of one metric.
+    /// Gives the server a past, which it has when it started: samples of one metric.
     bool load(const char *metric, const QByteArray &samples);
     /// What the exporter says of a UPS; see upsexporter.py.
     bool setUps(const char *ups, const QByteArray &says);
@@ -35,8 +40,12 @@ public:
 
 private:
     bool write(const QString &name, const QByteArray &content);
-    bool run(QProcess *process, const QString &program, const QStringList &arguments);
+    bool importPast();
+    bool startPrometheus();
+    bool startVictoriaMetrics();
+    bool run(QProcess *started, const QString &name, const QStringList &arguments);
 
+    const Program program;
     QTemporaryDir directory;
     quint16 webPort;
     quint16 exporterPort;
@@ -44,6 +53,8 @@ private:
     QStringList more; // arguments
     bool secure = false;
     int loads = 0;
+    QByteArray past; // to be imported
     QProcess exporter;
-    QProcess prometheus;
+    QProcess process;
 };
+Q_DECLARE_METATYPE(PrometheusServer::Program)
