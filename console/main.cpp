@@ -86,7 +86,7 @@ int main(int argc, char **argv)
     PromTrends trends([&feeds](const QString &ups) { return feeds.promFeed(ups); }, &history);
     window.setHistory(&history, &trends);
     const QString credentialsFile =
-        entries.credentialsFile.isEmpty() ? kept : entries.credentialsFile;
+        entries.credentials.path.isEmpty() ? kept : entries.credentials.path;
     window.setCredentialsFile(credentialsFile);
     QObject::connect(&window, &ConsoleWindow::keepUser, &window,
                      [&](const QString &ups, const QString &user, const QString &password) {

@@ -50,6 +50,16 @@ Notifier::Notifier(SiteModel *site, QObject *parent)
     : QObject(parent)
 {
     connect(site, &SiteModel::changed, this, &Notifier::look);
+    const auto noteServer = [this](const QString &name, const QString &reason, bool isMissed) {
+        Server &server = servers[name];
+        server.isMissed = isMissed;
+        server.reason = reason;
+        soon.start(0);
+    };
+    connect(site, &SiteModel::serverMissed, this,
+            [=](const QString &name, const QString &reason) { noteServer(name, reason, true); });
+    connect(site, &SiteModel::serverMet, this,
+            [=](const QString &name) { noteServer(name, QString(), false); });
     soon.setSingleShot(true);
     connect(&soon, &QTimer::timeout, this, &Notifier::announceServers);
 }
@@ -104,7 +114,7 @@ void Notifier::followServer(UpsModel *ups)
 void Notifier::announceServers()
 {
     for (auto server = servers.begin(); server != servers.end(); ++server) {
-        const bool isLost = !server->lost.isEmpty();
+        const bool isLost = server->isMissed || !server->lost.isEmpty();
         if (isLost == server->isAnnounced)
             continue;
         server->isAnnounced = isLost;
@@ -113,11 +123,13 @@ void Notifier::announceServers()
         now.text = isLost ? tr("No communication") : tr("Communication is back");
         if (!on)
             continue;
+        QStringList body;
         const int count = int(server->lost.size());
-        announce(server.key(), server.key(),
-                 isLost ? QStringList{count == 1 ? tr("1 UPS") : tr("%1 UPSes").arg(count),
-                                      server->reason}
-                        : QStringList());
+        if (count > 0)
+            body += count == 1 ? tr("1 UPS") : tr("%1 UPSes").arg(count);
+        if (isLost)
+            body += server->reason;
+        announce(server.key(), server.key(), body);
     }
 }
 

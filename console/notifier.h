@@ -13,7 +13,8 @@ class QDBusPendingCallWatcher;
 
 /// Announces changes of state on the desktop, through org.freedesktop.Notifications over the
 /// session's D-Bus. Without a bus or a service it does nothing. UPSes that are lost with their
-/// server are announced once, for all of them.
+/// server are announced once, for all of them, and so is a server that cannot be read from the
+/// start.
 class Notifier : public QObject
 {
     Q_OBJECT
@@ -38,6 +39,7 @@ private:
     {
         QSet<QString> lost; ///< ids of the UPSes that were lost with it
         QString reason;
+        bool isMissed = false; ///< it was never read
         bool isAnnounced = false;
     };
 

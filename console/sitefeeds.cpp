@@ -11,6 +11,9 @@
 
 namespace {
 
+/// So many tries in a row are no news where a server was never reached.
+constexpr int lossesBeforeNews = 3;
+
 /// The entry of @p host, which is added where there is none.
 ServerEntry *entryOf(SiteEntries *entries, const NutHost &host)
 {
@@ -30,7 +33,7 @@ bool takeArguments(const Options &options, SiteEntries *entries, QString *error)
         if (options.tls)
             entry->tls = options.tls;
         if (!options.authorities.isEmpty())
-            entry->authorities = options.authorities;
+            entry->authorities = {options.authorities, {}};
     };
     for (const QString &text : options.upses) {
         const std::optional<NutAddress> address = NutAddress::parse(text, error);
@@ -39,8 +42,9 @@ bool takeArguments(const Options &options, SiteEntries *entries, QString *error)
         ServerEntry *entry = entryOf(entries, address->server());
         takeTls(entry);
         const bool known =
-            std::any_of(entry->upses.cbegin(), entry->upses.cend(),
-                        [&](const UpsEntry &one) { return one.upsName == address->upsName; });
+            std::any_of(entry->upses.cbegin(), entry->upses.cend(), [&](const UpsEntry &one) {
+                return isSameUps(one.upsName, address->upsName);
+            });
         if (!known)
             entry->upses.append({address->upsName, {}, {}, {}});
     }
@@ -63,8 +67,8 @@ bool takePrometheus(const Options &options, SiteEntries *entries, QString *error
         return false;
     PromEntry entry;
     entry.url = options.prometheus;
-    entry.auth = options.prometheusAuth;
-    entry.authorities = options.authorities;
+    entry.auth = {options.prometheusAuth, {}};
+    entry.authorities = {options.authorities, {}};
     entries->prometheus.append(entry);
     return true;
 }
@@ -86,17 +90,36 @@ bool namesUpses(const Options &options, const SiteEntries &entries, QString *err
     return false;
 }
 
-bool readAuthorities(const QString &file, QList<QSslCertificate> *authorities, QString *error)
+using ReadFile = std::optional<QByteArray> (*)(const QString &, int, QString *);
+
+/// Reads what @p file names; a reason why not begins with the line that names it.
+std::optional<QByteArray> readNamed(const NamedFile &file, ReadFile read, QString *error)
 {
-    if (file.isEmpty())
+    std::optional<QByteArray> text = read(file.path, mostSiteBytes, error);
+    if (!text && !file.place.isEmpty())
+        *error = file.place + QStringLiteral(": ") + *error;
+    return text;
+}
+
+/// The certificates in PEM form.
+std::optional<QByteArray> readCertificates(const QString &path, int mostBytes, QString *error)
+{
+    std::optional<QByteArray> text = readSmallFile(path, mostBytes, error);
+    if (text && QSslCertificate::fromData(*text, QSsl::Pem).isEmpty()) {
+        *error = QStringLiteral("%1 has no certificate in PEM form").arg(path);
+        return std::nullopt;
+    }
+    return text;
+}
+
+bool readAuthorities(const NamedFile &file, QList<QSslCertificate> *authorities, QString *error)
+{
+    if (file.path.isEmpty())
         return true;
-    const std::optional<QByteArray> text = readSmallFile(file, mostSiteBytes, error);
-    if (!text)
-        return false;
-    *authorities = QSslCertificate::fromData(*text, QSsl::Pem);
-    if (authorities->isEmpty())
-        *error = QStringLiteral("%1 has no certificate in PEM form").arg(file);
-    return !authorities->isEmpty();
+    const std::optional<QByteArray> text = readNamed(file, readCertificates, error);
+    if (text)
+        *authorities = QSslCertificate::fromData(*text, QSsl::Pem);
+    return text.has_value();
 }
 
 } // namespace
@@ -117,17 +140,16 @@ bool readSite(const Options &options, const QString &kept, SiteEntries *entries,
         !namesUpses(options, *entries, error))
         return false;
     if (!options.credentials.isEmpty())
-        entries->credentialsFile = options.credentials;
-    else if (entries->credentialsFile.isEmpty() && QFile::exists(kept) && !options.simulates())
-        entries->credentialsFile = kept;
-    if (entries->credentialsFile.isEmpty())
+        entries->credentials = {options.credentials, {}};
+    else if (entries->credentials.path.isEmpty() && QFile::exists(kept) && !options.simulates())
+        entries->credentials.path = kept;
+    if (entries->credentials.path.isEmpty())
         return true;
-    const std::optional<QByteArray> text =
-        readPrivateFile(entries->credentialsFile, mostSiteBytes, error);
+    const std::optional<QByteArray> text = readNamed(entries->credentials, readPrivateFile, error);
     if (!text)
         return false;
     const std::optional<QVector<Credentials>> read =
-        parseCredentials(*text, entries->credentialsFile, error);
+        parseCredentials(*text, entries->credentials.path, error);
     if (read)
         *users = *read;
     return read.has_value();
@@ -151,7 +173,7 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
         const bool hasUser = user != users.cend();
         // Who names authorities wants them to be asked.
         tls.required = entry.tls.value_or((hasUser && !entry.host.isLoopback()) ||
-                                          !entry.authorities.isEmpty());
+                                          !entry.authorities.path.isEmpty());
         tls.requiredForPasswords = entry.tls.value_or(true);
         if (!readAuthorities(entry.authorities, &tls.authorities, error))
             return false;
@@ -171,12 +193,15 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
                         takeUser(source, name, outcome == CommandOutcome::Done ? QString() : text);
                 });
         for (const UpsEntry &ups : entry.upses)
-            addUps(server->link.get(), entry, ups, false);
+            addUps(server, ups, false);
         connect(server->link.get(), &NutServerFeed::lost, this,
-                [this, source](const QString &reason) {
+                [this, server, source](const QString &reason) {
                     // A single UPS gives the reason itself.
                     if (site->isGrowing() || site->count() > 1)
                         site->setProblem(source, reason);
+                    // Named UPSes are without communication themselves.
+                    if (server->entry.upses.isEmpty() && ++server->losses == lossesBeforeNews)
+                        site->missServer(source, reason);
                 });
         if (!entry.all) {
             connect(server->link.get(), &NutServerFeed::reached, this,
@@ -184,8 +209,9 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
             continue;
         }
         site->setGrowing(true);
+        site->addServer(source);
         connect(server->link.get(), &NutServerFeed::found, this,
-                [this, server](const QVector<NutUps> &all) { takeFound(*server, all); });
+                [this, server](const QVector<NutUps> &all) { takeFound(server, all); });
     }
     for (const PromEntry &entry : entries.prometheus) {
         if (!addPrometheus(entry, promTimes, error))
@@ -207,9 +233,9 @@ bool SiteFeeds::addPrometheus(const PromEntry &entry, const PromTimes &times, QS
     server.dialect = entry.dialect;
     server.upsLabel = entry.label;
     server.place = entry.place;
-    if (!entry.auth.isEmpty()) {
-        const std::optional<QByteArray> text = readPrivateFile(entry.auth, mostSiteBytes, error);
-        if (!text || !server.takeSecrets(*text, entry.auth, error))
+    if (!entry.auth.path.isEmpty()) {
+        const std::optional<QByteArray> text = readNamed(entry.auth, readPrivateFile, error);
+        if (!text || !server.takeSecrets(*text, entry.auth.path, error))
             return false;
     }
     site->setGrowing(true);
@@ -231,7 +257,14 @@ bool SiteFeeds::addPrometheus(const PromEntry &entry, const PromTimes &times, QS
         });
     connect(link, &PromSource::found, this,
             [this, source](PromFeed *feed) { addPromFeed(source, feed); });
-    connect(link, &PromSource::refreshed, this, [this, source] { showUnseen(source); });
+    connect(link, &PromSource::lost, this, [this, source](const QString &reason) {
+        if (++source->losses == lossesBeforeNews)
+            site->missServer(source->link->name(), reason);
+    });
+    connect(link, &PromSource::refreshed, this, [this, source] {
+        site->meetServer(source->link->name());
+        showUnseen(source);
+    });
     return true;
 }
 
@@ -335,29 +368,32 @@ void SiteFeeds::takeUser(const QString &server, const QString &user, const QStri
     site->setProblem(source, problem, Severity::Warning);
 }
 
-void SiteFeeds::addUps(NutServerFeed *link, const ServerEntry &entry, const UpsEntry &ups,
-                       bool begin)
+void SiteFeeds::addUps(Server *server, const UpsEntry &ups, bool begin)
 {
+    const ServerEntry &entry = server->entry;
     const QString id = NutAddress{ups.upsName, entry.host.host, entry.host.port}.toString();
-    if (feeds.size() >= std::size_t(mostEntries) || site->find(id))
+    // A server has each name once, whatever its case here and there.
+    const QString key = ups.upsName.toLower();
+    if (feeds.size() >= std::size_t(mostEntries) || server->names.contains(key))
         return;
+    server->names.insert(key);
     UpsModel *model = site->add(id);
     model->setNames(ups.name, ups.site.isEmpty() ? entry.site : ups.site);
-    feeds.push_back(std::make_unique<NutFeed>(link, ups.upsName));
+    feeds.push_back(std::make_unique<NutFeed>(server->link.get(), ups.upsName));
     model->setFeed(feeds.back().get());
     if (begin)
         feeds.back()->start();
 }
 
-void SiteFeeds::takeFound(const Server &server, const QVector<NutUps> &all)
+void SiteFeeds::takeFound(Server *server, const QVector<NutUps> &all)
 {
-    site->setProblem(server.entry.host.toString(),
-                     all.isEmpty() ? QStringLiteral("the server has no UPS") : QString(),
+    const QString source = server->entry.host.toString();
+    site->meetServer(source);
+    site->setProblem(source, all.isEmpty() ? QStringLiteral("the server has no UPS") : QString(),
                      Severity::Warning);
     for (const NutUps &ups : all) {
         // What the server describes names a UPS, unless it is the default of an empty file.
         const bool described = ups.description != QLatin1String("Description unavailable");
-        addUps(server.link.get(), server.entry,
-               {ups.name, described ? ups.description : QString(), {}, {}}, true);
+        addUps(server, {ups.name, described ? ups.description : QString(), {}, {}}, true);
     }
 }

@@ -47,6 +47,8 @@ private:
     struct Server
     {
         ServerEntry entry;
+        QSet<QString> names; // of its UPSes, in lower case
+        int losses = 0;
         std::unique_ptr<NutServerFeed> link;
     };
 
@@ -55,6 +57,7 @@ private:
         PromEntry entry;
         bool isFirst = false;
         bool hasUpses = false;
+        int losses = 0;
         QHash<QString, int> named;  // names in the entry, and their index
         QHash<QString, int> unseen; // those that no UPS has
         QString unseenPlace;        // where the shown one of them is named
@@ -62,11 +65,11 @@ private:
     };
 
     bool addPrometheus(const PromEntry &entry, const PromTimes &times, QString *error);
-    void addUps(NutServerFeed *link, const ServerEntry &entry, const UpsEntry &ups, bool begin);
+    void addUps(Server *server, const UpsEntry &ups, bool begin);
     void takeUser(const QString &server, const QString &user, const QString &problem);
     void addPromFeed(Source *source, PromFeed *feed);
     void showUnseen(Source *source);
-    void takeFound(const Server &server, const QVector<NutUps> &all);
+    void takeFound(Server *server, const QVector<NutUps> &all);
 
     SiteModel *site;
     std::vector<std::unique_ptr<Server>> servers;

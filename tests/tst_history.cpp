@@ -73,6 +73,7 @@ private Q_SLOTS:
     void silenceAtTheStart();
     void lostCommunicationEndsNothing();
     void lostServerIsOneEvent();
+    void missedServer();
     void lostServerOfEarlier();
     void whatStandsAtTheStartContinues();
     void whatEndedUnseen();
@@ -222,6 +223,47 @@ void HistoryTest::lostServerIsOneEvent()
         else if (event.condition != QLatin1String("no-communication"))
             QCOMPARE(event.text, QStringLiteral("On battery"));
     }
+}
+
+/// A server that is not reached from the start makes one event, which ends when it is.
+void HistoryTest::missedServer()
+{
+    const QTemporaryDir directory;
+    const QString name = QStringLiteral("Prometheus hall");
+    const QString missed =
+        QStringLiteral("No communication Communication Not reached: refused [] x1 ");
+    {
+        Watch watch(directory.path());
+        QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+        watch.site.meetServer(QStringLiteral("another:3493"));
+        QVERIFY(watch.lines().isEmpty());
+        const qint64 began = watch.time;
+        watch.site.missServer(name, QStringLiteral("refused"));
+        watch.site.missServer(name, QStringLiteral("again"));
+        QCOMPARE(watch.lines(), QStringList(missed + QStringLiteral("present")));
+        QCOMPARE(watch.events().first().begin, began);
+        QCOMPARE(watch.events().first().ups, name);
+        watch.time += minuteMsecs;
+        watch.site.meetServer(name);
+        watch.site.missServer(name, QStringLiteral("too late"));
+        QCOMPARE(watch.lines(), QStringList(missed + QStringLiteral("ended")));
+        QCOMPARE(watch.events().first().end, std::optional<qint64>(watch.time));
+    }
+    // In a later run it is another event; what it left present ends when the server answers at
+    // once.
+    {
+        Watch watch(directory.path());
+        QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+        watch.time += hourMsecs;
+        watch.site.missServer(name, QStringLiteral("refused"));
+        QCOMPARE(watch.lines().last(), missed + QStringLiteral("present"));
+    }
+    Watch watch(directory.path());
+    QVERIFY(watch.waitFor(HistoryStatus::State::Kept));
+    watch.time += 2 * hourMsecs;
+    watch.site.meetServer(name);
+    QCOMPARE(watch.lines(), QStringList({missed + QStringLiteral("ended"),
+                                         missed + QStringLiteral("ended unseen")}));
 }
 
 /// An event of a server from an earlier run ends when the server answers, or is not watched.

@@ -63,6 +63,7 @@ private Q_SLOTS:
     void canBeSwitchedOff();
     void textsArePlain();
     void lostServerIsOneAnnouncement();
+    void missedServerIsAnnounced();
 
 private:
     /// Lets calls that are under way arrive.
@@ -227,6 +228,30 @@ void NotifierTest::lostServerIsOneAnnouncement()
     QCOMPARE(service.heard.at(1).replaces, 41U);
     settle();
     QCOMPARE(service.heard.size(), 2);
+}
+
+/// A server that is not reached from the start, and then is.
+void NotifierTest::missedServerIsAnnounced()
+{
+    service.heard.clear();
+    SiteModel site;
+    const Notifier notifier(&site);
+    const QString name = QStringLiteral("host:3493");
+    site.meetServer(QStringLiteral("other:3493"));
+    settle();
+    QCOMPARE(service.heard.size(), 0);
+    site.missServer(name, QStringLiteral("it is <b>gone</b>"));
+    QTRY_COMPARE(service.heard.size(), 1);
+    QCOMPARE(service.heard.at(0).summary, QStringLiteral("host:3493: No communication"));
+    QCOMPARE(service.heard.at(0).body, QStringLiteral("it is &lt;b&gt;gone&lt;/b&gt;"));
+    QCOMPARE(service.heard.at(0).urgency, 2);
+    site.missServer(name, QStringLiteral("again"));
+    settle();
+    QCOMPARE(service.heard.size(), 1);
+    site.meetServer(name);
+    QTRY_COMPARE(service.heard.size(), 2);
+    QCOMPARE(service.heard.at(1).summary, QStringLiteral("host:3493: Communication is back"));
+    QCOMPARE(service.heard.at(1).body, QString());
 }
 
 KIV_TEST_MAIN(NotifierTest)

@@ -37,7 +37,7 @@ void serve(FakeNutServer *server, const QByteArrayList &names)
             return;
         }
         const QByteArray name = line.split(' ').value(2);
-        if (!names.contains(name))
+        if (!names.contains(name.toLower()))
             socket->write("ERR UNKNOWN-UPS\n");
         else if (line.startsWith("GET"))
             socket->write("VAR " + name + " ups.status \"OL\"\n");
@@ -53,7 +53,7 @@ void publish(FakeWeb *web, const QByteArrayList &names)
     web->onQuery = [names](const QByteArray &query) {
         QByteArrayList rows;
         for (const QByteArray &name : names) {
-            const bool statuses = query.contains("timestamp");
+            const bool statuses = FakeWeb::asksForStatuses(query);
             if (!statuses && !query.contains("ups_load"))
                 break;
             rows += R"({"metric":{"ups":")" + name.split('@').value(0) + R"(","instance":")" +
@@ -78,6 +78,46 @@ PromTimes shortPromTimes()
     times.refresh = 50;
     return times;
 }
+
+/// A site that a configuration file fills; fed at once.
+struct FedSite
+{
+    explicit FedSite(const QByteArray &text, const QVector<Credentials> &users = {})
+        : feeds(&site)
+    {
+        const std::optional<SiteEntries> file =
+            parseSiteFile(text, QStringLiteral("site.ini"), &error);
+        if (file && feeds.add(*file, users, &error, shortTimes(), shortPromTimes()))
+            feeds.start();
+    }
+
+    SiteModel site;
+    SiteFeeds feeds;
+    QString error;
+};
+
+/// A section of @p server, with @p lines.
+QByteArray section(const FakeNutServer &server, const QByteArray &lines)
+{
+    return "[server s]\naddress = " + server.address().server().toString().toLatin1() + '\n' +
+           lines + '\n';
+}
+
+/// What a site says of a server that is not reached from the start.
+struct ServerNews
+{
+    explicit ServerNews(SiteModel *site)
+    {
+        QObject::connect(site, &SiteModel::serverMissed, site,
+                         [this](const QString &name, const QString &reason) {
+                             all += QStringLiteral("missed %1: %2").arg(name, reason);
+                         });
+        QObject::connect(site, &SiteModel::serverMet, site,
+                         [this](const QString &name) { all += QStringLiteral("met ") + name; });
+    }
+
+    QStringList all;
+};
 
 Options optionsFor(const QStringList &arguments)
 {
@@ -105,7 +145,12 @@ private Q_SLOTS:
     void keepsAUserInTheFile();
     void checksTheUserOnceTheDriverRuns();
     void refusedUser();
-    void authoritiesMustBeThere();
+    void filesMustBeThere_data();
+    void filesMustBeThere();
+    void filesOfTheCommandLineMustBeThere();
+    void serverMissedFromTheStart();
+    void serverMetAtOnce();
+    void prometheusMissedFromTheStart();
     void authoritiesRequireTls();
     void namesForPrometheus();
     void nameThatPrometheusLacks();
@@ -123,7 +168,7 @@ void SiteFeedsTest::severalServers()
     const Options options = optionsFor({QStringLiteral("--ups"), QStringLiteral("a@") + first,
                                         QStringLiteral("--ups"), QStringLiteral("b@") + first,
                                         QStringLiteral("--ups"), QStringLiteral("a@") + second,
-                                        QStringLiteral("--ups"), QStringLiteral("a@") + first});
+                                        QStringLiteral("--ups"), QStringLiteral("A@") + first});
     SiteEntries entries;
     QVector<Credentials> users;
     QString error;
@@ -145,28 +190,22 @@ void SiteFeedsTest::severalServers()
 void SiteFeedsTest::allOfAServer()
 {
     FakeNutServer server;
-    serve(&server, {"a", "b", "plain"});
+    serve(&server, {"a", "b", "c", "plain"});
     const QString host = server.address().server().toString();
-    SiteEntries entries;
-    QString error;
-    // One has a custom name.
-    const std::optional<SiteEntries> file = parseSiteFile(
-        "[server s]\naddress = " + host.toLatin1() + "\nups = all\n[ups b@s]\nname = Mine\n",
-        QStringLiteral("f"), &error);
-    QVERIFY2(file, qPrintable(error));
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QVERIFY(feeds.add(*file, {}, &error, shortTimes()));
-    feeds.start();
-    QTRY_COMPARE(site.count(), 3);
+    // Two have a custom name.
+    FedSite fed(section(server, "ups = all\n[ups b@s]\nname = Mine\n[ups C@s]\nname = Too"));
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
+    QTRY_COMPARE(site.count(), 4);
     QVERIFY(site.problems().isEmpty());
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 4; ++i)
         QTRY_COMPARE(site.at(i)->severity(), Severity::Normal);
     const auto titleOf = [&](const char *name) {
         return site.find(QLatin1String(name) + QLatin1Char('@') + host)->title();
     };
     QCOMPARE(titleOf("a"), QStringLiteral("Room of a"));
     QCOMPARE(titleOf("b"), QStringLiteral("Mine"));
+    QCOMPARE(titleOf("C"), QStringLiteral("Too"));
     QCOMPARE(titleOf("plain"), QStringLiteral("plain"));
     QCOMPARE(server.clients.count(), 1);
 }
@@ -176,17 +215,11 @@ void SiteFeedsTest::unreachableServer()
     FakeNutServer server;
     serve(&server, {"a"});
     const NutHost host = server.address().server();
+    const QByteArray config = section(server, "ups = all");
     server.close();
-    SiteEntries entries;
-    ServerEntry entry;
-    entry.host = host;
-    entry.all = true;
-    entries.servers.append(entry);
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QString error;
-    QVERIFY(feeds.add(entries, {}, &error, shortTimes()));
-    feeds.start();
+    FedSite fed(config);
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
     // One that has not answered yet is no problem so far.
     QCOMPARE(site.problems().value(host.toString()).text, QStringLiteral("connecting"));
     QCOMPARE(site.problemCount(), 0);
@@ -208,17 +241,12 @@ void SiteFeedsTest::unreachableServerOfNamedUpses()
     serve(&down, {"b"});
     const NutHost host = down.address().server();
     down.close();
-    QString error;
-    const std::optional<SiteEntries> file = parseSiteFile(
-        "[server u]\naddress = " + up.address().server().toString().toLatin1() +
-            "\nups = a\n[server d]\naddress = " + host.toString().toLatin1() + "\nups = b, gone\n",
-        QStringLiteral("f"), &error);
-    QVERIFY2(file, qPrintable(error));
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QVERIFY(feeds.add(*file, {}, &error, shortTimes()));
+    FedSite fed("[server u]\naddress = " + up.address().server().toString().toLatin1() +
+                "\nups = a\n[server d]\naddress = " + host.toString().toLatin1() +
+                "\nups = b, gone\n");
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
     QCOMPARE(site.count(), 3);
-    feeds.start();
     QTRY_COMPARE(site.problems().value(host.toString()).text, QStringLiteral("connection refused"));
     QTRY_COMPARE(site.at(0)->severity(), Severity::Normal);
     QCOMPARE(site.problems().keys(), QStringList(host.toString()));
@@ -240,15 +268,9 @@ void SiteFeedsTest::serverWithoutTlsOfNamedUpses()
         socket->write("ERR FEATURE-NOT-CONFIGURED\n");
     };
     const QString host = server.address().server().toString();
-    QString error;
-    const std::optional<SiteEntries> file =
-        parseSiteFile("[server s]\naddress = " + host.toLatin1() + "\nups = a, b\ntls = required\n",
-                      QStringLiteral("f"), &error);
-    QVERIFY2(file, qPrintable(error));
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QVERIFY(feeds.add(*file, {}, &error, shortTimes()));
-    feeds.start();
+    FedSite fed(section(server, "ups = a, b\ntls = required"));
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
     QTRY_COMPARE(site.problemCount(), 1);
     QVERIFY2(site.problems().value(host).text.contains(QStringLiteral("TLS")),
              qPrintable(site.worstProblem()));
@@ -259,17 +281,11 @@ void SiteFeedsTest::singleUpsOfAnUnreachableServer()
 {
     FakeNutServer server;
     const NutHost host = server.address().server();
+    const QByteArray config = section(server, "ups = a");
     server.close();
-    SiteEntries entries;
-    ServerEntry entry;
-    entry.host = host;
-    entry.upses.append({QStringLiteral("a"), {}, {}, {}});
-    entries.servers.append(entry);
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QString error;
-    QVERIFY(feeds.add(entries, {}, &error, shortTimes()));
-    feeds.start();
+    FedSite fed(config);
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
     QTRY_COMPARE(site.at(0)->snapshot().reason,
                  QStringLiteral("connection refused (%1)").arg(host.toString()));
     // A problem of the site would be there before the UPS's own loss.
@@ -416,20 +432,13 @@ void SiteFeedsTest::checksTheUserOnceTheDriverRuns()
         else
             reading(socket, line);
     };
-    SiteEntries entries;
-    ServerEntry entry;
-    entry.host = server.address().server();
-    entry.upses.append({QStringLiteral("a"), {}, {}, {}});
-    entries.servers.append(entry);
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QString error;
     const QString oper = QStringLiteral("oper");
-    QVERIFY2(feeds.add(entries, {{entry.host, oper, QStringLiteral("p")}}, &error, shortTimes()),
-             qPrintable(error));
+    FedSite fed(section(server, "ups = a"),
+                {{server.address().server(), oper, QStringLiteral("p")}});
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
     int checked = 0;
     connect(site.at(0), &UpsModel::userChecked, this, [&checked] { ++checked; });
-    feeds.start();
     QTRY_COMPARE(checked, 1);
     QCOMPARE(probes, 2);
     QCOMPARE(site.at(0)->user(), oper);
@@ -460,20 +469,12 @@ void SiteFeedsTest::refusedUser()
         else
             reading(socket, line);
     };
-    SiteEntries entries;
-    ServerEntry entry;
-    entry.host = server.address().server();
-    entry.all = true;
-    entries.servers.append(entry);
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QString error;
+    const NutHost host = server.address().server();
     const QString oper = QStringLiteral("oper");
-    QVERIFY2(
-        feeds.add(entries, {{entry.host, oper, QStringLiteral("hunter2")}}, &error, shortTimes()),
-        qPrintable(error));
-    feeds.start();
-    const QString source = QStringLiteral("oper@") + entry.host.toString();
+    FedSite fed(section(server, "ups = all"), {{host, oper, QStringLiteral("hunter2")}});
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
+    const QString source = QStringLiteral("oper@") + host.toString();
     QTRY_VERIFY(site.problems().contains(source));
     QCOMPARE(site.problems().value(source).severity, Severity::Warning);
     QVERIFY(!site.problems().value(source).text.contains(QStringLiteral("hunter2")));
@@ -492,18 +493,144 @@ void SiteFeedsTest::refusedUser()
     QVERIFY(ups->userProblem().isEmpty());
 }
 
-void SiteFeedsTest::authoritiesMustBeThere()
+void SiteFeedsTest::filesMustBeThere_data()
 {
+    QTest::addColumn<QByteArray>("config");
+    QTest::addColumn<QString>("problem");
+    const QByteArray server = "[server s]\naddress = host\nups = a\n";
+    const QByteArray prometheus = "[prometheus p]\nurl = https://host\n";
+    const QString missing = QStringLiteral("cannot use /no/file: No such file or directory");
+    QTest::newRow("authorities") << server + "ca = /no/file\n" << QStringLiteral(":4: ") + missing;
+    QTest::newRow("no certificate")
+        << server + "ca = /etc/hostname\n"
+        << QStringLiteral(":4: /etc/hostname has no certificate in PEM form");
+    QTest::newRow("directory") << server + "ca = /etc\n" << QStringLiteral(":4: cannot use /etc: ");
+    QTest::newRow("authorities of Prometheus") << prometheus + "ca = /no/file\n"
+                                               << QStringLiteral(":3: ") + missing;
+    QTest::newRow("user of Prometheus") << prometheus + "\nauth = /no/file\n"
+                                        << QStringLiteral(":4: ") + missing;
+    QTest::newRow("public user of Prometheus")
+        << prometheus + "auth = /etc/hostname\n"
+        << QStringLiteral(
+               ":3: cannot use /etc/hostname: others may read it: change its mode to 600");
+    QTest::newRow("credentials") << "[console]\n# Ours.\ncredentials = /no/file\n" + server
+                                 << QStringLiteral(":3: ") + missing;
+}
+
+/// A file that the configuration names and that cannot be used is reported with the line that names
+/// it.
+void SiteFeedsTest::filesMustBeThere()
+{
+    QFETCH(QByteArray, config);
+    QFETCH(QString, problem);
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("site.ini"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(config);
+    file.close();
     SiteEntries entries;
-    ServerEntry entry;
-    entry.host.host = QStringLiteral("host");
-    entry.authorities = QStringLiteral("/etc/hostname");
-    entries.servers.append(entry);
+    QVector<Credentials> users;
+    QString error;
     SiteModel site;
     SiteFeeds feeds(&site);
+    QVERIFY(!readSite(optionsFor({QStringLiteral("--config"), path}), QString(), &entries, &users,
+                      &error) ||
+            !feeds.add(entries, users, &error));
+    QVERIFY2(error.startsWith(path + problem), qPrintable(error));
+    QVERIFY(!error.contains(QLatin1Char('\n')));
+}
+
+/// Those of the command line have no line.
+void SiteFeedsTest::filesOfTheCommandLineMustBeThere()
+{
+    const Options options = optionsFor({QStringLiteral("--server"), QStringLiteral("host"),
+                                        QStringLiteral("--ca"), QStringLiteral("/no/file")});
+    SiteEntries entries;
+    QVector<Credentials> users;
     QString error;
-    QVERIFY(!feeds.add(entries, {}, &error));
-    QCOMPARE(error, QStringLiteral("/etc/hostname has no certificate in PEM form"));
+    QVERIFY2(readSite(options, QString(), &entries, &users, &error), qPrintable(error));
+    SiteModel site;
+    SiteFeeds feeds(&site);
+    QVERIFY(!feeds.add(entries, users, &error));
+    QCOMPARE(error, QStringLiteral("cannot use /no/file: No such file or directory"));
+}
+
+/// A server that is not reached from the start is news, once; that it is reached then, too.
+void SiteFeedsTest::serverMissedFromTheStart()
+{
+    FakeNutServer server;
+    serve(&server, {"a"});
+    const NutHost host = server.address().server();
+    const QByteArray config = section(server, "ups = all");
+    server.close();
+    FedSite fed(config);
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    const ServerNews news(&fed.site);
+    const QString missed = QStringLiteral("missed %1: connection refused").arg(host.toString());
+    QTRY_COMPARE(news.all, QStringList(missed));
+    QVERIFY(fed.site.hasServer(host.toString()));
+    server.open(host.port);
+    QTRY_COMPARE(news.all, QStringList({missed, QStringLiteral("met ") + host.toString()}));
+    QTRY_COMPARE(fed.site.count(), 1);
+    // From now on the UPSes say so.
+    server.close();
+    server.client()->abort();
+    QTRY_VERIFY(fed.site.at(0)->snapshot().isLost());
+    server.open(host.port);
+    QTRY_VERIFY(!fed.site.at(0)->snapshot().isLost());
+    QCOMPARE(news.all.size(), 2);
+}
+
+/// One that answers at once, or after a second try, is none.
+void SiteFeedsTest::serverMetAtOnce()
+{
+    FakeNutServer one;
+    FakeNutServer two;
+    FakeWeb web;
+    serve(&one, {"a"});
+    serve(&two, {"a"});
+    publish(&web, {"u@i"});
+    int failures = 1;
+    const auto reading = two.onLine;
+    two.onLine = [&](QTcpSocket *socket, const QByteArray &line) {
+        if (failures-- > 0)
+            socket->abort();
+        else
+            reading(socket, line);
+    };
+    const auto addressOf = [](const FakeNutServer &server) {
+        return server.address().server().toString();
+    };
+    FedSite fed("[server one]\naddress = " + addressOf(one).toLatin1() +
+                "\nups = all\n[server two]\naddress = " + addressOf(two).toLatin1() +
+                "\nups = all\n[prometheus p]\nurl = " + urlOf(web) + '\n');
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    const ServerNews news(&fed.site);
+    QTRY_COMPARE(news.all.size(), 3);
+    QCOMPARE(QSet<QString>(news.all.cbegin(), news.all.cend()),
+             QSet<QString>({QStringLiteral("met ") + addressOf(one),
+                            QStringLiteral("met ") + addressOf(two),
+                            QStringLiteral("met Prometheus p")}));
+}
+
+/// Whatever keeps Prometheus from being read.
+void SiteFeedsTest::prometheusMissedFromTheStart()
+{
+    FakeWeb web;
+    web.onQuery = [](const QByteArray &) { return qMakePair(401, QByteArray("no")); };
+    FedSite fed("[prometheus p]\nurl = " + urlOf(web) + '\n');
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    const ServerNews news(&fed.site);
+    const QString missed =
+        QStringLiteral("missed Prometheus p: it wants a user or a token (HTTP 401): set 'auth' in "
+                       "its section (site.ini:1)");
+    QTRY_COMPARE(news.all, QStringList(missed));
+    const auto asked = web.heads.size();
+    QTRY_VERIFY(web.heads.size() > asked + 10);
+    QCOMPARE(news.all.size(), 1);
+    publish(&web, {"u@i"});
+    QTRY_COMPARE(news.all, QStringList({missed, QStringLiteral("met Prometheus p")}));
 }
 
 void SiteFeedsTest::authoritiesRequireTls()
@@ -512,17 +639,8 @@ void SiteFeedsTest::authoritiesRequireTls()
     QVERIFY2(certificates.problem().isEmpty(), qPrintable(certificates.problem()));
     FakeNutServer server;
     serve(&server, {"a"});
-    SiteEntries entries;
-    ServerEntry entry;
-    entry.host = server.address().server();
-    entry.authorities = certificates.authority();
-    entry.upses.append({QStringLiteral("a"), {}, {}, {}});
-    entries.servers.append(entry);
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QString error;
-    QVERIFY2(feeds.add(entries, {}, &error, shortTimes()), qPrintable(error));
-    feeds.start();
+    const FedSite fed(section(server, "ups = a\nca = " + certificates.authority().toUtf8()));
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
     QTRY_VERIFY(!server.asked.isEmpty());
     QCOMPARE(server.asked.first(), QByteArray("STARTTLS"));
 }
@@ -532,17 +650,12 @@ void SiteFeedsTest::namesForPrometheus()
 {
     FakeWeb web;
     publish(&web, {"u1@nut0:3493", "u1@nut1:3493", "u2@nut1:3493", "@nut2:3493"});
-    QString error;
-    const std::optional<SiteEntries> file = parseSiteFile(
+    FedSite fed(
         "[prometheus p]\nurl = " + urlOf(web) +
-            "\n[ups u1@p]\nname = Any u1\nsite = Group\n[ups u1@nut1:3493@p]\nname = Second u1\n"
-            "[ups nut2:3493@p]\nname = <b>Nameless</b>\n",
-        QStringLiteral("f"), &error);
-    QVERIFY2(file, qPrintable(error));
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QVERIFY(feeds.add(*file, {}, &error, NutTimes(), shortPromTimes()));
-    feeds.start();
+        "\n[ups u1@p]\nname = Any u1\nsite = Group\n[ups u1@nut1:3493@p]\nname = Second u1\n"
+        "[ups nut2:3493@p]\nname = <b>Nameless</b>\n");
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
     QTRY_COMPARE(site.count(), 4);
     QStringList shown;
     for (int i = 0; i < site.count(); ++i) {
@@ -556,7 +669,7 @@ void SiteFeedsTest::namesForPrometheus()
                                  QStringLiteral("u1@nut1:3493 (nut): Second u1, Group"),
                                  QStringLiteral("u2@nut1:3493 (nut): u2, nut1:3493")}));
     QVERIFY(site.problems().isEmpty());
-    QVERIFY(feeds.promFeed(QStringLiteral("u2@nut1:3493 (nut)")));
+    QVERIFY(fed.feeds.promFeed(QStringLiteral("u2@nut1:3493 (nut)")));
 }
 
 /// A name in the file that no UPS has is a problem at its line, until the UPS comes.
@@ -564,16 +677,10 @@ void SiteFeedsTest::nameThatPrometheusLacks()
 {
     FakeWeb web;
     publish(&web, {"u1@i"});
-    QString error;
-    const std::optional<SiteEntries> file =
-        parseSiteFile("[prometheus p]\nurl = " + urlOf(web) +
-                          "\nsite = Hall\n[ups u2@p]\nname = Two\n[ups u3@p]\nname = Three\n",
-                      QStringLiteral("site.ini"), &error);
-    QVERIFY2(file, qPrintable(error));
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QVERIFY(feeds.add(*file, {}, &error, NutTimes(), shortPromTimes()));
-    feeds.start();
+    FedSite fed("[prometheus p]\nurl = " + urlOf(web) +
+                "\nsite = Hall\n[ups u2@p]\nname = Two\n[ups u3@p]\nname = Three\n");
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
     const QString line = QStringLiteral("Prometheus p has no UPS '%1'%2");
     QTRY_COMPARE(site.problems().value(QStringLiteral("site.ini:4")).text,
                  line.arg(QStringLiteral("u2"), QStringLiteral(" and 1 more that are named")));
@@ -594,21 +701,15 @@ void SiteFeedsTest::twoPrometheusOnOneHost()
     FakeWeb two;
     publish(&one, {"u@i"});
     publish(&two, {"u@i", "v@i"});
-    QString error;
-    const std::optional<SiteEntries> file =
-        parseSiteFile("[prometheus a]\nurl = " + urlOf(one, "/a") +
-                          "\n[prometheus b]\nurl = " + urlOf(two) + "\n",
-                      QStringLiteral("f"), &error);
-    QVERIFY2(file, qPrintable(error));
-    SiteModel site;
-    SiteFeeds feeds(&site);
-    QVERIFY(feeds.add(*file, {}, &error, NutTimes(), shortPromTimes()));
-    feeds.start();
+    FedSite fed("[prometheus a]\nurl = " + urlOf(one, "/a") +
+                "\n[prometheus b]\nurl = " + urlOf(two) + "\n");
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    SiteModel &site = fed.site;
     QTRY_COMPARE(site.count(), 3);
     UpsModel *first = site.find(QStringLiteral("u@i (nut)"));
     UpsModel *second = site.find(QStringLiteral("u@i (nut), Prometheus b"));
     QVERIFY(first && second);
-    QVERIFY(feeds.promFeed(first->id()) != feeds.promFeed(second->id()));
+    QVERIFY(fed.feeds.promFeed(first->id()) != fed.feeds.promFeed(second->id()));
     QTRY_VERIFY(!first->snapshot().isLost() && !second->snapshot().isLost());
     one.vanish();
     QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus a")).text,
@@ -618,7 +719,8 @@ void SiteFeedsTest::twoPrometheusOnOneHost()
     QVERIFY(site.hasServer(first->snapshot().server));
     two.onQuery = [](const QByteArray &) { return qMakePair(401, QByteArray("no")); };
     QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus b")).text,
-                 QStringLiteral("it refuses this user (HTTP 401)"));
+                 QStringLiteral("it wants a user or a token (HTTP 401): set 'auth' in its section "
+                                "(site.ini:3)"));
     QCOMPARE(site.problems().value(QStringLiteral("Prometheus a")).text,
              QStringLiteral("connection refused"));
     publish(&two, {"u@i", "v@i"});

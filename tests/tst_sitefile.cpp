@@ -18,6 +18,7 @@ class SiteFileTest : public WidgetTest
 private Q_SLOTS:
     void wholeFile();
     void prometheus();
+    void upperAndLowerCase();
     void documentedFiles();
     void wrongFiles_data();
     void wrongFiles();
@@ -63,14 +64,14 @@ void SiteFileTest::wholeFile()
     const std::optional<SiteEntries> site =
         parseSiteFile(text, QStringLiteral("/etc/kiv/site.ini"), &error);
     QVERIFY2(site, qPrintable(error));
-    QCOMPARE(site->credentialsFile, QStringLiteral("/etc/kiv/secrets"));
+    QCOMPARE(site->credentials.path, QStringLiteral("/etc/kiv/secrets"));
     QCOMPARE(site->servers.size(), 2);
     const ServerEntry &one = site->servers.at(0);
     QCOMPARE(one.host.toString(), QStringLiteral("nut1.example.org:3493"));
     QCOMPARE(one.site, QStringLiteral("Hall 1"));
     QVERIFY(one.all);
     QCOMPARE(one.tls, std::optional<bool>(true));
-    QCOMPARE(one.authorities, QStringLiteral("/etc/ssl/site.pem"));
+    QCOMPARE(one.authorities.path, QStringLiteral("/etc/ssl/site.pem"));
     const ServerEntry &two = site->servers.at(1);
     QCOMPARE(two.host.toString(), QStringLiteral("[fe80::1]:4000"));
     QCOMPARE(two.site, QStringLiteral("hall-2"));
@@ -105,6 +106,25 @@ void SiteFileTest::prometheus()
     QCOMPARE(one.upses.at(1).upsName, QStringLiteral("u1@nut0:3493"));
     QCOMPARE(one.upses.at(1).site, QStringLiteral("Cellar"));
     QCOMPARE(site->prometheus.at(1).place, QStringLiteral("f.ini:10"));
+}
+
+/// Labels of Prometheus, and custom names, may differ in nothing but their case, or not at all.
+/// Names of servers do not distinguish it.
+void SiteFileTest::upperAndLowerCase()
+{
+    QString error;
+    const std::optional<SiteEntries> site =
+        parseSiteFile("[prometheus Hall]\nurl = http://host\n[ups u1@hall]\nname = Rack 1\n"
+                      "[ups U1@HALL]\nname = RACK 1\n[server cellar]\naddress = host\n"
+                      "[ups a@Cellar]\nname = Rack 1\n[ups b@cellar]\nname = Rack 1\n",
+                      QStringLiteral("f.ini"), &error);
+    QVERIFY2(site, qPrintable(error));
+    const QVector<UpsEntry> &labels = site->prometheus.at(0).upses;
+    QCOMPARE(labels.size(), 2);
+    QCOMPARE(labels.at(0).upsName, QStringLiteral("u1"));
+    QCOMPARE(labels.at(1).upsName, QStringLiteral("U1"));
+    QCOMPARE(labels.at(1).name, QStringLiteral("RACK 1"));
+    QCOMPARE(site->servers.at(0).upses.size(), 2);
 }
 
 /// The files that the documentation shows are read as they stand there.
@@ -150,9 +170,18 @@ void SiteFileTest::wrongFiles_data()
     row("no line at all", "[server a]\naddress\n", ":2: neither");
     row("twice the key", server + "address = other\n", ":3: 'address' is there twice");
     row("twice the section", server + server, ":3: the section [server a] is there twice");
+    row("twice the section, other case", server + "[server A]\n",
+        ":3: the section [server A] is there twice");
+    row("twice the section of a UPS, other case",
+        server + "[ups x@a]\nname = X\n[ups x@A]\nname = Y\n",
+        ":5: the section [ups x@A] is there twice");
+    row("twice the UPS, other case", server + "[ups rack1@a]\nname = X\n[ups RACK1@a]\n",
+        ":5: the UPS 'RACK1' is there as 'rack1': upper and lower case do not distinguish UPSes");
+    row("custom name of a UPS, other case", server + "ups = rack1\n[ups RACK1@a]\nname = X\n",
+        ":4: the UPS 'RACK1' is there as 'rack1'");
     row("twice the address", server + "\n[server b]\naddress = host:3493\n", ":5: another section");
     row("twice the address, other case",
-        "[server localhost]\naddress = localhost\n[server LOCALHOST]\naddress = LOCALHOST\n",
+        "[server a]\naddress = localhost\n[server b]\naddress = LOCALHOST\n",
         ":4: another section has this address");
     row("no address", "#\n[server a]\nups = all\n\n[console]\n", ":2: [server a] has no address");
     row("no address at the end", "[server a]\n", ":1: [server a] has no address");
@@ -163,6 +192,8 @@ void SiteFileTest::wrongFiles_data()
     row("all beside a name", server + "ups = rack1, all\n", ":3: ups is 'all'");
     row("twice the ups", server + "ups = rack1,rack2, rack1\n",
         ":3: the UPS 'rack1' is there twice");
+    row("twice the ups, other case", server + "ups = rack1,RACK1\n",
+        ":3: the UPS 'RACK1' is there twice");
     row("empty ups", server + "ups = a,,b\n", ":3: ups is 'all'");
     row("ups of no server", server + "[ups x@b]\n",
         ":3: there is no [server b] or [prometheus b] above");
@@ -173,7 +204,7 @@ void SiteFileTest::wrongFiles_data()
     row("wrong key of it", prom + "[ups x@p]\nups = y\n", ":4: unknown key 'ups'");
     row("ups above its Prometheus", "[ups x@p]\n" + prom, ":1: there is no [server p]");
     row("server called as a Prometheus", prom + "[server p]\n", ":3: another server has this name");
-    row("Prometheus called as a server", server + "[prometheus a]\n",
+    row("Prometheus called as a server", server + "[prometheus A]\n",
         ":3: another server has this name");
     row("Prometheus with @", "[prometheus a@b]\n", ":1: a server's name has no '@'");
     row("wrong label", prom + "label = 1x\n", ":3: label has letters");

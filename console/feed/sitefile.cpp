@@ -154,9 +154,12 @@ protected:
     {
         const QString kind = name.section(QLatin1Char(' '), 0, 0);
         subject = name.section(QLatin1Char(' '), 1);
-        if (sections.contains(name))
+        const int serverName = int(subject.lastIndexOf(QLatin1Char('@'))) + 1;
+        const QString key = kind + QLatin1Char(' ') + subject.left(serverName) +
+                            subject.mid(serverName).toCaseFolded();
+        if (sections.contains(key))
             return QStringLiteral("the section [%1] is there twice").arg(name.left(longestText));
-        sections.insert(name);
+        sections.insert(key);
         if (name == QLatin1String("console")) {
             section = Section::Console;
             return {};
@@ -180,7 +183,7 @@ protected:
         case Section::Console:
             if (key != QLatin1String("credentials"))
                 return unknownKey(key, QStringLiteral("credentials"));
-            result.credentialsFile = directory.absoluteFilePath(value);
+            result.credentials = {directory.absoluteFilePath(value), place()};
             return {};
         case Section::Server:
             return takeServerValue(key, value);
@@ -211,13 +214,18 @@ protected:
         if (++entries > mostEntries)
             return QStringLiteral("more than %1 UPSes").arg(mostEntries);
         QVector<UpsEntry> &upses = upsesOf(owner);
-        const auto named = std::find_if(upses.begin(), upses.end(), [this](const UpsEntry &one) {
-            return one.upsName == ups.upsName;
+        const bool isLabel = sources.contains(owner);
+        const auto named = std::find_if(upses.begin(), upses.end(), [&](const UpsEntry &one) {
+            return isLabel ? one.upsName == ups.upsName : isSameUps(one.upsName, ups.upsName);
         });
-        if (named != upses.end())
+        if (named == upses.end())
+            upses.append(ups);
+        else if (named->upsName == ups.upsName)
             *named = ups;
         else
-            upses.append(ups);
+            return QStringLiteral("the UPS '%1' is there as '%2': upper and lower case do not "
+                                  "distinguish UPSes")
+                .arg(ups.upsName, named->upsName);
         return {};
     }
 
@@ -251,7 +259,8 @@ private:
     {
         if (subject.contains(QLatin1Char('@')))
             return QStringLiteral("a server's name has no '@'");
-        if (servers.contains(subject) || sources.contains(subject))
+        const QString key = subject.toCaseFolded();
+        if (servers.contains(key) || sources.contains(key))
             return QStringLiteral("another server has this name");
         return {};
     }
@@ -263,7 +272,8 @@ private:
         ups.place = place();
         const int at = int(subject.lastIndexOf(QLatin1Char('@')));
         ups.upsName = plainText(subject.left(std::max(at, 0)));
-        owner = subject.mid(at + 1);
+        const QString name = subject.mid(at + 1);
+        owner = name.toCaseFolded();
         if (at < 0)
             return QStringLiteral("a UPS is named as [ups UPS@NAME], with the NAME of its server");
         if (sources.contains(owner))
@@ -276,7 +286,7 @@ private:
                                   "'.', '_' and '-'");
         if (!servers.contains(owner))
             return QStringLiteral("there is no [server %1] or [prometheus %1] above")
-                .arg(owner.left(longestText));
+                .arg(name.left(longestText));
         return {};
     }
 
@@ -305,7 +315,7 @@ private:
                 return QStringLiteral("tls is off or required");
             server.tls = value == QLatin1String("required");
         } else if (key == QLatin1String("ca")) {
-            server.authorities = directory.absoluteFilePath(value);
+            server.authorities = {directory.absoluteFilePath(value), place()};
         } else if (key == QLatin1String("ups")) {
             return takeUpses(value);
         } else {
@@ -322,9 +332,9 @@ private:
                 return reason;
             prometheus.url = value;
         } else if (key == QLatin1String("auth")) {
-            prometheus.auth = directory.absoluteFilePath(value);
+            prometheus.auth = {directory.absoluteFilePath(value), place()};
         } else if (key == QLatin1String("ca")) {
-            prometheus.authorities = directory.absoluteFilePath(value);
+            prometheus.authorities = {directory.absoluteFilePath(value), place()};
         } else if (key == QLatin1String("job")) {
             prometheus.place = place();
             return takeText(value, &prometheus.job);
@@ -358,9 +368,10 @@ private:
             entry.place = place();
             if (!isNutUpsName(entry.upsName) || entry.upsName == QLatin1String("all"))
                 return QStringLiteral("ups is 'all', or names separated by commas");
-            if (known.contains(entry.upsName))
+            const QString key = entry.upsName.toLower();
+            if (known.contains(key))
                 return QStringLiteral("the UPS '%1' is there twice").arg(entry.upsName);
-            known.insert(entry.upsName);
+            known.insert(key);
             if (++entries > mostEntries)
                 return QStringLiteral("more than %1 UPSes").arg(mostEntries);
             server.upses.append(entry);
@@ -372,12 +383,12 @@ private:
     {
         if (server.host.host.isEmpty())
             return QStringLiteral("[server %1] has no address").arg(subject.left(longestText));
-        if (!server.authorities.isEmpty() && !server.tls.value_or(true))
+        if (!server.authorities.path.isEmpty() && !server.tls.value_or(true))
             return QStringLiteral("[server %1] has a ca, but tls is off")
                 .arg(subject.left(longestText));
         if (server.site.isEmpty())
             server.site = subject;
-        servers.insert(subject, int(result.servers.size()));
+        servers.insert(subject.toCaseFolded(), int(result.servers.size()));
         result.servers.append(server);
         return {};
     }
@@ -387,10 +398,10 @@ private:
         const QString name = subject.left(longestText);
         if (prometheus.url.isEmpty())
             return QStringLiteral("[prometheus %1] has no url").arg(name);
-        if (!prometheus.authorities.isEmpty() &&
+        if (!prometheus.authorities.path.isEmpty() &&
             !prometheus.url.startsWith(QLatin1String("https:"), Qt::CaseInsensitive))
             return QStringLiteral("[prometheus %1] has a ca, but its url is not https").arg(name);
-        sources.insert(subject, int(result.prometheus.size()));
+        sources.insert(subject.toCaseFolded(), int(result.prometheus.size()));
         result.prometheus.append(prometheus);
         return {};
     }
@@ -409,7 +420,8 @@ private:
     ServerEntry server;
     PromEntry prometheus;
     UpsEntry ups;
-    QString owner; // of the UPS
+    QString owner; // of the UPS, as a key
+    // Upper and lower case do not distinguish servers.
     QHash<QString, int> servers;
     QHash<QString, int> sources;
     QSet<QString> sections;
@@ -458,6 +470,11 @@ protected:
 };
 
 } // namespace
+
+bool isSameUps(const QString &a, const QString &b)
+{
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
 
 ServerEntry *SiteEntries::find(const NutHost &host)
 {

@@ -8,6 +8,13 @@
 
 #include <optional>
 
+/// A file that the configuration or the command line names.
+struct NamedFile
+{
+    QString path;  ///< empty: none
+    QString place; ///< "file:line" of what names it; empty on the command line
+};
+
 /// A UPS of a server, and how it is called here.
 struct UpsEntry
 {
@@ -17,13 +24,17 @@ struct UpsEntry
     QString place;   ///< "file:line" of what names it; may be empty
 };
 
+/// Whether two names are of the same UPS for a server of Network UPS Tools, which does not
+/// distinguish upper and lower case.
+bool isSameUps(const QString &a, const QString &b);
+
 /// A server of Network UPS Tools.
 struct ServerEntry
 {
     NutHost host;
     QString site;            ///< the group of its UPSes; empty: the server's address
     std::optional<bool> tls; ///< whether TLS is required; absent: as the password asks for it
-    QString authorities;     ///< a file; empty: the system's
+    NamedFile authorities;   ///< empty: the system's
     bool all = false;        ///< every UPS that the server has
     QVector<UpsEntry> upses; ///< those named
     QString place;           ///< "file:line" of its section; may be empty
@@ -34,8 +45,8 @@ struct PromEntry
 {
     QString name; ///< of its section; may be empty
     QString url;
-    QString auth;        ///< file with its user or token; may be empty
-    QString authorities; ///< as above
+    NamedFile auth; ///< its user or token
+    NamedFile authorities;
     QString job = QStringLiteral("nut");
     QString dialect = QStringLiteral("network_ups_tools");
     QString label;           ///< names the UPSes; empty: that of the dialect
@@ -57,7 +68,7 @@ struct SiteEntries
 {
     QVector<ServerEntry> servers;
     QVector<PromEntry> prometheus;
-    QString credentialsFile; ///< empty: none
+    NamedFile credentials;
 
     ServerEntry *find(const NutHost &host);
 };

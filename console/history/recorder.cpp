@@ -134,6 +134,8 @@ Recorder::Recorder(SiteModel *watchedSite, History *usedHistory, const Clock &us
     connect(site, &SiteModel::added, this, &Recorder::watch);
     connect(site, &SiteModel::commandFinished, this,
             [this](UpsModel *, const CommandRecord &record) { addCommand(record); });
+    connect(site, &SiteModel::serverMissed, this, &Recorder::missServer);
+    connect(site, &SiteModel::serverMet, this, &Recorder::meetServer);
     connect(history, &History::presentWanted, this, &Recorder::meetAgain);
     sending.setSingleShot(true);
     connect(&sending, &QTimer::timeout, this, &Recorder::send);
@@ -184,8 +186,9 @@ void Recorder::meetAgain()
         watched.present.clear();
         watched.silenceNoted = false;
     }
-    for (auto server = servers.cbegin(); server != servers.cend(); ++server)
-        add(presentOf(server.key(), *server));
+    for (auto server = servers.cbegin(); server != servers.cend(); ++server) {
+        add(server->missed ? lossOf(server.key(), *server) : presentOf(server.key(), *server));
+    }
     for (int i = 0; i < site->count(); ++i) {
         // Those that are not asked yet are not silent either.
         if (site->at(i)->heardAt().isValid() || all[site->at(i)->id()].silentSince)
@@ -221,16 +224,37 @@ void Recorder::heard(UpsModel *ups)
         recordValues(*ups, &watched);
 }
 
+void Recorder::missServer(const QString &name, const QString &reason)
+{
+    Server &server = servers[name];
+    if (server.met || server.missed)
+        return;
+    server.missed = true;
+    server.since = now();
+    server.reason = reason;
+    add(lossOf(name, server));
+}
+
+void Recorder::meetServer(const QString &name)
+{
+    Server &server = servers[name];
+    if (server.met)
+        return;
+    // This was seen; what the history has as present beside it is over.
+    if (server.missed)
+        add(endOf(name, silence, now()));
+    server.missed = false;
+    server.met = true;
+    add(presentOf(name, server));
+}
+
 void Recorder::followServer(const Snapshot &snapshot, Watched *watched)
 {
     if (snapshot.server.isEmpty())
         return;
     Server &server = servers[snapshot.server];
-    if (!server.met && !snapshot.isServerLost) {
-        // What the history has as present is over.
-        server.met = true;
-        add(presentOf(snapshot.server, server));
-    }
+    if (!snapshot.isServerLost)
+        meetServer(snapshot.server);
     if (snapshot.isServerLost == watched->isLostWithServer)
         return;
     watched->isLostWithServer = snapshot.isServerLost;
@@ -254,9 +278,11 @@ EventChange Recorder::lossOf(const QString &name, const Server &server)
     change.kind = EventKind::Communication;
     change.condition = silence;
     change.severity = Severity::Unknown;
-    change.text = (server.noted == 1 ? QStringLiteral("1 UPS")
-                                     : QStringLiteral("%1 UPSes").arg(server.noted)) +
-                  QStringLiteral(" without communication: ") + server.reason;
+    change.text = server.missed ? QStringLiteral("Not reached: ")
+                  : server.noted == 1
+                      ? QStringLiteral("1 UPS without communication: ")
+                      : QStringLiteral("%1 UPSes without communication: ").arg(server.noted);
+    change.text += server.reason;
     change.at = server.since;
     return change;
 }

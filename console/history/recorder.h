@@ -14,7 +14,8 @@
 /// Watches the site for the history: what its UPSes measure becomes samples, and what begins and
 /// ends becomes events. What a UPS shows when the console meets it is no news of that moment: it
 /// continues what the history knows as present. Of a UPS whose server keeps what it measures, only
-/// events are recorded. UPSes that are lost with their server make one event, the server's.
+/// events are recorded. UPSes that are lost with their server make one event, the server's, and so
+/// does a server that cannot be read from the start.
 class Recorder : public QObject
 {
     Q_OBJECT
@@ -49,18 +50,21 @@ private:
         qint64 leftOutNotedAt = 0;
     };
 
-    /// A server that several UPSes are lost with.
+    /// A server that several UPSes are lost with, or that names its UPSes itself.
     struct Server
     {
-        bool met = false; ///< it answered, and the history knows that
-        int lost = 0;     ///< UPSes
-        int noted = 0;    ///< of them in the event; 0: there is none
+        bool met = false;    ///< it answered, and the history knows that
+        bool missed = false; ///< it never did, and there is an event for that
+        int lost = 0;        ///< UPSes
+        int noted = 0;       ///< of them in the event; 0: there is none
         qint64 since = 0;
         QString reason;
     };
 
     void watch(UpsModel *ups);
     void heard(UpsModel *ups);
+    void missServer(const QString &name, const QString &reason);
+    void meetServer(const QString &name);
     void followServer(const Snapshot &snapshot, Watched *watched);
     void noteServers();
     static EventChange lossOf(const QString &name, const Server &server);

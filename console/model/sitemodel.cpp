@@ -71,6 +71,22 @@ bool SiteModel::hasServer(const QString &name) const
     return servers.contains(name);
 }
 
+void SiteModel::missServer(const QString &name, const QString &reason)
+{
+    if (met.contains(name) || missed.contains(name))
+        return;
+    missed.insert(name);
+    Q_EMIT serverMissed(name, reason);
+}
+
+void SiteModel::meetServer(const QString &name)
+{
+    if (met.contains(name))
+        return;
+    met.insert(name);
+    Q_EMIT serverMet(name);
+}
+
 std::array<int, severityCount> SiteModel::counts() const
 {
     std::array<int, severityCount> counts{};

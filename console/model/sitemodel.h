@@ -43,6 +43,10 @@ public:
     /// Notes a server whose loss is one event for all of its UPSes.
     void addServer(const QString &name);
     bool hasServer(const QString &name) const;
+    /// Notes that the first tries to read the server @p name failed, or the first that did not.
+    /// Of both, the first of a server counts.
+    void missServer(const QString &name, const QString &reason);
+    void meetServer(const QString &name);
 
     /// The UPS in the worst state: by severity, by its headline's rank, then by name. Null on an
     /// empty site.
@@ -71,6 +75,10 @@ public:
 Q_SIGNALS:
     void added(UpsModel *ups);
     void problemsChanged();
+    /// A server that was never read cannot be read; comes once.
+    void serverMissed(const QString &name, const QString &reason);
+    /// A server is read for the first time.
+    void serverMet(const QString &name);
     /// As the UPS's own signals.
     void changed(UpsModel *ups);
     void conditionBegan(UpsModel *ups, const Condition &condition);
@@ -83,5 +91,7 @@ private:
     QHash<QString, UpsModel *> byId;
     QMap<QString, SiteProblem> wrong;
     QSet<QString> servers;
+    QSet<QString> missed; // servers
+    QSet<QString> met;
     bool grows = false;
 };
