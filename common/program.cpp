@@ -118,6 +118,9 @@ bool Program::makeDirectory(const QString &directory, QString *error)
 bool Program::takeScreenshot(QWidget &window, const QString &directory, const QString &name,
                              QString *error)
 {
+    // A window that is not shown lays out its contents when it is rendered, and scroll areas decide
+    // on their bars after that.
+    window.grab();
     // New states reach the widgets' images through the event loop, layouts after a few rounds.
     for (int round = 0; round < settlingRounds; ++round) {
         QCoreApplication::sendPostedEvents();

@@ -3,6 +3,9 @@
 #include "consolewindow.h"
 #include "elidedlabel.h"
 #include "feed/scenario.h"
+#include "feed/simulatorfeed.h"
+#include "program.h"
+#include "scrollroom.h"
 
 #include "testmain.h"
 #include "watchedsite.h"
@@ -19,6 +22,7 @@
 #include <rotatestackedwidget.h>
 #include <transpbutton.h>
 
+#include <QtCore/QTemporaryDir>
 #include <QtGui/QFontMetrics>
 #include <QtWidgets/QFocusFrame>
 #include <QtWidgets/QScrollArea>
@@ -193,6 +197,7 @@ class ConsoleLayoutTest : public WidgetTest
 private Q_SLOTS:
     void everythingHasItsRoom_data();
     void everythingHasItsRoom();
+    void imagesOfAWindowThatIsNotShown();
 };
 
 void ConsoleLayoutTest::everythingHasItsRoom_data()
@@ -210,6 +215,9 @@ void ConsoleLayoutTest::everythingHasItsRoom()
     for (int i = 0; i < 120; i += 5)
         watched.pass(Scenario::snapshotAt(i));
     UpsModel *ups = watched.ups;
+    // And with all commands of a UPS; the states come from here.
+    SimulatorFeed feed(1.0);
+    ups->setFeed(&feed);
     ConsoleWindow window(&watched.site);
     window.setHistory(watched.history.get());
     QCOMPARE(watched.events().isEmpty(), false);
@@ -238,6 +246,17 @@ void ConsoleLayoutTest::everythingHasItsRoom()
                 found.append(
                     QStringLiteral("the page scrolls: it needs %1, has %2")
                         .arg(textOf(room->widget()->rect()), textOf(room->viewport()->rect())));
+            // So has a page that scrolls by itself, if it is one of the simulated UPS.
+            const QList<ScrollRoom *> inside = room->widget()->findChildren<ScrollRoom *>();
+            for (const ScrollRoom *own : inside) {
+                const QSize content = own->widget()->size();
+                if (own->isVisible() && panel && own->verticalScrollBar()->isVisible())
+                    found.append(QStringLiteral("the page scrolls inside: %1 in %2")
+                                     .arg(content.height())
+                                     .arg(own->viewport()->height()));
+                if (content.width() > own->viewport()->width())
+                    found.append(QStringLiteral("the content is too wide"));
+            }
             if (!fits && room->horizontalScrollBar()->isVisible())
                 found.append(QStringLiteral("the page is too wide"));
             for (const QString &problem : found) {
@@ -250,6 +269,32 @@ void ConsoleLayoutTest::everythingHasItsRoom()
         }
     }
     QVERIFY2(problems.isEmpty(), qPrintable(QLatin1Char('\n') + problems.join(QLatin1Char('\n'))));
+}
+
+/// They have the layout of one that is shown: no scroll bar where everything has room.
+void ConsoleLayoutTest::imagesOfAWindowThatIsNotShown()
+{
+    const QTemporaryDir directory;
+    SiteModel site;
+    SimulatorFeed feed(1.0);
+    UpsModel *ups = site.add(QStringLiteral("simulator"));
+    ups->setFeed(&feed);
+    ConsoleWindow window(&site);
+    window.resize(1920, 1080);
+    ups->take(Scenario::snapshotAt(30));
+    const int last = int(window.pageNames().indexOf(QStringLiteral("control")));
+    for (int index = 0; index <= last; ++index) {
+        window.showPage(index);
+        QString error;
+        QVERIFY2(
+            Program::takeScreenshot(window, directory.path(), window.pageNames().at(index), &error),
+            qPrintable(error));
+    }
+    const auto *page = window.findChild<QWidget *>(QStringLiteral("control"));
+    const auto *room = page->findChild<ScrollRoom *>();
+    QVERIFY(!room->verticalScrollBar()->isVisibleTo(&window));
+    QVERIFY(room->widget()->height() <= room->height());
+    QCOMPARE(room->widget()->width(), room->width());
 }
 
 KIV_TEST_MAIN(ConsoleLayoutTest)
