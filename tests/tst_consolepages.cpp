@@ -95,6 +95,16 @@ double fillOf(const BarRoom *room)
     return double(filled) / clip->width();
 }
 
+/// The room of the input voltage.
+BarRoom *inputRoomOf(const PowerPage &page)
+{
+    for (BarRoom *each : page.findChildren<BarRoom *>()) {
+        if (each->findChild<MetroXbar *>(QStringLiteral("Input voltage")))
+            return each;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 class ConsolePagesTest : public WidgetTest
@@ -195,11 +205,7 @@ void ConsolePagesTest::zeroIsNotMissing()
     PowerPage page;
     page.setModel(&model);
     showAt(&page, QSize(700, 400));
-    BarRoom *room = nullptr;
-    for (BarRoom *each : page.findChildren<BarRoom *>()) {
-        if (each->findChild<MetroXbar *>(QStringLiteral("Input voltage")))
-            room = each;
-    }
+    BarRoom *room = inputRoomOf(page);
     QVERIFY(room);
     model.take(ups("ups.status=OB;input.voltage=0;input.voltage.nominal=230"));
     deliverAll();
@@ -302,11 +308,7 @@ void ConsolePagesTest::unknownScalesHaveNoMarks()
     PowerPage page;
     page.setModel(&model);
     showAt(&page, QSize(700, 400));
-    BarRoom *room = nullptr;
-    for (BarRoom *each : page.findChildren<BarRoom *>()) {
-        if (each->findChild<MetroXbar *>(QStringLiteral("Input voltage")))
-            room = each;
-    }
+    BarRoom *room = inputRoomOf(page);
     QVERIFY(room);
     const auto marks = [&] {
         // Below the track: the ends of the scale and the nominal value.
