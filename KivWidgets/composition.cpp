@@ -13,16 +13,6 @@ namespace {
 
 constexpr quint32 opaque = 255;
 
-/// @p pixel times @p factor / 255, each channel rounded as the raster paint engine does it.
-inline quint32 scaled(quint32 pixel, quint32 factor)
-{
-    quint32 even = (pixel & 0xff00ff) * factor;
-    even = ((even + ((even >> 8) & 0xff00ff) + 0x800080) >> 8) & 0xff00ff;
-    quint32 odd = ((pixel >> 8) & 0xff00ff) * factor;
-    odd = (odd + ((odd >> 8) & 0xff00ff) + 0x800080) & 0xff00ff00;
-    return odd | even;
-}
-
 void composePlainly(quint32 *out, const quint32 *background, const quint32 *value,
                     const quint32 *mask, int count)
 {
@@ -34,8 +24,8 @@ void composePlainly(quint32 *out, const quint32 *background, const quint32 *valu
         }
         const quint32 cover = value[i] >> 24;
         const quint32 both =
-            cover == opaque ? value[i] : value[i] + scaled(background[i], opaque - cover);
-        out[i] = ink == 0 ? both : scaled(both, opaque - ink);
+            cover == opaque ? value[i] : value[i] + scaledPixel(background[i], opaque - cover);
+        out[i] = ink == 0 ? both : scaledPixel(both, opaque - ink);
     }
 }
 

@@ -32,4 +32,14 @@ ComposeWays composeWays();
 /// The fastest way for this processor.
 ComposePixels fastestCompose();
 
+/// @p pixel times @p factor / 255, each channel rounded as the raster paint engine does it.
+inline quint32 scaledPixel(quint32 pixel, quint32 factor)
+{
+    quint32 even = (pixel & 0xff00ff) * factor;
+    even = ((even + ((even >> 8) & 0xff00ff) + 0x800080) >> 8) & 0xff00ff;
+    quint32 odd = ((pixel >> 8) & 0xff00ff) * factor;
+    odd = (odd + ((odd >> 8) & 0xff00ff) + 0x800080) & 0xff00ff00;
+    return odd | even;
+}
+
 } // namespace KivPrivate

@@ -3,6 +3,7 @@
 #include "pie_p.h"
 
 #include "imagememory_p.h"
+#include "pathfill_p.h"
 
 #include <QtCore/QRect>
 #include <QtGui/QColor>
@@ -24,6 +25,9 @@ constexpr double angleParts = 16.0;
 constexpr int strokeReach = 3;
 /// Of a circle that leaves these bounds, the quadrants would take too many bytes.
 constexpr QRect largestBounds(-512, -512, 1024, 1024);
+/// The smallest circle whose arcs fillTransparent() fills, and the least distance of their ends.
+constexpr int smallestDiameter = 16;
+constexpr double shortestChord = 1.0;
 
 bool isWhole(double number)
 {
@@ -62,7 +66,8 @@ private:
     int curves = 0;
     int lastCurve = 0; ///< where the last one begins among the elements of the path
     bool divided = false;
-    QRect reach; ///< where the edges of the last quadrant show
+    bool filledTransparent = false; ///< whether fillTransparent() can fill the rest
+    QRect reach;                    ///< where the edges of the last quadrant show
 };
 
 DividedPie::DividedPie(const QRect &circle, int start, int span)
@@ -87,6 +92,9 @@ DividedPie::DividedPie(const QRect &circle, int start, int span)
     if (axis.x() != 0 && axis.y() != 0)
         return;
     divided = true;
+    const QPointF chord = QPointF(path.elementAt(lastCurve + 2)) - path.elementAt(lastCurve - 1);
+    filledTransparent = circle.width() == circle.height() && circle.width() >= smallestDiameter &&
+                        chord.manhattanLength() > shortestChord;
     const QPointF tangent = QPointF(path.elementAt(lastCurve)) - center - axis;
     const bool isRight = axis.x() + (axis.x() == 0 ? tangent.x() : 0) > 0;
     const bool isLower = axis.y() + (axis.y() == 0 ? tangent.y() : 0) > 0;
@@ -122,7 +130,10 @@ void DividedPie::paintLast(QImage *layer, const QColor &color) const
     last.closeSubpath();
     QPainter painter(layer);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(last, color);
+    if (filledTransparent)
+        fillTransparent(layer, last, color);
+    else
+        painter.fillPath(last, color);
     painter.setClipRect(shown);
     painter.strokePath(path, QPen(color));
 }
