@@ -266,6 +266,7 @@ const Subject others[] = {
     {"FreshDial", library, {76, 51}, plain<MetroCirclerate>, changeToFreshValue<MetroCirclerate>},
     {"LargeFreshDial", library, {200, 134}, largeDial, changeToFreshValue<MetroCirclerate>},
     {"MinimalGauge", minimal, {76, 51}, plain<MinimalGauge>, changeValue<MinimalGauge>},
+    {"LargeMinimalGauge", minimal, {200, 134}, plain<MinimalGauge>, changeValue<MinimalGauge>},
     {"QPushButton", peer, {100, 32}, pushButton, changeText<QPushButton>},
     {"QToolButton", peer, {52, 52}, toolButton, changeIcon},
     {"QGroupBox", peer, {200, 120}, groupBox, changeTitle<QGroupBox>},
