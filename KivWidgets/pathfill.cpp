@@ -174,6 +174,23 @@ QVector<Edge> edgesOf(const QPainterPath &path)
     return edges;
 }
 
+/// Adds to @p row what lies above the height @p end of the edges that cross it, and removes those
+/// that end there.
+void addDownTo(int end, QVector<Edge> *crossed, int left, Row *row)
+{
+    for (int i = int(crossed->size()) - 1; i >= 0; --i) {
+        Edge &edge = (*crossed)[i];
+        const QPoint lower = edge.crossing(std::min(edge.bottom, end));
+        if (edge.isUpward)
+            row->addLine(lower, edge.at, left);
+        else
+            row->addLine(edge.at, lower, left);
+        edge.at = lower;
+        if (edge.bottom <= end)
+            crossed->remove(i);
+    }
+}
+
 } // namespace
 
 void fillTransparent(QImage *layer, const QPainterPath &path, const QColor &color)
@@ -199,17 +216,7 @@ void fillTransparent(QImage *layer, const QPainterPath &path, const QColor &colo
             crossed.append(*next++);
         if (crossed.isEmpty() && next == edges.cend())
             break;
-        for (int i = int(crossed.size()) - 1; i >= 0; --i) {
-            Edge &edge = crossed[i];
-            const QPoint lower = edge.crossing(std::min(edge.bottom, end));
-            if (edge.isUpward)
-                row.addLine(lower, edge.at, left);
-            else
-                row.addLine(edge.at, lower, left);
-            edge.at = lower;
-            if (edge.bottom <= end)
-                crossed.remove(i);
-        }
+        addDownTo(end, &crossed, left, &row);
         auto *const line = y < 0 ? nullptr : reinterpret_cast<quint32 *>(layer->scanLine(y));
         row.take([&](int from, int to, int coverage) {
             const int first = std::clamp(from + left, 0, width);
