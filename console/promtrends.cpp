@@ -2,9 +2,8 @@
 
 #include "promtrends.h"
 
+#include "feed/httppost.h"
 #include "feed/nutmapping.h"
-
-#include <QtNetwork/QNetworkReply>
 
 #include <algorithm>
 #include <cmath>
@@ -165,7 +164,7 @@ void PromTrends::drop(int number)
     const auto dropped = questions.constFind(number);
     if (dropped == questions.constEnd())
         return;
-    const QPointer<QNetworkReply> reply = dropped->reply;
+    const QPointer<HttpPost> reply = dropped->reply;
     questions.erase(dropped);
     if (reply)
         reply->abort();

@@ -37,7 +37,7 @@ private:
     {
         Trend trend;
         int step = 0;
-        QPointer<QNetworkReply> reply;
+        QPointer<HttpPost> reply;
     };
 
     void take(int number, const PromAnswer &answer);

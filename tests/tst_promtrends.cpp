@@ -15,7 +15,6 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QUrlQuery>
-#include <QtNetwork/QNetworkReply>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QPushButton>
 

@@ -97,6 +97,13 @@ PromAnswer PromAnswer::parse(int code, const QByteArray &body, const QStringList
         answer.problem = QStringLiteral("its answer is too long");
         return answer;
     }
+    // Empty lists are a few bytes there, and many here.
+    const auto parts =
+        std::count_if(body.cbegin(), body.cend(), [](char c) { return c == '[' || c == '{'; });
+    if (parts > maxParts) {
+        answer.problem = QStringLiteral("its answer has too many series");
+        return answer;
+    }
     const QJsonDocument document = QJsonDocument::fromJson(body);
     const QJsonObject json = document.object();
     constexpr int good = 200;

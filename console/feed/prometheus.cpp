@@ -2,16 +2,13 @@
 
 #include "prometheus.h"
 
+#include "httppost.h"
 #include "nutaddress.h"
 #include "nutmapping.h"
-#include "tlscheck.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QPointer>
 #include <QtCore/QUrlQuery>
-#include <QtNetwork/QNetworkProxy>
-#include <QtNetwork/QNetworkReply>
-#include <QtNetwork/QNetworkRequest>
 
 #include <algorithm>
 #include <cmath>
@@ -150,7 +147,6 @@ PromSource::PromSource(const PromServer &usedServer, const PromTimes &usedTimes,
                                           : usedServer.name)
     , upsLabel(usedServer.upsLabel.isEmpty() ? dialect->upsLabel : usedServer.upsLabel)
 {
-    network.setProxy(QNetworkProxy::NoProxy);
     timer.setInterval(times.refresh);
     connect(&timer, &QTimer::timeout, this, &PromSource::refresh);
 }
@@ -175,8 +171,8 @@ void PromSource::query(const QString &text, const QStringList &labels, const Ans
     get(QStringLiteral("query"), {{QStringLiteral("query"), text}}, labels, answer);
 }
 
-QNetworkReply *PromSource::queryRange(const QString &text, const QStringList &labels, double from,
-                                      double to, double step, const Answer &answer)
+HttpPost *PromSource::queryRange(const QString &text, const QStringList &labels, double from,
+                                 double to, double step, const Answer &answer)
 {
     const auto number = [](double value) { return QString::number(value, 'f', 3); };
     // The server refuses more points than this.
@@ -189,8 +185,8 @@ QNetworkReply *PromSource::queryRange(const QString &text, const QStringList &la
                labels, answer);
 }
 
-QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString>> items,
-                               const QStringList &labels, const Answer &answer)
+HttpPost *PromSource::get(const QString &path, QList<QPair<QString, QString>> items,
+                          const QStringList &labels, const Answer &answer)
 {
     if (server.wouldLeak()) {
         PromAnswer refused;
@@ -211,76 +207,25 @@ QNetworkReply *PromSource::get(const QString &path, QList<QPair<QString, QString
     QUrlQuery form;
     for (const auto &[name, value] : items)
         form.addQueryItem(name, QString::fromLatin1(QUrl::toPercentEncoding(value)));
-    QNetworkRequest request(url);
-    request.setHeader(QNetworkRequest::ContentTypeHeader,
-                      QByteArrayLiteral("application/x-www-form-urlencoded"));
-    // Whoever answers elsewhere gets no secrets.
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::ManualRedirectPolicy);
-    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    QByteArray authorization;
+    HttpRequest request{url, form.toString(QUrl::FullyEncoded).toUtf8(), {}, server.authorities};
     if (!server.token.isEmpty())
-        authorization = "Bearer " + server.token.toUtf8();
+        request.authorization = "Bearer " + server.token.toUtf8();
     else if (!server.password.isEmpty())
-        authorization =
+        request.authorization =
             "Basic " + (server.user + QLatin1Char(':') + server.password).toUtf8().toBase64();
-    if (!authorization.isEmpty())
-        request.setRawHeader("Authorization", authorization);
-    if (url.scheme() == QLatin1String("https"))
-        request.setSslConfiguration(TlsCheck::configuration(server.authorities));
-
-    QNetworkReply *reply = network.post(request, form.toString(QUrl::FullyEncoded).toUtf8());
-    // Why it was aborted; the answer takes it along.
-    const auto why = std::make_shared<QString>();
-    const auto end = [reply, why](const QString &reason) {
-        if (why->isEmpty())
-            *why = reason;
-        reply->abort();
-    };
-    reply->setReadBufferSize(PromAnswer::maxBytes + 1);
-    connect(reply, &QNetworkReply::readyRead, reply, [reply, end] {
-        if (reply->bytesAvailable() > PromAnswer::maxBytes)
-            end(QStringLiteral("its answer is too long"));
-    });
-    // Of the whole answer: a server that sends it byte by byte is as good as silent.
-    QTimer::singleShot(times.answer, reply,
-                       [end] { end(QStringLiteral("it gives no whole answer in time")); });
-    const QString host = server.url.host();
-    connect(reply, &QNetworkReply::sslErrors, reply, [why, host](const QList<QSslError> &errors) {
-        *why = TlsCheck::words(errors.constFirst(), host);
-    });
-    // Before anything is sent.
-    connect(reply, &QNetworkReply::encrypted, reply, [reply, end, host] {
-        if (!TlsCheck::isFor(reply->sslConfiguration().peerCertificate(), host))
-            end(TlsCheck::wordsForName(host));
-    });
-    connect(reply, &QNetworkReply::finished, this, [this, reply, labels, answer, why] {
-        reply->deleteLater();
-        const int code = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        PromAnswer result;
-        if (!why->isEmpty())
-            result.problem = *why;
-        else if (code == unauthorized || code == forbidden)
-            result.problem = wordsForRefusal(code);
-        else if (code > 0 && reply->error() != QNetworkReply::OperationCanceledError)
-            result = PromAnswer::parse(code, reply->readAll(), labels);
-        else if (reply->error() == QNetworkReply::OperationCanceledError)
-            result.problem = QStringLiteral("it gives no whole answer in time");
-        else if (reply->error() == QNetworkReply::ConnectionRefusedError)
-            result.problem = QStringLiteral("connection refused");
-        else if (reply->error() == QNetworkReply::HostNotFoundError)
-            result.problem = QStringLiteral("host not found");
-        else if (reply->error() == QNetworkReply::RemoteHostClosedError)
-            result.problem = QStringLiteral("it closes the connection without an answer");
-        else if (reply->error() == QNetworkReply::SslHandshakeFailedError)
-            result.problem = QStringLiteral("no TLS connection; does the server speak https?");
-        else
-            result.problem = plainText(reply->errorString()).left(200);
-        answer(result);
-    });
-    return reply;
+    auto *post = new HttpPost(request, times.answer, PromAnswer::maxBytes, this);
+    connect(post, &HttpPost::finished, this,
+            [this, labels, answer](int code, const QByteArray &body, const QString &why) {
+                PromAnswer result;
+                if (!why.isEmpty())
+                    result.problem = why;
+                else if (code == unauthorized || code == forbidden)
+                    result.problem = wordsForRefusal(code);
+                else
+                    result = PromAnswer::parse(code, body, labels);
+                answer(result);
+            });
+    return post;
 }
 
 QString PromSource::wordsForRefusal(int code) const

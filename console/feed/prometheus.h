@@ -9,7 +9,6 @@
 
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
-#include <QtNetwork/QNetworkAccessManager>
 #include <QtNetwork/QSslCertificate>
 
 #include <functional>
@@ -49,6 +48,7 @@ struct PromTimes
     int stale = 150000; ///< a status that was scraped longer ago is none
 };
 
+class HttpPost;
 class PromFeed;
 
 /// Follows the UPSes that a Prometheus-compatible server knows. A refresh asks for the set status
@@ -73,8 +73,8 @@ public:
     void query(const QString &text, const QStringList &labels, const Answer &answer);
     /// The same over a time, with a step in seconds; both ends in seconds since the epoch.
     /// @return what can be aborted as long as there is no answer; null where nothing is sent.
-    QNetworkReply *queryRange(const QString &text, const QStringList &labels, double from,
-                              double to, double step, const Answer &answer);
+    HttpPost *queryRange(const QString &text, const QStringList &labels, double from, double to,
+                         double step, const Answer &answer);
 
 Q_SIGNALS:
     /// A UPS that was not known. The feed is this object's.
@@ -111,8 +111,8 @@ private:
     void askForValues(PromFeed *feed);
     void takeValues(PromFeed *feed, const PromAnswer &answer);
     void loseAll(const QString &reason);
-    QNetworkReply *get(const QString &path, QList<QPair<QString, QString>> items,
-                       const QStringList &labels, const Answer &answer);
+    HttpPost *get(const QString &path, QList<QPair<QString, QString>> items,
+                  const QStringList &labels, const Answer &answer);
     QString wordsForRefusal(int code) const;
     PromFeed *feedOf(const PromSeries &series);
     void report(const QString &problem, bool isLost = false);
@@ -125,7 +125,6 @@ private:
     const PromValue *load; // null where the dialect has none
     const QString shownName;
     const QString upsLabel;
-    QNetworkAccessManager network;
     QTimer timer;
     QString problem;
     // What is wrong though the server answers: each a line, or nothing.
