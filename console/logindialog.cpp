@@ -89,7 +89,9 @@ LoginDialog::LoginDialog(UpsModel *askedUps, const QString &file, QWidget *paren
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(ups, &UpsModel::userChecked, this, &LoginDialog::takeAnswer);
     connect(ups, &QObject::destroyed, this, &QDialog::reject);
-    (user->text().isEmpty() ? user : password)->setFocus();
+    // Whoever is logged in asks for another user.
+    user->selectAll();
+    user->setFocus();
 }
 
 /// Where the password goes, and who can read it there.

@@ -1161,6 +1161,12 @@ void ControlPageTest::usersOfAFileAreChecked()
         QTRY_COMPARE(checked, 2);
         QVERIFY(real.problems().isEmpty());
     }
+    // Whoever tries another user in vain changes nothing.
+    const int before = checked;
+    real.at(0)->logIn(text("other"), text("guessed"));
+    QTRY_COMPARE(checked, before + 1);
+    QCOMPARE(real.at(0)->user(), text("oper"));
+    QVERIFY(real.problems().isEmpty());
     // Nothing came to the driver.
     QCOMPARE(server.handed(), QByteArrayList());
     window.reset();

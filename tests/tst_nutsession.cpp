@@ -86,7 +86,7 @@ private Q_SLOTS:
     void oldServerTracksNothing();
     void takesLeaveWhenIdle();
     void anotherUser();
-    void forgetsWhomTheServerRefuses();
+    void refusedUserGivesWayToTheFormer();
     void offersWhatTheUpsHas();
     void offerComesBackWithTheUps();
     void overTls_data();
@@ -375,7 +375,7 @@ void NutSessionTest::anotherUser()
     QCOMPARE(right.outcome, CommandOutcome::Done);
 }
 
-void NutSessionTest::forgetsWhomTheServerRefuses()
+void NutSessionTest::refusedUserGivesWayToTheFormer()
 {
     Site site;
     QVERIFY2(site.ready, qPrintable(site.server.problem()));
@@ -384,13 +384,37 @@ void NutSessionTest::forgetsWhomTheServerRefuses()
     QVector<CommandOutcome> checked;
     connect(&feed, &UpsFeed::userChecked, this,
             [&](CommandOutcome outcome) { checked.append(outcome); });
-    feed.logIn(text("oper"), text("pass \"word"));
-    QTRY_COMPARE(checked.size(), 1);
+    const auto logsIn = [&](const char *user, const char *password) {
+        const auto before = checked.size();
+        feed.logIn(text(user), text(password));
+        return QTest::qWaitFor([&] { return checked.size() > before; }, 30000);
+    };
+    // There is none at first.
+    QVERIFY(logsIn("oper", "x"));
+    QCOMPARE(checked.last(), CommandOutcome::Refused);
+    QVERIFY(feed.user().isEmpty());
+    QVERIFY(logsIn("oper", "pass \"word"));
     QCOMPARE(checked.last(), CommandOutcome::Done);
     QCOMPARE(feed.user(), text("oper"));
-    feed.logIn(text("oper"), text("x"));
-    QTRY_COMPARE(checked.size(), 2);
-    QCOMPARE(checked.last(), CommandOutcome::Refused);
+    for (const char *user : {"oper", "other"}) {
+        QVERIFY(logsIn(user, "x"));
+        QCOMPARE(checked.last(), CommandOutcome::Refused);
+        QCOMPARE(feed.user(), text("oper"));
+    }
+    // Of two that are tried at once neither is kept.
+    feed.logIn(text("first"), text("x"));
+    QVERIFY(logsIn("second", "x"));
+    QTRY_COMPARE(feed.user(), text("oper"));
+    QVector<CommandResult> ended;
+    connect(&feed, &UpsFeed::commandFinished, this,
+            [&](const CommandResult &result) { ended.append(result); });
+    feed.run(text("beeper.disable"), QString());
+    QTRY_COMPARE(ended.size(), 1);
+    QCOMPARE(ended.last().user, text("oper"));
+    QCOMPARE(ended.last().outcome, CommandOutcome::Done);
+    feed.logOut();
+    QVERIFY(feed.user().isEmpty());
+    QVERIFY(logsIn("other", "x"));
     QVERIFY(feed.user().isEmpty());
 }
 

@@ -125,10 +125,15 @@ void NutFeed::logIn(const QString &newUser, const QString &password)
             return;
         // Later, as the session is still at the answer.
         QTimer::singleShot(0, guard.data(), [=] {
-            // Do not name a user whom the server refuses.
-            if (outcome == CommandOutcome::Refused && guard->server && guard->user() == newUser)
-                guard->server->session().forgetUser();
-            if (guard->server)
+            const bool isRefused = outcome == CommandOutcome::Refused;
+            if (guard->server && guard->user() == newUser) {
+                if (isRefused)
+                    guard->server->session().refuseUser();
+                else
+                    guard->server->session().acceptUser();
+            }
+            // Whoever tried a user hears that it is refused; others have no problem with that.
+            if (guard->server && !isRefused)
                 Q_EMIT guard->server->userChecked(newUser, outcome, text);
             if (guard)
                 Q_EMIT guard->userChecked(outcome, text);

@@ -77,13 +77,14 @@ NutSession::NutSession(const NutHost &host, const NutTls &tls, const NutSessionT
 
 NutSession::~NutSession()
 {
-    wipe();
+    wipe(&secret);
+    wipe(&formerSecret);
 }
 
-void NutSession::wipe()
+void NutSession::wipe(QByteArray *text)
 {
-    secret.fill('\0');
-    secret.clear();
+    text->fill('\0');
+    text->clear();
 }
 
 bool NutSession::setUser(const QString &newUser, const QString &password)
@@ -95,7 +96,11 @@ bool NutSession::setUser(const QString &newUser, const QString &password)
     keepOutOfDumps();
     link.close();
     lose(QStringLiteral("another user logged in"));
-    wipe();
+    if (formerName.isEmpty()) {
+        formerName = userName;
+        formerSecret.swap(secret);
+    }
+    wipe(&secret);
     userName = newUser;
     forgotten.clear();
     quotedUser = *quotedName;
@@ -103,11 +108,33 @@ bool NutSession::setUser(const QString &newUser, const QString &password)
     return true;
 }
 
+void NutSession::acceptUser()
+{
+    formerName.clear();
+    wipe(&formerSecret);
+}
+
+void NutSession::refuseUser()
+{
+    const std::optional<QByteArray> quotedName = quotedForNut(formerName);
+    if (formerName.isEmpty() || !quotedName) {
+        forgetUser();
+        return;
+    }
+    link.close();
+    lose(QStringLiteral("another user logged in"));
+    secret.swap(formerSecret);
+    userName = formerName;
+    quotedUser = *quotedName;
+    acceptUser();
+}
+
 void NutSession::forgetUser(const QString &reason)
 {
     link.close();
     lose(QStringLiteral("nobody is logged in"));
-    wipe();
+    acceptUser();
+    wipe(&secret);
     userName.clear();
     quotedUser.clear();
     forgotten = reason;

@@ -36,6 +36,10 @@ public:
     /// Who gives the commands from now on. What another user began is reported as unconfirmed.
     /// @return false when the protocol cannot carry the texts.
     bool setUser(const QString &user, const QString &password);
+    /// The server takes the user: the one before is forgotten.
+    void acceptUser();
+    /// The server refuses the user: the last one that it took gives the commands again, or nobody.
+    void refuseUser();
     /// From now on nobody gives commands, because of @p reason where there is one. What was begun
     /// is reported as unconfirmed.
     void forgetUser(const QString &reason = QString());
@@ -83,7 +87,7 @@ private:
     void lose(const QString &reason);
     void finish(int id, CommandOutcome outcome, const QString &text);
     Job *find(int id);
-    void wipe();
+    static void wipe(QByteArray *text);
 
     const NutSessionTimes times;
     NutLink link;
@@ -93,6 +97,8 @@ private:
     QString forgotten; // why there is no user
     QByteArray secret; // quoted
     QByteArray quotedUser;
+    QString formerName; // of the last one that was accepted, while another is tried
+    QByteArray formerSecret;
     std::vector<Job> jobs;
     int lastId = 0;
     QTimer deadline;
