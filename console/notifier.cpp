@@ -46,8 +46,9 @@ QString iconFor(Severity severity)
 
 } // namespace
 
-Notifier::Notifier(SiteModel *site, QObject *parent)
+Notifier::Notifier(SiteModel *watched, QObject *parent)
     : QObject(parent)
+    , site(watched)
 {
     connect(site, &SiteModel::changed, this, &Notifier::look);
     const auto noteServer = [this](const QString &name, const QString &reason, bool isMissed) {
@@ -62,6 +63,9 @@ Notifier::Notifier(SiteModel *site, QObject *parent)
             [=](const QString &name) { noteServer(name, QString(), false); });
     soon.setSingleShot(true);
     connect(&soon, &QTimer::timeout, this, &Notifier::announceServers);
+    patience.setSingleShot(true);
+    patience.setInterval(UpsModel::patienceMsecs);
+    connect(&patience, &QTimer::timeout, this, &Notifier::announceUnheard);
 }
 
 void Notifier::setEnabled(bool enabled)
@@ -74,12 +78,40 @@ bool Notifier::isEnabled() const
     return on;
 }
 
+void Notifier::setPatience(int msecs)
+{
+    patience.setInterval(msecs);
+}
+
 void Notifier::look(UpsModel *ups)
 {
     if (!ups->snapshot().server.isEmpty())
         followServer(ups);
     if (ups->snapshot().isServerLost)
         return;
+    if (ups->heardAt().isValid()) {
+        unheard.remove(ups->id());
+    } else if (!last.contains(ups->id())) {
+        // At the start nothing is known yet, which is no news.
+        if (!unheard.contains(ups->id()))
+            patience.start();
+        unheard.insert(ups->id());
+        return;
+    }
+    announceState(ups);
+}
+
+void Notifier::announceUnheard()
+{
+    for (int i = 0; i < site->count(); ++i) {
+        if (unheard.remove(site->at(i)->id()) && !site->at(i)->snapshot().isServerLost)
+            announceState(site->at(i));
+    }
+    unheard.clear();
+}
+
+void Notifier::announceState(UpsModel *ups)
+{
     const bool first = !last.contains(ups->id());
     Announced &before = last[ups->id()];
     const Severity severity = worseOf(ups->headline().severity, ups->severity());

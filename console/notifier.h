@@ -26,6 +26,9 @@ public:
     /// On unless switched off; what happens meanwhile is not announced later.
     void setEnabled(bool enabled);
     bool isEnabled() const;
+    /// How long a UPS may be silent at the start before that is announced, in milliseconds; at
+    /// first UpsModel::patienceMsecs.
+    void setPatience(int msecs);
 
 private:
     /// What the last announcement of a UPS or a server was.
@@ -44,14 +47,19 @@ private:
     };
 
     void look(UpsModel *ups);
+    void announceUnheard();
+    void announceState(UpsModel *ups);
     void followServer(UpsModel *ups);
     void announceServers();
     /// Announces what @p key has in the list of the last ones.
     void announce(const QString &key, const QString &name, QStringList body);
     void remember(const QString &key, QDBusPendingCallWatcher *answer);
 
+    SiteModel *site;
     bool on = true;
     QHash<QString, Announced> last; // by the UPS's id, or the server's name
     QHash<QString, Server> servers; // by name
     QTimer soon;                    // all UPSes of a server are lost in one go
+    QSet<QString> unheard;          // ids of the UPSes that were never heard
+    QTimer patience;                // with them
 };

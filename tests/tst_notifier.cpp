@@ -64,6 +64,7 @@ private Q_SLOTS:
     void textsArePlain();
     void lostServerIsOneAnnouncement();
     void missedServerIsAnnounced();
+    void startIsNoNews();
 
 private:
     /// Lets calls that are under way arrive.
@@ -252,6 +253,41 @@ void NotifierTest::missedServerIsAnnounced()
     QTRY_COMPARE(service.heard.size(), 2);
     QCOMPARE(service.heard.at(1).summary, QStringLiteral("host:3493: Communication is back"));
     QCOMPARE(service.heard.at(1).body, QString());
+}
+
+/// At the start nothing is known yet; a UPS that stays silent is announced after a while.
+void NotifierTest::startIsNoNews()
+{
+    service.heard.clear();
+    SiteModel site;
+    Notifier notifier(&site);
+    const auto connecting = Snapshot::lost(QString(), QStringLiteral("connecting"));
+    for (int i = 0; i < 20; ++i)
+        site.add(QStringLiteral("ups%1").arg(i))->take(connecting);
+    settle();
+    for (int i = 1; i < 20; ++i)
+        site.at(i)->take(during(i == 1 ? Scenario::Phase::OnBattery : Scenario::Phase::Normal));
+    settle();
+    QCOMPARE(service.heard.size(), 1);
+    QVERIFY2(service.heard.at(0).summary.contains(site.at(1)->headline().text),
+             qPrintable(service.heard.at(0).summary));
+
+    Notifier impatient(&site);
+    impatient.setPatience(1);
+    const Snapshot refused = Snapshot::lost(QString(), QStringLiteral("connection refused"));
+    site.at(0)->take(refused);
+    QTRY_COMPARE(service.heard.size(), 2);
+    QCOMPARE(service.heard.at(1).urgency, 2);
+    QVERIFY2(service.heard.at(1).body.contains(QStringLiteral("refused")),
+             qPrintable(service.heard.at(1).body));
+    // Once, however often it is tried.
+    site.at(0)->take(connecting);
+    site.at(0)->take(refused);
+    settle();
+    QCOMPARE(service.heard.size(), 2);
+    site.at(0)->take(during(Scenario::Phase::Normal));
+    QTRY_COMPARE(service.heard.size(), 3);
+    QCOMPARE(service.heard.at(2).urgency, 0);
 }
 
 KIV_TEST_MAIN(NotifierTest)

@@ -10,8 +10,6 @@
 
 namespace {
 
-/// A UPS that is not heard for so long at the start has no communication.
-constexpr qint64 patience = 15 * secondMsecs;
 /// After this time the UPSes that are watched are known: servers have said which they have.
 constexpr int leaveAfterMsecs = 600000;
 constexpr float none = std::numeric_limits<float>::quiet_NaN();
@@ -212,7 +210,7 @@ void Recorder::heard(UpsModel *ups)
         if (!watched.silentSince)
             watched.silentSince = at;
         if (!watched.silenceNoted &&
-            (ups->heardAt().isValid() || at - *watched.silentSince >= patience)) {
+            (ups->heardAt().isValid() || at - *watched.silentSince >= UpsModel::patienceMsecs)) {
             watched.silenceNoted = true;
             for (const Condition &condition : ups->conditions())
                 add(beginOf(*ups, condition,

@@ -56,6 +56,8 @@ public:
     const Condition *worst() const;
     /// The worst of the headline and all conditions.
     Severity severity() const;
+    /// How long a UPS may be silent at the start, in milliseconds, before it counts as lost.
+    static constexpr int patienceMsecs = 15000;
     /// When the UPS was last heard, in UTC; invalid before the first time.
     QDateTime heardAt() const;
     Scale scale(Quantity quantity) const;
