@@ -62,7 +62,10 @@ constexpr int leastTab = 44;
 
 constexpr int shrinkTime = 260;
 constexpr int turnTime = 380;
-constexpr int messageMsecs = 5000;
+/// Until the end of a command takes its place.
+constexpr int pendingMessageMsecs = 30000;
+/// Of an end that someone should read.
+constexpr int badEndMessageMsecs = 15000;
 
 // The drawer: the library's tab image, and what the drawer adds around it.
 constexpr int drawerBeside = 12;
@@ -244,7 +247,8 @@ void ConsoleWindow::follow(UpsModel *followedUps)
     connect(ups, &UpsModel::commandFinished, this, &ConsoleWindow::showRecord);
     connect(ups, &UpsModel::commandBegan, this, [this](const QString &name, const QString &value) {
         say(value.isEmpty() ? tr("%1: asked …").arg(wordsOf(name))
-                            : tr("%1 to %2: asked …").arg(wordsOf(name), value));
+                            : tr("%1 to %2: asked …").arg(wordsOf(name), value),
+            pendingMessageMsecs);
     });
     // What was said was about the one before.
     if (before != &nobody)
@@ -360,7 +364,7 @@ void ConsoleWindow::makeTabs()
     addTab(tr("Power"), Pictogram::Power, new PowerPage, worstElement);
     control = new ControlPage;
     addTab(tr("Control"), Pictogram::Control, control, batteryState);
-    connect(control, &ControlPage::said, this, &ConsoleWindow::say);
+    connect(control, &ControlPage::said, this, [this](const QString &text) { say(text); });
     connect(control, &ControlPage::keepUser, this, &ConsoleWindow::keepUser);
     addTab(tr("Events"), Pictogram::Events, events, noState);
     addTab(tr("Trends"), Pictogram::Trends, trends, noState);
@@ -705,13 +709,13 @@ void ConsoleWindow::showRecord(const CommandRecord &record)
     QString text = wordsOf(record.name) + QStringLiteral(": ") + end;
     if (!record.text.isEmpty())
         text += QStringLiteral(", ") + record.text;
-    say(text);
+    say(text, record.outcome == CommandOutcome::Done ? usualMessageMsecs : badEndMessageMsecs);
 }
 
-void ConsoleWindow::say(const QString &text)
+void ConsoleWindow::say(const QString &text, int msecs)
 {
     message->setText(text);
-    messageTimer->start(messageMsecs);
+    messageTimer->start(msecs);
     showMessage();
 }
 

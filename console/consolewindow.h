@@ -41,6 +41,7 @@ class ConsoleWindow : public QWidget
 public:
     static constexpr QSize usualSize = QSize(800, 480);
     static constexpr QSize leastSize = QSize(480, 320);
+    static constexpr int usualMessageMsecs = 5000;
 
     /// Shows @p site, which must live as long.
     explicit ConsoleWindow(SiteModel *site, QWidget *parent = nullptr);
@@ -64,9 +65,9 @@ public:
     /// Sets whether changes are announced on the desktop and shows it on the settings page.
     void chooseNotify(bool notify);
 
-    /// Shows @p text, which stays plain, for a while: in the strip, or above the page where the
-    /// strip has too little room.
-    void say(const QString &text);
+    /// Shows @p text, which stays plain, for @p msecs or until the next one: in the strip, or above
+    /// the page where the strip has too little room.
+    void say(const QString &text, int msecs = usualMessageMsecs);
     /// Where a user who wants to is kept; empty, as at first: nowhere.
     void setCredentialsFile(const QString &path);
 

@@ -407,7 +407,8 @@ void ControlPage::showWhatIsMissing()
         supports(Command::ForceBattery) || supports(Command::LoseCommunication) ||
         (shown && !(shown->offer().commands.isEmpty() && shown->offer().settings.isEmpty()));
     nothing->setVisible(!any);
-    nothing->setText(shown && shown->needsUser()
+    nothing->setText(!shown || shown->id().isEmpty() ? tr("No UPS has been reached yet.")
+                     : shown->needsUser()
                          ? tr("The server has not listed the commands of this UPS yet.")
                          : tr("This UPS is only watched: it takes no commands here."));
 }

@@ -120,9 +120,12 @@ bool PromServer::takeSecrets(const QByteArray &text, const QString &fileName, QS
     }
     const bool basic = !user.isEmpty() && !password.isEmpty() && token.isEmpty();
     const bool bearer = user.isEmpty() && password.isEmpty() && !token.isEmpty();
-    if (!basic && !bearer)
-        *error =
-            QStringLiteral("%1:1: a user with a password, or a token, must be there").arg(fileName);
+    if (!basic && !bearer) {
+        const QString what = token.isEmpty()
+                                 ? QStringLiteral("a user with a password, or a token, is missing")
+                                 : QStringLiteral("a user and a token exclude each other");
+        *error = QStringLiteral("%1:%2: %3").arg(fileName).arg(number).arg(what);
+    }
     return basic || bearer;
 }
 
