@@ -7,6 +7,7 @@
 #include "severitylook.h"
 #include "theme.h"
 
+#include <QtCore/QEvent>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QToolButton>
