@@ -8,6 +8,7 @@
 #include "elementstate_p.h"
 #include "elidedlabel.h"
 #include "eventspage.h"
+#include "feed/nutmapping.h"
 #include "fleetpage.h"
 #include "focusframe.h"
 #include "history/history.h"
@@ -572,7 +573,7 @@ void ConsoleWindow::showUps()
     const QString mark = severity == Severity::Normal || severity == Severity::Information
                              ? QString()
                              : QStringLiteral("! ");
-    setWindowTitle(mark + ups->headline().text + QStringLiteral(" – ") + name.left(100));
+    setWindowTitle(mark + ups->headline().text + QStringLiteral(" – ") + cutText(name, 100));
     if (severity != shownSeverity || windowIcon().isNull()) {
         shownSeverity = severity;
         const SeverityLook look = lookOf(severity, false);

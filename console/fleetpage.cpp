@@ -4,6 +4,7 @@
 
 #include "choicebar.h"
 #include "elidedlabel.h"
+#include "feed/nutmapping.h"
 #include "severitylook.h"
 #include "theme.h"
 
@@ -140,7 +141,7 @@ void FleetPage::showProblems()
     constexpr int mostLines = 20;
     QStringList lines;
     for (const QString &text : texts.mid(0, mostLines))
-        lines += text.left(longestLine).toHtmlEscaped();
+        lines += cutText(text, longestLine).toHtmlEscaped();
     if (texts.size() > mostLines)
         lines += tr("and %1 more").arg(texts.size() - mostLines);
     problems->setToolTip(texts.isEmpty()

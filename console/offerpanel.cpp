@@ -500,6 +500,10 @@ OfferPanel::Editor OfferPanel::makeEditor(QWidget *box, const OfferedSetting &se
         editor.value = [=] { return edit->text(); };
         editor.show = [=](const QString &value) { showText(edit, value, longest); };
         connect(edit, &QLineEdit::textChanged, this, &OfferPanel::enableEditors);
+        // What is typed or pasted beyond that is left out.
+        connect(edit, &QLineEdit::inputRejected, this, [=] {
+            Q_EMIT said(tr("%1: at most %2 characters").arg(wordsOf(setting.name)).arg(longest));
+        });
     }
     editor.control->setObjectName(setting.name);
     editor.control->setAccessibleName(wordsOf(setting.name));

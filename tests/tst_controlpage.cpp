@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
 #include "consolewindow.h"
+#include "controlpage.h"
 #include "danger.h"
 #include "elidedlabel.h"
 #include "feed/nutfeed.h"
@@ -641,6 +642,15 @@ void ControlPageTest::editors()
     id->setText(text("rack 22 and more").left(id->maxLength()));
     QTest::mouseClick(find<AeroButton>("set ups.id"), Qt::LeftButton);
     QCOMPARE(feed->given.last(), text("ups.id=rack 22 "));
+    // What is pasted beyond the limit is left out, which the page says.
+    QStringList said;
+    connect(find<ControlPage>("control"), &ControlPage::said, this,
+            [&said](const QString &line) { said += line; });
+    id->selectAll();
+    id->insert(text("rack 22 and more"));
+    QCOMPARE(id->text(), text("rack 22 "));
+    QCOMPARE(said.size(), 1);
+    QVERIFY2(said.first().endsWith(text(": at most 8 characters")), qPrintable(said.first()));
 }
 
 /// A server describes all outlets with the same words.

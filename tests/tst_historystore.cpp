@@ -93,6 +93,7 @@ private Q_SLOTS:
     void anyOrderGivesTheSameMinutes();
     void rollUpWeighsByTime();
     void hoursAreWhatTheirMinutesAre();
+    void longTexts();
     void packingKeepsEverySample();
     void isPrivate();
     void relativePlaceIsRefused();
@@ -228,6 +229,25 @@ void HistoryStoreTest::hoursAreWhatTheirMinutesAre()
     hours = store.rollups(ups, Quantity::Load, hourMsecs, start, start + dayMsecs);
     QCOMPARE(hours.first().second.high, 100.0);
     QCOMPARE(hours.first().second.mean, (29.5 * 60 + 50) / 60);
+}
+
+/// A text that is cut says so; its event is found again all the same.
+void HistoryStoreTest::longTexts()
+{
+    const QTemporaryDir place;
+    Store store;
+    QVERIFY(store.open(place.filePath(QStringLiteral("kivconsole")), Store::Mode::Writing, now()));
+    EventChange one = change(EventChange::What::Begin, start);
+    const QString text(600, QLatin1Char('x'));
+    one.condition = one.text = text;
+    QVERIFY(Journal::apply(&store, {one}));
+    one.what = EventChange::What::End;
+    one.at += 1000;
+    QVERIFY(Journal::apply(&store, {one}));
+    const QVector<Event> events = store.events({}, 10);
+    QCOMPARE(events.size(), 1);
+    QCOMPARE(events.first().text, text.left(499) + QString::fromUtf8("…"));
+    QVERIFY(!events.first().isPresent());
 }
 
 void HistoryStoreTest::packingKeepsEverySample()

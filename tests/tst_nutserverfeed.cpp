@@ -292,16 +292,19 @@ void NutServerFeedTest::takesOnlyUsableNames()
                       "UPS \"\" \"x\"\n"
                       "UPS \"a\\\"b\" \"x\"\n"
                       "UPS bare\n"
-                      "END LIST UPS\n");
+                      "UPS long \"" +
+                      QByteArray(300, 'x') + "\"\nEND LIST UPS\n");
     };
     NutServerFeed feed(server.address().server(), NutTls(), shortTimes());
     QVector<NutUps> all;
     connect(&feed, &NutServerFeed::found, this, [&](const QVector<NutUps> &some) { all = some; });
     feed.discover();
-    QTRY_COMPARE(all.size(), 2);
+    QTRY_COMPARE(all.size(), 3);
     QCOMPARE(all.at(0).name, QStringLiteral("good"));
     QCOMPARE(all.at(0).description, QStringLiteral("<b>plain</b> text"));
     QCOMPARE(all.at(1).name, QStringLiteral("bare"));
+    QCOMPARE(all.at(2).description,
+             QString(199, QLatin1Char('x')) + QString::fromUtf8("\xe2\x80\xa6"));
 }
 
 void NutServerFeedTest::boundsTheNumberOfUpses()

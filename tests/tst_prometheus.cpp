@@ -197,6 +197,8 @@ void PrometheusTest::answers_data()
     QTest::newRow("wrong user") << 401 << QByteArray("Unauthorized")
                                 << "it answers HTTP 401: Unauthorized";
     QTest::newRow("query") << 400 << error << "it refuses the query: <b>parse</b> error";
+    QTest::newRow("long") << 400 << R"({"status":"error","error":")" + QByteArray(300, 'x') + "\"}"
+                          << QString(199, QLatin1Char('x')) + QString::fromUtf8("…");
     QTest::newRow("evaluation") << 422 << error << "it refuses the query";
     QTest::newRow("time") << 503 << error << "it refuses the query";
     QTest::newRow("http to https")

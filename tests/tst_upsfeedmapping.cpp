@@ -83,6 +83,8 @@ private Q_SLOTS:
     void textsAreOneLine();
     void identity();
     void allVariables();
+    void longTexts_data();
+    void longTexts();
     void phases_data();
     void phases();
     void unknownRuntime();
@@ -535,6 +537,34 @@ void TestUpsFeedMapping::allVariables()
         {QStringLiteral("ups.id"), QStringLiteral("ab c")},
         {QStringLiteral("ups.status"), QStringLiteral("OL")}};
     QCOMPARE(snapshot.variables, expected);
+}
+
+void TestUpsFeedMapping::longTexts_data()
+{
+    QTest::addColumn<QString>("given");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](const char *name, const char *given, const char *shown) {
+        QTest::newRow(name) << QString::fromUtf8(given) << QString::fromUtf8(shown);
+    };
+    row("empty", "", "");
+    row("short", "rack", "rack");
+    row("as long", "rack 123", "rack 123");
+    row("one more", "rack 1234", "rack 12…");
+    row("what is not shown takes no room",
+        "ra\xe2\x80\xae\xe2\x80\xae\xe2\x80\xae\xe2\x80\xae ck  12", "ra ck 12");
+    row("half a character", "rack 1\xf0\x9f\x94\x8b\xf0\x9f\x94\x8b", "rack 1…");
+    row("far more", "0123456789012345678901234567890123456789", "0123456…");
+    row("far more that is not seen", "rack                                     1", "rack…");
+}
+
+/// A text that is cut says so, within its limit.
+void TestUpsFeedMapping::longTexts()
+{
+    QFETCH(QString, given);
+    QFETCH(QString, shown);
+    constexpr int longest = 8;
+    QCOMPARE(plainText(given, longest), shown);
+    QVERIFY(shown.size() <= longest);
 }
 
 void TestUpsFeedMapping::phases_data()

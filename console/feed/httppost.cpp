@@ -300,7 +300,7 @@ void HttpPost::takeError()
                         ? QStringLiteral("it closes the connection without an answer")
                         : QStringLiteral("it closes the connection within its answer"));
     default:
-        return fail(plainText(socket->errorString()).left(200));
+        return fail(plainText(socket->errorString(), 200));
     }
 }
 

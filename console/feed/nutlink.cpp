@@ -2,6 +2,7 @@
 
 #include "nutlink.h"
 
+#include "nutmapping.h"
 #include "tlscheck.h"
 
 #include <QtCore/QPointer>
@@ -147,7 +148,7 @@ void NutLink::takeGreeting()
     const QByteArray line = socket->readLine(longest).trimmed();
     if (line.startsWith("ERR "))
         fail(QStringLiteral("TLS is required, and the server offers none (%1)")
-                 .arg(QString::fromLatin1(line.mid(4, 40))));
+                 .arg(plainText(QString::fromLatin1(line.mid(4)), 40)));
     else if (line != "OK STARTTLS")
         fail(QStringLiteral("the server does not answer STARTTLS as it should"));
     else if (socket->bytesAvailable() > 0)

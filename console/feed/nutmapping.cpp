@@ -502,6 +502,8 @@ void roundOff(Snapshot *snapshot)
     showAlarm(&snapshot->system);
 }
 
+constexpr ushort ellipsis = 0x2026;
+
 /// Whether plainText() would change nothing; false where that is not seen at once.
 bool isPlain(const QString &text)
 {
@@ -562,6 +564,26 @@ QString plainText(const QString &text)
         }
     }
     return plain.simplified();
+}
+
+QString cutText(const QString &text, int longest)
+{
+    if (text.size() <= longest)
+        return text;
+    QString cut = text.left(std::max(longest - 1, 0));
+    // Half of a character is none.
+    if (!cut.isEmpty() && cut.at(cut.size() - 1).isHighSurrogate())
+        cut.chop(1);
+    return cut + QChar(ellipsis);
+}
+
+QString plainText(const QString &text, int longest)
+{
+    // What is not shown may take some room, too.
+    const int most = 4 * longest;
+    if (text.size() <= most)
+        return cutText(plainText(text), longest);
+    return cutText(plainText(text.left(most)) + QChar(ellipsis), longest);
 }
 
 std::optional<double> nutNumber(const QString &text)

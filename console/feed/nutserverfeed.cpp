@@ -175,7 +175,7 @@ void NutServerFeed::takeUpses(const NutReader &answer)
         const QString name = QString::fromUtf8(row.value(0));
         constexpr int longest = 200;
         if (isNutUpsName(name))
-            all.append({name, plainText(QString::fromUtf8(row.value(1))).left(longest)});
+            all.append({name, plainText(QString::fromUtf8(row.value(1)), longest)});
     }
     Q_EMIT found(all);
 }
@@ -237,7 +237,7 @@ void NutServerFeed::askForOffer(NutFeed *feed)
     constexpr int mostOffered = 200;
     constexpr int longest = 200;
     const auto text = [](const QByteArray &bytes) {
-        return plainText(QString::fromUtf8(bytes)).left(longest);
+        return plainText(QString::fromUtf8(bytes), longest);
     };
     feed->wantsOffer = false;
     const QPointer<NutFeed> asking(feed);

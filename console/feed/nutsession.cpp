@@ -44,7 +44,7 @@ QString wordsFor(const QString &code)
         if (code == QLatin1String(row.code))
             return QString::fromLatin1(row.words);
     }
-    return QStringLiteral("the server answers \"%1\"").arg(plainText(code).left(40));
+    return QStringLiteral("the server answers \"%1\"").arg(plainText(code, 40));
 }
 
 qint64 now()

@@ -19,7 +19,7 @@ constexpr int longestText = 200;
 
 QString shortText(const QString &text)
 {
-    return plainText(text.left(4 * longestText)).left(longestText);
+    return plainText(text, longestText);
 }
 
 /// A value is a string: a number, "NaN", "+Inf" or "-Inf".

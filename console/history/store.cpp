@@ -2,6 +2,8 @@
 
 #include "store.h"
 
+#include "nutmapping.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QLockFile>
@@ -996,9 +998,9 @@ bool Store::write(Event *event)
     const qint64 ups = numberOf(event->ups);
     if (ups == 0)
         return false;
-    for (QString *text :
-         {&event->condition, &event->text, &event->value, &event->user, &event->acknowledgedBy})
-        text->truncate(longestText);
+    event->condition.truncate(longestText);
+    for (QString *text : {&event->text, &event->value, &event->user, &event->acknowledgedBy})
+        *text = cutText(*text, longestText);
     // Bound: one that is not there gets the next number.
     QSqlQuery *written = query(
         "INSERT OR REPLACE INTO event(" KIV_EVENT_COLUMNS ") VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
