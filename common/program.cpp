@@ -44,10 +44,15 @@ struct StartMessages
 
 } // namespace
 
-int Program::refuse(const QString &reason, int status)
+void Program::say(const QString &line)
 {
     std::fprintf(stderr, "%s: %s\n", qPrintable(QCoreApplication::applicationName()),
-                 qPrintable(reason));
+                 qPrintable(line));
+}
+
+int Program::refuse(const QString &reason, int status)
+{
+    say(reason);
     return status;
 }
 

@@ -30,6 +30,9 @@ Options readOptions(int argc, char **argv, const QString &name,
     return parse(QCoreApplication::arguments());
 }
 
+/// Writes @p line to the standard error stream, with the program's name in front.
+void say(const QString &line);
+
 /// Writes @p reason as one line to the standard error stream and gives @p status back.
 int refuse(const QString &reason, int status);
 

@@ -222,9 +222,8 @@ ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
         // Sentences begin with the reason, not with a name.
         const QString source = site->worstSource();
         nobody.take(Snapshot::lost(
-            QString(), source.isEmpty() ? QString()
-                                        : QStringLiteral("%1 (%2)").arg(
-                                              site->problems().value(source).text, source)));
+            QString(),
+            source.isEmpty() ? QString() : reasonAt(site->problems().value(source).text, source)));
         // Without a page that lists them.
         if (!fleet && site->problemCount() > 0)
             say(site->worstProblem());

@@ -15,7 +15,7 @@ EventList::EventList(const SiteModel *shownSite, QObject *parent)
 QString EventList::upsOf(const Event &event) const
 {
     const UpsModel *ups = site->find(event.ups);
-    return ups ? ups->title() : event.ups;
+    return ups ? ups->title() : site->serverTitle(event.ups);
 }
 
 bool EventList::isLeft(const Event &event) const
@@ -120,7 +120,9 @@ QString timesOf(const Event &event, const QDateTime &now, bool left)
     const QString begin = momentText(event.begin, now);
     const QString length = lengthText(event.length(now.toMSecsSinceEpoch()));
     if (left)
-        return EventList::tr("began %1, the UPS is not followed here").arg(begin);
+        return (event.isOfServer() ? EventList::tr("began %1, the server is not followed here")
+                                   : EventList::tr("began %1, the UPS is not followed here"))
+            .arg(begin);
     if (event.isPresent())
         return EventList::tr("since %1, %2").arg(begin, length);
     if (event.end == event.begin && event.lasted == 0)

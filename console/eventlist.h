@@ -22,10 +22,10 @@ public:
     void update(const QVector<Event> &events);
     /// The event in a row that is there.
     const Event &at(int row) const;
-    /// How the UPS of @p event is called on screen.
+    /// How the UPS or the server of @p event is called on screen.
     QString upsOf(const Event &event) const;
-    /// Whether @p event has not ended, as far as anybody knows, but its UPS is none of the site:
-    /// the console cannot see whether it still lasts.
+    /// Whether @p event has not ended, as far as anybody knows, but its UPS or server is none of
+    /// the site: the console cannot see whether it still lasts.
     bool isLeft(const Event &event) const;
     /// The site has got UPSes.
     void followMore();

@@ -16,6 +16,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 /// The status when screenshots are there but of a UPS that cannot be reached.
 static constexpr int notReached = 3;
@@ -67,13 +68,17 @@ int main(int argc, char **argv)
                        ? 0
                        : Program::refuse(error, Program::failed);
         start();
-        switch (takeLiveScreenshots(window, site, options, &error)) {
+        QStringList lines;
+        const LiveScreenshots end = takeLiveScreenshots(window, site, options, &lines);
+        for (const QString &line : std::as_const(lines))
+            Program::say(line);
+        switch (end) {
         case LiveScreenshots::Taken:
             return 0;
         case LiveScreenshots::OfNoUps:
-            return Program::refuse(error, notReached);
+            return notReached;
         case LiveScreenshots::Failed:
-            return Program::refuse(error, Program::failed);
+            return Program::failed;
         }
     }
     // What a simulation does is not to be mixed with what happened: it is forgotten with it.
@@ -108,6 +113,7 @@ int main(int argc, char **argv)
         window.resize(options.size);
     if (options.notify)
         window.chooseNotify(*options.notify);
+    QObject::connect(&feeds, &SiteFeeds::nameMissed, &window, &Program::say);
     if (options.fullScreen)
         window.setFilled(true);
     else

@@ -161,7 +161,7 @@ void Notifier::announceServers()
             body += count == 1 ? tr("1 UPS") : tr("%1 UPSes").arg(count);
         if (isLost)
             body += server->reason;
-        announce(server.key(), server.key(), body);
+        announce(server.key(), site->serverTitle(server.key()), body);
     }
 }
 

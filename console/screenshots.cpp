@@ -18,6 +18,7 @@ namespace {
 constexpr int patienceMsecs = 6000;
 /// Longer than pages gather what changes before they show it.
 constexpr int settleMsecs = 600;
+constexpr int mostProblems = 20;
 
 /// Late in the phases that show the most.
 QVector<double> notableInstants()
@@ -44,6 +45,15 @@ bool takePages(ConsoleWindow &window, const QString &directory, const QString &s
             return false;
     }
     return true;
+}
+
+bool isAnyReached(const SiteModel &site)
+{
+    for (int i = 0; i < site.count(); ++i) {
+        if (!site.at(i)->snapshot().isLost())
+            return true;
+    }
+    return false;
 }
 
 /// Lets the server say what can be asked of the UPS that is shown.
@@ -81,10 +91,15 @@ bool takeScenarioScreenshots(ConsoleWindow &window, UpsModel &ups, const Options
 }
 
 LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, const Options &options,
-                                    QString *error)
+                                    QStringList *lines)
 {
-    if (!Program::makeDirectory(options.directory, error))
+    QString error;
+    const auto fail = [&] {
+        *lines = QStringList(error);
         return LiveScreenshots::Failed;
+    };
+    if (!Program::makeDirectory(options.directory, &error))
+        return fail();
     QEventLoop loop;
     const auto check = [&] {
         bool all = site.count() > 0;
@@ -104,13 +119,14 @@ LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, cons
     waitForOffer(site);
     QTimer::singleShot(settleMsecs, &loop, &QEventLoop::quit);
     loop.exec();
-    if (!takePages(window, options.directory, QString(), error))
-        return LiveScreenshots::Failed;
-    for (int i = 0; i < site.count(); ++i) {
-        if (!site.at(i)->snapshot().isLost())
-            return LiveScreenshots::Taken;
-    }
-    *error = QStringLiteral("no UPS is reached: ") +
-             (site.count() > 0 ? site.at(0)->snapshot().reason : site.worstProblem());
+    if (!takePages(window, options.directory, QString(), &error))
+        return fail();
+    *lines = site.problemLines(mostProblems);
+    if (isAnyReached(site))
+        return LiveScreenshots::Taken;
+    // A problem of a server or of the file says more than a UPS.
+    if (lines->isEmpty())
+        *lines += site.count() > 0 ? site.at(0)->snapshot().reason : site.worstProblem();
+    lines->first().prepend(QStringLiteral("no UPS is reached: "));
     return LiveScreenshots::OfNoUps;
 }

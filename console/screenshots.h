@@ -2,8 +2,9 @@
 
 #pragma once
 
+#include <QtCore/QStringList>
+
 class ConsoleWindow;
-class QString;
 class SiteModel;
 class UpsModel;
 struct Options;
@@ -20,5 +21,6 @@ enum class LiveScreenshots { Taken, OfNoUps, Failed };
 
 /// Of the first data that the UPSes of @p site get, or of the lost communication when none come for
 /// a while.
+/// @p lines are for the operator: why it failed, or what is wrong with the site; may be empty.
 LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, const Options &options,
-                                    QString *error);
+                                    QStringList *lines);

@@ -46,7 +46,7 @@ bool takeArguments(const Options &options, SiteEntries *entries, QString *error)
                 return isSameUps(one.upsName, address->upsName);
             });
         if (!known)
-            entry->upses.append({address->upsName, {}, {}, {}});
+            entry->upses.append({address->upsName, {}, {}, QStringLiteral("--ups ") + text});
     }
     for (const QString &text : options.servers) {
         const std::optional<NutHost> host = NutHost::parse(text, error);
@@ -183,10 +183,14 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
         server->link = std::make_unique<NutServerFeed>(entry.host, tls, times);
         if (hasUser && !server->link->session().setUser(user->user, user->password)) {
             *error = QStringLiteral("the user of %1 has characters that no server takes")
-                         .arg(entry.host.toString());
+                         .arg(entry.title());
             return false;
         }
-        const QString source = entry.host.toString();
+        // Events keep the address, whatever the section is called later.
+        const QString address = entry.host.toString();
+        const QString source = entry.title();
+        server->link->setTitle(source);
+        site->addServer(address, source);
         connect(server->link.get(), &NutServerFeed::userChecked, this,
                 [this, source](const QString &name, CommandOutcome outcome, const QString &text) {
                     if (outcome != CommandOutcome::Failed)
@@ -195,21 +199,23 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
         for (const UpsEntry &ups : entry.upses)
             addUps(server, ups, false);
         connect(server->link.get(), &NutServerFeed::lost, this,
-                [this, server, source](const QString &reason) {
+                [this, server, source, address](const QString &reason) {
                     // A single UPS gives the reason itself.
                     if (site->isGrowing() || site->count() > 1)
                         site->setProblem(source, reason);
                     // Named UPSes are without communication themselves.
                     if (server->entry.upses.isEmpty() && ++server->losses == lossesBeforeNews)
-                        site->missServer(source, reason);
+                        site->missServer(address, reason);
                 });
-        if (!entry.all) {
-            connect(server->link.get(), &NutServerFeed::reached, this,
-                    [this, source] { site->setProblem(source, QString()); });
+        connect(server->link.get(), &NutServerFeed::reached, this, [this, server, source, address] {
+            site->meetServer(address);
+            if (!server->entry.all)
+                site->setProblem(source, QString());
+            showUnseen(server);
+        });
+        if (!entry.all)
             continue;
-        }
         site->setGrowing(true);
-        site->addServer(source);
         connect(server->link.get(), &NutServerFeed::found, this,
                 [this, server](const QVector<NutUps> &all) { takeFound(server, all); });
     }
@@ -295,25 +301,51 @@ void SiteFeeds::addPromFeed(Source *source, PromFeed *feed)
     feed->start();
 }
 
-/// What the file names and the server does not have is a mistake in one of them.
 void SiteFeeds::showUnseen(Source *source)
 {
-    QString place;
-    QString text;
     // Where the server has no UPS at all, it has a problem of its own.
-    if (!source->unseen.isEmpty() && source->hasUpses) {
-        const int first = *std::min_element(source->unseen.cbegin(), source->unseen.cend());
-        const UpsEntry &entry = source->entry.upses.at(first);
-        place = entry.place;
-        text = QStringLiteral("%1 has no UPS '%2'").arg(source->link->name(), entry.upsName);
-        if (source->unseen.size() > 1)
-            text += QStringLiteral(" and %1 more that are named").arg(source->unseen.size() - 1);
+    const bool any = !source->unseen.isEmpty() && source->hasUpses;
+    const int first = any ? *std::min_element(source->unseen.cbegin(), source->unseen.cend()) : 0;
+    showUnseen(source->link->name(), any ? &source->entry.upses.at(first) : nullptr,
+               int(source->unseen.size()), &source->unseenPlace);
+}
+
+void SiteFeeds::showUnseen(Server *server)
+{
+    const QStringList unknown = server->link->unknownUpses();
+    const UpsEntry *first = nullptr;
+    int count = 0;
+    if (!unknown.isEmpty()) {
+        const QSet<QString> names(unknown.cbegin(), unknown.cend());
+        for (const UpsEntry &ups : server->entry.upses) {
+            if (!names.contains(ups.upsName))
+                continue;
+            first = first ? first : &ups;
+            ++count;
+        }
     }
-    if (source->unseenPlace != place)
-        site->setProblem(source->unseenPlace, QString());
-    source->unseenPlace = place;
-    if (!place.isEmpty())
-        site->setProblem(place, text, Severity::Warning);
+    showUnseen(server->entry.title(), first, count, &server->unseenPlace);
+}
+
+/// What the file or an option names and the server does not have is a mistake in one of them. The
+/// problem has the place of the @p first of @p count such names; null: there is none.
+void SiteFeeds::showUnseen(const QString &server, const UpsEntry *first, int count,
+                           QString *shownPlace)
+{
+    const QString place = first ? first->place : QString();
+    if (*shownPlace != place)
+        site->setProblem(*shownPlace, QString());
+    *shownPlace = place;
+    if (place.isEmpty())
+        return;
+    QString text = QStringLiteral("%1 has no UPS '%2'").arg(server, first->upsName);
+    if (count > 1)
+        text += QStringLiteral(" and %1 more that are named").arg(count - 1);
+    site->setProblem(place, text, Severity::Warning);
+    if (misnamed.contains(place))
+        return;
+    misnamed.insert(place);
+    Q_EMIT nameMissed(place + QStringLiteral(": ") + text);
 }
 
 PromFeed *SiteFeeds::promFeed(const QString &upsId) const
@@ -330,8 +362,7 @@ void SiteFeeds::start()
     for (const auto &server : servers) {
         if (!server->entry.all)
             continue;
-        site->setProblem(server->entry.host.toString(), QStringLiteral("connecting"),
-                         Severity::Normal);
+        site->setProblem(server->entry.title(), QStringLiteral("connecting"), Severity::Normal);
         server->link->discover();
     }
 }
@@ -380,6 +411,7 @@ void SiteFeeds::addUps(Server *server, const UpsEntry &ups, bool begin)
     UpsModel *model = site->add(id);
     model->setNames(ups.name, ups.site.isEmpty() ? entry.site : ups.site);
     feeds.push_back(std::make_unique<NutFeed>(server->link.get(), ups.upsName));
+    feeds.back()->setPlace(ups.place);
     model->setFeed(feeds.back().get());
     if (begin)
         feeds.back()->start();
@@ -387,13 +419,14 @@ void SiteFeeds::addUps(Server *server, const UpsEntry &ups, bool begin)
 
 void SiteFeeds::takeFound(Server *server, const QVector<NutUps> &all)
 {
-    const QString source = server->entry.host.toString();
-    site->meetServer(source);
-    site->setProblem(source, all.isEmpty() ? QStringLiteral("the server has no UPS") : QString(),
+    site->setProblem(server->entry.title(),
+                     all.isEmpty() ? QStringLiteral("the server has no UPS") : QString(),
                      Severity::Warning);
     for (const NutUps &ups : all) {
         // What the server describes names a UPS, unless it is the default of an empty file.
         const bool described = ups.description != QLatin1String("Description unavailable");
         addUps(server, {ups.name, described ? ups.description : QString(), {}, {}}, true);
     }
+    // Now its UPSes are known.
+    site->meetServer(server->entry.host.toString());
 }

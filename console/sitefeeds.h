@@ -43,10 +43,16 @@ public:
     bool keepUser(const QString &path, const QString &upsId, const QString &user,
                   const QString &password, QString *error);
 
+Q_SIGNALS:
+    /// A server does not have a UPS that the file or an option names: a line with its place, which
+    /// comes once for each place.
+    void nameMissed(const QString &line);
+
 private:
     struct Server
     {
         ServerEntry entry;
+        QString unseenPlace; // where the shown one of the names is that the server does not have
         QSet<QString> names; // of its UPSes, in lower case
         int losses = 0;
         std::unique_ptr<NutServerFeed> link;
@@ -69,6 +75,8 @@ private:
     void takeUser(const QString &server, const QString &user, const QString &problem);
     void addPromFeed(Source *source, PromFeed *feed);
     void showUnseen(Source *source);
+    void showUnseen(Server *server);
+    void showUnseen(const QString &server, const UpsEntry *first, int count, QString *shownPlace);
     void takeFound(Server *server, const QVector<NutUps> &all);
 
     SiteModel *site;
@@ -77,4 +85,5 @@ private:
     std::vector<std::unique_ptr<Source>> sources;
     QHash<QString, PromFeed *> promFeeds; // the sources' own, by id
     QHash<QString, QString> refusedUsers; // as problems of the site, by server
+    QSet<QString> misnamed;               // places of names that were reported
 };

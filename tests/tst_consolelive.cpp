@@ -178,8 +178,9 @@ void ConsoleLiveTest::screenshotsOfARealUps()
     ups->setFeed(&feed);
     ConsoleWindow window(&site);
     feed.start();
-    QVERIFY2(takeLiveScreenshots(window, site, options, &error) == LiveScreenshots::Taken,
-             qPrintable(error));
+    QStringList lines;
+    QVERIFY2(takeLiveScreenshots(window, site, options, &lines) == LiveScreenshots::Taken,
+             qPrintable(lines.join(QLatin1Char('\n'))));
     QCOMPARE(QDir(directory.path()).entryList({QStringLiteral("*.png")}).size(),
              window.pageNames().size());
     QVERIFY(window.findChild<MetroSysIcon *>()->getElementState() == on);

@@ -581,9 +581,9 @@ void FleetTest::screenshotsShowTheTiles()
     });
     Options options;
     options.directory = place.path();
-    QString error;
-    QVERIFY2(takeLiveScreenshots(window, site, options, &error) == LiveScreenshots::Taken,
-             qPrintable(error));
+    QStringList lines;
+    QVERIFY2(takeLiveScreenshots(window, site, options, &lines) == LiveScreenshots::Taken,
+             qPrintable(lines.join(QLatin1Char('\n'))));
     const QImage image(place.filePath(QStringLiteral("fleet.png")));
     QCOMPARE(image.size(), window.size());
     window.showPage(0);

@@ -104,6 +104,7 @@ private Q_SLOTS:
     void worstOfASecondFirst();
     void leftUpsesAreNotPresent();
     void serversArePresent();
+    void leftServersAreNoUpses();
     void acknowledgesOne();
     void acknowledgesAll();
     void needsAName();
@@ -211,7 +212,7 @@ void HistoryPagesTest::serversArePresent()
     EventChange change;
     change.ups = QStringLiteral("Prometheus hall");
     change.kind = EventKind::Communication;
-    change.condition = QStringLiteral("no-communication");
+    change.condition = Event::serverSilence;
     change.text = QStringLiteral("20 UPSes without communication: connection refused");
     change.at = start;
     played.site.addServer(change.ups);
@@ -220,6 +221,24 @@ void HistoryPagesTest::serversArePresent()
     const QString line = played.list()->data(played.list()->index(0)).toString();
     QVERIFY2(line.contains(change.text) && line.contains(change.ups), qPrintable(line));
     QVERIFY2(line.contains(QStringLiteral("since")), qPrintable(line));
+}
+
+/// An event of a server is none of a UPS, also where the console follows another one.
+void HistoryPagesTest::leftServersAreNoUpses()
+{
+    PlayedSite played;
+    SiteModel elsewhere;
+    const Recorder recorder(&elsewhere, played.history.get());
+    elsewhere.missServer(QStringLiteral("other:3493"), QStringLiteral("refused"));
+    played.showPage("events");
+    QTRY_COMPARE(played.list()->rowCount(), 1);
+    const auto line = [&] { return played.list()->data(played.list()->index(0)).toString(); };
+    QVERIFY2(line().contains(QStringLiteral("the server is not followed here, other:3493")),
+             qPrintable(line()));
+    played.site.addServer(QStringLiteral("other:3493"), QStringLiteral("rack-a (other:3493)"));
+    QVERIFY2(!line().contains(QStringLiteral("not followed")), qPrintable(line()));
+    QVERIFY2(line().contains(QStringLiteral("since")), qPrintable(line()));
+    QVERIFY2(line().contains(QStringLiteral(", rack-a (other:3493), ")), qPrintable(line()));
 }
 
 void HistoryPagesTest::acknowledgesOne()

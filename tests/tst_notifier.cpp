@@ -238,12 +238,13 @@ void NotifierTest::missedServerIsAnnounced()
     SiteModel site;
     const Notifier notifier(&site);
     const QString name = QStringLiteral("host:3493");
+    site.addServer(name, QStringLiteral("rack-a (host:3493)"));
     site.meetServer(QStringLiteral("other:3493"));
     settle();
     QCOMPARE(service.heard.size(), 0);
     site.missServer(name, QStringLiteral("it is <b>gone</b>"));
     QTRY_COMPARE(service.heard.size(), 1);
-    QCOMPARE(service.heard.at(0).summary, QStringLiteral("host:3493: No communication"));
+    QCOMPARE(service.heard.at(0).summary, QStringLiteral("rack-a (host:3493): No communication"));
     QCOMPARE(service.heard.at(0).body, QStringLiteral("it is &lt;b&gt;gone&lt;/b&gt;"));
     QCOMPARE(service.heard.at(0).urgency, 2);
     site.missServer(name, QStringLiteral("again"));
@@ -251,7 +252,8 @@ void NotifierTest::missedServerIsAnnounced()
     QCOMPARE(service.heard.size(), 1);
     site.meetServer(name);
     QTRY_COMPARE(service.heard.size(), 2);
-    QCOMPARE(service.heard.at(1).summary, QStringLiteral("host:3493: Communication is back"));
+    QCOMPARE(service.heard.at(1).summary,
+             QStringLiteral("rack-a (host:3493): Communication is back"));
     QCOMPARE(service.heard.at(1).body, QString());
 }
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
+#include "consolewindow.h"
+#include "eventlist.h"
 #include "feed/privatefile.h"
 #include "options.h"
+#include "screenshots.h"
 #include "sitefeeds.h"
 
 #include "certificates.h"
@@ -41,6 +44,8 @@ void serve(FakeNutServer *server, const QByteArrayList &names)
             socket->write("ERR UNKNOWN-UPS\n");
         else if (line.startsWith("GET"))
             socket->write("VAR " + name + " ups.status \"OL\"\n");
+        else if (!line.startsWith("LIST VAR "))
+            socket->write("ERR INVALID-ARGUMENT\n");
         else
             socket->write("BEGIN LIST VAR " + name + "\nVAR " + name +
                           " ups.status \"OL\"\nEND LIST VAR " + name + '\n');
@@ -103,6 +108,27 @@ QByteArray section(const FakeNutServer &server, const QByteArray &lines)
            lines + '\n';
 }
 
+/// How the screen names the server of that section.
+QString shownName(const NutHost &host)
+{
+    return QStringLiteral("s (%1)").arg(host.toString());
+}
+
+/// A server of the UPS "a" that is gone when a site with @p lines in its section looks for it.
+struct GoneServer : FakeNutServer
+{
+    explicit GoneServer(const QByteArray &lines)
+        : host(address().server())
+        , config(section(*this, lines))
+    {
+        serve(this, {"a"});
+        close();
+    }
+
+    const NutHost host;
+    const QByteArray config;
+};
+
 /// What a site says of a server that is not reached from the start.
 struct ServerNews
 {
@@ -135,6 +161,11 @@ private Q_SLOTS:
     void allOfAServer();
     void unreachableServer();
     void unreachableServerOfNamedUpses();
+    void nameThatAServerLacks();
+    void serversHaveTheNameOfTheirSection();
+    void causeBesideTheImages();
+    void problemsBesideTheImages();
+    void serversOfNamedUpsesAreFollowed();
     void serverWithoutTlsOfNamedUpses();
     void singleUpsOfAnUnreachableServer();
     void argumentsAddToTheFile();
@@ -212,22 +243,19 @@ void SiteFeedsTest::allOfAServer()
 
 void SiteFeedsTest::unreachableServer()
 {
-    FakeNutServer server;
-    serve(&server, {"a"});
-    const NutHost host = server.address().server();
-    const QByteArray config = section(server, "ups = all");
-    server.close();
-    FedSite fed(config);
+    GoneServer server("ups = all");
+    FedSite fed(server.config);
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
     SiteModel &site = fed.site;
+    const QString title = shownName(server.host);
     // One that has not answered yet is no problem so far.
-    QCOMPARE(site.problems().value(host.toString()).text, QStringLiteral("connecting"));
+    QCOMPARE(site.problems().value(title).text, QStringLiteral("connecting"));
     QCOMPARE(site.problemCount(), 0);
-    QTRY_COMPARE(site.problems().value(host.toString()).text, QStringLiteral("connection refused"));
+    QTRY_COMPARE(site.problems().value(title).text, QStringLiteral("connection refused"));
     QCOMPARE(site.problemCount(), 1);
     QCOMPARE(site.severity(), Severity::Unknown);
     QCOMPARE(site.count(), 0);
-    server.open(host.port);
+    server.open(server.host.port);
     QTRY_COMPARE(site.count(), 1);
     QVERIFY(site.problems().isEmpty());
 }
@@ -247,18 +275,182 @@ void SiteFeedsTest::unreachableServerOfNamedUpses()
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
     SiteModel &site = fed.site;
     QCOMPARE(site.count(), 3);
-    QTRY_COMPARE(site.problems().value(host.toString()).text, QStringLiteral("connection refused"));
+    const QString title = QStringLiteral("d (%1)").arg(host.toString());
+    QTRY_COMPARE(site.problems().value(title).text, QStringLiteral("connection refused"));
     QTRY_COMPARE(site.at(0)->severity(), Severity::Normal);
-    QCOMPARE(site.problems().keys(), QStringList(host.toString()));
+    QCOMPARE(site.problems().keys(), QStringList(title));
     QCOMPARE(site.problemCount(), 1);
     // A UPS that the server does not have is no problem of the server.
     down.open(host.port);
-    QTRY_VERIFY(site.problems().isEmpty());
+    const QString place = QStringLiteral("site.ini:6");
+    QTRY_COMPARE(site.problems().keys(), QStringList(place));
     QTRY_COMPARE(site.at(1)->severity(), Severity::Normal);
-    QVERIFY(site.problems().isEmpty());
+    QCOMPARE(site.problems().keys(), QStringList(place));
     down.close();
     down.client()->abort();
-    QTRY_COMPARE(site.problems().keys(), QStringList(host.toString()));
+    QTRY_COMPARE(site.problems().keys(), QStringList({title, place}));
+}
+
+/// A name that the server does not have is a problem at its place, said once, also where it is the
+/// only one.
+void SiteFeedsTest::nameThatAServerLacks()
+{
+    FakeNutServer server;
+    serve(&server, {"a"});
+    const QString host = server.address().server().toString();
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("site.ini"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(section(server, "ups = a, x\n[ups y@s]\nname = Mine"));
+    file.close();
+    const auto linesFor = [&](const QStringList &arguments, SiteModel *site) {
+        SiteEntries entries;
+        QVector<Credentials> users;
+        QString error;
+        auto feeds = std::make_unique<SiteFeeds>(site);
+        QStringList lines;
+        const auto take = connect(feeds.get(), &SiteFeeds::nameMissed, this,
+                                  [&lines](const QString &line) { lines += line; });
+        if (!readSite(optionsFor(arguments), QString(), &entries, &users, &error) ||
+            !feeds->add(entries, users, &error, shortTimes()))
+            return std::make_pair(std::move(feeds), QStringList(error));
+        feeds->start();
+        // Also some rounds later it is said once.
+        int rest = 40;
+        const bool isSaid = QTest::qWaitFor([&] {
+            rest -= lines.isEmpty() ? 0 : 1;
+            return rest == 0;
+        });
+        if (!isSaid)
+            lines += QStringLiteral("nothing more");
+        disconnect(take);
+        return std::make_pair(std::move(feeds), lines);
+    };
+    const QString names = QStringLiteral(" has no UPS 'x'");
+    {
+        SiteModel site;
+        const auto [feeds, lines] = linesFor({QStringLiteral("--config"), path,
+                                              QStringLiteral("--ups"), QStringLiteral("z@") + host},
+                                             &site);
+        const QString place = path + QStringLiteral(":3");
+        QCOMPARE(site.problems().keys(), QStringList(place));
+        QCOMPARE(site.problems().value(place).severity, Severity::Warning);
+        QCOMPARE(
+            lines,
+            QStringList(
+                QStringLiteral("%1: s (%2)%3 and 2 more that are named").arg(place, host, names)));
+        QCOMPARE(site.find(QStringLiteral("y@") + host)->snapshot().reason,
+                 QStringLiteral("the server knows no such UPS (%1:4)").arg(path));
+        // The server gets it.
+        serve(&server, {"a", "x"});
+        QTRY_COMPARE(site.problems().keys(), QStringList(path + QStringLiteral(":4")));
+        serve(&server, {"a", "x", "y", "z"});
+        QTRY_VERIFY(site.problems().isEmpty());
+        serve(&server, {"a"});
+    }
+    // Of an option, where there is no file.
+    SiteModel site;
+    const QString option = QStringLiteral("x@") + host;
+    const auto [feeds, lines] = linesFor({QStringLiteral("--ups"), option}, &site);
+    QCOMPARE(lines, QStringList(QStringLiteral("--ups %1: %2%3").arg(option, host, names)));
+    QCOMPARE(site.worstProblem(), lines.first());
+}
+
+/// Servers with a name of their own have it wherever they fail; events keep the address.
+void SiteFeedsTest::serversHaveTheNameOfTheirSection()
+{
+    const auto titleOf = [](const QByteArray &name) {
+        QString error;
+        const auto entries = parseSiteFile("[server " + name + "]\naddress = host\nups = a\n",
+                                           QStringLiteral("site.ini"), &error);
+        return entries ? entries->servers.first().title() : error;
+    };
+    QCOMPARE(titleOf("rack-a"), QStringLiteral("rack-a (host:3493)"));
+    QCOMPARE(titleOf("HOST"), QStringLiteral("host:3493"));
+    QCOMPARE(titleOf("host:3493"), QStringLiteral("host:3493"));
+    QCOMPARE(ServerEntry().title(), NutHost().toString());
+
+    GoneServer server("ups = all");
+    const QString address = server.host.toString();
+    FedSite fed(server.config);
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    const ServerNews news(&fed.site);
+    QTRY_COMPARE(news.all,
+                 QStringList(QStringLiteral("missed %1: connection refused").arg(address)));
+    QCOMPARE(fed.site.serverTitle(address), shownName(server.host));
+    // A later name changes neither the list of events nor what ends there.
+    EventList list(&fed.site);
+    Event event;
+    event.ups = address;
+    QCOMPARE(list.upsOf(event), shownName(server.host));
+    event.ups = QStringLiteral("elsewhere:3493");
+    QCOMPARE(list.upsOf(event), event.ups);
+}
+
+/// Images of a site without any UPS that is reached come with the cause, also where a UPS has
+/// another reason of its own.
+void SiteFeedsTest::causeBesideTheImages()
+{
+    FakeWeb web;
+    web.onQuery = [](const QByteArray &query) {
+        QByteArrayList rows;
+        // One of two exporters is down.
+        if (FakeWeb::asksForStatuses(query))
+            rows = QByteArrayList{R"({"metric":{"ups":"u","instance":"i"},"value":[1,"0"]})"};
+        else if (query.contains("count by (job, __name__)"))
+            rows = QByteArrayList{
+                R"({"metric":{"job":"nut","__name__":"up"},"value":[1,"2"]})",
+                R"({"metric":{"job":"nut","__name__":"nut_ups_status"},"value":[1,"9"]})",
+                R"({"metric":{"job":"nut","part":"unscraped"},"value":[1,"1"]})"};
+        return qMakePair(200, R"({"status":"success","data":{"resultType":"vector","result":[)" +
+                                  rows.join(',') + "]}}");
+    };
+    FedSite fed("[prometheus p]\nurl = " + urlOf(web) + '\n');
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    ConsoleWindow window(&fed.site);
+    const QTemporaryDir directory;
+    Options options;
+    options.directory = directory.path();
+    QStringList lines;
+    QVERIFY(takeLiveScreenshots(window, fed.site, options, &lines) == LiveScreenshots::OfNoUps);
+    QCOMPARE(lines, QStringList(QStringLiteral(
+                        "no UPS is reached: Prometheus p: nothing matches "
+                        "network_ups_tools_ups_status{job=\"nut\"} (site.ini:1): the job has "
+                        "nut_ups_status, which is the dialect nut")));
+    QCOMPARE(fed.site.at(0)->snapshot().reason, QStringLiteral("its exporter cannot be scraped"));
+}
+
+/// Where some UPSes are reached, what is wrong beside them has a line.
+void SiteFeedsTest::problemsBesideTheImages()
+{
+    FakeNutServer server;
+    serve(&server, {"a"});
+    FedSite fed(section(server, "ups = a, x"));
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    ConsoleWindow window(&fed.site);
+    const QTemporaryDir directory;
+    Options options;
+    options.directory = directory.path();
+    QStringList lines;
+    QVERIFY(takeLiveScreenshots(window, fed.site, options, &lines) == LiveScreenshots::Taken);
+    QCOMPARE(lines, QStringList(QStringLiteral("site.ini:3: %1 has no UPS 'x'")
+                                    .arg(shownName(server.address().server()))));
+}
+
+/// The servers of named UPSes are followed like others.
+void SiteFeedsTest::serversOfNamedUpsesAreFollowed()
+{
+    FakeNutServer server;
+    serve(&server, {"a"});
+    const QString address = server.address().server().toString();
+    FedSite fed(section(server, "ups = a"));
+    QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
+    QVERIFY(fed.site.hasServer(address));
+    QVERIFY(!fed.site.isComplete());
+    const ServerNews news(&fed.site);
+    QTRY_COMPARE(news.all, QStringList(QStringLiteral("met ") + address));
+    QVERIFY(fed.site.isComplete());
 }
 
 void SiteFeedsTest::serverWithoutTlsOfNamedUpses()
@@ -267,7 +459,7 @@ void SiteFeedsTest::serverWithoutTlsOfNamedUpses()
     server.onLine = [](QTcpSocket *socket, const QByteArray &) {
         socket->write("ERR FEATURE-NOT-CONFIGURED\n");
     };
-    const QString host = server.address().server().toString();
+    const QString host = shownName(server.address().server());
     FedSite fed(section(server, "ups = a, b\ntls = required"));
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
     SiteModel &site = fed.site;
@@ -279,15 +471,12 @@ void SiteFeedsTest::serverWithoutTlsOfNamedUpses()
 /// Its own headline has the reason: the site does not repeat it.
 void SiteFeedsTest::singleUpsOfAnUnreachableServer()
 {
-    FakeNutServer server;
-    const NutHost host = server.address().server();
-    const QByteArray config = section(server, "ups = a");
-    server.close();
-    FedSite fed(config);
+    const GoneServer server("ups = a");
+    FedSite fed(server.config);
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
     SiteModel &site = fed.site;
     QTRY_COMPARE(site.at(0)->snapshot().reason,
-                 QStringLiteral("connection refused (%1)").arg(host.toString()));
+                 QStringLiteral("connection refused – ") + shownName(server.host));
     // A problem of the site would be there before the UPS's own loss.
     QVERIFY(site.problems().isEmpty());
 }
@@ -474,7 +663,7 @@ void SiteFeedsTest::refusedUser()
     FedSite fed(section(server, "ups = all"), {{host, oper, QStringLiteral("hunter2")}});
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
     SiteModel &site = fed.site;
-    const QString source = QStringLiteral("oper@") + host.toString();
+    const QString source = QStringLiteral("oper@") + shownName(host);
     QTRY_VERIFY(site.problems().contains(source));
     QCOMPARE(site.problems().value(source).severity, Severity::Warning);
     QVERIFY(!site.problems().value(source).text.contains(QStringLiteral("hunter2")));
@@ -559,12 +748,9 @@ void SiteFeedsTest::filesOfTheCommandLineMustBeThere()
 /// A server that is not reached from the start is news, once; that it is reached then, too.
 void SiteFeedsTest::serverMissedFromTheStart()
 {
-    FakeNutServer server;
-    serve(&server, {"a"});
-    const NutHost host = server.address().server();
-    const QByteArray config = section(server, "ups = all");
-    server.close();
-    FedSite fed(config);
+    GoneServer server("ups = all");
+    const NutHost &host = server.host;
+    FedSite fed(server.config);
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
     const ServerNews news(&fed.site);
     const QString missed = QStringLiteral("missed %1: connection refused").arg(host.toString());

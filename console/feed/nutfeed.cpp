@@ -21,6 +21,11 @@ NutFeed::~NutFeed()
     NutFeed::stop();
 }
 
+void NutFeed::setPlace(const QString &namedAt)
+{
+    place = namedAt;
+}
+
 void NutFeed::start()
 {
     if (running || !server)

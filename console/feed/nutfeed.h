@@ -26,6 +26,9 @@ public:
     NutFeed(NutServerFeed *server, const QString &upsName, QObject *parent = nullptr);
     ~NutFeed() override;
 
+    /// What names the UPS here, such as "site.ini:3", for where the server does not have it.
+    void setPlace(const QString &place);
+
     void start() override;
     void stop() override;
 
@@ -47,10 +50,12 @@ private:
 
     QPointer<NutServerFeed> server;
     const QString upsName;
+    QString place;
     bool running = false;
     // For the connection:
     int slot = 0;
     bool wantsEverything = true;
+    bool isUnknown = false; // to the server
     NutVariables variables; // of the last list
     QString status;         // as it was there
     Snapshot latest;

@@ -14,15 +14,20 @@ namespace {
 /// Rounds between two questions for the server's UPSes.
 constexpr int discoveryRounds = 60;
 
-QString wordsForError(const QString &code)
+const QLatin1String unknownUps("UNKNOWN-UPS");
+
+/// @p place names the UPS here, and may be empty.
+QString wordsForError(const QString &code, const QString &place)
 {
     if (code == QLatin1String("DATA-STALE"))
         return QStringLiteral("the UPS's driver gives no fresh data");
     if (code == QLatin1String("DRIVER-NOT-CONNECTED"))
         return QStringLiteral("the UPS's driver is not running");
-    if (code == QLatin1String("UNKNOWN-UPS"))
-        return QStringLiteral("the server knows no such UPS");
-    return QStringLiteral("the server answers \"%1\"").arg(plainText(code).left(40));
+    if (code == unknownUps) {
+        const QString words = QStringLiteral("the server knows no such UPS");
+        return place.isEmpty() ? words : reasonAt(words, place);
+    }
+    return QStringLiteral("the server answers \"%1\"").arg(plainText(code, 40));
 }
 
 } // namespace
@@ -31,6 +36,7 @@ NutServerFeed::NutServerFeed(const NutHost &host, const NutTls &tls, const NutTi
                              QObject *parent)
     : QObject(parent)
     , server(host)
+    , shownName(host.toString())
     , times(wantedTimes)
     , link(host, tls)
     , commands(host, tls.withPassword(host))
@@ -64,6 +70,21 @@ NutServerFeed::~NutServerFeed() = default;
 const NutHost &NutServerFeed::host() const
 {
     return server;
+}
+
+void NutServerFeed::setTitle(const QString &title)
+{
+    shownName = title;
+}
+
+QStringList NutServerFeed::unknownUpses() const
+{
+    QStringList names;
+    for (const QPointer<NutFeed> &feed : feeds) {
+        if (feed && feed->isUnknown)
+            names += feed->upsName;
+    }
+    return names;
 }
 
 void NutServerFeed::discover()
@@ -204,10 +225,11 @@ void NutServerFeed::askForEverything(NutFeed *feed)
              [this, asking](const NutReader &answer) {
                  if (asking && asking->running) {
                      asking->wantsEverything = answer.state() != NutReader::State::Complete;
+                     asking->isUnknown = answer.problem() == unknownUps;
                      if (asking->wantsEverything) {
                          asking->wantsOffer = asking->showsOffer;
-                         asking->setPending(
-                             Snapshot::lost(asking->upsName, wordsForError(answer.problem())));
+                         asking->setPending(Snapshot::lost(
+                             asking->upsName, wordsForError(answer.problem(), asking->place)));
                      } else {
                          retryRest = times.firstRetry;
                          const NutVariables &variables =
@@ -380,8 +402,7 @@ void NutServerFeed::takeLoss(const QString &reason)
     for (const QPointer<NutFeed> &feed : feeds) {
         feed->wantsEverything = true;
         feed->wantsOffer = feed->showsOffer;
-        feed->setPending(Snapshot::lost(feed->upsName,
-                                        QStringLiteral("%1 (%2)").arg(reason, server.toString())));
+        feed->setPending(Snapshot::lost(feed->upsName, reasonAt(reason, shownName)));
     }
     Q_EMIT lost(reason);
 }

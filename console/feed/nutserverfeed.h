@@ -49,6 +49,10 @@ public:
     ~NutServerFeed() override;
 
     const NutHost &host() const;
+    /// Names the server where it is lost; at first its address does.
+    void setTitle(const QString &title);
+    /// Those of its feeds' UPSes that the server says it does not have, as of its last answers.
+    QStringList unknownUpses() const;
     /// Asks the server for its UPSes too, once a connection and each minute: found() says which.
     void discover();
     /// The way for commands to its UPSes.
@@ -93,6 +97,7 @@ private:
     void takeLoss(const QString &reason);
 
     const NutHost server;
+    QString shownName;
     const NutTimes times;
     NutLink link;
     NutSession commands;

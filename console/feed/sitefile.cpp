@@ -237,6 +237,7 @@ private:
         section = Section::Server;
         server = ServerEntry();
         server.host.host.clear();
+        server.name = plainText(subject, longestText);
         server.place = place();
         if (servers.size() >= mostServers)
             return QStringLiteral("more than %1 servers").arg(mostServers);
@@ -247,7 +248,7 @@ private:
     {
         section = Section::Prometheus;
         prometheus = PromEntry();
-        prometheus.name = plainText(subject).left(longestText);
+        prometheus.name = plainText(subject, longestText);
         prometheus.place = place();
         if (sources.size() >= mostServers)
             return QStringLiteral("more than %1 servers").arg(mostServers);
@@ -474,6 +475,14 @@ protected:
 bool isSameUps(const QString &a, const QString &b)
 {
     return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+QString ServerEntry::title() const
+{
+    const QString address = host.toString();
+    const bool isAddress = name.isEmpty() || name.compare(host.host, Qt::CaseInsensitive) == 0 ||
+                           name.compare(address, Qt::CaseInsensitive) == 0;
+    return isAddress ? address : QStringLiteral("%1 (%2)").arg(name, address);
 }
 
 ServerEntry *SiteEntries::find(const NutHost &host)

@@ -21,7 +21,7 @@ struct UpsEntry
     QString upsName; ///< on the server; on a Prometheus server also "NAME@INSTANCE"
     QString name;    ///< a custom one; empty: the server's
     QString site;    ///< the group; empty: that of the server
-    QString place;   ///< "file:line" of what names it; may be empty
+    QString place;   ///< "file:line", or the option, that names it; may be empty
 };
 
 /// Whether two names are of the same UPS for a server of Network UPS Tools, which does not
@@ -31,7 +31,11 @@ bool isSameUps(const QString &a, const QString &b);
 /// A server of Network UPS Tools.
 struct ServerEntry
 {
+    /// Its name for the screen, with its address.
+    QString title() const;
+
     NutHost host;
+    QString name;            ///< of its section; may be empty
     QString site;            ///< the group of its UPSes; empty: the server's address
     std::optional<bool> tls; ///< whether TLS is required; absent: as the password asks for it
     NamedFile authorities;   ///< empty: the system's

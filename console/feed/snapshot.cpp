@@ -115,6 +115,13 @@ std::optional<double> Snapshot::value(Quantity which) const
     return measure(which).value;
 }
 
+QString reasonAt(const QString &reason, const QString &place)
+{
+    // One pair of brackets is enough.
+    return place.endsWith(QLatin1Char(')')) ? QStringLiteral("%1 – %2").arg(reason, place)
+                                            : QStringLiteral("%1 (%2)").arg(reason, place);
+}
+
 QString nameOf(Element element)
 {
     return QString::fromUtf8(elementNames.at(std::size_t(element)));

@@ -115,6 +115,9 @@ struct Snapshot
 };
 Q_DECLARE_METATYPE(Snapshot)
 
+/// The reason with what it is about behind it.
+QString reasonAt(const QString &reason, const QString &place);
+
 /// Short English names for the screen, such as "Battery charge".
 QString nameOf(Element element);
 QString nameOf(Quantity quantity);

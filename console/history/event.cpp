@@ -25,6 +25,11 @@ bool isOnTop(const Event &event)
 
 } // namespace
 
+bool Event::isOfServer() const
+{
+    return condition == serverSilence;
+}
+
 bool Event::isPresent() const
 {
     return !end;

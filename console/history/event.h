@@ -18,8 +18,11 @@ constexpr int eventKindCount = 5;
 /// 1970, UTC.
 struct Event
 {
+    /// The condition of a server that cannot be read.
+    static constexpr QLatin1String serverSilence{"no-communication-with-server"};
+
     qint64 id = 0; ///< the store's; above 0
-    QString ups;   ///< the id of its UpsModel
+    QString ups;   ///< the id of its UpsModel, or the name of a server of the SiteModel
     EventKind kind = EventKind::State;
     QString condition; ///< the same for the same cause
     Severity severity = Severity::Information;
@@ -35,6 +38,7 @@ struct Event
     std::optional<qint64> acknowledgedAt;
     QString acknowledgedBy;
 
+    bool isOfServer() const;
     bool isPresent() const;
     bool isAcknowledged() const;
     /// How long it was, or has been by @p now, present, in milliseconds.

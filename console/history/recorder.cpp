@@ -139,7 +139,7 @@ Recorder::Recorder(SiteModel *watchedSite, History *usedHistory, const Clock &us
     connect(&sending, &QTimer::timeout, this, &Recorder::send);
     leaving.setSingleShot(true);
     connect(&leaving, &QTimer::timeout, this,
-            [this] { history->leaveOthers(all.keys() + servers.keys()); });
+            [this] { history->leaveOthers(all.keys() + servers.keys() + site->servers()); });
     leaving.start(leaveAfterMsecs);
 }
 
@@ -240,7 +240,7 @@ void Recorder::meetServer(const QString &name)
         return;
     // This was seen; what the history has as present beside it is over.
     if (server.missed)
-        add(endOf(name, silence, now()));
+        add(endOf(name, Event::serverSilence, now()));
     server.missed = false;
     server.met = true;
     add(presentOf(name, server));
@@ -265,7 +265,7 @@ void Recorder::followServer(const Snapshot &snapshot, Watched *watched)
             sending.start(0);
     } else if (--server.lost == 0 && server.noted > 0) {
         server.noted = 0;
-        add(endOf(snapshot.server, silence, now()));
+        add(endOf(snapshot.server, Event::serverSilence, now()));
     }
 }
 
@@ -274,7 +274,7 @@ EventChange Recorder::lossOf(const QString &name, const Server &server)
     EventChange change;
     change.ups = name;
     change.kind = EventKind::Communication;
-    change.condition = silence;
+    change.condition = Event::serverSilence;
     change.severity = Severity::Unknown;
     change.text = server.missed ? QStringLiteral("Not reached: ")
                   : server.noted == 1

@@ -61,14 +61,34 @@ UpsModel *SiteModel::find(const QString &id) const
     return byId.value(id);
 }
 
-void SiteModel::addServer(const QString &name)
+void SiteModel::addServer(const QString &name, const QString &title)
 {
-    servers.insert(name);
+    titles.insert(name, title);
 }
 
 bool SiteModel::hasServer(const QString &name) const
 {
-    return servers.contains(name);
+    return titles.contains(name);
+}
+
+QStringList SiteModel::servers() const
+{
+    return titles.keys();
+}
+
+QString SiteModel::serverTitle(const QString &name) const
+{
+    const QString title = titles.value(name);
+    return title.isEmpty() ? name : title;
+}
+
+bool SiteModel::isComplete() const
+{
+    for (auto server = titles.cbegin(); server != titles.cend(); ++server) {
+        if (!met.contains(server.key()) && !missed.contains(server.key()))
+            return false;
+    }
+    return true;
 }
 
 void SiteModel::missServer(const QString &name, const QString &reason)
@@ -142,6 +162,33 @@ QString SiteModel::worstProblem() const
 {
     const QString source = worstSource();
     return source.isEmpty() ? QString() : source + QStringLiteral(": ") + wrong.value(source).text;
+}
+
+QStringList SiteModel::problemLines(int most) const
+{
+    QStringList sources;
+    for (auto one = wrong.cbegin(); one != wrong.cend(); ++one) {
+        if (urgencyOf(one->severity) >= urgencyOf(Severity::Warning))
+            sources += one.key();
+    }
+    std::stable_sort(sources.begin(), sources.end(), [this](const QString &a, const QString &b) {
+        return urgencyOf(wrong.value(a).severity) > urgencyOf(wrong.value(b).severity);
+    });
+    QStringList lines;
+    for (const QString &source : sources.mid(0, most))
+        lines += source + QStringLiteral(": ") + wrong.value(source).text;
+    return lines;
+}
+
+UpsModel *SiteModel::firstByName() const
+{
+    const auto found =
+        std::min_element(all.cbegin(), all.cend(), [](const UpsModel *a, const UpsModel *b) {
+            const int groups = nameOrder().compare(a->site(), b->site());
+            const int names = groups != 0 ? groups : nameOrder().compare(a->title(), b->title());
+            return names != 0 ? names < 0 : a->id() < b->id();
+        });
+    return found == all.cend() ? nullptr : *found;
 }
 
 UpsModel *SiteModel::worst() const

@@ -40,14 +40,21 @@ public:
     /// Null where there is none.
     UpsModel *find(const QString &id) const;
 
-    /// Notes a server whose loss is one event for all of its UPSes.
-    void addServer(const QString &name);
+    /// Notes a server that is read, called @p title on screen, or, where that is empty, @p name.
+    void addServer(const QString &name, const QString &title = QString());
     bool hasServer(const QString &name) const;
+    QStringList servers() const;
+    /// How the server @p name is called on screen, be it one of the site or not.
+    QString serverTitle(const QString &name) const;
+    /// Whether each server was read, or the first tries to read it failed.
+    bool isComplete() const;
     /// Notes that the first tries to read the server @p name failed, or the first that did not.
     /// Of both, the first of a server counts.
     void missServer(const QString &name, const QString &reason);
     void meetServer(const QString &name);
 
+    /// The first UPS by group, then by name, whatever the states. Null on an empty site.
+    UpsModel *firstByName() const;
     /// The UPS in the worst state: by severity, by its headline's rank, then by name. Null on an
     /// empty site.
     UpsModel *worst() const;
@@ -71,6 +78,9 @@ public:
     QString worstSource() const;
     /// The worst problem in words, with its source; empty without one.
     QString worstProblem() const;
+    /// The problems that are at least a warning, each with its source, the worst first; @p most of
+    /// them.
+    QStringList problemLines(int most) const;
 
 Q_SIGNALS:
     void added(UpsModel *ups);
@@ -90,8 +100,8 @@ private:
     std::vector<UpsModel *> all; // children
     QHash<QString, UpsModel *> byId;
     QMap<QString, SiteProblem> wrong;
-    QSet<QString> servers;
-    QSet<QString> missed; // servers
+    QHash<QString, QString> titles; // of the servers
+    QSet<QString> missed;           // servers
     QSet<QString> met;
     bool grows = false;
 };
