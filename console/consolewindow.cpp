@@ -33,7 +33,6 @@
 #include <QShortcut>
 #include <QtCore/QSettings>
 #include <QtCore/QTime>
-#include <QtCore/QTimer>
 #include <QtGui/QIcon>
 #include <QtGui/QPainter>
 #include <QtGui/QPixmapCache>
@@ -214,10 +213,19 @@ ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
     resize(usualSize);
     showPage(0);
     follow(site->count() > 0 ? site->at(0) : &nobody);
-    connect(site, &SiteModel::added, this, [this](UpsModel *first) {
-        if (ups == &nobody)
-            follow(first);
-    });
+    if (ups == &nobody) {
+        // Until servers have said which UPSes there are. Many may come in one go.
+        for (QTimer *timer : {&firstTimer, &firstPatience}) {
+            timer->setSingleShot(true);
+            connect(timer, &QTimer::timeout, this, &ConsoleWindow::followFirst);
+        }
+        firstPatience.setObjectName(QStringLiteral("first patience"));
+        firstPatience.start(UpsModel::patienceMsecs);
+        const auto later = [this] { firstTimer.start(0); };
+        connect(site, &SiteModel::added, &firstTimer, later);
+        connect(site, &SiteModel::serverMet, &firstTimer, later);
+        connect(site, &SiteModel::serverMissed, &firstTimer, later);
+    }
     connect(site, &SiteModel::problemsChanged, this, [this] {
         // Sentences begin with the reason, not with a name.
         const QString source = site->worstSource();
@@ -229,6 +237,26 @@ ConsoleWindow::ConsoleWindow(SiteModel *shownSite, QWidget *parent)
             say(site->worstProblem());
     });
     applyScale();
+}
+
+/// Follows the first UPS by name: of those that are known so far until all servers have answered
+/// or had their time, and then for good.
+void ConsoleWindow::followFirst()
+{
+    UpsModel *first = site->firstByName();
+    if (hasFirst || !first)
+        return;
+    // A command must not reach another UPS than the one that was shown a moment ago.
+    const bool stays =
+        ups != &nobody && tabs.at(std::size_t(stack->currentIndex())).page == control;
+    if (first != ups && !stays)
+        follow(first);
+    hasFirst = stays || site->isComplete() || !firstPatience.isActive();
+}
+
+UpsModel *ConsoleWindow::shownUps() const
+{
+    return ups;
 }
 
 /// Shows @p followed on all pages from now on.
@@ -343,6 +371,7 @@ void ConsoleWindow::makeTabs()
         fleet = new FleetPage(site);
         addTab(tr("Fleet"), Pictogram::Ups, fleet, noState);
         connect(fleet, &FleetPage::chosen, this, [this](UpsModel *chosen) {
+            hasFirst = true;
             follow(chosen);
             showPage(1);
         });

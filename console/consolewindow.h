@@ -4,6 +4,8 @@
 
 #include "model/sitemodel.h"
 
+#include <QtCore/QTimer>
+
 #include <QtWidgets/QWidget>
 
 #include <memory>
@@ -24,7 +26,6 @@ class Page;
 class QLabel;
 class QScrollArea;
 class QSettings;
-class QTimer;
 class RotateStackedWidget;
 class SettingsPage;
 class TranspButton;
@@ -55,6 +56,10 @@ public:
     /// none. Both must live as long, and may be null.
     void setHistory(History *history, TrendSource *source = nullptr);
 
+    /// The UPS on the pages: the site's first at the start, or, where the site has none then, the
+    /// first by name of those that are known when all servers have answered or had their time;
+    /// then the one that the user chooses. Without a name while there is none.
+    UpsModel *shownUps() const;
     /// The pages' names as file names use them, in the order of the tabs.
     QStringList pageNames() const;
     void showPage(int index);
@@ -109,6 +114,7 @@ private:
     };
 
     void follow(UpsModel *ups);
+    void followFirst();
     bool showsFleet() const;
     void showSite();
     void showUps();
@@ -141,6 +147,9 @@ private:
     QTimer *siteTimer = nullptr;
     UpsModel nobody{QString()}; // shown while the site has no UPS
     UpsModel *ups = &nobody;    // the one that is shown
+    QTimer firstTimer{this};
+    QTimer firstPatience{this}; // with servers that do not answer
+    bool hasFirst = false;      // which is shown until the user chooses another
     MetroStatusbar *strip;
     QPixmap stripImage;
     ElidedLabel *upsName;

@@ -57,10 +57,9 @@ bool isAnyReached(const SiteModel &site)
 }
 
 /// Lets the server say what can be asked of the UPS that is shown.
-void waitForOffer(SiteModel &site)
+void waitForOffer(UpsModel *ups)
 {
-    UpsModel *ups = site.count() > 0 ? site.at(0) : nullptr;
-    if (!ups || !ups->needsUser() || ups->snapshot().isLost())
+    if (!ups->needsUser() || ups->snapshot().isLost())
         return;
     QEventLoop loop;
     QObject::connect(ups, &UpsModel::offerChanged, &loop, &QEventLoop::quit);
@@ -102,7 +101,7 @@ LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, cons
         return fail();
     QEventLoop loop;
     const auto check = [&] {
-        bool all = site.count() > 0;
+        bool all = site.count() > 0 && site.isComplete();
         for (int i = 0; i < site.count(); ++i) {
             // A driver that has just begun knows nothing yet.
             const Snapshot &snapshot = site.at(i)->snapshot();
@@ -111,12 +110,15 @@ LiveScreenshots takeLiveScreenshots(ConsoleWindow &window, SiteModel &site, cons
         if (all)
             loop.quit();
     };
-    const auto following = QObject::connect(&site, &SiteModel::changed, &loop, check);
+    QObject context;
+    QObject::connect(&site, &SiteModel::changed, &context, check);
+    QObject::connect(&site, &SiteModel::serverMet, &context, check);
+    QObject::connect(&site, &SiteModel::serverMissed, &context, check);
     QTimer::singleShot(patienceMsecs, &loop, &QEventLoop::quit);
     loop.exec();
     // What changes from now on does not cut the time short in which the pages settle.
-    QObject::disconnect(following);
-    waitForOffer(site);
+    site.disconnect(&context);
+    waitForOffer(window.shownUps());
     QTimer::singleShot(settleMsecs, &loop, &QEventLoop::quit);
     loop.exec();
     if (!takePages(window, options.directory, QString(), &error))

@@ -88,6 +88,9 @@ private Q_SLOTS:
     void problemsAreReadWhole_data();
     void problemsAreReadWhole();
     void unreachableServersCount();
+    void firstUpsIsTheFirstByName();
+    void firstUpsStays_data();
+    void firstUpsStays();
     void serverWithoutAnyUps();
     void textsStayPlain();
     void oneUpsHasNoFleet();
@@ -499,6 +502,88 @@ void FleetTest::unreachableServersCount()
     site->setProblem(QStringLiteral("nut3.example:3493"), QString());
     QTRY_COMPARE(headline->text(), QStringLiteral("3 normal"));
     QCOMPARE(detail->text(), QString());
+}
+
+/// Whatever comes first: by group and name, until all servers have answered or had their time.
+void FleetTest::firstUpsIsTheFirstByName()
+{
+    SiteModel site;
+    site.setGrowing(true);
+    for (const char *server : {"quick:3493", "slow:3493", "dead:3493"})
+        site.addServer(QLatin1String(server));
+    ConsoleWindow window(&site);
+    const auto add = [&site](const char *name, const char *group) {
+        UpsModel *one = site.add(QLatin1String(name));
+        one->setNames(QString(), QLatin1String(group));
+        one->take(ups(QLatin1String(name), "OL"));
+    };
+    const auto shown = [&window] { return window.shownUps()->id(); };
+    QCOMPARE(shown(), QString());
+    add("ups10", "hall");
+    add("ups2", "hall");
+    add("ups1", "yard");
+    site.meetServer(QStringLiteral("quick:3493"));
+    QTRY_COMPARE(shown(), QStringLiteral("ups2"));
+    site.missServer(QStringLiteral("dead:3493"), QStringLiteral("refused"));
+    add("ups3", "cellar");
+    site.find(QStringLiteral("ups10"))->take(ups(QStringLiteral("ups10"), "OB LB"));
+    QTRY_COMPARE(shown(), QStringLiteral("ups3"));
+    // The last server has it all. What comes now comes too late.
+    add("ups4", "attic");
+    site.meetServer(QStringLiteral("slow:3493"));
+    QTRY_COMPARE(shown(), QStringLiteral("ups4"));
+    add("ups0", "attic");
+    deliverAll();
+    QCOMPARE(shown(), QStringLiteral("ups4"));
+}
+
+/// A server that does not answer keeps nobody waiting, nor does it take what somebody chose or
+/// gives commands to.
+void FleetTest::firstUpsStays_data()
+{
+    QTest::addColumn<QString>("by");
+    QTest::newRow("time") << QStringLiteral("time");
+    QTest::newRow("choice") << QStringLiteral("choice");
+    QTest::newRow("control page") << QStringLiteral("control");
+    QTest::newRow("known before") << QStringLiteral("known");
+}
+
+void FleetTest::firstUpsStays()
+{
+    QFETCH(QString, by);
+    SiteModel site;
+    site.setGrowing(true);
+    site.addServer(QStringLiteral("silent:3493"));
+    const auto add = [&site](const char *name) {
+        site.add(QLatin1String(name))->take(ups(QLatin1String(name), "OL"));
+    };
+    const bool known = by == QLatin1String("known");
+    if (known)
+        add("n");
+    ConsoleWindow window(&site);
+    auto *patience = window.findChild<QTimer *>(QStringLiteral("first patience"));
+    QCOMPARE(patience != nullptr, !known);
+    if (by == QLatin1String("time")) {
+        // Longer than that without any UPS.
+        patience->start(0);
+        QTRY_VERIFY(!patience->isActive());
+        QCOMPARE(window.shownUps()->id(), QString());
+    }
+    for (const char *name : {"o", "m"})
+        add(name);
+    QTRY_COMPARE(window.shownUps()->id(), known ? QStringLiteral("n") : QStringLiteral("m"));
+    if (by == QLatin1String("choice"))
+        Q_EMIT window.findChild<FleetPage *>()->chosen(site.find(QStringLiteral("o")));
+    else if (by == QLatin1String("control"))
+        window.showPage(int(window.pageNames().indexOf(QStringLiteral("control"))));
+    const QString before = window.shownUps()->id();
+    QCOMPARE(before == QLatin1String("o"), by == QLatin1String("choice"));
+    add("a");
+    deliverAll();
+    QCOMPARE(window.shownUps()->id(), before);
+    site.meetServer(QStringLiteral("silent:3493"));
+    deliverAll();
+    QCOMPARE(window.shownUps()->id(), before);
 }
 
 /// Without any UPS the other pages say why.
