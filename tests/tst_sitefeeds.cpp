@@ -150,6 +150,15 @@ Options optionsFor(const QStringList &arguments)
     return parseOptions(QStringList(QStringLiteral("kivconsole")) + arguments);
 }
 
+LiveScreenshots takeImages(SiteModel *site, QStringList *lines)
+{
+    ConsoleWindow window(site);
+    const QTemporaryDir directory;
+    Options options;
+    options.directory = directory.path();
+    return takeLiveScreenshots(window, *site, options, lines);
+}
+
 } // namespace
 
 class SiteFeedsTest : public WidgetTest
@@ -408,12 +417,8 @@ void SiteFeedsTest::causeBesideTheImages()
     };
     FedSite fed("[prometheus p]\nurl = " + urlOf(web) + '\n');
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
-    ConsoleWindow window(&fed.site);
-    const QTemporaryDir directory;
-    Options options;
-    options.directory = directory.path();
     QStringList lines;
-    QVERIFY(takeLiveScreenshots(window, fed.site, options, &lines) == LiveScreenshots::OfNoUps);
+    QVERIFY(takeImages(&fed.site, &lines) == LiveScreenshots::OfNoUps);
     QCOMPARE(lines, QStringList(QStringLiteral(
                         "no UPS is reached: Prometheus p: nothing matches "
                         "network_ups_tools_ups_status{job=\"nut\"} (site.ini:1): the job has "
@@ -428,12 +433,8 @@ void SiteFeedsTest::problemsBesideTheImages()
     serve(&server, {"a"});
     FedSite fed(section(server, "ups = a, x"));
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
-    ConsoleWindow window(&fed.site);
-    const QTemporaryDir directory;
-    Options options;
-    options.directory = directory.path();
     QStringList lines;
-    QVERIFY(takeLiveScreenshots(window, fed.site, options, &lines) == LiveScreenshots::Taken);
+    QVERIFY(takeImages(&fed.site, &lines) == LiveScreenshots::Taken);
     QCOMPARE(lines, QStringList(QStringLiteral("site.ini:3: %1 has no UPS 'x'")
                                     .arg(shownName(server.address().server()))));
 }
