@@ -105,6 +105,28 @@ BarRoom *inputRoomOf(const PowerPage &page)
     return nullptr;
 }
 
+/// The page "Power" of a UPS.
+struct ShownPower
+{
+    ShownPower()
+    {
+        page.setModel(&model);
+        showAt(&page, QSize(700, 400));
+    }
+    void take(const char *variables)
+    {
+        model.take(ups(variables));
+        deliverAll();
+    }
+    BarRoom *inputRoom() const
+    {
+        return inputRoomOf(page);
+    }
+
+    UpsModel model{QStringLiteral("demo")};
+    PowerPage page;
+};
+
 } // namespace
 
 class ConsolePagesTest : public WidgetTest
@@ -172,22 +194,19 @@ void ConsolePagesTest::numbersAreTrue()
     QFETCH(QString, variables);
     QFETCH(QString, label);
     QFETCH(QString, text);
-    UpsModel model(QStringLiteral("demo"));
-    PowerPage page;
-    page.setModel(&model);
-    model.take(ups((QStringLiteral("ups.status=OL;") + variables).toUtf8().constData()));
-    showAt(&page, QSize(700, 400));
-    QCOMPARE(textOf(page, label.toUtf8().constData()), text);
+    ShownPower shown;
+    shown.model.take(ups((QStringLiteral("ups.status=OL;") + variables).toUtf8().constData()));
+    QCOMPARE(textOf(shown.page, label.toUtf8().constData()), text);
 
     // The visible bar has no other number, not even for a screen reader.
     const QString quantity = label.left(label.size() - 6);
-    const auto *bar = page.findChild<MetroXbar *>(quantity);
-    const auto *loadBar = page.findChild<MetroLinerate *>();
+    const auto *bar = shown.page.findChild<MetroXbar *>(quantity);
+    const auto *loadBar = shown.page.findChild<MetroLinerate *>();
     const bool missing = text == QLatin1String("no data");
     if (quantity == QLatin1String("Load")) {
         QVERIFY(bar->isVisible() != loadBar->isVisible());
-        const int shown = loadBar->isVisible() ? loadBar->getValue() : bar->getValue();
-        QCOMPARE(QStringLiteral("%1 %").arg(shown), text);
+        const int number = loadBar->isVisible() ? loadBar->getValue() : bar->getValue();
+        QCOMPARE(QStringLiteral("%1 %").arg(number), text);
     } else if (bar) {
         QCOMPARE(bar->isVisible(), !missing);
         if (text == QLatin1String("> 9999 V"))
@@ -201,17 +220,12 @@ void ConsolePagesTest::numbersAreTrue()
 /// A measured 0 V has a track; without data the room is tinted and hatched.
 void ConsolePagesTest::zeroIsNotMissing()
 {
-    UpsModel model(QStringLiteral("demo"));
-    PowerPage page;
-    page.setModel(&model);
-    showAt(&page, QSize(700, 400));
-    BarRoom *room = inputRoomOf(page);
+    ShownPower shown;
+    BarRoom *room = shown.inputRoom();
     QVERIFY(room);
-    model.take(ups("ups.status=OB;input.voltage=0;input.voltage.nominal=230"));
-    deliverAll();
+    shown.take("ups.status=OB;input.voltage=0;input.voltage.nominal=230");
     const QImage zero = room->grab().toImage();
-    model.take(ups("ups.status=OB;input.voltage.nominal=230"));
-    deliverAll();
+    shown.take("ups.status=OB;input.voltage.nominal=230");
     const QImage missing = room->grab().toImage();
     const QRect track = room->findChild<MetroXbar *>()->parentWidget()->geometry();
     const QPoint place(track.left() + 11, track.top() + 7);
@@ -225,13 +239,9 @@ void ConsolePagesTest::zeroIsNotMissing()
 
 void ConsolePagesTest::barsUseTheModelsScale()
 {
-    UpsModel model(QStringLiteral("demo"));
-    PowerPage page;
-    page.setModel(&model);
-    showAt(&page, QSize(700, 400));
-    model.take(ups("ups.status=OL;input.voltage=115;output.voltage=120;output.frequency=60"));
-    deliverAll();
-    const auto *bar = page.findChild<MetroXbar *>(QStringLiteral("Input voltage"));
+    ShownPower shown;
+    shown.take("ups.status=OL;input.voltage=115;output.voltage=120;output.frequency=60");
+    const auto *bar = shown.page.findChild<MetroXbar *>(QStringLiteral("Input voltage"));
     QCOMPARE(bar->getMinValue(), 90);
     QCOMPARE(bar->getMaxValue(), 150);
     const auto *room = qobject_cast<BarRoom *>(bar->parentWidget()->parentWidget());
@@ -239,20 +249,17 @@ void ConsolePagesTest::barsUseTheModelsScale()
     QVERIFY2(std::abs(fillOf(room) - 25.0 / 60.0) < 0.04,
              qPrintable(QString::number(fillOf(room))));
     // The same scale as elsewhere.
-    QCOMPARE(double(bar->getMaxValue()), model.scale(Quantity::InputVoltage).maximum);
+    QCOMPARE(double(bar->getMaxValue()), shown.model.scale(Quantity::InputVoltage).maximum);
 }
 
 /// The library's bars write a number of their own beside them; the page's is the only one seen.
 void ConsolePagesTest::barsShowNoNumberOfTheirOwn()
 {
-    UpsModel model(QStringLiteral("demo"));
-    PowerPage page;
-    page.setModel(&model);
+    ShownPower shown;
     for (const QSize size : {QSize(410, 230), QSize(700, 400), QSize(1700, 950)}) {
-        showAt(&page, size);
-        model.take(ups("ups.status=OL;input.voltage=230;ups.load=40"));
-        deliverAll();
-        for (const BarRoom *room : page.findChildren<BarRoom *>()) {
+        showAt(&shown.page, size);
+        shown.take("ups.status=OL;input.voltage=230;ups.load=40");
+        for (const BarRoom *room : shown.page.findChildren<BarRoom *>()) {
             for (const QWidget *bar : room->findChildren<QWidget *>()) {
                 if (!qobject_cast<const MetroXbar *>(bar) &&
                     !qobject_cast<const MetroLinerate *>(bar))
@@ -268,12 +275,10 @@ void ConsolePagesTest::barsShowNoNumberOfTheirOwn()
 /// empty bar.
 void ConsolePagesTest::loadFillsItsBar()
 {
-    UpsModel model(QStringLiteral("demo"));
-    PowerPage page;
-    page.setModel(&model);
+    ShownPower shown;
     for (const QSize size : {QSize(410, 230), QSize(700, 400), QSize(1700, 950)}) {
-        showAt(&page, size);
-        const auto *loadBar = page.findChild<MetroLinerate *>();
+        showAt(&shown.page, size);
+        const auto *loadBar = shown.page.findChild<MetroLinerate *>();
         auto *room = qobject_cast<BarRoom *>(loadBar->parentWidget()->parentWidget());
         const QRect clip = loadBar->parentWidget()->geometry();
         const int below = clip.height() - (loadBar->geometry().bottom() + 1);
@@ -283,20 +288,17 @@ void ConsolePagesTest::loadFillsItsBar()
                                                      clip.top() + fromTop);
         };
         const int height = clip.height() - below;
-        model.take(ups("ups.status=OL;ups.load=60"));
-        deliverAll();
+        shown.take("ups.status=OL;ups.load=60");
         const QColor fill = colorAt(height / 2);
         for (const int y : {2, height / 4, height - 4})
             QCOMPARE(colorAt(y), fill);
         QVERIFY(fill != Theme::gaugeColors(false).track);
         // Overload has both bars again, with the line between them.
-        model.take(ups("ups.status=OL OVER;ups.load=120"));
-        deliverAll();
+        shown.take("ups.status=OL OVER;ups.load=120");
         QCOMPARE(loadBar->y(), 0);
         QCOMPARE(loadBar->height(), height);
         QVERIFY(colorAt(height / 2) != fill);
-        model.take(ups("ups.status=OL;ups.load=60"));
-        deliverAll();
+        shown.take("ups.status=OL;ups.load=60");
         QCOMPARE(colorAt(2), fill);
     }
 }
@@ -304,11 +306,8 @@ void ConsolePagesTest::loadFillsItsBar()
 /// A UPS that was never reached has no marks, as if its values were known.
 void ConsolePagesTest::unknownScalesHaveNoMarks()
 {
-    UpsModel model(QStringLiteral("demo"));
-    PowerPage page;
-    page.setModel(&model);
-    showAt(&page, QSize(700, 400));
-    BarRoom *room = inputRoomOf(page);
+    ShownPower shown;
+    BarRoom *room = shown.inputRoom();
     QVERIFY(room);
     const auto marks = [&] {
         // Below the track: the ends of the scale and the nominal value.
@@ -323,34 +322,29 @@ void ConsolePagesTest::unknownScalesHaveNoMarks()
         }
         return count;
     };
-    model.take(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("not reached")));
+    shown.model.take(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("not reached")));
     deliverAll();
     QCOMPARE(marks(), 0);
-    model.take(ups("ups.status=OL;input.voltage=231"));
-    deliverAll();
+    shown.take("ups.status=OL;input.voltage=231");
     QVERIFY(marks() > 20);
     // One that was reached keeps its scale.
-    model.take(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("lost")));
+    shown.model.take(Snapshot::lost(QStringLiteral("demo"), QStringLiteral("lost")));
     deliverAll();
     QVERIFY(marks() > 20);
 }
 
 void ConsolePagesTest::phases()
 {
-    UpsModel model(QStringLiteral("demo"));
-    PowerPage page;
-    page.setModel(&model);
-    showAt(&page, QSize(700, 400));
-    model.take(ups("ups.status=OL;ups.L1.load=30;ups.L2.load=110;ups.L3.load=60;"
-                   "output.L1-N.voltage=231;output.L2-N.voltage=214;output.L3-N.voltage=229;"
-                   "output.voltage.nominal=230;output.L1.current=3;output.L2.current=8"));
-    deliverAll();
-    keepImage(&page, QStringLiteral("power-phases"));
-    QCOMPARE(textOf(page, "Load value"), QStringLiteral("110 %"));
-    QCOMPARE(textOf(page, "Output voltage value"), QStringLiteral("214 V"));
-    QCOMPARE(textOf(page, "Output current value"), QStringLiteral("8.0 A"));
+    ShownPower shown;
+    shown.take("ups.status=OL;ups.L1.load=30;ups.L2.load=110;ups.L3.load=60;"
+               "output.L1-N.voltage=231;output.L2-N.voltage=214;output.L3-N.voltage=229;"
+               "output.voltage.nominal=230;output.L1.current=3;output.L2.current=8");
+    keepImage(&shown.page, QStringLiteral("power-phases"));
+    QCOMPARE(textOf(shown.page, "Load value"), QStringLiteral("110 %"));
+    QCOMPARE(textOf(shown.page, "Output voltage value"), QStringLiteral("214 V"));
+    QCOMPARE(textOf(shown.page, "Output current value"), QStringLiteral("8.0 A"));
     QStringList texts;
-    for (const QLabel *label : page.findChildren<QLabel *>()) {
+    for (const QLabel *label : shown.page.findChildren<QLabel *>()) {
         if (label->isVisible())
             texts += label->text();
     }
