@@ -49,6 +49,9 @@ QPixmap plateOf(Severity severity, QSize size, qreal ratio)
 QString stateText(const UpsModel &ups)
 {
     const Condition *worst = ups.worst();
+    // As a condition it has too many words for a tile.
+    if (worst && worst->id == QLatin1String("bypass"))
+        return FleetView::tr("Bypass, not protected");
     // What the state says already is not said again.
     const bool said = !worst || worst->text.startsWith(ups.headline().state, Qt::CaseInsensitive);
     return said ? ups.headline().state : worst->text;
@@ -212,11 +215,11 @@ bool FleetView::takeOrder(Entry *entry)
 {
     const UpsModel &ups = *entry->ups;
     const Severity severity = worseOf(ups.severity(), ups.headline().severity);
-    const int rank = ups.headline().rank;
+    const int urgency = urgencyOf(ups);
     const bool isRenamed = ups.title() != entry->title;
-    const bool isChanged = isRenamed || severity != entry->severity || rank != entry->rank;
+    const bool isChanged = isRenamed || severity != entry->severity || urgency != entry->urgency;
     entry->severity = severity;
-    entry->rank = rank;
+    entry->urgency = urgency;
     if (isRenamed) {
         entry->title = ups.title();
         entry->name = nameOrder().sortKey(entry->title);
@@ -306,10 +309,9 @@ void FleetView::arrange()
         int urgency;
         int index;
     };
-    constexpr int mostRanks = 1000;
     struct Group
     {
-        QCollatorSortKey name;
+        GroupName name;
         int worst;
     };
     QHash<QString, int> groupOf;
@@ -325,22 +327,18 @@ void FleetView::arrange()
         const int group = known == groupOf.cend() ? int(groups.size()) : *known;
         if (known == groupOf.cend()) {
             groupOf.insert(groupName, group);
-            groups.push_back({nameOrder().sortKey(groupName), 0});
+            groups.push_back({GroupName(groupName), 0});
         }
-        const int urgency = urgencyOf(entry.severity) * mostRanks + entry.rank;
         int &worst = groups[std::size_t(group)].worst;
-        worst = std::max(worst, urgency);
-        keys.push_back({group, urgency, i});
+        worst = std::max(worst, entry.urgency);
+        keys.push_back({group, entry.urgency, i});
     }
     // Equal names stay in the order of the site.
     std::sort(keys.begin(), keys.end(), [&groups, this](const Key &a, const Key &b) {
         if (a.group != b.group) {
             const Group &left = groups[std::size_t(a.group)];
             const Group &right = groups[std::size_t(b.group)];
-            if (left.worst != right.worst)
-                return left.worst > right.worst;
-            const int names = left.name.compare(right.name);
-            return names != 0 ? names < 0 : a.group < b.group;
+            return left.worst != right.worst ? left.worst > right.worst : left.name < right.name;
         }
         if (a.urgency != b.urgency)
             return a.urgency > b.urgency;

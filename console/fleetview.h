@@ -60,7 +60,7 @@ private:
     {
         UpsModel *ups;
         Severity severity;
-        int rank;
+        int urgency;
         QString title;
         QCollatorSortKey name; // the title, for sorting
         bool dirty = true;

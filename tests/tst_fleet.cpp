@@ -76,6 +76,7 @@ private Q_SLOTS:
     void equalsByUrgencyAndName();
     void groupsWithTheWorstFirst();
     void equalGroupsByName();
+    void bannerNamesTheFirstTile();
     void followsChanges();
     void searches();
     void filtersBySeverity();
@@ -216,6 +217,38 @@ void FleetTest::equalGroupsByName()
         site.find(QLatin1String(name))->take(ups(QLatin1String(name), "OB"));
     QTRY_COMPARE(shown(host.page).join(QLatin1Char('|')),
                  QStringLiteral("in Hall 2|in Hall 10|in Annex|in cellar|in Hall 9"));
+}
+
+/// Of equally bad UPSes in several groups, too, however their names are sorted.
+void FleetTest::bannerNamesTheFirstTile()
+{
+    SiteModel site;
+    const struct
+    {
+        const char *name;
+        const char *group;
+    } all[] = {{"a", "Hall 10"}, {"b", "hall 2"}, {"z", "Hall 2"}, {"y", "Annex"}, {"x", "Annex"}};
+    for (const auto &one : all) {
+        UpsModel *model = site.add(QLatin1String(one.name));
+        model->setNames(QString(), QLatin1String(one.group));
+        model->take(ups(QLatin1String(one.name), "OL"));
+    }
+    ConsoleWindow window(&site);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    auto *page = window.findChild<FleetPage *>();
+    const auto *detail = window.findChild<QLabel *>(QStringLiteral("condition"));
+    // All UPSes of more and more groups, in the order in which they then stand.
+    const char *const steps[] = {"a", "b z", "x y"};
+    const char *const first[] = {"a", "z", "x"};
+    for (int i = 0; i < 3; ++i) {
+        for (const QByteArray &name : QByteArray(steps[i]).split(' '))
+            site.find(QLatin1String(name))->take(ups(QLatin1String(name), "OB"));
+        QTRY_COMPARE(shown(*page).first(), QLatin1String(first[i]));
+        QTRY_VERIFY2(detail->text().startsWith(QLatin1String(first[i]) + QStringLiteral(": ")),
+                     qPrintable(detail->text()));
+        QCOMPARE(site.worst()->id(), QLatin1String(first[i]));
+    }
 }
 
 void FleetTest::followsChanges()

@@ -23,6 +23,23 @@ const QCollator &nameOrder()
     return collator;
 }
 
+int urgencyOf(const UpsModel &ups)
+{
+    constexpr int mostRanks = 1000;
+    return urgencyOf(ups.severity()) * mostRanks + ups.headline().rank;
+}
+
+GroupName::GroupName(const QString &name)
+    : text(name)
+    , key(nameOrder().sortKey(name))
+{}
+
+bool GroupName::operator<(const GroupName &other) const
+{
+    const int names = key.compare(other.key);
+    return names != 0 ? names < 0 : text < other.text;
+}
+
 SiteModel::SiteModel(const Clock &usedClock, QObject *parent)
     : QObject(parent)
     , clock(usedClock)
@@ -111,7 +128,7 @@ std::array<int, severityCount> SiteModel::counts() const
 {
     std::array<int, severityCount> counts{};
     for (const UpsModel *ups : all)
-        ++counts.at(std::size_t(worseOf(ups->severity(), ups->headline().severity)));
+        ++counts.at(std::size_t(ups->severity()));
     return counts;
 }
 
@@ -194,14 +211,16 @@ UpsModel *SiteModel::firstByName() const
 UpsModel *SiteModel::worst() const
 {
     const auto found =
-        std::max_element(all.cbegin(), all.cend(), [](const UpsModel *a, const UpsModel *b) {
-            if (a->severity() != b->severity())
-                return urgencyOf(a->severity()) < urgencyOf(b->severity());
-            if (a->headline().rank != b->headline().rank)
-                return a->headline().rank < b->headline().rank;
+        std::min_element(all.cbegin(), all.cend(), [](const UpsModel *a, const UpsModel *b) {
+            const int urgency = urgencyOf(*a);
+            if (urgency != urgencyOf(*b))
+                return urgency > urgencyOf(*b);
             // Nobody is named where all is well, and comparing a thousand names takes time.
-            return a->severity() != Severity::Normal &&
-                   nameOrder().compare(a->title(), b->title()) > 0;
+            if (a->severity() == Severity::Normal)
+                return false;
+            if (a->site() != b->site())
+                return GroupName(a->site()) < GroupName(b->site());
+            return nameOrder().compare(a->title(), b->title()) < 0;
         });
     return found == all.cend() ? nullptr : *found;
 }

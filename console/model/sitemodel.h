@@ -24,6 +24,23 @@ bool operator==(const SiteProblem &a, const SiteProblem &b);
 /// Compares names as people sort them: "ups2" before "ups10".
 const QCollator &nameOrder();
 
+/// How urgent the state of @p ups is: by severity, then by its headline's rank. Wherever the worst
+/// come first, groups stand by their worst UPS and then by GroupName, and the UPSes of a group by
+/// urgency and then by title in nameOrder().
+int urgencyOf(const UpsModel &ups);
+
+/// The name of a group, for sorting: names that nameOrder() takes for equal have an order, too.
+class GroupName
+{
+public:
+    explicit GroupName(const QString &name);
+    bool operator<(const GroupName &other) const;
+
+private:
+    QString text;
+    QCollatorSortKey key;
+};
+
 /// All UPSes that the console watches.
 class SiteModel : public QObject
 {
@@ -55,8 +72,7 @@ public:
 
     /// The first UPS by group, then by name, whatever the states. Null on an empty site.
     UpsModel *firstByName() const;
-    /// The UPS in the worst state: by severity, by its headline's rank, then by name. Null on an
-    /// empty site.
+    /// The UPS that stands first where the worst come first. Null on an empty site.
     UpsModel *worst() const;
     /// The worst severity of all UPSes and of all problems; normal on an empty site.
     Severity severity() const;
