@@ -95,7 +95,8 @@ QSize ElidedLabel::minimumSizeHint() const
                       fontMetrics().horizontalAdvance(QChar(0x2026));
     const int own = fontMetrics().horizontalAdvance(text().left(5)) + 1;
     return {std::min(width, own) + margins.left() + margins.right(),
-            most * fontMetrics().lineSpacing() + margins.top() + margins.bottom()};
+            (most - 1) * fontMetrics().lineSpacing() + fontMetrics().height() + margins.top() +
+                margins.bottom()};
 }
 
 void ElidedLabel::paintEvent(QPaintEvent *)

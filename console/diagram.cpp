@@ -2,6 +2,7 @@
 
 #include "diagram.h"
 
+#include "display.h"
 #include "theme.h"
 
 #include <QtCore/QCoreApplication>
@@ -181,6 +182,31 @@ QString reasonOf(Node node, const Snapshot &snapshot, ElementState state, Supply
     return nameOf(state.alarm).toLower();
 }
 
+/// @p doing in fewer words.
+QString shortened(const QString &doing)
+{
+    const QPair<QString, QString> pairs[] = {
+        {tr("Feeds from the battery"), tr("From the battery")},
+        {tr("Fed, not protected"), tr("Not protected")},
+        {tr("Waits for the battery"), tr("Waits for battery")},
+    };
+    for (const auto &[words, fewer] : pairs) {
+        if (doing == words)
+            return fewer;
+    }
+    return doing;
+}
+
+/// What an element does, and why it is not in order. Where there is little room, the reason goes
+/// before the doing, which the lines show.
+void describe(DiagramNode *node, const QString &doing, const QString &reason)
+{
+    node->caption = joined({doing, reason});
+    node->shorter = QStringList{joined({shortened(doing), reason}),
+                                reason.isEmpty() ? QString() : sentence(reason)};
+    node->shorter.removeAll(QString());
+}
+
 DiagramNode mainsOf(const Snapshot &snapshot, Supply supply)
 {
     DiagramNode mains;
@@ -229,7 +255,7 @@ std::optional<Element> elementOf(Node node)
 }
 
 /// The readings at an element that there are.
-QString valueOf(const UpsModel &ups, Node node, bool inverterFeeds)
+QStringList valuesOf(const UpsModel &ups, Node node, bool inverterFeeds)
 {
     // The output is measured at the inverter only while it feeds the load.
     const QVector<Quantity> output = {Quantity::OutputVoltage, Quantity::OutputFrequency};
@@ -251,8 +277,8 @@ QString valueOf(const UpsModel &ups, Node node, bool inverterFeeds)
     }
     const bool expected = node == Node::Mains || node == Node::Load || node == Node::Battery;
     if (texts.isEmpty() && expected)
-        return Values::noData();
-    return joined(texts);
+        texts.append(Values::noData());
+    return texts;
 }
 
 } // namespace
@@ -260,7 +286,8 @@ QString valueOf(const UpsModel &ups, Node node, bool inverterFeeds)
 bool DiagramNode::operator==(const DiagramNode &other) const
 {
     return present == other.present && state == other.state && title == other.title &&
-           caption == other.caption && value == other.value;
+           caption == other.caption && shorter == other.shorter && value == other.value &&
+           shortValue == other.shortValue;
 }
 
 const DiagramNode &Diagram::node(Node which) const
@@ -313,8 +340,8 @@ Diagram diagramOf(const UpsModel &ups, const Diagram &before)
         DiagramNode node;
         if (const std::optional<Element> element = elementOf(which)) {
             node.state = snapshot.element(*element);
-            node.caption =
-                joined({doingOf(which, snapshot), reasonOf(which, snapshot, node.state, supply)});
+            describe(&node, doingOf(which, snapshot),
+                     reasonOf(which, snapshot, node.state, supply));
         } else {
             node = mainsOf(snapshot, supply);
         }
@@ -362,11 +389,13 @@ Diagram diagramOf(const UpsModel &ups, const Diagram &before)
         const QString doing = feeds && charges ? tr("Feeds and charges")
                               : feeds          ? tr("Feeds")
                                                : tr("Charges");
-        rectifier.caption =
-            joined({doing, reasonOf(Node::Rectifier, snapshot, rectifier.state, supply)});
+        describe(&rectifier, doing, reasonOf(Node::Rectifier, snapshot, rectifier.state, supply));
     }
-    for (int i = 0; i < nodeCount; ++i)
-        diagram.nodes[std::size_t(i)].value =
-            valueOf(ups, Node(i), diagram.isFlowing(Flow::InverterToLoad));
+    for (int i = 0; i < nodeCount; ++i) {
+        DiagramNode &node = diagram.nodes[std::size_t(i)];
+        const QStringList values = valuesOf(ups, Node(i), diagram.isFlowing(Flow::InverterToLoad));
+        node.value = joined(values);
+        node.shortValue = values.value(0);
+    }
     return diagram;
 }

@@ -28,8 +28,10 @@ struct DiagramNode
     bool present = false; ///< whether this UPS has it at all
     ElementState state;
     QString title;
-    QString caption; ///< what it does: "Off · mains failed"
-    QString value;   ///< what is measured there: "230 V · 50.0 Hz"; may be empty
+    QString caption;     ///< what it does: "Off · mains failed"
+    QStringList shorter; ///< the same in ever fewer words, for less room
+    QString value;       ///< what is measured there: "230 V · 50.0 Hz"; may be empty
+    QString shortValue;  ///< the value that matters more
 
     bool operator==(const DiagramNode &other) const;
 };

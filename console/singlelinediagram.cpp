@@ -46,6 +46,18 @@ QPixmap tileFace(int height, bool dark)
     return face;
 }
 
+/// The longest of the texts that has room in @p label.
+void showLongest(ElidedLabel *label, const QStringList &texts)
+{
+    for (const QString &text : texts) {
+        if (label->fontMetrics().elidedText(text, Qt::ElideRight, label->width()) == text) {
+            label->setText(text);
+            return;
+        }
+    }
+    label->setText(texts.constLast());
+}
+
 } // namespace
 
 SingleLineDiagram::SingleLineDiagram(QWidget *parent)
@@ -94,8 +106,6 @@ void SingleLineDiagram::showDiagram(const Diagram &newDiagram)
             structureChanged = true;
         }
         block.tile->setState(shownState(node.state));
-        block.caption->setText(node.caption);
-        block.value->setText(node.value);
         structureChanged = structureChanged || node.present != old.present;
         block.tile->setVisible(node.present);
         block.caption->setVisible(node.present);
@@ -108,6 +118,8 @@ void SingleLineDiagram::showDiagram(const Diagram &newDiagram)
     diagram = newDiagram;
     if (structureChanged)
         arrange();
+    else
+        fillIn();
     if (structureChanged || linesChanged) {
         setAccessibleDescription(diagram.flowText());
         redraw();
@@ -162,6 +174,15 @@ void SingleLineDiagram::place(Node node, const QRect &tile, bool beside)
     placed.value->setGeometry(text.x(), text.bottom() + 1, text.width(), valueHeight);
 }
 
+void SingleLineDiagram::fillIn()
+{
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        const DiagramNode &node = diagram.nodes[i];
+        showLongest(blocks[i].caption, QStringList(node.caption) + node.shorter);
+        showLongest(blocks[i].value, {node.value, node.shortValue});
+    }
+}
+
 void SingleLineDiagram::arrange()
 {
     if (width() <= 0 || height() <= 0)
@@ -214,6 +235,7 @@ void SingleLineDiagram::arrange()
     }
     for (const Block &placed : blocks)
         placed.tile->setFont(font);
+    fillIn();
     showFaces();
     redraw();
 }

@@ -40,6 +40,7 @@ private:
 
     const Block &block(Node node) const;
     void arrange();
+    void fillIn();
     void showFaces();
     void redraw();
     void drawLines();
