@@ -2,8 +2,8 @@
 
 #include "banner.h"
 
+#include "countlabel.h"
 #include "display.h"
-#include "elidedlabel.h"
 #include "pictograms.h"
 #include "severitylook.h"
 #include "theme.h"
@@ -23,41 +23,50 @@ constexpr int signUnits = 30;
 constexpr int iconSide = 24;
 constexpr int iconBorder = 6;
 
-/// The time of day of an instant, with its day if that is not today.
-QString since(const QDateTime &instant)
+/// Whether @p headline says @p text, which is that of @p condition. What the UPS words itself is
+/// never taken for a part of it.
+bool isSaid(const QString &text, const Condition &condition, const Headline &headline)
 {
-    const QDateTime local = instant.toLocalTime();
-    const bool today = local.date() == QDate::currentDate();
-    return local.toString(today ? QStringLiteral("HH:mm:ss") : QStringLiteral("d MMM HH:mm"));
+    if (condition.id.startsWith(QLatin1String("alarm:")))
+        return text.compare(headline.text, Qt::CaseInsensitive) == 0;
+    return headline.text.contains(text, Qt::CaseInsensitive);
 }
 
 } // namespace
 
-QString conditionText(const UpsModel &ups)
+QString sinceText(const UpsModel &ups)
 {
-    QStringList parts;
+    const Condition *worst = ups.worst();
+    return worst && worst->since.isValid() ? Banner::tr("since %1")
+                                                 .arg(momentText(worst->since.toMSecsSinceEpoch(),
+                                                                 QDateTime::currentDateTime()))
+                                           : QString();
+}
+
+QStringList conditionTexts(const UpsModel &ups)
+{
+    QStringList texts;
     for (const Condition &condition : ups.conditions()) {
-        // The headline says it already, but not since when.
-        const QString headline = ups.headline().text;
+        const QString prefix = ups.headline().text + QStringLiteral(": ");
         QString text = condition.text;
         // "No communication: reason" below "No communication" is the reason.
-        if (text.startsWith(headline + QStringLiteral(": ")))
-            text = sentence(text.mid(headline.size() + 2));
-        if (!headline.contains(text, Qt::CaseInsensitive))
-            parts.append(condition.valueText.isEmpty()
-                             ? text
-                             : text + QLatin1Char(' ') + condition.valueText);
-        if (&condition == &ups.conditions().constFirst() && condition.since.isValid())
-            parts.append(Banner::tr("since %1").arg(since(condition.since)));
+        if (ups.snapshot().isLost() && text.startsWith(prefix))
+            text = sentence(text.mid(prefix.size()));
+        // The headline says it already, but not since when.
+        if (isSaid(text, condition, ups.headline()))
+            text.clear();
+        else if (!condition.valueText.isEmpty())
+            text += QLatin1Char(' ') + condition.valueText;
+        texts.append(text);
     }
-    return parts.join(Theme::separator());
+    return texts;
 }
 
 Banner::Banner(QWidget *parent)
     : QFrame(parent)
     , system(new MetroSysIcon(this))
     , sign(new QLabel(this))
-    , headline(new ElidedLabel(this))
+    , headline(new CountLabel(this))
     , detail(new ElidedLabel(this))
     , timeName(Theme::label(this, Theme::Small, false, tr("time left")))
     , time(Theme::label(this, Theme::Figure, true))
@@ -103,17 +112,20 @@ Banner::Banner(QWidget *parent)
     applyLook();
 }
 
-void Banner::showSite(Severity newSeverity, const QString &newHeadline, const QString &newDetail)
+void Banner::showSite(Severity newSeverity, const QVector<SiteCount> &counts,
+                      const QString &newDetail)
 {
     ofSite = true;
     severity = newSeverity;
     timeIsLow = false;
-    headline->setText(newHeadline);
+    headline->setCounts(counts);
+    if (counts.isEmpty())
+        headline->setText(tr("No UPS is known yet"));
     detail->setText(newDetail);
     time->setText(QString());
     sign->setToolTip(nameOf(severity));
     sign->setAccessibleName(nameOf(severity));
-    setAccessibleName(nameOf(severity) + QStringLiteral(": ") + newHeadline);
+    setAccessibleName(nameOf(severity) + QStringLiteral(": ") + headline->text());
     showParts();
     applyLook();
 }
@@ -122,8 +134,13 @@ void Banner::showUps(const UpsModel &ups)
 {
     ofSite = false;
     system->setState(shownState(ups.snapshot().system));
+    headline->setCounts({});
     headline->setText(ups.headline().text);
-    QString below = conditionText(ups);
+    QStringList parts = conditionTexts(ups);
+    if (!parts.isEmpty())
+        parts.insert(1, sinceText(ups));
+    parts.removeAll(QString());
+    QString below = parts.join(Theme::separator());
     if (ups.snapshot().isLost() && !below.contains(ups.snapshot().reason, Qt::CaseInsensitive))
         below = sentence(ups.snapshot().reason) +
                 (below.isEmpty() ? QString() : Theme::separator() + below);
@@ -142,18 +159,35 @@ void Banner::showParts()
 {
     const bool timed = !time->text().isEmpty();
     time->setVisible(timed);
-    // The figure's name gives way first, then the image of the UPS.
+    // Nothing of the headline is cut for what goes without saying: the figure's name gives way
+    // first, then the image of the UPS.
+    const QMargins around = layout()->contentsMargins();
+    const int spacing = layout()->spacing();
+    const int text =
+        QFontMetrics(Theme::font(Theme::Large, true)).horizontalAdvance(headline->text());
+    int room = width() - around.left() - around.right() - sign->sizeHint().width() - spacing -
+               (timed ? time->sizeHint().width() + spacing : 0);
+    const auto showIfRoom = [&](QWidget *part, bool wanted, int least, int partWidth) {
+        const bool shown =
+            wanted && width() >= Theme::px(least) && text + partWidth + spacing <= room;
+        part->setVisible(shown);
+        if (shown)
+            room -= partWidth + spacing;
+    };
     constexpr int roomForName = 560;
     constexpr int roomForIcon = 420;
-    timeName->setVisible(timed && width() >= Theme::px(roomForName));
-    // Nothing of the headline is cut for it.
-    const int around = layout()->contentsMargins().left() + layout()->contentsMargins().right();
-    const int others = around + sign->sizeHint().width() + 4 * layout()->spacing() +
-                       (timed ? time->sizeHint().width() : 0) + system->width();
-    const int headlineWidth = headline->fontMetrics().horizontalAdvance(headline->text());
-    system->setVisible(!ofSite && width() >= Theme::px(roomForIcon) &&
-                       width() >= others + headlineWidth);
+    showIfRoom(system, !ofSite, roomForIcon, system->width());
+    showIfRoom(timeName, timed, roomForName, timeName->sizeHint().width());
     detail->setVisible(!detail->text().isEmpty());
+    // Rather small than cut; counts have forms of their own.
+    Theme::TextSize size = Theme::Large;
+    for (const Theme::TextSize smaller : {Theme::Normal, Theme::Small}) {
+        const QFontMetrics metrics(Theme::font(size, true));
+        if (!ofSite &&
+            metrics.elidedText(headline->text(), Qt::ElideRight, room) != headline->text())
+            size = smaller;
+    }
+    Theme::setText(headline, size, true);
 }
 
 void Banner::applyLook()
@@ -204,7 +238,8 @@ QSize Banner::sizeHint() const
 
 QSize Banner::minimumSizeHint() const
 {
-    const int lines = headline->minimumSizeHint().height() + QFontMetrics(detail->font()).height();
+    const int lines = QFontMetrics(Theme::font(Theme::Large, true)).height() +
+                      QFontMetrics(detail->font()).height();
     const int figure = QFontMetrics(time->font()).height();
     const int icon = iconSide + 2 * iconBorder;
     return {iconSide * 6, std::max({Theme::px(heightUnits), lines + 4, figure + 2, icon + 4})};

@@ -6,9 +6,11 @@
 
 #include <QtWidgets/QFrame>
 
+class CountLabel;
 class ElidedLabel;
 class MetroSysIcon;
 class QLabel;
+struct SiteCount;
 
 /// The state of a UPS in one line, on every page: how bad by colour, shape and words, the worst
 /// present condition, since when, and the time left where it means something.
@@ -20,8 +22,9 @@ public:
     explicit Banner(QWidget *parent = nullptr);
 
     void showUps(const UpsModel &ups);
-    /// Shows a whole site: @p headline in the style of @p severity, over @p detail.
-    void showSite(Severity severity, const QString &headline, const QString &detail);
+    /// Shows a whole site: @p counts, or that there is nothing yet, in the style of @p severity,
+    /// over @p detail.
+    void showSite(Severity severity, const QVector<SiteCount> &counts, const QString &detail);
     /// Takes the scale of the theme.
     void applyScale();
 
@@ -42,12 +45,14 @@ private:
     MetroSysIcon *system;
     QLabel *sign;
     QString drawnSign; ///< what its image depends on
-    ElidedLabel *headline;
+    CountLabel *headline;
     ElidedLabel *detail;
     QLabel *timeName;
     QLabel *time;
 };
 
-/// The present conditions of @p ups that its headline does not say already, the worst first, and
-/// since when that one is: "Battery low 21 % · since 14:03:22 · Overload".
-QString conditionText(const UpsModel &ups);
+/// The present conditions of @p ups, the worst first; empty where its headline says one already:
+/// "Battery low 21 %", "Overload".
+QStringList conditionTexts(const UpsModel &ups);
+/// Since when the worst condition is present: "since 14:03:22"; empty without one.
+QString sinceText(const UpsModel &ups);

@@ -4,6 +4,7 @@
 
 #include "banner.h"
 #include "controlpage.h"
+#include "countlabel.h"
 #include "display.h"
 #include "elementstate_p.h"
 #include "elidedlabel.h"
@@ -21,6 +22,7 @@
 #include "scrollroom.h"
 #include "settingspage.h"
 #include "severitylook.h"
+#include "signlabel.h"
 #include "theme.h"
 #include "trendspage.h"
 
@@ -55,8 +57,6 @@ constexpr int tabPictogram = 34;
 constexpr int alarmPictogram = 18;
 constexpr int stripMargin = 14;
 
-/// The lamp of a tab is drawn here, whatever the tab's size, so its name starts below.
-constexpr int lampEnd = 61;
 constexpr int leastRail = 62;
 constexpr int leastTab = 44;
 
@@ -97,8 +97,8 @@ double scaleFor(QSize window, int dotsPerInch)
 
 /// A tab's face: the drawing with its name under it; the chosen one is lit, with a bar towards the
 /// pages.
-QPixmap tabFace(Pictogram image, const QString &name, bool chosen, QSize size, bool lamp,
-                bool hovered, const QString &badge, Severity badgeSeverity, Severity alarm)
+QPixmap tabFace(Pictogram image, const QString &name, bool chosen, QSize size, bool hovered,
+                const QString &badge, Severity badgeSeverity, Severity alarm)
 {
     QPixmap face = transparentPixmap(size);
     QPainter painter(&face);
@@ -115,26 +115,17 @@ QPixmap tabFace(Pictogram image, const QString &name, bool chosen, QSize size, b
     if (width > room)
         font.setPointSizeF(font.pointSizeF() * room / width);
     const int textHeight = QFontMetrics(font).height();
-    // The lamp stands at the left of the drawing and above the name.
-    const int above =
-        lamp ? std::max(size.height() - textHeight - 2, lampEnd) : size.height() - textHeight - 2;
-    const int side = std::max(
-        std::min({Theme::px(tabPictogram), above - 6, size.width() - (lamp ? 2 * 26 : 8)}), 8);
+    const int above = size.height() - textHeight - 2;
+    const int side = std::max(std::min({Theme::px(tabPictogram), above - 6, size.width() - 8}), 8);
     painter.drawPixmap((size.width() - side) / 2, (above - side) / 2,
                        pictogram(image, side, color, face.devicePixelRatio()));
     painter.setPen(color);
     painter.setFont(font);
     painter.drawText(QRect(0, above, size.width(), textHeight), Qt::AlignCenter, name);
     if (alarm != Severity::Normal) {
-        // In the place of the lamp.
-        const SeverityLook look = lookOf(alarm, true);
-        constexpr int ringLighter = 190;
-        const bool isRing = alarm == Severity::Unknown;
         const int sign = std::max(Theme::px(alarmPictogram), 12);
         painter.drawPixmap(4, (above - sign) / 2,
-                           severitySign(alarm, sign,
-                                        isRing ? look.plate.lighter(ringLighter) : look.plate,
-                                        look.ink, face.devicePixelRatio()));
+                           severityBadge(alarm, sign, true, face.devicePixelRatio()));
     }
     if (!badge.isEmpty()) {
         const SeverityLook look = lookOf(badgeSeverity, true);
@@ -302,11 +293,10 @@ void ConsoleWindow::makeHeader()
     upsName->setObjectName(QStringLiteral("upsName"));
     Theme::setText(upsName, Theme::Large, true);
     makeLight(upsName);
-    message = new ElidedLabel(strip);
+    message = new SignLabel(QColor(), strip);
     message->setObjectName(QStringLiteral("message"));
     message->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     Theme::setText(message, Theme::Normal);
-    makeLight(message);
     simulatedMark = Theme::label(strip, Theme::Small, true, tr("SIMULATED"));
     simulatedMark->setContentsMargins(6, 2, 6, 2);
     simulatedMark->setAutoFillBackground(true);
@@ -334,16 +324,11 @@ void ConsoleWindow::makeHeader()
     messageTimer->setSingleShot(true);
     connect(messageTimer, &QTimer::timeout, this, &ConsoleWindow::dropMessage);
     message->hide();
-    notice = new ElidedLabel(this);
+    notice = new SignLabel(Theme::deepAccent(), this);
     notice->setObjectName(QStringLiteral("notice"));
-    notice->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    notice->setAutoFillBackground(true);
+    notice->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     notice->setAttribute(Qt::WA_TransparentForMouseEvents);
     Theme::setText(notice, Theme::Large);
-    QPalette plate = notice->palette();
-    plate.setColor(QPalette::Window, Theme::deepAccent());
-    plate.setColor(QPalette::WindowText, Qt::white);
-    notice->setPalette(plate);
     notice->hide();
     banner = new Banner(this);
 }
@@ -414,6 +399,8 @@ void ConsoleWindow::addTab(const QString &name, Pictogram image, Page *page,
     auto *button = new MetroTabicon(rail);
     button->setObjectName(name);
     button->setAccessibleName(name);
+    // Signs show alarms: the tab's own lamp has other colours and shapes, and no room in a low tab.
+    button->setState(shownState(noState(Snapshot())));
     button->setToolTip(tr("%1 (Alt+%2)").arg(name, QString::number(index + 1)));
     button->setCursor(Qt::PointingHandCursor);
     button->installEventFilter(this);
@@ -604,12 +591,9 @@ void ConsoleWindow::showUps()
     setWindowTitle(mark + ups->headline().text + QStringLiteral(" – ") + cutText(name, 100));
     if (severity != shownSeverity || windowIcon().isNull()) {
         shownSeverity = severity;
-        const SeverityLook look = lookOf(severity, false);
         QIcon icon;
         for (const int side : {16, 24, 32, 48, 64})
-            icon.addPixmap(severity == Severity::Normal
-                               ? severitySign(severity, side, QColor(0xff4a7d4a), Qt::white)
-                               : severitySign(severity, side, look.plate, look.ink));
+            icon.addPixmap(severityBadge(severity, side, false));
         setWindowIcon(icon);
     }
 }
@@ -644,7 +628,6 @@ void ConsoleWindow::showSite()
     upsName->setText(tr("All UPSes (%1)").arg(site->count()));
     simulatedMark->hide();
     const UpsModel *worst = site->worst();
-    const QString text = countText(*site);
     // The worst first: a UPS, a server, or both.
     QStringList details;
     if (worst && worst->severity() != Severity::Normal)
@@ -652,8 +635,7 @@ void ConsoleWindow::showSite()
     const int place = worst && worst->severity() == Severity::Critical ? int(details.size()) : 0;
     if (!site->problems().isEmpty())
         details.insert(place, site->worstProblem());
-    banner->showSite(site->count() == 0 ? Severity::Unknown : severity,
-                     text.isEmpty() ? tr("No UPS is known yet") : text,
+    banner->showSite(site->count() == 0 ? Severity::Unknown : severity, countsOf(*site),
                      details.join(Theme::separator()));
 }
 
@@ -661,9 +643,7 @@ void ConsoleWindow::showTabStates()
 {
     for (Tab &tab : tabs) {
         const ElementState state = tab.state(ups->snapshot());
-        tab.button->setState(shownState(tabsHaveLamps ? state : noState(ups->snapshot())));
-        // A tab that is too low for its lamp has a sign instead.
-        const Severity alarm = tabsHaveLamps ? Severity::Normal : severityOf(state.alarm);
+        const Severity alarm = severityOf(state.alarm);
         if (alarm == tab.alarm)
             continue;
         tab.alarm = alarm;
@@ -715,35 +695,20 @@ void ConsoleWindow::showUnacknowledged()
 void ConsoleWindow::showResult(Command command, bool taken)
 {
     say(taken ? tr("%1: taken").arg(nameOf(command))
-              : tr("%1: refused in this state").arg(nameOf(command)));
+              : tr("%1: refused in this state").arg(nameOf(command)),
+        usualMessageMsecs, severityOf(taken ? CommandOutcome::Done : CommandOutcome::Refused));
 }
 
 void ConsoleWindow::showRecord(const CommandRecord &record)
 {
-    QString end;
-    switch (record.outcome) {
-    case CommandOutcome::Done:
-        end = tr("done");
-        break;
-    case CommandOutcome::Refused:
-        end = tr("refused");
-        break;
-    case CommandOutcome::Failed:
-        end = tr("failed");
-        break;
-    case CommandOutcome::Unconfirmed:
-        end = tr("not confirmed");
-        break;
-    }
-    QString text = wordsOf(record.name) + QStringLiteral(": ") + end;
-    if (!record.text.isEmpty())
-        text += QStringLiteral(", ") + record.text;
-    say(text, record.outcome == CommandOutcome::Done ? usualMessageMsecs : badEndMessageMsecs);
+    say(textOf(record),
+        record.outcome == CommandOutcome::Done ? usualMessageMsecs : badEndMessageMsecs,
+        severityOf(record.outcome));
 }
 
-void ConsoleWindow::say(const QString &text, int msecs)
+void ConsoleWindow::say(const QString &text, int msecs, std::optional<Severity> severity)
 {
-    message->setText(text);
+    message->setMessage(text, severity);
     messageTimer->start(msecs);
     showMessage();
 }
@@ -758,10 +723,8 @@ void ConsoleWindow::showMessage()
     notice->setVisible(!fits);
     if (fits)
         return;
-    const int margin = Theme::px(Theme::margin);
     constexpr int mostLines = 6;
-    notice->setText(message->text());
-    notice->setContentsMargins(margin, margin / 2, margin, margin / 2);
+    notice->setMessage(message->text(), message->severity());
     const QRect page = stack->geometry();
     notice->setLines(std::min(notice->linesAt(page.width()), mostLines));
     QRect place(page.left(), 0, page.width(), notice->minimumSizeHint().height());
@@ -856,6 +819,8 @@ void ConsoleWindow::applyScale()
     Theme::setScale(scaleFor(size(), logicalDpiY()), logicalDpiY());
     Theme::applyScale(this);
     banner->applyScale();
+    message->applyScale();
+    notice->applyScale();
     for (const Tab &tab : tabs)
         tab.page->applyScale();
     arrange();
@@ -883,8 +848,6 @@ void ConsoleWindow::arrangeTabs()
     const int tabHeight = std::max(std::min(Theme::px(tabUnits), height() / count),
                                    std::min(leastTab, height() / count));
     rail->setGeometry(0, 0, railWidth, height());
-    const int textHeight = QFontMetrics(Theme::font(Theme::Small, true)).height();
-    tabsHaveLamps = tabHeight >= lampEnd + textHeight + 4;
     // The button is larger than its icon by two.
     const QSize face(railWidth - 2, tabHeight - 2);
     for (int i = 0; i < count; ++i) {
@@ -901,8 +864,8 @@ void ConsoleWindow::drawTab(const Tab &tab, bool hovered) const
 {
     QIcon icon;
     for (const bool chosen : {false, true})
-        icon.addPixmap(tabFace(tab.image, tab.name, chosen, tab.button->iconSize(), tabsHaveLamps,
-                               hovered, tab.badge, tab.badgeSeverity, tab.alarm),
+        icon.addPixmap(tabFace(tab.image, tab.name, chosen, tab.button->iconSize(), hovered,
+                               tab.badge, tab.badgeSeverity, tab.alarm),
                        QIcon::Normal, chosen ? QIcon::On : QIcon::Off);
     tab.button->setIcon(icon);
     // A new icon shows when the tab drops its image, as it does for a removed child.

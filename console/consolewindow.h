@@ -14,6 +14,7 @@
 class Banner;
 class ControlPage;
 class ElidedLabel;
+class SignLabel;
 class FleetPage;
 class EventsPage;
 class History;
@@ -71,8 +72,10 @@ public:
     void chooseNotify(bool notify);
 
     /// Shows @p text, which stays plain, for @p msecs or until the next one: in the strip, or above
-    /// the page where the strip has too little room.
-    void say(const QString &text, int msecs = usualMessageMsecs);
+    /// the page where the strip has too little room. With @p severity, in its colours and with its
+    /// sign.
+    void say(const QString &text, int msecs = usualMessageMsecs,
+             std::optional<Severity> severity = std::nullopt);
     /// Where a user who wants to is kept; empty, as at first: nowhere.
     void setCredentialsFile(const QString &path);
 
@@ -99,11 +102,11 @@ private:
         QScrollArea *room;
         Pictogram image;
         QString name;
-        /// The state that the tab's lamp shows.
+        /// Whose alarm the tab shows.
         ElementState (*state)(const Snapshot &);
         QString badge; ///< a number beside the drawing; may be empty
         Severity badgeSeverity = Severity::Normal;
-        Severity alarm = Severity::Normal; ///< that is drawn for want of a lamp
+        Severity alarm = Severity::Normal; ///< shown by a sign
     };
 
     struct DrawerEntry
@@ -153,8 +156,8 @@ private:
     MetroStatusbar *strip;
     QPixmap stripImage;
     ElidedLabel *upsName;
-    ElidedLabel *message; // in the strip
-    ElidedLabel *notice;  // above the page, for a message that is too long for the strip
+    SignLabel *message; // in the strip
+    SignLabel *notice;  // above the page, for a message that is too long for the strip
     QLabel *simulatedMark;
     QLabel *clock;
     QTimer *clockTimer;
@@ -173,7 +176,6 @@ private:
     KeyHelp *keyHelp;
     std::unique_ptr<QSettings> memory;
     Severity shownSeverity = Severity::Normal;
-    bool tabsHaveLamps = true;
     std::vector<DrawerEntry> drawerEntries;
     std::vector<Tab> tabs;
 };

@@ -96,7 +96,7 @@ QVariant EventList::data(const QModelIndex &index, int role) const
         (role != Qt::DisplayRole && role != Qt::AccessibleTextRole))
         return QVariant();
     const Event &event = listed.at(index.row());
-    QStringList parts = {nameOf(event.severity), titleOf(event),
+    QStringList parts = {severityNameOf(event), titleOf(event),
                          timesOf(event, QDateTime::currentDateTime(), isLeft(event)), upsOf(event)};
     if (!event.user.isEmpty())
         parts.append(tr("by %1").arg(event.user));

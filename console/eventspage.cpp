@@ -41,16 +41,10 @@ constexpr int longestName = 100;
 /// The sign of @p event: in colour while it is present or not acknowledged.
 QPixmap signOf(const Event &event, int side, const QPalette &palette, double ratio)
 {
-    const bool dark = Theme::isDark();
-    const SeverityLook look = lookOf(event.severity, dark);
     if (!event.isPresent() && event.isAcknowledged())
         return severitySign(event.severity, side, palette.color(QPalette::Mid),
                             palette.color(QPalette::Base), ratio);
-    // The ring has no plate: on dark it is lighter.
-    constexpr int lighter = 190;
-    const bool isRing = event.severity == Severity::Unknown;
-    return severitySign(event.severity, side,
-                        isRing && dark ? look.plate.lighter(lighter) : look.plate, look.ink, ratio);
+    return severityBadge(event.severity, side, Theme::isDark(), ratio);
 }
 
 /// An event on two lines: what, and whether it is acknowledged; when, and where.

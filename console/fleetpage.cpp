@@ -3,6 +3,7 @@
 #include "fleetpage.h"
 
 #include "choicebar.h"
+#include "countlabel.h"
 #include "elidedlabel.h"
 #include "feed/nutmapping.h"
 #include "severitylook.h"
@@ -24,31 +25,7 @@ constexpr int longestLine = 300;
 constexpr Severity shownSeverities[] = {Severity::Critical, Severity::Unknown, Severity::Warning,
                                         Severity::Information, Severity::Normal};
 
-QString wordOf(Severity severity)
-{
-    return severity == Severity::Unknown ? FleetPage::tr("no communication")
-                                         : nameOf(severity).toLower();
-}
-
 } // namespace
-
-QString countText(const SiteModel &site)
-{
-    const auto counts = site.counts();
-    const int servers = site.problemCount();
-    QStringList parts;
-    for (const Severity severity : shownSeverities) {
-        const int count = counts.at(std::size_t(severity));
-        if (count > 0)
-            parts += QStringLiteral("%1 %2").arg(count).arg(wordOf(severity));
-        // What is behind a server that cannot be read matters as much as UPSes without
-        // communication.
-        if (severity == Severity::Critical && servers > 0)
-            parts += servers == 1 ? FleetPage::tr("1 server problem")
-                                  : FleetPage::tr("%1 server problems").arg(servers);
-    }
-    return parts.join(Theme::separator());
-}
 
 FleetPage::FleetPage(SiteModel *shownSite, QWidget *parent)
     : Page(parent)
@@ -190,18 +167,8 @@ void FleetPage::showSigns()
     const int icon = Theme::px(18);
     for (std::size_t i = 0; i < severities.size(); ++i) {
         severities[i]->setIconSize(QSize(icon, icon));
-        const Severity severity = shownSeverities[i];
-        const SeverityLook look = lookOf(severity, Theme::isDark());
-        QColor color = look.plate;
-        QColor ink = look.ink;
-        // Two plates' colours would be lost on the window's.
-        if (severity == Severity::Normal) {
-            color = QColor(0xff4a7d4a);
-            ink = Qt::white;
-        } else if (severity == Severity::Unknown && Theme::isDark()) {
-            color = QColor(0xffb79be0);
-        }
-        severities[i]->setIcon(severitySign(severity, icon, color, ink, devicePixelRatioF()));
+        severities[i]->setIcon(
+            severityBadge(shownSeverities[i], icon, Theme::isDark(), devicePixelRatioF()));
     }
 }
 

@@ -48,7 +48,3 @@ private:
     ElidedLabel *problems;
     FleetView *view;
 };
-
-/// The counts of @p site in words, the worst first: "2 critical · 1 server problem · 3 warning ·
-/// 995 normal".
-QString countText(const SiteModel &site);

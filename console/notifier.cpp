@@ -3,6 +3,7 @@
 #include "notifier.h"
 
 #include "banner.h"
+#include "display.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
@@ -123,7 +124,9 @@ void Notifier::announceState(UpsModel *ups)
     const bool calm = urgencyFor(severity) == Urgency::Low;
     if (!on || (first && calm))
         return;
-    QStringList body(conditionText(*ups));
+    // One below the other: texts of a UPS may have any words and signs in them.
+    QStringList body = conditionTexts(*ups);
+    body.prepend(sentence(sinceText(*ups)));
     if (!ups->timeLeft().isEmpty())
         body.append(tr("Time left: %1").arg(ups->timeLeft()));
     announce(ups->id(), ups->title(), body);

@@ -111,12 +111,9 @@ QPixmap severitySign(Severity severity, int side, const QColor &color, const QCo
         drawMark(&painter, 5.5, 13);
         break;
     case Severity::Unknown: {
+        painter.drawPolygon(QPolygonF({{center, 0}, {grid, center}, {center, grid}, {0, center}}));
+        painter.setPen(inkPen);
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(color, 2.6, Qt::SolidLine, Qt::FlatCap));
-        constexpr int sixteenths = 16;
-        for (int start = 20; start < 360; start += 90)
-            painter.drawArc(QRectF(2, 2, 20, 20), start * sixteenths, 50 * sixteenths);
-        painter.setPen(QPen(color, 2.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         QPainterPath question(QPointF(8.8, 9.2));
         question.cubicTo(9.2, 5.4, 15.4, 5.4, 15.2, 9.4);
         question.cubicTo(15, 11.6, 12, 11.6, 12, 14);
@@ -128,4 +125,19 @@ QPixmap severitySign(Severity severity, int side, const QColor &color, const QCo
     painter.end();
     QPixmapCache::insert(key, sign);
     return sign;
+}
+
+QPixmap severityBadge(Severity severity, int side, bool dark, double ratio)
+{
+    SeverityLook look = lookOf(severity, dark);
+    // Plates that would be lost on the background.
+    if (severity == Severity::Normal)
+        look = {QColor(0xff4a7d4a), QColor(0xffffffff)};
+    else if (dark && severity == Severity::Information)
+        look.plate = QColor(0xff2f7fc0);
+    else if (dark && severity == Severity::Critical)
+        look.plate = QColor(0xffe5383b);
+    else if (dark && severity == Severity::Unknown)
+        look.plate = QColor(0xff8e6cc4);
+    return severitySign(severity, side, look.plate, look.ink, ratio);
 }

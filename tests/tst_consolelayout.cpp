@@ -4,6 +4,7 @@
 #include "elidedlabel.h"
 #include "feed/scenario.h"
 #include "feed/simulatorfeed.h"
+#include "nutmapping.h"
 #include "program.h"
 #include "scrollroom.h"
 
@@ -197,6 +198,9 @@ class ConsoleLayoutTest : public WidgetTest
 private Q_SLOTS:
     void everythingHasItsRoom_data();
     void everythingHasItsRoom();
+    void statesAreReadWhole();
+    void countsAreNeverCut_data();
+    void countsAreNeverCut();
     void imagesOfAWindowThatIsNotShown();
 };
 
@@ -269,6 +273,116 @@ void ConsoleLayoutTest::everythingHasItsRoom()
         }
     }
     QVERIFY2(problems.isEmpty(), qPrintable(QLatin1Char('\n') + problems.join(QLatin1Char('\n'))));
+}
+
+/// What a UPS does is read without the tool tip, on the smallest panels too.
+void ConsoleLayoutTest::statesAreReadWhole()
+{
+    QVector<QPair<QString, Snapshot>> all;
+    for (int phase = 0; phase < Scenario::phaseCount; ++phase)
+        all.append({QStringLiteral("phase %1").arg(phase),
+                    Scenario::snapshotAt(Scenario::startOf(Scenario::Phase(phase)) + 2.0)});
+    for (
+        const char *status :
+        {"OL",        "OL CHRG",        "OB DISCHRG", "OB LB DISCHRG", "OL OVER", "OB OVER DISCHRG",
+         "OL BYPASS", "OL BYPASS OVER", "OL RB",      "OL CHRG RB",    "OL LB",   "OL HB",
+         "OL TRIM",   "OL BOOST CHRG",  "OL CAL",     "OB CAL",        "OFF",     "OL OFF",
+         "OL ALARM",  "OB ALARM",       "OL FSD",     "OVER",          ""}) {
+        for (const char *volts : {"231", "0", "160", ""}) {
+            NutVariables variables;
+            variables.insert(QStringLiteral("ups.status"), QLatin1String(status));
+            variables.insert(QStringLiteral("input.voltage"), QLatin1String(volts));
+            variables.insert(QStringLiteral("input.voltage.nominal"), QStringLiteral("230"));
+            variables.insert(QStringLiteral("input.frequency"), QStringLiteral("50"));
+            variables.insert(QStringLiteral("output.voltage"), QStringLiteral("230"));
+            variables.insert(QStringLiteral("output.frequency"), QStringLiteral("50"));
+            variables.insert(QStringLiteral("ups.load"), QStringLiteral("100"));
+            variables.insert(QStringLiteral("ups.realpower"), QStringLiteral("19600"));
+            variables.insert(QStringLiteral("battery.charge"), QStringLiteral("100"));
+            variables.insert(QStringLiteral("battery.voltage"), QStringLiteral("409.6"));
+            variables.insert(QStringLiteral("battery.runtime"), QStringLiteral("182"));
+            all.append({QLatin1String(status) + QLatin1Char(' ') + QLatin1String(volts),
+                        snapshotOf(QStringLiteral("demo"), variables)});
+        }
+    }
+    SiteModel site;
+    UpsModel *ups = site.add(QStringLiteral("demo"));
+    ConsoleWindow window(&site);
+    QStringList problems;
+    for (const QSize size : {QSize(480, 320), QSize(640, 360), QSize(800, 480), QSize(1280, 800)}) {
+        window.resize(size);
+        window.show();
+        for (const auto &[name, snapshot] : std::as_const(all)) {
+            ups->take(snapshot);
+            deliverAll();
+            const auto *diagram = window.findChild<QWidget *>(QStringLiteral("diagram"));
+            QList<ElidedLabel *> labels = diagram->findChildren<ElidedLabel *>();
+            labels += window.findChild<ElidedLabel *>(QStringLiteral("headline"));
+            for (const ElidedLabel *label : std::as_const(labels)) {
+                if (label->isVisible() && label->isElided())
+                    problems += QStringLiteral("%1 at %2 [%3]")
+                                    .arg(label->text(), textOf(window.rect()), name);
+            }
+        }
+    }
+    problems.removeDuplicates();
+    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
+}
+
+void ConsoleLayoutTest::countsAreNeverCut_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("times");
+    QTest::newRow("480x320") << QSize(480, 320) << 1;
+    QTest::newRow("480x320, long numbers") << QSize(480, 320) << 31;
+    QTest::newRow("800x480, long numbers") << QSize(800, 480) << 31;
+}
+
+/// The banner of a site has all counts by severity, in words or as signs.
+void ConsoleLayoutTest::countsAreNeverCut()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, times);
+    SiteModel site;
+    const auto add = [&](const QString &status) {
+        const QString name = QString::number(site.count());
+        NutVariables variables;
+        variables.insert(QStringLiteral("ups.status"), status);
+        site.add(name)->take(status.isEmpty() ? Snapshot::lost(name, QStringLiteral("gone"))
+                                              : snapshotOf(name, variables));
+    };
+    const QString statuses[] = {QStringLiteral("OB LB"), QString(), QStringLiteral("OB"),
+                                QStringLiteral("OL OFF"), QStringLiteral("OL")};
+    for (const QString &status : statuses) {
+        for (int i = 0; i < 38 * times; ++i)
+            add(status);
+    }
+    for (int i = 0; i < 12; ++i)
+        site.setProblem(QStringLiteral("server %1").arg(i), QStringLiteral("connection refused"));
+    ConsoleWindow window(&site);
+    window.resize(size);
+    window.show();
+    auto *headline = window.findChild<QLabel *>(QStringLiteral("headline"));
+    for (const bool dark : {false, true}) {
+        window.chooseDarkTheme(dark);
+        deliverAll();
+        const auto look = [&] {
+            window.showPage(0); // counts at once
+            return headline->grab().toImage();
+        };
+        QImage before = look();
+        for (const QString &status : statuses) {
+            add(status);
+            const QImage after = look();
+            QVERIFY2(after != before, qPrintable(headline->text()));
+            before = after;
+        }
+        // Nor is the last digit.
+        const int right = before.width() - 1;
+        for (int y = 0; y < before.height(); ++y)
+            QCOMPARE(before.pixelColor(right, y), before.pixelColor(right, 0));
+    }
+    prepareTestApplication();
 }
 
 /// They have the layout of one that is shown: no scroll bar where everything has room.

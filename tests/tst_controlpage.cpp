@@ -7,6 +7,7 @@
 #include "feed/nutfeed.h"
 #include "holdguard.h"
 #include "logindialog.h"
+#include "severitylook.h"
 #include "sitefeeds.h"
 
 #include "mouse.h"
@@ -127,6 +128,16 @@ Offer fullOffer()
     outlet.choices = QStringList{text("on"), text("off")};
     offer.settings = {delay, sensitivity, start, id, outlet};
     return offer;
+}
+
+int pixelsOf(const QImage &image, const QColor &color)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y) == color ? 1 : 0;
+    }
+    return count;
 }
 
 Snapshot online()
@@ -1046,17 +1057,22 @@ void ControlPageTest::outcomesAreSaid_data()
 {
     QTest::addColumn<int>("outcome");
     QTest::addColumn<QString>("words");
-    QTest::newRow("done") << int(CommandOutcome::Done) << "Load off: done";
-    QTest::newRow("refused") << int(CommandOutcome::Refused) << "Load off: refused, <i>why</i>";
-    QTest::newRow("failed") << int(CommandOutcome::Failed) << "Load off: failed, <i>why</i>";
+    QTest::addColumn<int>("severity");
+    QTest::newRow("done") << int(CommandOutcome::Done) << "Load off: done"
+                          << int(Severity::Information);
+    QTest::newRow("refused") << int(CommandOutcome::Refused) << "Load off: refused, <i>why</i>"
+                             << int(Severity::Warning);
+    QTest::newRow("failed") << int(CommandOutcome::Failed) << "Load off: failed, <i>why</i>"
+                            << int(Severity::Critical);
     QTest::newRow("unconfirmed") << int(CommandOutcome::Unconfirmed)
-                                 << "Load off: not confirmed, <i>why</i>";
+                                 << "Load off: not confirmed, <i>why</i>" << int(Severity::Unknown);
 }
 
 void ControlPageTest::outcomesAreSaid()
 {
     QFETCH(int, outcome);
     QFETCH(QString, words);
+    QFETCH(int, severity);
     show(feed.get());
     QVector<CommandRecord> records;
     connect(site.get(), &SiteModel::commandFinished, this,
@@ -1064,9 +1080,34 @@ void ControlPageTest::outcomesAreSaid()
     ups->run(text("load.off"));
     QCOMPARE(message(), text("Load off: asked …"));
     QCOMPARE(ups->commandsUnderWay(), 1);
+    const auto *strip = find<QWidget>("message");
+    const auto *notice = find<QWidget>("notice");
+    const auto imageOf = [](const QWidget *label) {
+        return const_cast<QWidget *>(label)->grab().toImage();
+    };
+    const SeverityLook look = lookOf(Severity(severity), true);
+    QCOMPARE(pixelsOf(imageOf(strip), look.plate), 0);
     const bool done = outcome == int(CommandOutcome::Done);
-    Q_EMIT feed->commandFinished({text("load.off"), QString(), text("oper"),
-                                  CommandOutcome(outcome), done ? QString() : text("<i>why</i>")});
+    const CommandResult result = {text("load.off"), QString(), text("oper"),
+                                  CommandOutcome(outcome), done ? QString() : text("<i>why</i>")};
+    Q_EMIT feed->commandFinished(result);
+    // In the colours of its severity, and with its sign: on the strip, and where that has too
+    // little room.
+    const QSize usual = window->size();
+    for (const bool dark : {false, true}) {
+        window->chooseDarkTheme(dark);
+        for (const QSize size : {QSize(1280, 800), QSize(480, 320)}) {
+            window->resize(size);
+            deliverAll();
+            const QWidget *shown = strip->isVisible() ? strip : notice;
+            QVERIFY(shown->isVisible());
+            const QImage image = imageOf(shown);
+            QVERIFY(pixelsOf(image, look.plate) > 300);
+            QVERIFY(pixelsOf(image, look.ink) > 10);
+        }
+    }
+    window->resize(usual);
+    deliverAll();
     QCOMPARE(message(), words);
     QCOMPARE(find<QLabel>("message")->textFormat(), Qt::PlainText);
     QCOMPARE(ups->commandsUnderWay(), 0);

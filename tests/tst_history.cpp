@@ -40,7 +40,7 @@ QStringList linesOf(QVector<Event> events)
     QStringList lines;
     for (const Event &event : events)
         lines.append(QStringLiteral("%1 %2 %3 [%4] x%5 %6")
-                         .arg(nameOf(event.severity), nameOf(event.kind), event.text, event.value)
+                         .arg(severityNameOf(event), nameOf(event.kind), event.text, event.value)
                          .arg(event.count)
                          .arg(event.isPresent() ? QStringLiteral("present")
                               : event.endSeen   ? QStringLiteral("ended")
@@ -480,10 +480,10 @@ void HistoryTest::commandsAreEvents_data()
     QTest::newRow("refused") << int(CommandOutcome::Refused) << "no right"
                              << "Warning Command Load off: refused, no right [3] x1 ended";
     QTest::newRow("failed") << int(CommandOutcome::Failed) << "it could not"
-                            << "Warning Command Load off: failed, it could not [3] x1 ended";
+                            << "Critical Command Load off: failed, it could not [3] x1 ended";
     QTest::newRow("not confirmed")
         << int(CommandOutcome::Unconfirmed) << "silence"
-        << "Warning Command Load off: not confirmed, silence [3] x1 ended";
+        << "Not confirmed Command Load off: not confirmed, silence [3] x1 ended";
 }
 
 /// With who gave them and what became of them.

@@ -105,6 +105,7 @@ private Q_SLOTS:
     void leftUpsesAreNotPresent();
     void serversArePresent();
     void leftServersAreNoUpses();
+    void outcomesLookDifferent();
     void acknowledgesOne();
     void acknowledgesAll();
     void needsAName();
@@ -239,6 +240,44 @@ void HistoryPagesTest::leftServersAreNoUpses()
     QVERIFY2(!line().contains(QStringLiteral("not followed")), qPrintable(line()));
     QVERIFY2(line().contains(QStringLiteral("since")), qPrintable(line()));
     QVERIFY2(line().contains(QStringLiteral(", rack-a (other:3493), ")), qPrintable(line()));
+}
+
+/// How a command ended is seen without reading, by day and by night.
+void HistoryPagesTest::outcomesLookDifferent()
+{
+    PlayedSite played;
+    played.showPage("events");
+    for (const CommandOutcome outcome : {CommandOutcome::Done, CommandOutcome::Refused,
+                                         CommandOutcome::Failed, CommandOutcome::Unconfirmed})
+        played.ups->finishCommand(
+            {QStringLiteral("load.off"), QString(), QStringLiteral("oper"), outcome, QString()});
+    QTRY_COMPARE(played.list()->rowCount(), 4);
+    auto *view = played.find<QListView>("events list");
+    for (const bool dark : {false, true}) {
+        played.window->chooseDarkTheme(dark);
+        deliverAll();
+        const QImage image = view->viewport()->grab().toImage();
+        QVector<QImage> signs;
+        for (int row = 0; row < 4; ++row) {
+            const QRect place = view->visualRect(view->model()->index(row, 0));
+            signs.append(
+                image.copy(QRect(place.topLeft(), QSize(place.height(), place.height() - 2))));
+        }
+        for (int i = 0; i < 4; ++i) {
+            for (int k = 0; k < i; ++k)
+                QVERIFY(signs.at(i) != signs.at(k));
+        }
+    }
+    // A screen reader says it too.
+    QStringList names;
+    for (int row = 0; row < 4; ++row)
+        names += played.list()
+                     ->data(played.list()->index(row))
+                     .toString()
+                     .section(QLatin1Char(','), 0, 0);
+    names.sort();
+    QCOMPARE(names.join(QLatin1Char('|')),
+             QStringLiteral("Critical|Information|Not confirmed|Warning"));
 }
 
 void HistoryPagesTest::acknowledgesOne()

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void replacesItsOwnAnnouncement();
     void canBeSwitchedOff();
     void textsArePlain();
+    void textsOfTheUpsAreWhole();
     void lostServerIsOneAnnouncement();
     void missedServerIsAnnounced();
     void startIsNoNews();
@@ -199,6 +200,32 @@ void NotifierTest::textsArePlain()
     QCOMPARE(service.heard.size(), 1);
     QVERIFY2(!service.heard.constFirst().body.contains(QLatin1Char('<')),
              qPrintable(service.heard.constFirst().body));
+}
+
+/// Each in a line of its own, whatever words and signs it has, and also if the headline has its
+/// words by chance.
+void NotifierTest::textsOfTheUpsAreWhole()
+{
+    const QStringList alarms = {
+        QStringLiteral("Fan 2 failed since boot \u2014 check it since Monday!"),
+        QStringLiteral("load"), QStringLiteral("On battery: since 12:00  \u00b7  test")};
+    service.heard.clear();
+    SiteModel site;
+    const Notifier notifier(&site);
+    UpsModel *ups = site.add(QStringLiteral("demo"));
+    Snapshot snapshot = during(Scenario::Phase::OnBattery);
+    snapshot.tokens |= StatusToken::Alarm;
+    snapshot.alarmTexts = alarms;
+    ups->take(snapshot);
+    settle();
+    QCOMPARE(service.heard.size(), 1);
+    const QString body = service.heard.constFirst().body;
+    const QStringList lines = body.split(QLatin1Char('\n'));
+    for (const QString &alarm : alarms)
+        QVERIFY2(lines.contains(alarm), qPrintable(body));
+    // Since when is said once, in a line of its own.
+    const QString begin = ups->worst()->since.toLocalTime().toString(QStringLiteral("HH:mm:ss"));
+    QCOMPARE(lines.filter(begin), QStringList{QStringLiteral("Since ") + begin});
 }
 
 void NotifierTest::lostServerIsOneAnnouncement()

@@ -61,9 +61,9 @@ bool EventFilter::matches(const Event &event) const
         return false;
     if (text.isEmpty())
         return true;
-    const QString texts[] = {
-        event.text,         event.value,           event.ups, event.user, event.acknowledgedBy,
-        nameOf(event.kind), nameOf(event.severity)};
+    const QString texts[] = {event.text,           event.value,          event.ups,
+                             event.user,           event.acknowledgedBy, nameOf(event.kind),
+                             severityNameOf(event)};
     return std::any_of(std::begin(texts), std::end(texts), [this](const QString &one) {
         return one.contains(text, Qt::CaseInsensitive);
     });
@@ -86,6 +86,14 @@ bool comesBefore(const Event &a, const Event &b)
 QString nameOf(EventKind kind)
 {
     return QString::fromLatin1(kindNames.at(std::size_t(kind)));
+}
+
+QString severityNameOf(const Event &event)
+{
+    // Of a command it is the outcome that nobody knows.
+    if (event.kind == EventKind::Command && event.severity == Severity::Unknown)
+        return QStringLiteral("Not confirmed");
+    return nameOf(event.severity);
 }
 
 QString csvCell(QString cell)
@@ -133,7 +141,7 @@ QString csvOf(const QVector<Event> &events)
         text += csvLine({csvTime(event.begin), event.end ? csvTime(*event.end) : QString(),
                          event.end ? QString::number(event.lasted / second) : QString(),
                          QString::number(event.count), event.ups, nameOf(event.kind),
-                         nameOf(event.severity), event.text, event.value, event.user,
+                         severityNameOf(event), event.text, event.value, event.user,
                          event.acknowledgedAt ? csvTime(*event.acknowledgedAt) : QString(),
                          event.acknowledgedBy});
     return text;

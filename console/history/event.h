@@ -63,6 +63,8 @@ bool comesBefore(const Event &a, const Event &b);
 
 /// A short English name, such as "Alarm".
 QString nameOf(EventKind kind);
+/// A short English name of how much @p event matters, such as "Critical".
+QString severityNameOf(const Event &event);
 
 /// @p cell as a cell of a CSV file: quoted where needed, and with an apostrophe in front where a
 /// spreadsheet would take it for a formula.

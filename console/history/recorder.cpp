@@ -79,21 +79,6 @@ bool isSilent(const UpsModel &ups)
     return ups.snapshot().isLost() || ups.snapshot().tokens.testFlag(StatusToken::Waiting);
 }
 
-QString wordOf(CommandOutcome outcome)
-{
-    switch (outcome) {
-    case CommandOutcome::Done:
-        return QStringLiteral("done");
-    case CommandOutcome::Refused:
-        return QStringLiteral("refused");
-    case CommandOutcome::Failed:
-        return QStringLiteral("failed");
-    case CommandOutcome::Unconfirmed:
-        break;
-    }
-    return QStringLiteral("not confirmed");
-}
-
 EventChange beginOf(const UpsModel &ups, const Condition &condition, qint64 at)
 {
     EventChange change;
@@ -462,11 +447,8 @@ void Recorder::addCommand(const CommandRecord &record)
     change.kind = EventKind::Command;
     change.ups = record.ups;
     change.condition = QStringLiteral("command");
-    change.severity =
-        record.outcome == CommandOutcome::Done ? Severity::Information : Severity::Warning;
-    change.text = wordsOf(record.name) + QStringLiteral(": ") + wordOf(record.outcome);
-    if (!record.text.isEmpty())
-        change.text += QStringLiteral(", ") + record.text;
+    change.severity = severityOf(record.outcome);
+    change.text = textOf(record);
     change.value = record.value;
     change.user = record.user;
     change.at = record.time.isValid() ? record.time.toMSecsSinceEpoch() : now();

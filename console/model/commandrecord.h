@@ -3,6 +3,7 @@
 #pragma once
 
 #include "commandresult.h"
+#include "severity.h"
 
 #include <QtCore/QDateTime>
 
@@ -13,3 +14,9 @@ struct CommandRecord : CommandResult
     QDateTime time; ///< of the outcome, UTC
 };
 Q_DECLARE_METATYPE(CommandRecord)
+
+/// How much an outcome matters: information, warning, critical, unknown in the order of
+/// CommandOutcome.
+Severity severityOf(CommandOutcome outcome);
+/// What became of a command in words: "Load off: refused, no right".
+QString textOf(const CommandResult &result);
