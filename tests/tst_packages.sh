@@ -46,6 +46,7 @@ field libkivwidgets-dev Depends qtbase5-dev
 field libkivwidgets1 Depends libqt5widgets5
 field kivconsole Depends libqt5network5
 field kivconsole Depends libqt5sql5-sqlite
+field kivconsole Depends libsimdjson14
 field kivconsole Recommends kivwidgets-accessibility
 field python3-kivwidgets Depends python3-pyqt5
 field python3-kivwidgets Depends python3-kivwidgets-common

@@ -2,9 +2,13 @@
 
 #include "nutmapping.h"
 
+#include <QtCore/QVarLengthArray>
+
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
+#include <system_error>
 #include <vector>
 
 namespace {
@@ -588,13 +592,22 @@ QString plainText(const QString &text, int longest)
 
 std::optional<double> nutNumber(const QString &text)
 {
-    if (text.isEmpty())
-        return std::nullopt;
-    const QByteArray digits = text.trimmed().toLatin1();
-    bool ok = false;
-    const double number = digits.toDouble(&ok);
-    // Qt takes blanks for 0.
-    if (!ok || digits.isEmpty() || !std::isfinite(number))
+    const QString trimmed = text.trimmed();
+    QVarLengthArray<char, 32> digits;
+    for (const QChar c : trimmed)
+        digits.append(c.toLatin1());
+    return nutNumber(std::string_view(digits.constData(), std::size_t(digits.size())));
+}
+
+std::optional<double> nutNumber(std::string_view text)
+{
+    // It would take two signs as well.
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-')
+        text.remove_prefix(1);
+    double number = 0.0;
+    const char *end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || rest != end || !std::isfinite(number))
         return std::nullopt;
     return number;
 }

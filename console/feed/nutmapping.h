@@ -5,6 +5,8 @@
 #include "nutlistreader.h"
 #include "snapshot.h"
 
+#include <string_view>
+
 /// What the variables of a UPS say, as a snapshot of an unbroken link.
 ///
 /// A variable that is missing or not a number is "no data". Unknown status tokens are shown as they
@@ -25,6 +27,7 @@ QString plainText(const QString &text, int longest);
 /// A number as the server writes it, with a decimal point whatever the locale; nothing for anything
 /// else, for infinities and for "nan".
 std::optional<double> nutNumber(const QString &text);
+std::optional<double> nutNumber(std::string_view text);
 
 /// The variable that gives @p quantity, such as "battery.charge".
 QString nutVariableOf(Quantity quantity);

@@ -24,7 +24,7 @@ struct PromAnswer
     static constexpr int maxBytes = 16 * 1024 * 1024;
     static constexpr int maxSeries = 60000;
     static constexpr int maxSamples = 11000; ///< of a series
-    static constexpr int maxParts = 600000;  ///< lists and objects
+    static constexpr int maxParts = 2000000; ///< values, lists and objects
 
     /// Reads the body of an answer with the HTTP status @p code, and of the series' labels those in
     /// @p labels; a label that a series lacks is empty.
