@@ -18,8 +18,9 @@ constexpr int eventKindCount = 5;
 /// 1970, UTC.
 struct Event
 {
-    /// The condition of a server that cannot be read.
-    static constexpr QLatin1String serverSilence{"no-communication-with-server"};
+    /// The condition of a server that cannot be read. With its length, which Clang does not compute
+    /// as a constant in Qt 5.
+    static constexpr QLatin1String serverSilence{"no-communication-with-server", 28};
 
     qint64 id = 0; ///< the store's; above 0
     QString ups;   ///< the id of its UpsModel, or the name of a server of the SiteModel
