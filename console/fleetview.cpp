@@ -164,7 +164,8 @@ private:
         if (QFontMetrics(titleFont).horizontalAdvance(title) > textRoom())
             titleFont = Theme::font(Theme::Small, true);
         titleText.setTextFormat(Qt::PlainText);
-        titleText.setText(QFontMetrics(titleFont).elidedText(title, Qt::ElideRight, textRoom()));
+        // Names of one site differ at their ends.
+        titleText.setText(QFontMetrics(titleFont).elidedText(title, Qt::ElideMiddle, textRoom()));
     }
 
     Severity severity = Severity::Unknown;

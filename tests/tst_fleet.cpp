@@ -77,6 +77,7 @@ private Q_SLOTS:
     void groupsWithTheWorstFirst();
     void equalGroupsByName();
     void bannerNamesTheFirstTile();
+    void longNamesDiffer();
     void followsChanges();
     void searches();
     void filtersBySeverity();
@@ -249,6 +250,26 @@ void FleetTest::bannerNamesTheFirstTile()
                      qPrintable(detail->text()));
         QCOMPARE(site.worst()->id(), QLatin1String(first[i]));
     }
+}
+
+/// Names of one site differ at their ends, which a tile shows however long they are.
+void FleetTest::longNamesDiffer()
+{
+    SiteModel site;
+    for (const char *end : {"111", "112"}) {
+        UpsModel *model = site.add(QLatin1String(end));
+        model->setNames(QStringLiteral("Server room on the third floor, rack ") +
+                            QLatin1String(end),
+                        QString());
+        model->take(ups(QLatin1String(end), "OL"));
+    }
+    ShownPage host(&site);
+    host.resize(420, 300);
+    host.page.resize(host.size());
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    const FleetView *view = viewOf(host.page);
+    const auto imageOf = [&](int index) { return view->tileOf(site.at(index))->grab().toImage(); };
+    QVERIFY(imageOf(0) != imageOf(1));
 }
 
 void FleetTest::followsChanges()
