@@ -29,6 +29,9 @@ bool isSaid(const QString &text, const Condition &condition, const Headline &hea
 {
     if (condition.id.startsWith(QLatin1String("alarm:")))
         return text.compare(headline.text, Qt::CaseInsensitive) == 0;
+    // In other words, too.
+    if (condition.id == QLatin1String("bypass") && headline.protection == Protection::NotProtected)
+        return true;
     return headline.text.contains(text, Qt::CaseInsensitive);
 }
 
@@ -93,6 +96,8 @@ Banner::Banner(QWidget *parent)
     Theme::setText(detail, Theme::Normal);
     time->setObjectName(QStringLiteral("timeLeft"));
     time->setToolTip(tr("Time left on battery"));
+    constexpr int besideTime = 4;
+    time->setContentsMargins(besideTime, 0, besideTime, 0);
     timeName->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
     auto *texts = new QVBoxLayout;
@@ -108,7 +113,8 @@ Banner::Banner(QWidget *parent)
     layout->addWidget(sign);
     layout->addLayout(texts, 1);
     layout->addWidget(timeName);
-    layout->addWidget(time);
+    // A plate of its own, not a part of the banner's.
+    layout->addWidget(time, 0, Qt::AlignVCenter);
     applyLook();
 }
 

@@ -543,6 +543,12 @@ void ConsoleWindow::keep(const char *key, const QVariant &value)
         memory->setValue(QLatin1String(key), value);
 }
 
+void ConsoleWindow::paintEvent(QPaintEvent *)
+{
+    // The header is one bar, also around the drawer.
+    QPainter(this).fillRect(QRect(0, 0, width(), stack->y()), railColor);
+}
+
 void ConsoleWindow::closeEvent(QCloseEvent *event)
 {
     if (!isFullScreen())

@@ -89,6 +89,7 @@ Q_SIGNALS:
     void keepUser(const QString &upsId, const QString &user, const QString &password);
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;

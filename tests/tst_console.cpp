@@ -159,6 +159,8 @@ private Q_SLOTS:
     void followsTheScenario_data();
     void followsTheScenario();
     void tabsShowAlarms();
+    void headerIsOneBar();
+    void bannerSaysItOnce();
     void valuesFollow();
     void noDataIsNotZero();
     void lostCommunicationLeavesNothing();
@@ -296,6 +298,40 @@ void ConsoleTest::tabsShowAlarms()
         all += ofOne;
     }
     QCOMPARE(all.size(), 3);
+}
+
+/// Also beside the drawer, by day and by night.
+void ConsoleTest::headerIsOneBar()
+{
+    Console console;
+    console.window.resize(480, 320);
+    console.seek(Scenario::Phase::Normal);
+    const auto *drawer = console.find<MetroNavdrawer>("drawer");
+    QVERIFY(drawer->isVisible());
+    for (const bool dark : {false, true}) {
+        console.window.chooseDarkTheme(dark);
+        deliverAll();
+        const QImage image = console.window.grab().toImage();
+        const QColor rail(36, 41, 46);
+        QCOMPARE(image.pixelColor(drawer->x() + 1, 1), rail);
+        QCOMPARE(image.pixelColor(drawer->x() + 1, drawer->height() - 2), rail);
+    }
+    console.window.chooseDarkTheme(false);
+}
+
+/// A load without protection is in the headline; what else is wrong is below.
+void ConsoleTest::bannerSaysItOnce()
+{
+    Console console;
+    Snapshot snapshot = Scenario::snapshotAt(Scenario::startOf(Scenario::Phase::Normal) + 10);
+    snapshot.tokens = StatusToken::Bypass | StatusToken::ReplaceBattery;
+    console.ups->take(snapshot);
+    QCOMPARE(console.find<QLabel>("headline")->text(),
+             QStringLiteral("Bypass – load NOT protected"));
+    const QString below = console.find<QLabel>("condition")->text();
+    QVERIFY2(!below.contains(QStringLiteral("not protected")), qPrintable(below));
+    QVERIFY2(below.contains(QStringLiteral("Replace the battery")), qPrintable(below));
+    QVERIFY2(below.contains(QStringLiteral("since ")), qPrintable(below));
 }
 
 void ConsoleTest::valuesFollow()
