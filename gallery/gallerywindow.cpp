@@ -4,6 +4,7 @@
 
 #include "codewriter.h"
 #include "elementstate.h"
+#include "elidedlabel.h"
 #include "pictograms.h"
 #include "propertybounds.h"
 #include "propertyeditor.h"
@@ -242,7 +243,9 @@ QWidget *GalleryWindow::makeCentre()
 {
     title = Theme::label(nullptr, Theme::Large, true);
     title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    subtitle = Theme::label(nullptr, Theme::Normal);
+    subtitle = new ElidedLabel;
+    Theme::setText(subtitle, Theme::Small);
+    subtitle->setObjectName(QStringLiteral("subtitle"));
     subtitle->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     stage = new WidgetStage;
     signalLine = Theme::label(nullptr, Theme::Small);

@@ -11,6 +11,7 @@
 
 #include <memory>
 
+class ElidedLabel;
 class PropertyEditor;
 class QCheckBox;
 class QLabel;
@@ -68,7 +69,7 @@ private:
 
     WidgetList *list;
     QLabel *title;
-    QLabel *subtitle;
+    ElidedLabel *subtitle;
     QCheckBox *enabledBox;
     QCheckBox *darkBox;
     QCheckBox *darkThemeBox;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
 #include "codewriter.h"
+#include "elidedlabel.h"
 #include "gallerywindow.h"
 #include "magnifier.h"
 #include "options.h"
@@ -272,6 +273,7 @@ class GalleryTest : public WidgetTest
 
 private Q_SLOTS:
     void listsEveryWidget();
+    void descriptionsAreReadWhole();
     void searchNarrowsTheList();
     void choosingShowsTheWidget();
     void everyPropertyIsListed_data();
@@ -322,6 +324,19 @@ private Q_SLOTS:
     void wrongOptions();
     void program();
 };
+
+/// Also in the smallest window.
+void GalleryTest::descriptionsAreReadWhole()
+{
+    Gallery gallery;
+    gallery.window.resize(GalleryWindow::smallestSize);
+    for (const QString &name : gallery.window.widgetNames()) {
+        gallery.show(name);
+        const auto *label = gallery.window.findChild<ElidedLabel *>(QStringLiteral("subtitle"));
+        QVERIFY(label && !label->text().isEmpty());
+        QVERIFY2(!label->isElided(), qPrintable(label->text()));
+    }
+}
 
 void GalleryTest::listsEveryWidget()
 {
