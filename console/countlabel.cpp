@@ -3,7 +3,6 @@
 #include "countlabel.h"
 
 #include "model/sitemodel.h"
-#include "pictograms.h"
 #include "severitylook.h"
 #include "theme.h"
 
@@ -31,6 +30,26 @@ int gapInside(const QFontMetrics &metrics)
 int gapBetween(const QFontMetrics &metrics)
 {
     return metrics.height() * 2 / 3;
+}
+
+/// Two units of a rack, from @p place on.
+void drawServer(QPainter *painter, const QPoint &place, int side, const QColor &ink,
+                const QColor &plate)
+{
+    constexpr double grid = 24;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->translate(place);
+    painter->scale(side / grid, side / grid);
+    painter->setPen(Qt::NoPen);
+    for (const double top : {2.0, 13.0}) {
+        painter->setBrush(ink);
+        painter->drawRoundedRect(QRectF(1, top, 22, 9), 2, 2);
+        painter->setBrush(plate);
+        painter->drawEllipse(QRectF(4.5, top + 3, 3, 3));
+        painter->drawRect(QRectF(12, top + 3.5, 8, 2));
+    }
+    painter->restore();
 }
 
 } // namespace
@@ -96,6 +115,15 @@ void CountLabel::paintEvent(QPaintEvent *event)
         return;
     }
     const QRect room = contentsRect();
+    const QFont smaller = Theme::font(Theme::Normal, true);
+    const QString words = text().simplified();
+    if (QFontMetrics(smaller).elidedText(words, Qt::ElideRight, room.width()) == words) {
+        QPainter painter(this);
+        painter.setFont(smaller);
+        painter.setPen(palette().color(foregroundRole()));
+        painter.drawText(room, int(alignment()), words);
+        return;
+    }
     QFont shown = font();
     // Rather small than cut.
     for (const Theme::TextSize size : {Theme::Normal, Theme::Small}) {
@@ -115,10 +143,12 @@ void CountLabel::paintEvent(QPaintEvent *event)
     const int side = signSide(metrics);
     int x = room.left();
     for (const SiteCount &one : counts) {
-        const double ratio = devicePixelRatioF();
-        painter.drawPixmap(x, room.top() + (room.height() - side) / 2,
-                           one.severity ? severitySign(*one.severity, side, ink, plate, ratio)
-                                        : pictogram(Pictogram::Link, side, ink, ratio));
+        const QPoint place(x, room.top() + (room.height() - side) / 2);
+        if (one.severity)
+            painter.drawPixmap(place,
+                               severitySign(*one.severity, side, ink, plate, devicePixelRatioF()));
+        else
+            drawServer(&painter, place, side, ink, plate);
         x += side + gapInside(metrics);
         const QString number = QString::number(one.count);
         const int width = metrics.horizontalAdvance(number);
