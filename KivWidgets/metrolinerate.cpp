@@ -116,7 +116,7 @@ void MetroLinerate::paintEvent(QPaintEvent *)
 
 void MetroLinerate::paintImageBG()
 {
-    if (ImageBG->isNull()) {
+    if (isMissing(ImageBG)) {
         reportNullImage(KIV_HERE, this, "ImageBG");
         return;
     }
@@ -125,7 +125,7 @@ void MetroLinerate::paintImageBG()
 
 void MetroLinerate::paintImage()
 {
-    if (Image->isNull()) {
+    if (isMissing(Image)) {
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
@@ -144,7 +144,7 @@ void MetroLinerate::paintImage()
 
 void MetroLinerate::paintImageFG()
 {
-    if (ImageFG->isNull()) {
+    if (isMissing(ImageFG)) {
         reportNullImage(KIV_HERE, this, "ImageFG");
         return;
     }
@@ -182,6 +182,7 @@ void MetroLinerate::buildGraph(QImage &img)
 {
     if (!ImageBG || !Image || !ImageFG)
         createImages();
+    // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): all layers are there now
     composeLayers(img, *ImageBG, *Image, *ImageFG);
     QPainter painter(&img);
     if (value > full) {

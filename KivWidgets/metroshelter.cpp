@@ -209,6 +209,7 @@ void MetroShelter::paintImage()
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
+    // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): it has a background.
     paintStretched(image, size(), *ImageBackground);
     StretchedPainter painter(image, size(), *ImageBackground);
     paintText(&painter);

@@ -166,7 +166,7 @@ void MetroXbar::paintEvent(QPaintEvent *)
 
 void MetroXbar::paintImageBG()
 {
-    if (ImageBG->isNull()) {
+    if (isMissing(ImageBG)) {
         reportNullImage(KIV_HERE, this, "ImageBG");
         return;
     }
@@ -175,7 +175,7 @@ void MetroXbar::paintImageBG()
 
 void MetroXbar::paintImage()
 {
-    if (Image->isNull()) {
+    if (isMissing(Image)) {
         reportNullImage(KIV_HERE, this, "Image");
         return;
     }
@@ -189,7 +189,7 @@ void MetroXbar::paintImage()
 
 void MetroXbar::paintImageFG()
 {
-    if (ImageFG->isNull()) {
+    if (isMissing(ImageFG)) {
         reportNullImage(KIV_HERE, this, "ImageFG");
         return;
     }
@@ -223,6 +223,7 @@ void MetroXbar::buildGraph(QImage &img)
 {
     if (!ImageBG || !Image || !ImageFG)
         createImages();
+    // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): all layers are there now
     composeLayers(img, *ImageBG, *Image, *ImageFG);
     QPainter painter(&img);
     drawBarText(&painter, font(), barWidth, height(), textOf(value, measure));

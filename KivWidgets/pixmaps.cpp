@@ -112,7 +112,7 @@ QPixmap libraryImage(const QString &name)
     // An application may release the collection and register it again.
     const QString path = QStringLiteral(":/Images/%1.png").arg(name);
     const uchar *const data = QResource(path).data();
-    Images &images = applicationMemory<Images>();
+    auto &images = applicationMemory<Images>();
     const auto known = images.constFind(name);
     if (known != images.cend() && known->data == data)
         return known->plain;
@@ -128,7 +128,7 @@ QPixmap atRatio(const QPixmap &pixmap, double ratio)
 {
     if (ratio <= 1.0 || pixmap.devicePixelRatio() != 1.0)
         return pixmap;
-    Images &images = applicationMemory<Images>();
+    auto &images = applicationMemory<Images>();
     for (auto it = images.begin(); it != images.end(); ++it) {
         if (it->plain.cacheKey() != pixmap.cacheKey())
             continue;

@@ -85,7 +85,7 @@ bool addsUp(const QPainter &painter, const QRegion &region, QSize size)
         return false;
     const QImage::Format format = static_cast<const QImage *>(device)->format();
     const double ratio = device->devicePixelRatioF();
-    const QTransform transform = painter.deviceTransform();
+    const QTransform &transform = painter.deviceTransform();
     const auto isWhole = [](double number) { return number == std::floor(number); };
     return (format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied) &&
            transform.type() <= QTransform::TxScale && transform.m11() == ratio &&
@@ -105,7 +105,7 @@ QImage faceWithKnob(const QPixmap &face, const QRect &knob, double ratio)
     const QSize size = pixelSize(face.size(), ratio);
     if (!isRememberable(key, qsizetype(size.width()) * size.height() * 4))
         return QImage();
-    const QImage known = rememberedImage(key);
+    QImage known = rememberedImage(key);
     if (!known.isNull())
         return known;
     QImage whole = newImage(face.size(), ratio);

@@ -128,7 +128,7 @@ bool isPlainPlace(QPointF place)
 bool isPlainPainter(QPainter *painter)
 {
     const QPaintEngine *const engine = painter->paintEngine();
-    const QTransform transform = painter->deviceTransform();
+    const QTransform &transform = painter->deviceTransform();
     return engine && engine->type() == QPaintEngine::Raster &&
            transform.type() <= QTransform::TxTranslate && isWhole(transform.dx()) &&
            isWhole(transform.dy()) && painter->pen().style() == Qt::SolidLine &&

@@ -66,7 +66,7 @@ QString CommandLine::givenTwice() const
 {
     const QStringList given = parser.optionNames();
     for (const QCommandLineOption &option : single) {
-        const QString name = option.names().constLast();
+        QString name = option.names().constLast();
         if (given.count(name) > 1)
             return name;
     }
