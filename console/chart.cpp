@@ -31,8 +31,8 @@ constexpr double largestValue = 1e9;
 QColor dayLineColor(const QPalette &palette)
 {
     constexpr int mixed = 40;
-    const QColor ink = palette.color(QPalette::Mid);
-    const QColor base = palette.color(QPalette::Base);
+    const QColor &ink = palette.color(QPalette::Mid);
+    const QColor &base = palette.color(QPalette::Base);
     const auto mix = [](int a, int b) { return (a * mixed + b * (100 - mixed)) / 100; };
     return {mix(ink.red(), base.red()), mix(ink.green(), base.green()),
             mix(ink.blue(), base.blue())};

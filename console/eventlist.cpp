@@ -117,7 +117,7 @@ QString titleOf(const Event &event)
 
 QString timesOf(const Event &event, const QDateTime &now, bool left)
 {
-    const QString begin = momentText(event.begin, now);
+    QString begin = momentText(event.begin, now);
     const QString length = lengthText(event.length(now.toMSecsSinceEpoch()));
     if (left)
         return (event.isOfServer() ? EventList::tr("began %1, the server is not followed here")

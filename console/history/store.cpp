@@ -437,7 +437,7 @@ bool Store::prepareTables()
     }
     if (*objects > 0) {
         // What is broken deeper inside shows when it is used.
-        constexpr qint64 quicklyChecked = 32 * 1024 * 1024;
+        constexpr qint64 quicklyChecked = qint64(32) * 1024 * 1024;
         QSqlQuery check(database);
         if (QFile(database.databaseName()).size() > quicklyChecked)
             return true;

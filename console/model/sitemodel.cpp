@@ -5,6 +5,7 @@
 #include <QtCore/QLocale>
 
 #include <algorithm>
+#include <utility>
 
 bool operator==(const SiteProblem &a, const SiteProblem &b)
 {
@@ -192,7 +193,8 @@ QStringList SiteModel::problemLines(int most) const
         return urgencyOf(wrong.value(a).severity) > urgencyOf(wrong.value(b).severity);
     });
     QStringList lines;
-    for (const QString &source : sources.mid(0, most))
+    sources = sources.mid(0, most);
+    for (const QString &source : std::as_const(sources))
         lines += source + QStringLiteral(": ") + wrong.value(source).text;
     return lines;
 }

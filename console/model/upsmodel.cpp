@@ -9,6 +9,7 @@ namespace {
 
 const Condition *find(const QVector<Condition> &conditions, const QString &id)
 {
+    // NOLINTNEXTLINE(readability-qualified-auto): the iterator is a pointer in Qt 5 alone.
     const auto found = std::find_if(conditions.cbegin(), conditions.cend(),
                                     [&id](const Condition &one) { return one.id == id; });
     return found == conditions.cend() ? nullptr : &*found;
