@@ -16,6 +16,8 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 /// Who reads the password on its way.
@@ -72,8 +74,13 @@ LoginDialog::LoginDialog(UpsModel *askedUps, const QString &file, QWidget *paren
     layout->addRow(place);
     layout->addRow(way);
     layout->addRow(answer);
-    layout->addRow(Theme::label(this, Theme::Normal, false, tr("User")), user);
-    layout->addRow(Theme::label(this, Theme::Normal, false, tr("Password")), password);
+    for (const auto &[text, edit] :
+         {std::pair(tr("User"), user), std::pair(tr("Password"), password)}) {
+        QLabel *label = Theme::label(this, Theme::Normal, false, text);
+        label->setBuddy(edit); // which names it for screen readers
+        label->setMinimumHeight(Theme::touchSize());
+        layout->addRow(label, edit);
+    }
     layout->addRow(keeps);
     if (file.isEmpty())
         keeps->hide();

@@ -189,6 +189,7 @@ private Q_SLOTS:
     void dialogSaysWhereThePasswordGoes_data();
     void dialogSaysWhereThePasswordGoes();
     void dialogNamesTheFile();
+    void dialogNamesItsFields();
     void logsOut();
     void refusedUserShows();
     void keepsAUserOnlyWhenAsked();
@@ -990,6 +991,26 @@ void ControlPageTest::dialogNamesTheFile()
         dialog->reject();
         QTRY_VERIFY(!find<LoginDialog>("login"));
     }
+}
+
+/// By labels beside them, also for screen readers.
+void ControlPageTest::dialogNamesItsFields()
+{
+    show(feed.get());
+    QTest::mouseClick(find<AeroButton>("logIn"), Qt::LeftButton);
+    auto *dialog = find<LoginDialog>("login");
+    deliverAll();
+    for (const char *name : {"user", "password"}) {
+        auto *edit = dialog->findChild<QLineEdit *>(QLatin1String(name));
+        const QList<QLabel *> labels = dialog->findChildren<QLabel *>();
+        const auto label = std::find_if(labels.cbegin(), labels.cend(),
+                                        [edit](const QLabel *one) { return one->buddy() == edit; });
+        QVERIFY(label != labels.cend());
+        QCOMPARE((*label)->text().toLower(), QLatin1String(name));
+        const int off = (*label)->geometry().center().y() - edit->geometry().center().y();
+        QVERIFY2(std::abs(off) <= 2, qPrintable(QString::number(off)));
+    }
+    dialog->reject();
 }
 
 void ControlPageTest::logsOut()
