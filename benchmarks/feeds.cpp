@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
-// What the console spends on the data of a fleet: kivfeeds nut|status|prometheus COUNT [ROUNDS]
-// shows a site of COUNT UPSes on the fleet page, fed by a server in a process of its own, and
-// prints the time and the processor's time of a round. "nut" asks some UPSes of each round for
-// everything, as the console does, "everything" all of them, and "status" none after the first
+// What the console spends on the data of a fleet: kivfeeds nut|everything|status|prometheus|https
+// COUNT [ROUNDS] shows a site of COUNT UPSes on the fleet page, fed by a server in a process of its
+// own, and prints the time and the processor's time of a round. "nut" asks some UPSes of each round
+// for everything, as the console does, "everything" all of them, and "status" none after the first
 // round. One value of each UPS changes every second.
 
 #include "consolewindow.h"
@@ -14,7 +14,13 @@
 #include "sitefeeds.h"
 #include "theme.h"
 
+#include "certificates.h"
+
 #include <QtCore/QDateTime>
+#include <QtCore/QFile>
+#include <QtNetwork/QSslConfiguration>
+#include <QtNetwork/QSslKey>
+#include <QtNetwork/QSslSocket>
 #include <QtNetwork/QTcpServer>
 #include <QtNetwork/QTcpSocket>
 #include <QtWidgets/QApplication>
@@ -52,6 +58,35 @@ struct Shared
     std::atomic<qint64> bytes{0};     ///< of the answers
 };
 
+/// Takes connections, under TLS where it has a key.
+class Listener : public QTcpServer
+{
+public:
+    explicit Listener(const QSslConfiguration &used)
+        : tls(used)
+    {}
+
+protected:
+    void incomingConnection(qintptr descriptor) override
+    {
+        if (tls.privateKey().isNull()) {
+            QTcpServer::incomingConnection(descriptor);
+            return;
+        }
+        auto *socket = new QSslSocket(this);
+        if (!socket->setSocketDescriptor(descriptor)) {
+            delete socket;
+            return;
+        }
+        socket->setSslConfiguration(tls);
+        socket->startServerEncryption();
+        addPendingConnection(socket);
+    }
+
+private:
+    const QSslConfiguration tls;
+};
+
 /// A server in a process of its own, which ends with this one.
 class Server
 {
@@ -60,6 +95,19 @@ public:
         : upses(count)
     {}
     virtual ~Server() = default;
+
+    /// Speaks TLS from now on.
+    bool useTls(const Certificates &certificates)
+    {
+        const QString kind = QStringLiteral("right");
+        QFile key(certificates.key(kind));
+        tls = QSslConfiguration::defaultConfiguration();
+        tls.setPeerVerifyMode(QSslSocket::VerifyNone);
+        tls.setLocalCertificateChain(QSslCertificate::fromPath(certificates.certificate(kind)));
+        if (key.open(QIODevice::ReadOnly))
+            tls.setPrivateKey(QSslKey(key.readAll(), QSsl::Rsa));
+        return !tls.privateKey().isNull();
+    }
 
     /// To be called before there is an application.
     bool start()
@@ -104,7 +152,7 @@ private:
     {
         int argc = 0;
         const QCoreApplication application(argc, nullptr);
-        QTcpServer server;
+        Listener server(tls);
         QObject::connect(&server, &QTcpServer::newConnection, &server, [this, &server] {
             QTcpSocket *socket = server.nextPendingConnection();
             const auto pending = std::make_shared<QByteArray>();
@@ -127,6 +175,7 @@ private:
     }
 
     const int upses;
+    QSslConfiguration tls;
     bool isSilent = true;
 };
 
@@ -287,18 +336,24 @@ int main(int argc, char **argv)
     const QString mode = QString::fromLocal8Bit(argc > 1 ? argv[1] : "");
     const int count = argc > 2 ? std::atoi(argv[2]) : 1000;
     const int rounds = argc > 3 ? std::atoi(argv[3]) : 10;
-    const bool prometheus = mode == QLatin1String("prometheus");
+    const bool secure = mode == QLatin1String("https");
+    const bool prometheus = secure || mode == QLatin1String("prometheus");
     const bool known = prometheus || mode == QLatin1String("nut") ||
                        mode == QLatin1String("status") || mode == QLatin1String("everything");
     if (!known || count < 1 || rounds < 1)
         return Program::refuse(
-            QStringLiteral("use kivfeeds nut|everything|status|prometheus COUNT [ROUNDS]"),
+            QStringLiteral("use kivfeeds nut|everything|status|prometheus|https COUNT [ROUNDS]"),
             Program::wrongOptions);
     std::unique_ptr<Server> server;
     if (prometheus)
         server = std::make_unique<PromFleet>(count);
     else
         server = std::make_unique<NutServer>(count);
+    std::unique_ptr<Certificates> certificates;
+    if (secure)
+        certificates = std::make_unique<Certificates>();
+    if (secure && (!certificates->problem().isEmpty() || !server->useTls(*certificates)))
+        return Program::refuse(QStringLiteral("there are no certificates"), Program::failed);
     if (!server->start())
         return Program::refuse(QStringLiteral("the server does not start"), Program::failed);
     const auto port = quint16(server->shared->port);
@@ -311,7 +366,11 @@ int main(int argc, char **argv)
     SiteEntries entries;
     if (prometheus) {
         PromEntry entry;
-        entry.url = QStringLiteral("http://127.0.0.1:%1").arg(port);
+        entry.url = QStringLiteral("%1://127.0.0.1:%2")
+                        .arg(QLatin1String(secure ? "https" : "http"))
+                        .arg(port);
+        if (secure)
+            entry.authorities.path = certificates->authority();
         entries.prometheus.append(entry);
     } else {
         ServerEntry entry;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
+#include "httppost.h"
 #include "prometheus.h"
 
 #include "certificates.h"
@@ -18,6 +19,7 @@
 
 #include <cmath>
 #include <ctime>
+#include <functional>
 #include <memory>
 
 namespace {
@@ -51,6 +53,46 @@ PromTimes shortTimes()
     times.answer = 2000;
     return times;
 }
+
+/// Asks a server, which answers "body", over connections that are kept.
+struct Asker
+{
+    explicit Asker(int idle = HttpPool::usualIdle, int age = HttpPool::usualAge)
+        : pool(idle, age)
+    {
+        web.onQuery = [](const QByteArray &) { return qMakePair(200, QByteArray("body")); };
+    }
+
+    void post(const std::function<void(const QString &)> &take)
+    {
+        constexpr int patience = 20000;
+        constexpr int mostBytes = 1000;
+        auto *question = new HttpPost({web.server("/x").url, "query=x", {}, {}}, patience,
+                                      mostBytes, &pool, &pool);
+        QObject::connect(question, &HttpPost::finished, &pool,
+                         [take](int code, const QByteArray &body, const QString &problem) {
+                             take(problem.isEmpty() ? QString::number(code) + QLatin1Char(' ') +
+                                                          QString::fromLatin1(body)
+                                                    : problem);
+                         });
+    }
+
+    /// The code and the body, or the problem.
+    QString ask()
+    {
+        QString answer;
+        post([&answer](const QString &got) { answer = got; });
+        return QTest::qWaitFor([&answer] { return !answer.isEmpty(); }) ? answer : QString();
+    }
+
+    int connections() const
+    {
+        return int(web.clients().size());
+    }
+
+    FakeWeb web;
+    HttpPool pool;
+};
 
 /// What a source finds, and the latest of each UPS.
 struct Watch
@@ -158,6 +200,12 @@ private Q_SLOTS:
     void formsOfAnswers_data();
     void formsOfAnswers();
     void cutAnswers();
+    void keptConnections_data();
+    void keptConnections();
+    void keptConnectionsTakeNothing();
+    void keptConnectionsEnd();
+    void keptConnectionsAreBounded();
+    void refreshesShareConnections();
     void redirections();
     void manyFlags();
     void sendsSecretsOnlyWhereTheyAreSafe();
@@ -917,6 +965,155 @@ void PrometheusTest::cutAnswers()
     Watch watch(&source);
     source.start();
     QTRY_COMPARE(watch.problem, text("it closes the connection within its answer"));
+}
+
+/// The next question goes over the same connection only where an answer has surely ended, and each
+/// gets its own answer.
+void PrometheusTest::keptConnections()
+{
+    QFETCH(QByteArray, head);
+    QFETCH(QByteArray, rest);
+    QFETCH(bool, kept);
+    Asker asker;
+    asker.web.onRaw = [&](QTcpSocket *socket) {
+        const QByteArray body = "answer " + QByteArray::number(asker.web.heads.size());
+        QByteArray all = head + rest;
+        all.replace("LENGTH", QByteArray::number(body.size()));
+        all.replace("SIZE", QByteArray::number(body.size(), 16));
+        socket->write(all.replace("BODY", body));
+    };
+    QCOMPARE(asker.ask(), text("200 answer 1"));
+    QCOMPARE(asker.pool.count(), kept ? 1 : 0);
+    QCOMPARE(asker.ask(), text("200 answer 2"));
+    QCOMPARE(asker.connections(), kept ? 1 : 2);
+}
+
+void PrometheusTest::keptConnections_data()
+{
+    QTest::addColumn<QByteArray>("head");
+    QTest::addColumn<QByteArray>("rest");
+    QTest::addColumn<bool>("kept");
+    const QByteArray ok = "HTTP/1.1 200 OK\r\n";
+    const QByteArray length = "Content-Length: LENGTH\r\n";
+    const QByteArray chunks = "Transfer-Encoding: chunked\r\n";
+    const QByteArray body = "\r\nBODY";
+    const QByteArray parts = "\r\nSIZE\r\nBODY\r\n0\r\n";
+    const auto row = [](const char *name, const QByteArray &head, const QByteArray &rest,
+                        bool kept) { QTest::newRow(name) << head << rest << kept; };
+    row("length", ok + length, body, true);
+    row("chunks", ok + chunks, parts + "\r\n", true);
+    row("kept by name", ok + "Connection: Keep-Alive\r\n" + length, body, true);
+    row("after others", "HTTP/1.1 100 Continue\r\n\r\n" + ok + length, body, true);
+    row("closed by name", ok + "Connection: close\r\n" + length, body, false);
+    row("closed among others", ok + "Connection: x, close\r\n" + length, body, false);
+    row("old protocol", "HTTP/1.0 200 OK\r\n" + length, body, false);
+    row("two lengths", ok + "Content-Length: 1\r\n" + length, body, false);
+    row("length and chunks", ok + length + chunks, parts + "\r\n", false);
+    row("chunks and length", ok + chunks + length, parts + "\r\n", false);
+    row("chunks twice", ok + chunks + chunks, parts + "\r\n", false);
+    row("trailer", ok + chunks, parts + "X: y\r\n\r\n", false);
+    row("no end of chunks", ok + chunks, parts, false);
+    const QByteArray other = ok + "Content-Length: 5\r\n\r\nother";
+    row("another answer", ok + length, body + other, false);
+    row("another behind chunks", ok + chunks, parts + "\r\n" + other, false);
+}
+
+/// What comes while nobody asks is no answer to the next question.
+void PrometheusTest::keptConnectionsTakeNothing()
+{
+    Asker asker;
+    QCOMPARE(asker.ask(), text("200 body"));
+    QCOMPARE(asker.pool.count(), 1);
+    asker.web.clients().first()->write("HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nother");
+    QTRY_COMPARE(asker.pool.count(), 0);
+    QCOMPARE(asker.ask(), text("200 body"));
+    QCOMPARE(asker.connections(), 2);
+}
+
+/// A connection that the server closes meanwhile costs nobody an answer; one that it closes in
+/// earnest does.
+void PrometheusTest::keptConnectionsEnd()
+{
+    Asker asker;
+    const auto answering = asker.web.onQuery;
+    const auto lose = [](const QByteArray &) { return qMakePair(0, QByteArray()); };
+    QCOMPARE(asker.ask(), text("200 body"));
+    asker.web.clients().first()->disconnectFromHost();
+    QTRY_COMPARE(asker.pool.count(), 0);
+    QCOMPARE(asker.ask(), text("200 body"));
+    // Closed at the question: it is asked again, once.
+    asker.web.onQuery = [&](const QByteArray &query) {
+        asker.web.onQuery = answering;
+        return lose(query);
+    };
+    QCOMPARE(asker.ask(), text("200 body"));
+    QCOMPARE(asker.web.heads.size(), 4);
+    QCOMPARE(asker.connections(), 3);
+    asker.web.onQuery = lose;
+    QCOMPARE(asker.ask(), text("it closes the connection without an answer"));
+    QCOMPARE(asker.web.heads.size(), 6);
+    QCOMPARE(asker.ask(), text("it closes the connection without an answer"));
+    QCOMPARE(asker.web.heads.size(), 7);
+    // What has begun is not asked for again.
+    asker.web.onQuery = answering;
+    QCOMPARE(asker.ask(), text("200 body"));
+    asker.web.onRaw = [](QTcpSocket *socket) {
+        socket->write("HTTP/1.1 200");
+        socket->disconnectFromHost();
+    };
+    QCOMPARE(asker.ask(), text("it closes the connection within its answer"));
+    QCOMPARE(asker.web.heads.size(), 9);
+}
+
+/// Few are kept, and none for ever.
+void PrometheusTest::keptConnectionsAreBounded()
+{
+    Asker asker;
+    asker.web.answers = false;
+    int answers = 0;
+    for (int i = 0; i < 4; ++i)
+        asker.post([&answers](const QString &) { ++answers; });
+    QTRY_COMPARE(asker.web.waiting(), 4);
+    for (QTcpSocket *socket : asker.web.clients())
+        socket->write("HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx");
+    QTRY_COMPARE(answers, 4);
+    QCOMPARE(asker.pool.count(), HttpPool::mostIdle);
+    Asker brief(1, HttpPool::usualAge);
+    QCOMPARE(brief.ask(), text("200 body"));
+    QTRY_COMPARE(brief.pool.count(), 0);
+    Asker old(HttpPool::usualIdle, 0);
+    QCOMPARE(old.ask(), text("200 body"));
+    QCOMPARE(old.ask(), text("200 body"));
+    QCOMPARE(old.connections(), 2);
+}
+
+/// Refreshes need no new handshakes.
+void PrometheusTest::refreshesShareConnections()
+{
+    FakeWeb web;
+    web.useTls(certificates->certificate(text("right")), certificates->key(text("right")));
+    web.onQuery = [](const QByteArray &query) {
+        return qMakePair(200, vectorOf({row(FakeWeb::asksForStatuses(query)
+                                                ? "\"instance\":\"i\",\"ups\":\"a\",\"flag\":\"OL\""
+                                                : "\"instance\":\"i\",\"ups\":\"a\"",
+                                            seconds())}));
+    };
+    PromServer server = web.server();
+    server.url.setScheme(text("https"));
+    server.authorities = QSslCertificate::fromPath(certificates->authority());
+    PromSource source(server, shortTimes());
+    Watch watch(&source);
+    source.start();
+    QTRY_VERIFY(!watch.of("a@i (nut)").isLost());
+    watch.feeds.constBegin().value()->setFollowed(true);
+    QTRY_VERIFY2(web.heads.size() > 20, qPrintable(watch.problem));
+    QVERIFY(web.clients().size() <= HttpPool::mostIdle + 1);
+    // The server goes and comes back.
+    const quint16 port = web.serverPort();
+    web.vanish();
+    QTRY_VERIFY(watch.of("a@i (nut)").isLost());
+    QVERIFY(web.listen(QHostAddress::LocalHost, port));
+    QTRY_VERIFY(!watch.of("a@i (nut)").isLost());
 }
 
 /// Nothing is sent to where an answer points.

@@ -43,22 +43,114 @@ std::optional<qint64> sizeOf(const QByteArray &text, int base)
 
 } // namespace
 
-HttpPost::HttpPost(const HttpRequest &wanted, int msecs, int mostBodyBytes, QObject *parent)
+HttpPool::HttpPool(int idleMsecs, int mostMsecs, QObject *parent)
+    : QObject(parent)
+    , oldest(mostMsecs)
+{
+    patience.setSingleShot(true);
+    patience.setInterval(idleMsecs);
+    connect(&patience, &QTimer::timeout, this, [this] {
+        while (!idle.empty())
+            drop(idle.back().socket);
+    });
+}
+
+HttpPool::~HttpPool() = default;
+
+HttpPool::Connection HttpPool::take()
+{
+    while (!idle.empty()) {
+        const Connection latest = idle.back();
+        const bool isGood = latest.socket->state() == QAbstractSocket::ConnectedState &&
+                            latest.socket->bytesAvailable() == 0 && latest.age.elapsed() < oldest;
+        if (!isGood) {
+            drop(latest.socket);
+            continue;
+        }
+        idle.pop_back();
+        latest.socket->disconnect(this);
+        latest.socket->setParent(nullptr);
+        return latest;
+    }
+    return {};
+}
+
+void HttpPool::give(const Connection &connection)
+{
+    QTcpSocket *socket = connection.socket;
+    socket->setParent(this);
+    idle.push_back(connection);
+    if (idle.size() > std::size_t(mostIdle) || socket->state() != QAbstractSocket::ConnectedState ||
+        socket->bytesAvailable() > 0) {
+        drop(socket);
+        return;
+    }
+    // Nobody has asked, so that whatever comes is no answer.
+    connect(socket, &QTcpSocket::readyRead, this, [this, socket] { drop(socket); });
+    connect(socket, &QTcpSocket::disconnected, this, [this, socket] { drop(socket); });
+    patience.start();
+}
+
+int HttpPool::count() const
+{
+    return int(idle.size());
+}
+
+void HttpPool::drop(QTcpSocket *socket)
+{
+    idle.erase(std::remove_if(idle.begin(), idle.end(),
+                              [socket](const Connection &one) { return one.socket == socket; }),
+               idle.end());
+    socket->disconnect(this);
+    socket->abort();
+    socket->deleteLater();
+}
+
+HttpPost::HttpPost(const HttpRequest &wanted, int msecs, int mostBodyBytes, QObject *parent,
+                   HttpPool *usedPool)
     : QObject(parent)
     , request(wanted)
     , host(wanted.url.host())
     , mostBytes(mostBodyBytes)
+    , pool(usedPool)
 {
-    socket = newSocket();
-    socket->setProxy(QNetworkProxy::NoProxy);
-    socket->setReadBufferSize(readAhead);
-    connect(socket, &QTcpSocket::readyRead, this, &HttpPost::take);
-    connect(socket, &QTcpSocket::errorOccurred, this, &HttpPost::takeError);
     // Of the whole answer: a server that sends it byte by byte is as good as silent.
     deadline.setSingleShot(true);
     connect(&deadline, &QTimer::timeout, this,
             [this] { fail(QStringLiteral("it gives no whole answer in time")); });
     deadline.start(msecs);
+    if (pool) {
+        const HttpPool::Connection connection = pool->take();
+        socket = connection.socket;
+        age = connection.age;
+    }
+    if (!socket) {
+        open();
+        return;
+    }
+    isReused = true;
+    isSecured = true;
+    socket->setParent(this);
+    follow();
+    send();
+}
+
+HttpPost::~HttpPost() = default;
+
+void HttpPost::follow()
+{
+    connect(socket, &QTcpSocket::readyRead, this, &HttpPost::take);
+    connect(socket, &QTcpSocket::errorOccurred, this, &HttpPost::takeError);
+}
+
+void HttpPost::open()
+{
+    isSecured = false;
+    age.start();
+    socket = newSocket();
+    socket->setProxy(QNetworkProxy::NoProxy);
+    socket->setReadBufferSize(readAhead);
+    follow();
     const QString name = request.url.host(QUrl::FullyEncoded);
     constexpr int plainPort = 80;
     constexpr int securePort = 443;
@@ -67,8 +159,6 @@ HttpPost::HttpPost(const HttpRequest &wanted, int msecs, int mostBodyBytes, QObj
     else
         socket->connectToHost(name, quint16(request.url.port(plainPort)));
 }
-
-HttpPost::~HttpPost() = default;
 
 QTcpSocket *HttpPost::newSocket()
 {
@@ -109,8 +199,21 @@ void HttpPost::close()
 {
     isEnded = true;
     deadline.stop();
+    if (!socket)
+        return;
     socket->disconnect(this);
     socket->abort();
+}
+
+/// Leaves the connection to the next question, if this answer has surely ended.
+void HttpPost::release()
+{
+    const bool isClean = isKept && (isChunked || length) && pending.isEmpty();
+    if (!pool || !isClean)
+        return;
+    socket->disconnect(this);
+    pool->give({socket, age});
+    socket = nullptr;
 }
 
 void HttpPost::send()
@@ -122,11 +225,11 @@ void HttpPost::send()
     if (url.port() > 0)
         name += ':' + QByteArray::number(url.port());
     const QByteArray path = url.path(QUrl::FullyEncoded).toLatin1();
-    QByteArray head = "POST " + (path.isEmpty() ? QByteArray("/") : path) +
-                      " HTTP/1.1\r\nHost: " + name +
-                      "\r\nContent-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
-                      QByteArray::number(request.form.size()) +
-                      "\r\nAccept-Encoding: identity\r\nConnection: close\r\n";
+    QByteArray head =
+        "POST " + (path.isEmpty() ? QByteArray("/") : path) + " HTTP/1.1\r\nHost: " + name +
+        "\r\nContent-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
+        QByteArray::number(request.form.size()) +
+        "\r\nAccept-Encoding: identity\r\nConnection: " + (pool ? "keep-alive" : "close") + "\r\n";
     if (!request.authorization.isEmpty())
         head += "Authorization: " + request.authorization + "\r\n";
     socket->write(head + "\r\n" + request.form);
@@ -198,6 +301,7 @@ bool HttpPost::takeHead()
         return false;
     }
     code = int(*status);
+    isKept = words.constFirst() == "HTTP/1.1";
     // What comes before the answer.
     constexpr int final = 200;
     if (code < final)
@@ -223,13 +327,20 @@ QString HttpPost::takeHeader(const QByteArray &line)
     const int colon = int(line.indexOf(':'));
     const QByteArray name = line.left(std::max(colon, 0)).trimmed().toLower();
     const QByteArray value = line.mid(colon + 1).trimmed().toLower();
+    if (name == "connection") {
+        isKept = isKept && value == "keep-alive";
+        return {};
+    }
     if (name == "transfer-encoding") {
+        // With a length beside it, or twice, the end is in doubt.
+        isKept = isKept && !isChunked && !length;
         isChunked = true;
         return value == "chunked" ? QString() : notHttp();
     }
     if (name == "content-encoding" && value != "identity")
         return QStringLiteral("its answer is compressed, though nobody asked for that");
     if (name == "content-length") {
+        isKept = isKept && !isChunked && !length;
         length = sizeOf(value, 10);
         if (!length)
             return notHttp();
@@ -254,6 +365,11 @@ bool HttpPost::takeChunkSize()
     if (!size) {
         fail(notHttp());
     } else if (*size == 0) {
+        // Others may have trailers, which nobody reads.
+        if (pending == "\r\n")
+            pending.clear();
+        else
+            isKept = false;
         succeed();
     } else if (*size > mostBytes) {
         fail(tooLong());
@@ -282,6 +398,13 @@ void HttpPost::takeError()
     take();
     if (isEnded)
         return;
+    if (isReused && headBytes == 0 && pending.isEmpty()) {
+        // Closed by the server before it had the question, which is asked once more.
+        isReused = false;
+        socket->disconnect(this);
+        socket->deleteLater();
+        return open();
+    }
     if (!tlsProblem.isEmpty())
         return fail(tlsProblem);
     switch (socket->error()) {
@@ -306,6 +429,8 @@ void HttpPost::takeError()
 
 void HttpPost::succeed()
 {
+    if (!isEnded)
+        release();
     end(QString());
 }
 

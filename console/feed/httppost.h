@@ -3,12 +3,15 @@
 #pragma once
 
 #include <QtCore/QByteArray>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
+#include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtNetwork/QSslCertificate>
 
 #include <optional>
+#include <vector>
 
 class QSslSocket;
 class QTcpSocket;
@@ -22,9 +25,47 @@ struct HttpRequest
     QList<QSslCertificate> authorities; ///< of https; empty: the system's
 };
 
-/// Posts a form over a connection of its own, and reads the answer in bounded time and memory,
-/// whatever the server sends. It follows no redirection, keeps no cookie and wants nothing
-/// compressed. It deletes itself at the end.
+/// Connections to one server that wait for the next question, since a TLS handshake costs more than
+/// a small answer. One on which anything comes meanwhile is closed.
+class HttpPool : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int mostIdle = 2;
+    static constexpr int usualIdle = 30000;
+    static constexpr int usualAge = 300000;
+
+    /// Closes all after @p idleMsecs without a question, and each that was opened @p mostMsecs ago,
+    /// so that a certificate is checked again from time to time.
+    explicit HttpPool(int idleMsecs = usualIdle, int mostMsecs = usualAge,
+                      QObject *parent = nullptr);
+    ~HttpPool() override;
+
+    struct Connection
+    {
+        QTcpSocket *socket = nullptr; ///< null: none
+        QElapsedTimer age;            ///< since it was opened
+    };
+
+    /// A connection that is open and checked; the caller's from now on.
+    Connection take();
+    /// Takes over @p connection, whose answer was read to its end, or closes it.
+    void give(const Connection &connection);
+    /// How many wait.
+    int count() const;
+
+private:
+    void drop(QTcpSocket *socket);
+
+    const int oldest;
+    std::vector<Connection> idle; // the sockets are children
+    QTimer patience;
+};
+
+/// Posts a form over a connection of its own, or one of an HttpPool, and reads the answer in
+/// bounded time and memory, whatever the server sends. It follows no redirection, keeps no cookie
+/// and wants nothing compressed. It deletes itself at the end.
 class HttpPost : public QObject
 {
     Q_OBJECT
@@ -33,8 +74,10 @@ public:
     /// Of the status and the headers, those before the answer's own included.
     static constexpr int mostHeadBytes = 64 * 1024;
 
-    /// Begins; finished() comes at the latest after @p msecs, in a later turn of the event loop.
-    HttpPost(const HttpRequest &request, int msecs, int mostBodyBytes, QObject *parent);
+    /// Begins; finished() comes at the latest after @p msecs, in a later turn of the event loop. A
+    /// @p pool has connections to the same server alone.
+    HttpPost(const HttpRequest &request, int msecs, int mostBodyBytes, QObject *parent,
+             HttpPool *pool = nullptr);
     ~HttpPost() override;
 
     /// Closes the connection; finished() does not come any more.
@@ -54,6 +97,8 @@ private:
         ChunkEnd,  // the line's end behind a chunk
     };
 
+    void open();
+    void follow();
     QTcpSocket *newSocket();
     QSslSocket *newSecureSocket();
     void send();
@@ -67,11 +112,16 @@ private:
     void fail(const QString &reason);
     void end(const QString &reason);
     void close();
+    void release();
 
     const HttpRequest request;
     const QString host;
     const int mostBytes;
-    QTcpSocket *socket = nullptr;
+    QPointer<HttpPool> pool;
+    QTcpSocket *socket = nullptr; // null: it went back to the pool
+    QElapsedTimer age;            // of the connection
+    bool isReused = false;
+    bool isKept = false; // as far as the answer's head says
     QTimer deadline;
     QString tlsProblem;
     bool isEnded = false;

@@ -2,7 +2,6 @@
 
 #include "prometheus.h"
 
-#include "httppost.h"
 #include "nutaddress.h"
 #include "nutmapping.h"
 
@@ -216,7 +215,7 @@ HttpPost *PromSource::get(const QString &path, QList<QPair<QString, QString>> it
     else if (!server.password.isEmpty())
         request.authorization =
             "Basic " + (server.user + QLatin1Char(':') + server.password).toUtf8().toBase64();
-    auto *post = new HttpPost(request, times.answer, PromAnswer::maxBytes, this);
+    auto *post = new HttpPost(request, times.answer, PromAnswer::maxBytes, this, &pool);
     connect(post, &HttpPost::finished, this,
             [this, labels, answer](int code, const QByteArray &body, const QString &why) {
                 PromAnswer result;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "httppost.h"
 #include "nutlistreader.h"
 #include "promanswer.h"
 #include "promdialect.h"
@@ -48,7 +49,6 @@ struct PromTimes
     int stale = 150000; ///< a status that was scraped longer ago is none
 };
 
-class HttpPost;
 class PromFeed;
 
 /// Follows the UPSes that a Prometheus-compatible server knows. A refresh asks for the set status
@@ -125,6 +125,7 @@ private:
     const PromValue *load; // null where the dialect has none
     const QString shownName;
     const QString upsLabel;
+    HttpPool pool;
     QTimer timer;
     QString problem;
     // What is wrong though the server answers: each a line, or nothing.

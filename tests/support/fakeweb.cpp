@@ -42,13 +42,19 @@ PromServer FakeWeb::server(const char *prefix) const
 void FakeWeb::vanish()
 {
     close();
-    for (QTcpSocket *socket : findChildren<QTcpSocket *>())
+    for (QTcpSocket *socket : clients())
         socket->abort();
+}
+
+QList<QTcpSocket *> FakeWeb::clients() const
+{
+    // A socket for TLS has another one in it.
+    return findChildren<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 int FakeWeb::waiting() const
 {
-    const QList<QTcpSocket *> sockets = findChildren<QTcpSocket *>();
+    const QList<QTcpSocket *> sockets = clients();
     return int(std::count_if(sockets.cbegin(), sockets.cend(), [](const QTcpSocket *socket) {
         return socket->state() == QAbstractSocket::ConnectedState &&
                socket->property("waits").toBool();

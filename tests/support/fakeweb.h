@@ -29,6 +29,8 @@ public:
     /// Closes all connections, and takes none any more.
     void vanish();
 
+    /// All that have come, also those that are gone; the first one first.
+    QList<QTcpSocket *> clients() const;
     /// How many clients wait for an answer.
     int waiting() const;
 
