@@ -186,14 +186,18 @@ void Banner::showParts()
     showIfRoom(timeName, timed, roomForName, timeName->sizeHint().width());
     detail->setVisible(!detail->text().isEmpty());
     // Rather small than cut; counts have forms of their own.
+    const auto fits = [room](const QString &words, Theme::TextSize size, bool bold) {
+        const QFontMetrics metrics(Theme::font(size, bold));
+        return metrics.elidedText(words, Qt::ElideRight, room) == words;
+    };
     Theme::TextSize size = Theme::Large;
     for (const Theme::TextSize smaller : {Theme::Normal, Theme::Small}) {
-        const QFontMetrics metrics(Theme::font(size, true));
-        if (!ofSite &&
-            metrics.elidedText(headline->text(), Qt::ElideRight, room) != headline->text())
+        if (!ofSite && !fits(headline->text(), size, true))
             size = smaller;
     }
     Theme::setText(headline, size, true);
+    Theme::setText(detail, fits(detail->text().simplified(), Theme::Normal, false) ? Theme::Normal
+                                                                                   : Theme::Small);
 }
 
 void Banner::applyLook()
@@ -245,7 +249,7 @@ QSize Banner::sizeHint() const
 QSize Banner::minimumSizeHint() const
 {
     const int lines = QFontMetrics(Theme::font(Theme::Large, true)).height() +
-                      QFontMetrics(detail->font()).height();
+                      QFontMetrics(Theme::font(Theme::Normal)).height();
     const int figure = QFontMetrics(time->font()).height();
     const int icon = iconSide + 2 * iconBorder;
     return {iconSide * 6, std::max({Theme::px(heightUnits), lines + 4, figure + 2, icon + 4})};
