@@ -9,7 +9,7 @@
 #include "elementstate_p.h"
 #include "elidedlabel.h"
 #include "eventspage.h"
-#include "feed/nutmapping.h"
+#include "feed/plaintext.h"
 #include "fleetpage.h"
 #include "focusframe.h"
 #include "history/history.h"

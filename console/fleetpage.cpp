@@ -5,7 +5,7 @@
 #include "choicebar.h"
 #include "countlabel.h"
 #include "elidedlabel.h"
-#include "feed/nutmapping.h"
+#include "feed/plaintext.h"
 #include "severitylook.h"
 #include "theme.h"
 

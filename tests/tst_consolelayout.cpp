@@ -5,6 +5,7 @@
 #include "feed/scenario.h"
 #include "feed/simulatorfeed.h"
 #include "nutmapping.h"
+#include "plaintext.h"
 #include "program.h"
 #include "scrollroom.h"
 

@@ -2,6 +2,7 @@
 
 #include "nutlistreader.h"
 #include "nutmapping.h"
+#include "plaintext.h"
 #include "promanswer.h"
 #include "sitefile.h"
 

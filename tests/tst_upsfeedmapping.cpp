@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LicenseRef-all-rights-reserved
 
 #include "nutmapping.h"
+#include "plaintext.h"
 
 #include "snapshots.h"
 #include "testmain.h"

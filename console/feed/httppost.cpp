@@ -2,7 +2,7 @@
 
 #include "httppost.h"
 
-#include "nutmapping.h"
+#include "plaintext.h"
 #include "tlscheck.h"
 
 #include <QtNetwork/QNetworkProxy>

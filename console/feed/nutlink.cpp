@@ -2,7 +2,7 @@
 
 #include "nutlink.h"
 
-#include "nutmapping.h"
+#include "plaintext.h"
 #include "tlscheck.h"
 
 #include <QtCore/QPointer>

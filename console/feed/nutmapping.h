@@ -15,15 +15,6 @@
 /// leaves no values either.
 Snapshot snapshotOf(const QString &upsName, const NutVariables &variables);
 
-/// The text in one line, without characters that steer or reorder what is shown.
-QString plainText(const QString &text);
-
-/// The text, or, where it has more than @p longest characters, so many with an ellipsis at the end.
-QString cutText(const QString &text, int longest);
-
-/// Both, without the effort for what is far beyond @p longest.
-QString plainText(const QString &text, int longest);
-
 /// A number as the server writes it, with a decimal point whatever the locale; nothing for anything
 /// else, for infinities and for "nan".
 std::optional<double> nutNumber(const QString &text);

@@ -5,6 +5,7 @@
 #include "nutfeed.h"
 #include "nutlistreader.h"
 #include "nutmapping.h"
+#include "plaintext.h"
 
 #include <algorithm>
 #include <memory>

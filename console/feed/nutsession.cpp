@@ -2,7 +2,7 @@
 
 #include "nutsession.h"
 
-#include "nutmapping.h"
+#include "plaintext.h"
 #include "privatefile.h"
 
 #include <QtCore/QDateTime>

@@ -3,6 +3,7 @@
 #include "promanswer.h"
 
 #include "nutmapping.h"
+#include "plaintext.h"
 
 #include <QtCore/QStringList>
 

@@ -2,7 +2,7 @@
 
 #include "sitefile.h"
 
-#include "nutmapping.h"
+#include "plaintext.h"
 #include "prometheus.h"
 
 #include <QtCore/QDir>

@@ -2,7 +2,7 @@
 
 #include "store.h"
 
-#include "nutmapping.h"
+#include "plaintext.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
