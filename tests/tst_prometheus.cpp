@@ -1205,7 +1205,7 @@ void PrometheusTest::labelsAreNoQueries()
     Watch watch(&source);
     source.start();
     QTRY_COMPARE(watch.feeds.size(), 1);
-    watch.feeds.values().first()->setFollowed(true);
+    watch.feeds.cbegin().value()->setFollowed(true);
     QTRY_VERIFY(!asked.isEmpty());
     QVERIFY2(asked.contains(R"(ups="a\"} or {b\\")"), asked.constData());
 }

@@ -460,7 +460,7 @@ void PromTrendsTest::problems()
         if (works)
             return qMakePair(200, matrixOf(all));
         if (what.startsWith(text("code")))
-            return qMakePair(what.right(3).toInt(), QByteArray("no"));
+            return qMakePair(QStringView(what).right(3).toInt(), QByteArray("no"));
         if (what == text("query"))
             return qMakePair(422, QByteArray(R"({"status":"error","error":"too many samples"})"));
         return qMakePair(200, what == text("warning")
