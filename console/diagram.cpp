@@ -281,6 +281,94 @@ QStringList valuesOf(const UpsModel &ups, Node node, bool inverterFeeds)
     return texts;
 }
 
+/// Every element without communication. It is there if it is in @p before, which may be empty.
+Diagram silentDiagram(const Diagram &before)
+{
+    Diagram diagram;
+    const bool known = before.node(Node::Load).present;
+    for (int i = 0; i < nodeCount; ++i) {
+        DiagramNode &node = diagram.nodes[std::size_t(i)];
+        node.title = titleOf(Node(i));
+        node.present = known ? before.nodes[std::size_t(i)].present : Node(i) != Node::Bypass;
+        node.state = {AlarmState::CommunicationLost, OperatingState::Unknown};
+        node.caption = tr("No communication");
+    }
+    return diagram;
+}
+
+/// An element without its values.
+DiagramNode nodeOf(Node which, const Snapshot &snapshot, Supply supply)
+{
+    DiagramNode node;
+    if (const std::optional<Element> element = elementOf(which)) {
+        node.state = snapshot.element(*element);
+        describe(&node, doingOf(which, snapshot), reasonOf(which, snapshot, node.state, supply));
+    } else {
+        node = mainsOf(snapshot, supply);
+    }
+    // A bypass of which nothing is known is none.
+    node.present = which != Node::Bypass || node.state.operating != OperatingState::Unknown ||
+                   node.state.alarm != AlarmState::None;
+    node.title = titleOf(which);
+    return node;
+}
+
+std::array<bool, flowCount> flowsOf(const Snapshot &snapshot, Supply supply, bool hasBypass)
+{
+    const StatusTokens tokens = snapshot.tokens;
+    const auto is = [&](Element element, OperatingState state) {
+        return snapshot.element(element).operating == state;
+    };
+    const bool bypassed = is(Element::Bypass, OperatingState::OnBypass) ||
+                          is(Element::Bypass, OperatingState::On) || tokens & StatusToken::Bypass;
+    const bool fromBattery = is(Element::Inverter, OperatingState::OnBattery) ||
+                             (tokens & StatusToken::Discharging && !bypassed);
+    const bool inverts = is(Element::Inverter, OperatingState::On) ||
+                         is(Element::Inverter, OperatingState::OnBattery);
+    const bool fed =
+        !is(Element::Load, OperatingState::StandBy) && !is(Element::Load, OperatingState::Unknown);
+    const bool rectifies = is(Element::Rectifier, OperatingState::On) && supply != Supply::Failed;
+    const bool charges = tokens & StatusToken::Charging && supply != Supply::Failed;
+    const bool inverterFeeds = !bypassed && inverts && fed;
+    const bool rectifierFeeds = inverterFeeds && !fromBattery && rectifies;
+
+    std::array<bool, flowCount> flows = {};
+    const auto set = [&](Flow flow, bool flowing) { flows[std::size_t(flow)] = flowing; };
+    set(Flow::MainsToRectifier, charges || rectifierFeeds);
+    set(Flow::RectifierToInverter, rectifierFeeds);
+    set(Flow::InverterToLoad, inverterFeeds);
+    set(Flow::RectifierToBattery, charges);
+    set(Flow::BatteryToInverter, inverterFeeds && fromBattery);
+    set(Flow::MainsToBypass, bypassed && hasBypass);
+    set(Flow::BypassToLoad, bypassed && hasBypass && fed);
+    return flows;
+}
+
+/// What a running rectifier does follows from the flows.
+void describeFlowsOfRectifier(Diagram *diagram, const Snapshot &snapshot, Supply supply)
+{
+    DiagramNode &rectifier = diagram->nodes[std::size_t(Node::Rectifier)];
+    const bool feeds = diagram->isFlowing(Flow::RectifierToInverter);
+    const bool charges = diagram->isFlowing(Flow::RectifierToBattery);
+    if (rectifier.state.operating != OperatingState::On || !(feeds || charges))
+        return;
+    const QString doing = feeds && charges ? tr("Feeds and charges")
+                          : feeds          ? tr("Feeds")
+                                           : tr("Charges");
+    describe(&rectifier, doing, reasonOf(Node::Rectifier, snapshot, rectifier.state, supply));
+}
+
+void showValues(Diagram *diagram, const UpsModel &ups)
+{
+    const bool inverterFeeds = diagram->isFlowing(Flow::InverterToLoad);
+    for (int i = 0; i < nodeCount; ++i) {
+        DiagramNode &node = diagram->nodes[std::size_t(i)];
+        const QStringList values = valuesOf(ups, Node(i), inverterFeeds);
+        node.value = joined(values);
+        node.shortValue = values.value(0);
+    }
+}
+
 } // namespace
 
 bool DiagramNode::operator==(const DiagramNode &other) const
@@ -320,82 +408,15 @@ QString Diagram::flowText() const
 Diagram diagramOf(const UpsModel &ups, const Diagram &before)
 {
     const Snapshot &snapshot = ups.snapshot();
-    Diagram diagram;
-    for (int i = 0; i < nodeCount; ++i)
-        diagram.nodes[std::size_t(i)].title = titleOf(Node(i));
-    if (snapshot.isLost()) {
-        const bool known = before.node(Node::Load).present;
-        for (int i = 0; i < nodeCount; ++i) {
-            DiagramNode &node = diagram.nodes[std::size_t(i)];
-            node.present = known ? before.nodes[std::size_t(i)].present : Node(i) != Node::Bypass;
-            node.state = {AlarmState::CommunicationLost, OperatingState::Unknown};
-            node.caption = tr("No communication");
-        }
-        return diagram;
-    }
+    if (snapshot.isLost())
+        return silentDiagram(before);
 
     const Supply supply = supplyOf(snapshot, ups.reading(Quantity::InputVoltage));
-    for (int i = 0; i < nodeCount; ++i) {
-        const Node which = Node(i);
-        DiagramNode node;
-        if (const std::optional<Element> element = elementOf(which)) {
-            node.state = snapshot.element(*element);
-            describe(&node, doingOf(which, snapshot),
-                     reasonOf(which, snapshot, node.state, supply));
-        } else {
-            node = mainsOf(snapshot, supply);
-        }
-        // A bypass of which nothing is known is none.
-        node.present = which != Node::Bypass || node.state.operating != OperatingState::Unknown ||
-                       node.state.alarm != AlarmState::None;
-        node.title = titleOf(which);
-        diagram.nodes[std::size_t(i)] = node;
-    }
-
-    const StatusTokens tokens = snapshot.tokens;
-    const auto on = [&](Flow flow) { diagram.flows[std::size_t(flow)] = true; };
-    const auto is = [&](Element element, OperatingState state) {
-        return snapshot.element(element).operating == state;
-    };
-    const bool bypassed = is(Element::Bypass, OperatingState::OnBypass) ||
-                          is(Element::Bypass, OperatingState::On) || tokens & StatusToken::Bypass;
-    const bool fromBattery = is(Element::Inverter, OperatingState::OnBattery) ||
-                             (tokens & StatusToken::Discharging && !bypassed);
-    const bool inverts = is(Element::Inverter, OperatingState::On) ||
-                         is(Element::Inverter, OperatingState::OnBattery);
-    const bool fed =
-        !is(Element::Load, OperatingState::StandBy) && !is(Element::Load, OperatingState::Unknown);
-    const bool rectifies = is(Element::Rectifier, OperatingState::On) && supply != Supply::Failed;
-    const bool charges = tokens & StatusToken::Charging && supply != Supply::Failed;
-    if (bypassed && diagram.node(Node::Bypass).present) {
-        on(Flow::MainsToBypass);
-        if (fed)
-            on(Flow::BypassToLoad);
-    }
-    if (!bypassed && inverts && fed) {
-        on(Flow::InverterToLoad);
-        if (fromBattery)
-            on(Flow::BatteryToInverter);
-        else if (rectifies)
-            on(Flow::RectifierToInverter);
-    }
-    if (charges)
-        on(Flow::RectifierToBattery);
-    if (charges || diagram.isFlowing(Flow::RectifierToInverter))
-        on(Flow::MainsToRectifier);
-    const bool feeds = diagram.isFlowing(Flow::RectifierToInverter);
-    DiagramNode &rectifier = diagram.nodes[std::size_t(Node::Rectifier)];
-    if (rectifier.state.operating == OperatingState::On && (feeds || charges)) {
-        const QString doing = feeds && charges ? tr("Feeds and charges")
-                              : feeds          ? tr("Feeds")
-                                               : tr("Charges");
-        describe(&rectifier, doing, reasonOf(Node::Rectifier, snapshot, rectifier.state, supply));
-    }
-    for (int i = 0; i < nodeCount; ++i) {
-        DiagramNode &node = diagram.nodes[std::size_t(i)];
-        const QStringList values = valuesOf(ups, Node(i), diagram.isFlowing(Flow::InverterToLoad));
-        node.value = joined(values);
-        node.shortValue = values.value(0);
-    }
+    Diagram diagram;
+    for (int i = 0; i < nodeCount; ++i)
+        diagram.nodes[std::size_t(i)] = nodeOf(Node(i), snapshot, supply);
+    diagram.flows = flowsOf(snapshot, supply, diagram.node(Node::Bypass).present);
+    describeFlowsOfRectifier(&diagram, snapshot, supply);
+    showValues(&diagram, ups);
     return diagram;
 }
