@@ -24,6 +24,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 /// A number to type or to step. What is typed stays as it is, permitted or not; steps stay in the
 /// range.
@@ -99,6 +100,7 @@ namespace {
 
 constexpr int buttonUnits = 40;
 constexpr int mostButtonUnits = 260;
+constexpr int usualLength = 200; // of what is typed, in characters
 
 QLabel *inkLabel(QWidget *parent, Glass::Ink ink, const QString &text)
 {
@@ -128,6 +130,13 @@ bool isWhole(double number)
 {
     constexpr double largest = 1e9;
     return number == std::floor(number) && std::abs(number) <= largest;
+}
+
+/// Whether one range of whole numbers is permitted, which can be stepped through.
+bool hasWholeRange(const OfferedSetting &setting)
+{
+    return setting.ranges.size() == 1 && isWhole(setting.ranges.first().from) &&
+           isWhole(setting.ranges.first().to);
 }
 
 /// Whether the server says that the UPS takes @p value.
@@ -381,7 +390,7 @@ void OfferPanel::addSettings()
         else
             guard(editor.apply, consequence, act);
         addHeading(box, &editor);
-        editors.push_back(editor);
+        editors.push_back(std::move(editor));
     }
     settingGrid = grid;
     settingsAreStacked.reset();
@@ -436,81 +445,98 @@ OfferPanel::Editor OfferPanel::makeEditor(QWidget *box, const OfferedSetting &se
 {
     Editor editor;
     editor.setting = setting;
-    constexpr int usual = 200; // characters
-    if (const auto pair = switchOf(setting.choices)) {
-        auto *check = new QCheckBox(box);
-        editor.control = check;
-        const QPair<QString, QString> words = *pair;
-        // What the UPS has may be neither.
-        constexpr const char *otherProperty = "kivOther";
-        const auto other = [=] { return check->property(otherProperty).toString(); };
-        const auto say = [=] {
-            QString text = other();
-            if (check->checkState() != Qt::PartiallyChecked)
-                text = check->isChecked() ? words.first : words.second;
-            check->setText(text.replace(QLatin1Char('&'), QLatin1String("&&")));
-        };
-        editor.value = [=] {
-            if (check->checkState() == Qt::PartiallyChecked)
-                return other();
-            return check->isChecked() ? words.first : words.second;
-        };
-        editor.show = [=](const QString &value) {
-            const bool isKnown = value == words.first || value == words.second;
-            check->setProperty(otherProperty, value);
-            check->setTristate(!isKnown);
-            if (isKnown)
-                check->setCheckState(value == words.first ? Qt::Checked : Qt::Unchecked);
-            else
-                check->setCheckState(Qt::PartiallyChecked);
-            say();
-        };
-        connect(check, &QCheckBox::clicked, this, [=] {
-            say();
-            enableEditors();
-        });
-    } else if (!setting.choices.isEmpty()) {
-        auto *combo = new QComboBox(box);
-        // Items are plain text in a combo box.
-        combo->addItems(setting.choices);
-        editor.control = combo;
-        const QStringList choices = setting.choices;
-        editor.value = [=] { return combo->currentText(); };
-        editor.show = [=](const QString &value) {
-            // What the UPS has may be none of the choices; it then stands before them.
-            while (combo->count() > choices.size())
-                combo->removeItem(0);
-            if (!choices.contains(value))
-                combo->insertItem(0, value);
-            combo->setCurrentIndex(combo->findText(value));
-        };
-        connect(combo, &QComboBox::currentTextChanged, this, &OfferPanel::enableEditors);
-    } else if (setting.ranges.size() == 1 && isWhole(setting.ranges.first().from) &&
-               isWhole(setting.ranges.first().to)) {
-        auto *number = new OfferNumberBox(setting.ranges.first(), box);
-        QLineEdit *edit = number->edit();
-        editor.control = number;
-        editor.value = [=] { return edit->text(); };
-        editor.show = [=](const QString &value) { showText(edit, value, usual); };
-        connect(edit, &QLineEdit::textChanged, this, &OfferPanel::enableEditors);
-    } else {
-        auto *edit = new QLineEdit(box);
-        const int longest = setting.longest > 0 ? std::min(setting.longest, usual) : usual;
-        editor.control = edit;
-        editor.value = [=] { return edit->text(); };
-        editor.show = [=](const QString &value) { showText(edit, value, longest); };
-        connect(edit, &QLineEdit::textChanged, this, &OfferPanel::enableEditors);
-        // What is typed or pasted beyond that is left out.
-        connect(edit, &QLineEdit::inputRejected, this, [=] {
-            Q_EMIT said(tr("%1: at most %2 characters").arg(wordsOf(setting.name)).arg(longest));
-        });
-    }
+    if (const auto words = switchOf(setting.choices))
+        addSwitch(box, &editor, words->first, words->second);
+    else if (!setting.choices.isEmpty())
+        addChoice(box, &editor);
+    else if (hasWholeRange(setting))
+        addNumber(box, &editor);
+    else
+        addText(box, &editor);
     editor.control->setObjectName(setting.name);
     editor.control->setAccessibleName(wordsOf(setting.name));
     Theme::setText(editor.control, Theme::Normal);
     editor.shown = setting.value;
     editor.show(setting.value);
     return editor;
+}
+
+void OfferPanel::addSwitch(QWidget *box, Editor *editor, const QString &on, const QString &off)
+{
+    auto *check = new QCheckBox(box);
+    editor->control = check;
+    // What the UPS has may be neither.
+    constexpr const char *otherProperty = "kivOther";
+    const auto value = [=] {
+        if (check->checkState() == Qt::PartiallyChecked)
+            return check->property(otherProperty).toString();
+        return check->isChecked() ? on : off;
+    };
+    const auto say = [=] {
+        check->setText(value().replace(QLatin1Char('&'), QLatin1String("&&")));
+    };
+    editor->value = value;
+    editor->show = [=](const QString &shown) {
+        const bool isKnown = shown == on || shown == off;
+        check->setProperty(otherProperty, shown);
+        check->setTristate(!isKnown);
+        if (isKnown)
+            check->setCheckState(shown == on ? Qt::Checked : Qt::Unchecked);
+        else
+            check->setCheckState(Qt::PartiallyChecked);
+        say();
+    };
+    connect(check, &QCheckBox::clicked, this, [=] {
+        say();
+        enableEditors();
+    });
+}
+
+void OfferPanel::addChoice(QWidget *box, Editor *editor) const
+{
+    auto *combo = new QComboBox(box);
+    editor->control = combo;
+    const QStringList choices = editor->setting.choices;
+    // Items are plain text in a combo box.
+    combo->addItems(choices);
+    editor->value = [=] { return combo->currentText(); };
+    editor->show = [=](const QString &value) {
+        // What the UPS has may be none of the choices; it then stands before them.
+        while (combo->count() > choices.size())
+            combo->removeItem(0);
+        if (!choices.contains(value))
+            combo->insertItem(0, value);
+        combo->setCurrentIndex(combo->findText(value));
+    };
+    connect(combo, &QComboBox::currentTextChanged, this, &OfferPanel::enableEditors);
+}
+
+void OfferPanel::addNumber(QWidget *box, Editor *editor) const
+{
+    auto *number = new OfferNumberBox(editor->setting.ranges.first(), box);
+    editor->control = number;
+    editLine(number->edit(), editor, usualLength);
+}
+
+void OfferPanel::addText(QWidget *box, Editor *editor)
+{
+    auto *edit = new QLineEdit(box);
+    editor->control = edit;
+    const OfferedSetting &setting = editor->setting;
+    const int longest = setting.longest > 0 ? std::min(setting.longest, usualLength) : usualLength;
+    editLine(edit, editor, longest);
+    // What is typed or pasted beyond that is left out.
+    const QString words = wordsOf(setting.name);
+    connect(edit, &QLineEdit::inputRejected, this,
+            [=] { Q_EMIT said(tr("%1: at most %2 characters").arg(words).arg(longest)); });
+}
+
+/// Makes the text of @p edit the value of the setting.
+void OfferPanel::editLine(QLineEdit *edit, Editor *editor, int longest) const
+{
+    editor->value = [=] { return edit->text(); };
+    editor->show = [=](const QString &value) { showText(edit, value, longest); };
+    connect(edit, &QLineEdit::textChanged, this, &OfferPanel::enableEditors);
 }
 
 void OfferPanel::guard(AeroButton *button, const QString &consequence,

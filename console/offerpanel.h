@@ -15,6 +15,7 @@ class AeroButton;
 class AeroGroupbox;
 class QGridLayout;
 class QLabel;
+class QLineEdit;
 class QVBoxLayout;
 
 /// The commands and settings that the server of a UPS offers, on glass: what this UPS has, and
@@ -72,6 +73,11 @@ private:
     void arrangeUser();
     bool isNarrow() const;
     Editor makeEditor(QWidget *box, const OfferedSetting &setting);
+    void addSwitch(QWidget *box, Editor *editor, const QString &on, const QString &off);
+    void addChoice(QWidget *box, Editor *editor) const;
+    void addNumber(QWidget *box, Editor *editor) const;
+    void addText(QWidget *box, Editor *editor);
+    void editLine(QLineEdit *edit, Editor *editor, int longest) const;
     void addHeading(QWidget *box, Editor *editor);
     void guard(AeroButton *button, const QString &consequence, const std::function<void()> &act);
     enum class Danger { None, Asks };
