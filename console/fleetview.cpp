@@ -9,6 +9,7 @@
 
 #include <metroshelter.h>
 
+#include <QtCore/QSet>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QPixmapCache>
@@ -379,9 +380,14 @@ int FleetView::columnsFor(int width, int titleHeight, int tileHeight) const
     return count;
 }
 
+const FleetView::Entry &FleetView::entryAt(int position) const
+{
+    return entries[std::size_t(order[std::size_t(position)])];
+}
+
 const QString &FleetView::siteAt(int position) const
 {
-    return entries[std::size_t(order[std::size_t(position)])].ups->site();
+    return entryAt(position).ups->site();
 }
 
 void FleetView::layOut()
@@ -438,8 +444,7 @@ FleetTile *FleetView::freeTile()
     return tile;
 }
 
-/// Gives the visible lines their tiles.
-void FleetView::place()
+std::vector<FleetView::Spot> FleetView::visibleSpots() const
 {
     const int top = verticalScrollBar()->value();
     const int bottom = top + viewport()->height();
@@ -448,44 +453,54 @@ void FleetView::place()
                          [](const Line &line, int y) { return line.y + line.height <= y; });
     const auto to = std::lower_bound(from, lines.cend(), bottom,
                                      [](const Line &line, int y) { return line.y < y; });
-    // Those that stay keep their tile, and with it its image and the focus.
-    QHash<const UpsModel *, FleetTile *> before;
-    for (FleetTile *tile : tiles) {
-        if (tile->ups)
-            before.insert(tile->ups, tile);
-    }
+    const int gap = Theme::px(gapUnits);
+    std::vector<Spot> spots;
     for (auto line = from; line != to; ++line) {
         for (int i = 0; i < line->count; ++i)
-            before.remove(entries[std::size_t(order[std::size_t(line->first + i)])].ups);
+            spots.push_back({line->first + i, QRect(gap + i * (tileWidth + gap), line->y - top,
+                                                    tileWidth, line->height)});
     }
-    for (FleetTile *tile : std::as_const(before))
-        tile->ups = nullptr;
+    return spots;
+}
+
+/// Frees the tiles of all but @p spots. Those that stay keep their tile, and with it its image and
+/// the focus.
+QHash<const UpsModel *, FleetTile *> FleetView::keepTiles(const std::vector<Spot> &spots)
+{
+    QSet<const UpsModel *> visible;
+    for (const Spot &spot : spots)
+        visible.insert(entryAt(spot.position).ups);
     QHash<const UpsModel *, FleetTile *> kept;
     for (FleetTile *tile : tiles) {
-        if (tile->ups)
+        if (visible.contains(tile->ups))
             kept.insert(tile->ups, tile);
+        else
+            tile->ups = nullptr;
     }
-    const int gap = Theme::px(gapUnits);
-    for (auto line = from; line != to; ++line) {
-        for (int i = 0; i < line->count; ++i) {
-            const int position = line->first + i;
-            const Entry &entry = entries[std::size_t(order[std::size_t(position)])];
-            FleetTile *tile = kept.value(entry.ups);
-            const bool isNew = !tile;
-            if (!tile) {
-                tile = freeTile();
-                tile->ups = entry.ups;
-            }
-            tile->position = position;
-            const QRect place(gap + i * (tileWidth + gap), line->y - top, tileWidth, line->height);
-            const bool resized = tile->size() != place.size();
-            if (tile->geometry() != place)
-                tile->setGeometry(place);
-            if (isNew || resized || entry.dirty)
-                tile->showUps(entry.ups, isNew || resized);
-            if (tile->isHidden())
-                tile->show();
+    return kept;
+}
+
+/// Gives the visible lines their tiles.
+void FleetView::place()
+{
+    const std::vector<Spot> spots = visibleSpots();
+    const QHash<const UpsModel *, FleetTile *> kept = keepTiles(spots);
+    for (const Spot &spot : spots) {
+        const Entry &entry = entryAt(spot.position);
+        FleetTile *tile = kept.value(entry.ups);
+        const bool isNew = !tile;
+        if (isNew) {
+            tile = freeTile();
+            tile->ups = entry.ups;
         }
+        tile->position = spot.position;
+        const bool resized = tile->size() != spot.place.size();
+        if (tile->geometry() != spot.place)
+            tile->setGeometry(spot.place);
+        if (isNew || resized || entry.dirty)
+            tile->showUps(entry.ups, isNew || resized);
+        if (tile->isHidden())
+            tile->show();
     }
     for (FleetTile *tile : tiles) {
         if (!tile->ups && !tile->isHidden())
@@ -615,6 +630,6 @@ void FleetView::focusOn(int position)
     else if (line->y + line->height > bar->value() + viewport()->height())
         bar->setValue(line->y + line->height - viewport()->height());
     place();
-    if (QWidget *tile = tileOf(entries[std::size_t(order[std::size_t(position)])].ups))
+    if (QWidget *tile = tileOf(entryAt(position).ups))
         tile->setFocus(Qt::OtherFocusReason);
 }

@@ -74,6 +74,12 @@ private:
         int first = 0; // in order
         int count = 0;
     };
+    /// Where the tile at a position of the order is in the viewport.
+    struct Spot
+    {
+        int position = 0;
+        QRect place;
+    };
 
     void add(UpsModel *ups);
     void changed(UpsModel *ups);
@@ -81,7 +87,10 @@ private:
     void arrange();
     void layOut();
     int columnsFor(int width, int titleHeight, int tileHeight) const;
+    const Entry &entryAt(int position) const;
     const QString &siteAt(int position) const;
+    std::vector<Spot> visibleSpots() const;
+    QHash<const UpsModel *, FleetTile *> keepTiles(const std::vector<Spot> &spots);
     void place();
     void paintTitles(QPainter *painter);
     void focusOn(int position);
