@@ -229,6 +229,15 @@ TrendPoint pointOf(qint64 begin, qint64 step, const Rollup &rollup)
     return {begin + step / 2, float(rollup.low), float(rollup.high), float(rollup.mean), false};
 }
 
+QVector<TrendPoint> pointsOf(const QVector<QPair<qint64, Rollup>> &rollups, qint64 step)
+{
+    QVector<TrendPoint> points;
+    points.reserve(rollups.size());
+    for (const auto &[at, rollup] : rollups)
+        points.append(pointOf(at, step, rollup));
+    return points;
+}
+
 /// Connects what is one @p step apart.
 void join(QVector<TrendPoint> *points, qint64 step)
 {
@@ -921,73 +930,80 @@ QVector<TrendPoint> Store::rawPoints(const QString &ups, Quantity quantity, Time
     return 2 * all.size() > columns ? resampled(all, span, columns) : stepsOf(all);
 }
 
+QVector<TrendPoint> Store::hourPoints(const QString &ups, Quantity quantity, TimeSpan span)
+{
+    const auto finished = rollups(ups, quantity, hourMsecs, floorTo(span.from, hourMsecs), span.to);
+    QVector<TrendPoint> points = pointsOf(finished, hourMsecs);
+    // The running hour, and whatever else is not rolled up yet.
+    const qint64 done = finished.isEmpty() ? span.from : finished.last().first + hourMsecs;
+    std::map<qint64, QVector<Rollup>> hours;
+    const auto minutes = rollups(ups, quantity, minuteMsecs, done, span.to);
+    for (const auto &[at, rollup] : minutes)
+        hours[floorTo(at, hourMsecs)].append(rollup);
+    for (const auto &[at, parts] : hours) {
+        if (const std::optional<Rollup> sum = rollUp(parts))
+            points.append(pointOf(at, hourMsecs, *sum));
+    }
+    join(&points, hourMsecs);
+    return points;
+}
+
+QVector<TrendPoint> Store::minutePoints(const QString &ups, Quantity quantity, TimeSpan span,
+                                        qint64 finest, const QVector<Sample> &more)
+{
+    QVector<TrendPoint> points = pointsOf(
+        rollups(ups, quantity, minuteMsecs, floorTo(finest, minuteMsecs), span.to), minuteMsecs);
+    // The minutes that are not in the file yet.
+    std::map<qint64, QVector<Sample>> minutes;
+    const qint64 known = points.isEmpty() ? span.from : points.last().at;
+    for (const Sample &sample : more) {
+        if (sample.quantity == quantity && sample.at > known && sample.at < span.to)
+            minutes[floorTo(sample.at, minuteMsecs)].append(sample);
+    }
+    for (auto &[at, ofMinute] : minutes) {
+        putInOrder(&ofMinute);
+        if (const auto sum = rollUp(ofMinute, at + minuteMsecs))
+            points.append(pointOf(at, minuteMsecs, *sum));
+    }
+    join(&points, minuteMsecs);
+    return points;
+}
+
+qint64 Store::beginOfKept(const QString &ups, Quantity quantity, bool isRaw, TimeSpan span)
+{
+    qint64 begin = span.from;
+    QSqlQuery *found = isRaw ? query("SELECT min(at) FROM raw WHERE ups=?", {numberOf(ups)})
+                             : query("SELECT min(at) FROM minute WHERE ups=? AND quantity=?",
+                                     {numberOf(ups), int(quantity)});
+    if (found && found->next() && !found->value(0).isNull())
+        begin = std::clamp(found->value(0).toLongLong() * secondMsecs, span.from, span.to);
+    if (found)
+        found->finish();
+    return begin;
+}
+
 QVector<TrendPoint> Store::curve(const QString &ups, Quantity quantity, TimeSpan span, int columns,
                                  const QVector<Sample> &more)
 {
     constexpr qint64 longestRaw = 3 * hourMsecs;
     constexpr qint64 longestMinutes = 10 * dayMsecs;
     const qint64 length = span.to - span.from;
-    QVector<TrendPoint> points;
-    qint64 done = span.from; // what is drawn so far
-    if (length > longestMinutes) {
-        const auto finished =
-            rollups(ups, quantity, hourMsecs, floorTo(span.from, hourMsecs), span.to);
-        for (const auto &[at, rollup] : finished) {
-            points.append(pointOf(at, hourMsecs, rollup));
-            done = at + hourMsecs;
-        }
-        // The running hour, and whatever else is not rolled up yet.
-        std::map<qint64, QVector<Rollup>> hours;
-        const auto minutes = rollups(ups, quantity, minuteMsecs, done, span.to);
-        for (const auto &[at, rollup] : minutes)
-            hours[floorTo(at, hourMsecs)].append(rollup);
-        for (const auto &[at, parts] : hours) {
-            if (const std::optional<Rollup> sum = rollUp(parts))
-                points.append(pointOf(at, hourMsecs, *sum));
-        }
-        join(&points, hourMsecs);
-        return reduced(points, span, columns);
-    }
+    if (length > longestMinutes)
+        return reduced(hourPoints(ups, quantity, span), span, columns);
+
+    const bool isRaw = length <= longestRaw;
+    const qint64 finest = beginOfKept(ups, quantity, isRaw, span);
     // Older than the finest that is kept: the next best.
-    const qint64 step = length > longestRaw ? minuteMsecs : 0;
-    qint64 finest = span.from;
-    QSqlQuery *found = step == 0 ? query("SELECT min(at) FROM raw WHERE ups=?", {numberOf(ups)})
-                                 : query("SELECT min(at) FROM minute WHERE ups=? AND quantity=?",
-                                         {numberOf(ups), int(quantity)});
-    if (found && found->next() && !found->value(0).isNull())
-        finest = std::clamp(found->value(0).toLongLong() * secondMsecs, span.from, span.to);
-    if (found)
-        found->finish();
-    const qint64 coarse = step == 0 ? minuteMsecs : hourMsecs;
+    const qint64 coarse = isRaw ? minuteMsecs : hourMsecs;
+    QVector<TrendPoint> points;
     if (finest > span.from) {
-        const auto older =
-            rollups(ups, quantity, coarse, floorTo(span.from, coarse), finest - coarse + 1);
-        for (const auto &[at, rollup] : older)
-            points.append(pointOf(at, coarse, rollup));
+        points = pointsOf(
+            rollups(ups, quantity, coarse, floorTo(span.from, coarse), finest - coarse + 1),
+            coarse);
         join(&points, coarse);
     }
-    QVector<TrendPoint> fine;
-    if (step == 0) {
-        fine = rawPoints(ups, quantity, {finest, span.to}, columns, more);
-    } else {
-        const auto newer = rollups(ups, quantity, step, floorTo(finest, step), span.to);
-        for (const auto &[at, rollup] : newer)
-            fine.append(pointOf(at, step, rollup));
-        join(&fine, step);
-        // The minutes that are not in the file yet.
-        std::map<qint64, QVector<Sample>> minutes;
-        const qint64 known = fine.isEmpty() ? span.from : fine.last().at;
-        for (const Sample &sample : more) {
-            if (sample.quantity == quantity && sample.at > known && sample.at < span.to)
-                minutes[floorTo(sample.at, step)].append(sample);
-        }
-        for (auto &[at, ofMinute] : minutes) {
-            putInOrder(&ofMinute);
-            if (const auto sum = rollUp(ofMinute, at + step))
-                fine.append(pointOf(at, step, *sum));
-        }
-        join(&fine, step);
-    }
+    QVector<TrendPoint> fine = isRaw ? rawPoints(ups, quantity, {finest, span.to}, columns, more)
+                                     : minutePoints(ups, quantity, span, finest, more);
     if (!fine.isEmpty() && !points.isEmpty() && !fine.first().joined)
         fine.first().joined = fine.first().at - points.last().at <= coarse * 3 / 2;
     return reduced(points + fine, span, columns);

@@ -152,6 +152,14 @@ private:
     bool giveBackPages();
     QVector<TrendPoint> rawPoints(const QString &ups, Quantity quantity, TimeSpan span, int columns,
                                   const QVector<Sample> &more);
+    /// Those of the past hours, and the running one as far as its minutes are known.
+    QVector<TrendPoint> hourPoints(const QString &ups, Quantity quantity, TimeSpan span);
+    /// Those from @p finest on, and those of @p more.
+    QVector<TrendPoint> minutePoints(const QString &ups, Quantity quantity, TimeSpan span,
+                                     qint64 finest, const QVector<Sample> &more);
+    /// From when on in @p span samples, or else the roll-ups of minutes, are kept; its beginning
+    /// where none are.
+    qint64 beginOfKept(const QString &ups, Quantity quantity, bool isRaw, TimeSpan span);
     bool fail(const QSqlError &error, const QString &doing);
     bool fail(Problem problem, const QString &text);
 
