@@ -17,7 +17,7 @@
 namespace {
 
 constexpr int startAngle = 225;
-constexpr int span = 270;
+constexpr int sweep = 270;
 constexpr int segments = 27;
 /// A dial cannot have a shorter scale.
 constexpr double shortestScale = 1.0;
@@ -51,7 +51,7 @@ GaugeRoom::GaugeRoom(Quantity newQuantity, const QString &label, QWidget *parent
     dial->setObjectName(label);
     dial->setAttribute(Qt::WA_TransparentForMouseEvents);
     dial->setMinAngle(startAngle);
-    dial->setArcSize(span);
+    dial->setArcSize(sweep);
     dial->setNumTick(segments);
     dial->setLabel(label);
     dial->setFormat(Values::noData());
@@ -119,7 +119,7 @@ bool GaugeRoom::isSeen(double before, double now) const
 {
     // Half a pixel along the arc.
     constexpr double least = 0.5;
-    const double arc = span * degree * radius * devicePixelRatioF();
+    const double arc = sweep * degree * radius * devicePixelRatioF();
     return std::abs(scale.shareOf(now) - scale.shareOf(before)) * arc >= least;
 }
 
@@ -241,7 +241,7 @@ void GaugeRoom::fitTexts()
 
 double GaugeRoom::angleOf(double value) const
 {
-    return startAngle - span * scale.shareOf(value);
+    return startAngle - sweep * scale.shareOf(value);
 }
 
 void GaugeRoom::drawMark(QPainter *painter, double value, double from, double to) const
