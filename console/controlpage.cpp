@@ -92,7 +92,7 @@ ControlPage::ControlPage(QWidget *parent)
     layout->addWidget(makeOffers());
     layout->addStretch(1);
     layout->addWidget(makeStrip());
-    applyScale();
+    ControlPage::applyScale();
 }
 
 void ControlPage::setCredentialsFile(const QString &path)

@@ -185,6 +185,7 @@ EventsPage::EventsPage(SiteModel *shownSite, QWidget *parent)
     : Page(parent)
     , site(shownSite)
     , card(new Card(this))
+    , rows(new QVBoxLayout(card))
     , list(new EventList(site, this))
     , view(new EventView(card))
     , readTimer(new QTimer(this))
@@ -193,7 +194,6 @@ EventsPage::EventsPage(SiteModel *shownSite, QWidget *parent)
 {
     QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(card);
-    rows = new QVBoxLayout(card);
     rows->addWidget(makeFilters());
     rows->addWidget(view, 1);
     rows->addWidget(makeActions());
@@ -235,7 +235,7 @@ EventsPage::EventsPage(SiteModel *shownSite, QWidget *parent)
     });
     connect(site, &SiteModel::added, listTimer, QOverload<>::of(&QTimer::start));
     listUpses();
-    applyScale();
+    EventsPage::applyScale();
     showStatus();
     enableActions();
 }

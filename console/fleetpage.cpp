@@ -46,7 +46,7 @@ FleetPage::FleetPage(SiteModel *shownSite, QWidget *parent)
     view->setSite(site);
     showCounts();
     showProblems();
-    applyScale();
+    FleetPage::applyScale();
 }
 
 void FleetPage::makeFilter()
@@ -117,7 +117,8 @@ void FleetPage::showProblems()
     // One below the other, as many as a screen has room for.
     constexpr int mostLines = 20;
     QStringList lines;
-    for (const QString &text : texts.mid(0, mostLines))
+    const QStringList first = texts.mid(0, mostLines);
+    for (const QString &text : first)
         lines += cutText(text, longestLine).toHtmlEscaped();
     if (texts.size() > mostLines)
         lines += tr("and %1 more").arg(texts.size() - mostLines);

@@ -52,7 +52,7 @@ InformationPage::InformationPage(QWidget *parent)
     QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(makeFacts());
     layout->addWidget(makeTable(), 1);
-    applyScale();
+    InformationPage::applyScale();
 }
 
 QWidget *InformationPage::makeFacts()

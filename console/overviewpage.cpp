@@ -30,19 +30,19 @@ constexpr int trendRefresh = 20000;
 
 OverviewPage::OverviewPage(QWidget *parent)
     : Page(parent)
+    , diagramCard(new Card(this))
+    , diagram(new SingleLineDiagram(diagramCard))
     , trendTimer(new QTimer(this))
 {
     connect(trendTimer, &QTimer::timeout, this, &OverviewPage::readTrends);
     trendTimer->start(trendRefresh);
-    diagramCard = new Card(this);
-    diagram = new SingleLineDiagram(diagramCard);
     auto *inside = new QVBoxLayout(diagramCard);
     inside->addWidget(diagram);
     dialCard = makeDials();
     QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(diagramCard, diagramShare);
     layout->addWidget(dialCard, dialShare);
-    applyScale();
+    OverviewPage::applyScale();
 }
 
 Card *OverviewPage::makeDials()
@@ -120,11 +120,11 @@ void OverviewPage::resizeEvent(QResizeEvent *event)
     showBattery();
 }
 
-void OverviewPage::setTrends(TrendSource *shown)
+void OverviewPage::setTrends(TrendSource *newTrends)
 {
     if (trends)
         trends->disconnect(this);
-    trends = shown;
+    trends = newTrends;
     for (GaugeRoom *dial : dials)
         dial->showTrend({}, {});
     if (trends) {

@@ -39,8 +39,8 @@ private:
     void readTrends();
     void takeTrends(int number, const Trend &trend);
 
-    SingleLineDiagram *diagram;
     Card *diagramCard;
+    SingleLineDiagram *diagram;
     Card *dialCard;
     MetroBattIcon *battery;
     std::vector<GaugeRoom *> dials;

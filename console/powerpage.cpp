@@ -22,7 +22,7 @@ PowerPage::PowerPage(QWidget *parent)
     QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(makeBars(), 3);
     layout->addWidget(makeNumbers(), 2);
-    applyScale();
+    PowerPage::applyScale();
 }
 
 QWidget *PowerPage::makeBars()

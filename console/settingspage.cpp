@@ -145,7 +145,7 @@ SettingsPage::SettingsPage(QWidget *parent)
     QVBoxLayout *layout = Theme::pageLayout(room->content());
     layout->addWidget(makeMainSwitch(room->content()));
     layout->addWidget(makeSettings(room->content()), 1);
-    applyScale();
+    SettingsPage::applyScale();
 }
 
 QWidget *SettingsPage::makeMainSwitch(QWidget *parent)

@@ -187,7 +187,10 @@ QString axisLabel(Quantity quantity, double value, const ValueAxis &axis)
                                                        minutes / 60.0, minutes % 60 ? 1 : 0));
     }
     int decimals = 0;
-    for (double step = axis.step; step < 0.999 && decimals < 3; step *= 10)
+    double step = axis.step;
+    while (step < 0.999 && decimals < 3) {
+        step *= 10;
         ++decimals;
+    }
     return Values::number(value, decimals);
 }

@@ -60,14 +60,14 @@ TrendsPage::TrendsPage(QWidget *parent)
     : Page(parent)
     , controls(new Card(this))
     , chartCard(new Card(this))
+    , periodRow(new QHBoxLayout)
+    , choiceRow(new QHBoxLayout)
     , chart(new Chart(chartCard))
     , refreshTimer(new QTimer(this))
     , readTimer(new QTimer(this))
     , slowTimer(new QTimer(this))
     , noticeTimer(new QTimer(this))
 {
-    periodRow = new QHBoxLayout;
-    choiceRow = new QHBoxLayout;
     for (const Period &period : allPeriods) {
         QPushButton *button = makeButton(tr(period.name), QLatin1String(period.name),
                                          tr("The past %1").arg(tr(period.name)));
@@ -130,7 +130,7 @@ TrendsPage::TrendsPage(QWidget *parent)
     slowTimer->setSingleShot(true);
     slowTimer->setInterval(slowMsecs);
     connect(slowTimer, &QTimer::timeout, this, &TrendsPage::showNotice);
-    applyScale();
+    TrendsPage::applyScale();
     choosePeriod(usualPeriod);
     setHistory(nullptr);
 }
