@@ -32,23 +32,23 @@ OverviewPage::OverviewPage(QWidget *parent)
     : Page(parent)
     , diagramCard(new Card(this))
     , diagram(new SingleLineDiagram(diagramCard))
+    , dialCard(new Card(this))
     , trendTimer(new QTimer(this))
 {
     connect(trendTimer, &QTimer::timeout, this, &OverviewPage::readTrends);
     trendTimer->start(trendRefresh);
     auto *inside = new QVBoxLayout(diagramCard);
     inside->addWidget(diagram);
-    dialCard = makeDials();
+    addDials();
     QVBoxLayout *layout = Theme::pageLayout(this);
     layout->addWidget(diagramCard, diagramShare);
     layout->addWidget(dialCard, dialShare);
     OverviewPage::applyScale();
 }
 
-Card *OverviewPage::makeDials()
+void OverviewPage::addDials()
 {
-    auto *card = new Card(this);
-    auto *row = new QHBoxLayout(card);
+    auto *row = new QHBoxLayout(dialCard);
     const struct
     {
         Quantity quantity;
@@ -58,11 +58,11 @@ Card *OverviewPage::makeDials()
                  {Quantity::InputVoltage, tr("Input")},
                  {Quantity::OutputVoltage, tr("Output")}};
     for (const auto &[quantity, label] : shown) {
-        auto *dial = new GaugeRoom(quantity, label, card);
+        auto *dial = new GaugeRoom(quantity, label, dialCard);
         row->addWidget(dial, 1);
         dials.push_back(dial);
     }
-    battery = new MetroBattIcon(card);
+    battery = new MetroBattIcon(dialCard);
     battery->setObjectName(QStringLiteral("battery"));
     battery->setAccessibleName(nameOf(Element::Battery));
     battery->setFixedSize(battery->size());
@@ -71,7 +71,6 @@ Card *OverviewPage::makeDials()
     battery->setAttribute(Qt::WA_TransparentForMouseEvents);
     battery->hide();
     row->insertWidget(0, battery);
-    return card;
 }
 
 void OverviewPage::showBattery()

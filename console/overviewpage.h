@@ -34,7 +34,7 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    Card *makeDials();
+    void addDials();
     void showBattery();
     void readTrends();
     void takeTrends(int number, const Trend &trend);

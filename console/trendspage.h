@@ -46,7 +46,7 @@ private:
     };
 
     QPushButton *makeButton(const QString &text, const QString &name, const QString &help);
-    void choosePeriod(qint64 length);
+    void choosePeriod(qint64 wanted);
     void chooseSpan(const TimeSpan &span);
     void read();
     void readSoon();
