@@ -5,6 +5,7 @@
 #include "nutfeed.h"
 #include "nutlistreader.h"
 #include "nutmapping.h"
+#include "nutoffer.h"
 #include "plaintext.h"
 
 #include <algorithm>
@@ -250,98 +251,32 @@ void NutServerFeed::askForEverything(NutFeed *feed)
              });
 }
 
-/// What a UPS offers comes in two turns: the names, and all that is to know of them. The last
-/// answer of all delivers it.
 void NutServerFeed::askForOffer(NutFeed *feed)
 {
     // The server lists no command until the driver has handed over everything.
     if (feed->status == QLatin1String("WAIT"))
         return;
-    constexpr int mostOffered = 200;
-    constexpr int longest = 200;
-    const auto text = [](const QByteArray &bytes) {
-        return plainText(QString::fromUtf8(bytes), longest);
-    };
     feed->wantsOffer = false;
-    const QPointer<NutFeed> asking(feed);
-    const QByteArray ups = feed->upsName.toLatin1();
-    const auto offer = std::make_shared<Offer>();
-    const auto ask = [this](const QByteArray &question, NutLink::Answer take) {
-        link.ask(question, [this, take](const NutReader &answer) {
-            if (answer.state() == NutReader::State::Complete)
-                take(answer);
-            answered();
+    NutOffer::ask(
+        &link, feed->upsName, [this] { answered(); },
+        [this, asking = QPointer<NutFeed>(feed)](const Offer &offer) {
+            if (asking && asking->running)
+                takeOffer(asking, offer);
         });
-    };
-    ask("LIST CMD " + ups, [=](const NutReader &names) {
-        for (const QVector<QByteArray> &row : names.rows()) {
-            const QString name = QString::fromUtf8(row.value(0));
-            if (!isNutName(name) || offer->commands.size() >= mostOffered)
-                continue;
-            const int index = int(offer->commands.size());
-            offer->commands.append({name, {}});
-            ask("GET CMDDESC " + ups + ' ' + row.value(0), [=](const NutReader &answer) {
-                offer->commands[index].description = text(answer.rows().value(0).value(0));
-            });
-        }
-    });
-    link.ask("LIST RW " + ups, [=](const NutReader &names) {
-        for (const QVector<QByteArray> &row : names.rows()) {
-            const QString name = QString::fromUtf8(row.value(0));
-            if (!isNutName(name) || offer->settings.size() >= mostOffered)
-                continue;
-            const int index = int(offer->settings.size());
-            OfferedSetting setting;
-            setting.name = name;
-            setting.value = text(row.value(1));
-            offer->settings.append(setting);
-            const QByteArray subject = ups + ' ' + row.value(0);
-            ask("GET DESC " + subject, [=](const NutReader &answer) {
-                offer->settings[index].description = text(answer.rows().value(0).value(0));
-            });
-            ask("GET TYPE " + subject, [=](const NutReader &answer) {
-                const QVector<QByteArray> words = answer.rows().value(0);
-                OfferedSetting &one = offer->settings[index];
-                one.isNumber = words.contains("NUMBER");
-                for (const QByteArray &word : words) {
-                    if (word.startsWith("STRING:"))
-                        one.longest = std::max(word.mid(int(sizeof "STRING")).toInt(), 0);
-                }
-            });
-            ask("LIST ENUM " + subject, [=](const NutReader &answer) {
-                for (const QVector<QByteArray> &choice : answer.rows()) {
-                    if (offer->settings.at(index).choices.size() < mostOffered)
-                        offer->settings[index].choices += text(choice.value(0));
-                }
-            });
-            ask("LIST RANGE " + subject, [=](const NutReader &answer) {
-                for (const QVector<QByteArray> &range : answer.rows()) {
-                    const auto from = nutNumber(QString::fromUtf8(range.value(0)));
-                    const auto to = nutNumber(QString::fromUtf8(range.value(1)));
-                    if (from && to && *from <= *to &&
-                        offer->settings.at(index).ranges.size() < mostOffered)
-                        offer->settings[index].ranges.append({*from, *to});
-                }
-            });
-        }
-        // Answers keep their order: behind this one all is known.
-        link.ask("VER", [=](const NutReader &) {
-            if (asking && asking->running) {
-                // Commands come last from the driver: none may be too early, and is asked again.
-                const bool none = offer->commands.isEmpty();
-                if (none && !asking->offeredNone) {
-                    asking->wantsOffer = true;
-                } else {
-                    asking->offer = *offer;
-                    asking->isOfferPending = true;
-                    deliverSoon();
-                }
-                asking->offeredNone = none;
-            }
-            answered();
-        });
-        answered();
-    });
+}
+
+void NutServerFeed::takeOffer(NutFeed *feed, const Offer &offer)
+{
+    // Commands come last from the driver: none may be too early, and is asked again.
+    const bool none = offer.commands.isEmpty();
+    if (none && !feed->offeredNone) {
+        feed->wantsOffer = true;
+    } else {
+        feed->offer = offer;
+        feed->isOfferPending = true;
+        deliverSoon();
+    }
+    feed->offeredNone = none;
 }
 
 /// Check users from a file at once, not at the first command. This takes a UPS whose driver runs,

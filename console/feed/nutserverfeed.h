@@ -90,6 +90,7 @@ private:
     void askForEverything(NutFeed *feed);
     void takeUpses(const NutReader &answer);
     void askForOffer(NutFeed *feed);
+    void takeOffer(NutFeed *feed, const Offer &offer);
     void checkUser(const NutFeed *feed);
     void takeCheck(const QString &user, CommandOutcome outcome, const QString &text);
     /// Counts an answer; the last one ends the round.
