@@ -240,43 +240,29 @@ void HttpPost::take()
     while (isSecured && !isEnded && socket->bytesAvailable() > 0) {
         pending += socket->read(readAhead);
         bool more = true;
-        while (!isEnded && more) {
-            switch (part) {
-            case Part::Head:
-                more = takeHead();
-                break;
-            case Part::Body:
-                more = takeBytes(length.value_or(std::numeric_limits<int>::max()) - body.size());
-                if (!isEnded && length && body.size() >= *length)
-                    succeed();
-                break;
-            case Part::ChunkSize:
-                more = takeChunkSize();
-                break;
-            case Part::Chunk: {
-                const auto before = body.size();
-                more = takeBytes(chunkRest);
-                chunkRest -= body.size() - before;
-                if (chunkRest == 0)
-                    part = Part::ChunkEnd;
-                more = more || chunkRest == 0;
-                break;
-            }
-            case Part::ChunkEnd:
-                more = pending.size() >= 2;
-                if (more && !pending.startsWith("\r\n"))
-                    return fail(notHttp());
-                if (more) {
-                    pending.remove(0, 2);
-                    part = Part::ChunkSize;
-                }
-                break;
-            }
-        }
+        while (!isEnded && more)
+            more = takePart();
     }
 }
 
-/// @return whether something may follow in the bytes that are there.
+/// @return whether something may follow in the bytes that are there, as those that it calls.
+bool HttpPost::takePart()
+{
+    switch (part) {
+    case Part::Head:
+        return takeHead();
+    case Part::Body:
+        return takeBody();
+    case Part::ChunkSize:
+        return takeChunkSize();
+    case Part::Chunk:
+        return takeChunk();
+    case Part::ChunkEnd:
+        return takeChunkEnd();
+    }
+    return false;
+}
+
 bool HttpPost::takeHead()
 {
     const int end = int(pending.indexOf("\r\n\r\n"));
@@ -350,6 +336,14 @@ QString HttpPost::takeHeader(const QByteArray &line)
     return {};
 }
 
+bool HttpPost::takeBody()
+{
+    const bool more = takeBytes(length.value_or(std::numeric_limits<int>::max()) - body.size());
+    if (!isEnded && length && body.size() >= *length)
+        succeed();
+    return more;
+}
+
 bool HttpPost::takeChunkSize()
 {
     const int end = int(pending.indexOf("\r\n"));
@@ -378,6 +372,30 @@ bool HttpPost::takeChunkSize()
         part = Part::Chunk;
     }
     return !isEnded;
+}
+
+bool HttpPost::takeChunk()
+{
+    const auto before = body.size();
+    const bool more = takeBytes(chunkRest);
+    chunkRest -= body.size() - before;
+    if (chunkRest > 0)
+        return more;
+    part = Part::ChunkEnd;
+    return true;
+}
+
+bool HttpPost::takeChunkEnd()
+{
+    if (pending.size() < 2)
+        return false;
+    if (!pending.startsWith("\r\n")) {
+        fail(notHttp());
+        return false;
+    }
+    pending.remove(0, 2);
+    part = Part::ChunkSize;
+    return true;
 }
 
 /// Takes @p most bytes of the body, or what is there.

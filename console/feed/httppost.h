@@ -103,9 +103,13 @@ private:
     QSslSocket *newSecureSocket();
     void send();
     void take();
+    bool takePart();
     bool takeHead();
     QString takeHeader(const QByteArray &line);
+    bool takeBody();
     bool takeChunkSize();
+    bool takeChunk();
+    bool takeChunkEnd();
     bool takeBytes(qint64 most);
     void takeError();
     void succeed();
