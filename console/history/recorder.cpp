@@ -371,45 +371,59 @@ void Recorder::noteLeftOut(const QString &ups, Watched *watched)
 
 void Recorder::followConditions(UpsModel *ups, Watched *watched)
 {
-    const qint64 at = now();
-    const bool silent = isSilent(*ups);
-    QHash<QString, Severity> present;
     const QVector<Condition> conditions = conditionsOf(*ups);
-    for (const Condition &condition : conditions) {
-        Severity &worst = present.insert(keyOf(condition), condition.severity).value();
-        worst = worseOf(worst, condition.severity);
-    }
+    const qint64 at = now();
+    endConditions(*ups, conditions, at, watched);
+    beginConditions(*ups, conditions, at, watched);
+    noteLeftOut(ups->id(), watched);
+}
+
+void Recorder::endConditions(const UpsModel &ups, const QVector<Condition> &conditions, qint64 at,
+                             Watched *watched)
+{
+    QSet<QString> present;
+    for (const Condition &condition : conditions)
+        present.insert(keyOf(condition));
+    // A UPS that is silent says nothing of its conditions: they are neither over nor new.
+    const bool silent = isSilent(ups);
     for (auto key = watched->leftOut.begin(); key != watched->leftOut.end();)
         key = present.contains(*key) || silent ? std::next(key) : watched->leftOut.erase(key);
-    // A UPS that is silent says nothing of its conditions: they are neither over nor new.
     for (auto known = watched->present.begin(); known != watched->present.end();) {
         if (present.contains(known.key()) || (silent && known.key() != silence)) {
             ++known;
         } else {
-            add(endOf(ups->id(), known.key(), at));
+            add(endOf(ups.id(), known.key(), at));
             if (known.key().startsWith(alarmPrefix))
                 watched->overAt.insert(known.key(), at);
             known = watched->present.erase(known);
         }
     }
+}
+
+void Recorder::beginConditions(const UpsModel &ups, const QVector<Condition> &conditions, qint64 at,
+                               Watched *watched)
+{
     for (const Condition &condition : conditions) {
         const QString key = keyOf(condition);
         const auto known = watched->present.constFind(key);
         const bool isNew = known == watched->present.constEnd();
         if (!isNew && urgencyOf(condition.severity) <= urgencyOf(*known))
             continue;
-        if (isNew && kindOf(condition) == EventKind::Alarm) {
-            if (watched->leftOut.contains(key))
-                continue;
-            if (!allowAlarm(key, watched)) {
-                watched->leftOut.insert(key);
-                continue;
-            }
-        }
-        add(beginOf(*ups, condition, at));
+        if (isNew && kindOf(condition) == EventKind::Alarm && leavesOut(key, watched))
+            continue;
+        add(beginOf(ups, condition, at));
         watched->present.insert(key, condition.severity);
     }
-    noteLeftOut(ups->id(), watched);
+}
+
+bool Recorder::leavesOut(const QString &key, Watched *watched)
+{
+    if (watched->leftOut.contains(key))
+        return true;
+    if (allowAlarm(key, watched))
+        return false;
+    watched->leftOut.insert(key);
+    return true;
 }
 
 void Recorder::recordValues(const UpsModel &ups, Watched *watched)

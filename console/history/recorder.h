@@ -71,7 +71,13 @@ private:
     EventChange presentOf(const QString &name, const Server &server) const;
     void meet(UpsModel *ups, Watched *watched);
     void followConditions(UpsModel *ups, Watched *watched);
+    void endConditions(const UpsModel &ups, const QVector<Condition> &conditions, qint64 at,
+                       Watched *watched);
+    void beginConditions(const UpsModel &ups, const QVector<Condition> &conditions, qint64 at,
+                         Watched *watched);
     bool allowAlarm(const QString &key, Watched *watched);
+    /// Whether an alarm that is present makes no event.
+    bool leavesOut(const QString &key, Watched *watched);
     void noteLeftOut(const QString &ups, Watched *watched);
     void addCommand(const CommandRecord &record);
     void recordValues(const UpsModel &ups, Watched *watched);

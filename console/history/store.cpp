@@ -416,59 +416,65 @@ bool Store::run(const QString &sql)
     return once.exec(sql) || fail(once.lastError(), QStringLiteral("cannot use it"));
 }
 
+/// The number that @p sql selects; absent, with the problem, if it cannot be read.
+std::optional<qint64> Store::number(const char *sql)
+{
+    QSqlQuery once(database);
+    if (once.exec(QLatin1String(sql)) && once.next())
+        return once.value(0).toLongLong();
+    fail(once.lastError(), QStringLiteral("cannot read it"));
+    return std::nullopt;
+}
+
 bool Store::prepareTables()
 {
-    const auto number = [this](const char *sql) -> std::optional<qint64> {
-        QSqlQuery once(database);
-        if (once.exec(QLatin1String(sql)) && once.next())
-            return once.value(0).toLongLong();
-        fail(once.lastError(), QStringLiteral("cannot read it"));
-        return std::nullopt;
-    };
     // Only the first statement shows whether this is a database.
     const std::optional<qint64> version = number("PRAGMA user_version");
     const std::optional<qint64> objects = number("SELECT count(*) FROM sqlite_master");
     const std::optional<qint64> application = number("PRAGMA application_id");
     if (!version || !objects || !application)
         return false;
-    if (*objects > 0 && *application != applicationId)
+    const bool isEmpty = *objects == 0;
+    if (!isEmpty && *application != applicationId)
         return fail(Problem::Damaged, QStringLiteral("it is another program's file"));
     if (*version > formatVersion)
         return fail(Problem::Newer, QStringLiteral("a later version of this program wrote it"));
     if (current == Mode::Reading)
-        return *objects > 0 || fail(Problem::NoPlace, QStringLiteral("it is empty"));
-    if (*objects == 0 && !run(QStringLiteral("PRAGMA auto_vacuum=INCREMENTAL")))
+        return !isEmpty || fail(Problem::NoPlace, QStringLiteral("it is empty"));
+    if (isEmpty && !run(QStringLiteral("PRAGMA auto_vacuum=INCREMENTAL")))
         return false;
     for (const char *setting : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=NORMAL",
                                 "PRAGMA journal_size_limit=4194304"}) {
         if (!run(QLatin1String(setting)))
             return false;
     }
-    if (*objects > 0) {
-        // What is broken deeper inside shows when it is used.
-        constexpr qint64 quicklyChecked = qint64(32) * 1024 * 1024;
-        QSqlQuery check(database);
-        if (QFile(database.databaseName()).size() > quicklyChecked)
-            return true;
-        if (!check.exec(QStringLiteral("PRAGMA quick_check(1)")) || !check.next())
-            return fail(check.lastError(), QStringLiteral("cannot read it"));
-        return check.value(0).toString() == QLatin1String("ok") ||
-               fail(Problem::Damaged, QStringLiteral("it is damaged"));
-    }
+    return isEmpty ? createTables() : checkTables();
+}
+
+/// What is broken deeper inside shows when it is used.
+bool Store::checkTables()
+{
+    constexpr qint64 quicklyChecked = qint64(32) * 1024 * 1024;
+    if (QFile(database.databaseName()).size() > quicklyChecked)
+        return true;
+    QSqlQuery check(database);
+    if (!check.exec(QStringLiteral("PRAGMA quick_check(1)")) || !check.next())
+        return fail(check.lastError(), QStringLiteral("cannot read it"));
+    return check.value(0).toString() == QLatin1String("ok") ||
+           fail(Problem::Damaged, QStringLiteral("it is damaged"));
+}
+
+bool Store::createTables()
+{
     if (!begin())
         return false;
-    for (const char *table : tables) {
-        if (!run(QLatin1String(table))) {
-            rollBack();
-            return false;
-        }
-    }
-    if (!run(QStringLiteral("PRAGMA application_id=%1").arg(applicationId)) ||
-        !run(QStringLiteral("PRAGMA user_version=%1").arg(formatVersion))) {
-        rollBack();
-        return false;
-    }
-    return commit();
+    const bool created = std::all_of(std::begin(tables), std::end(tables),
+                                     [this](const char *sql) { return run(QLatin1String(sql)); });
+    if (created && run(QStringLiteral("PRAGMA application_id=%1").arg(applicationId)) &&
+        run(QStringLiteral("PRAGMA user_version=%1").arg(formatVersion)))
+        return commit();
+    rollBack();
+    return false;
 }
 
 void Store::close()

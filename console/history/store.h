@@ -141,6 +141,9 @@ private:
     bool setAside(const QString &directory, const QDateTime &now);
     void disconnect();
     bool prepareTables();
+    bool checkTables();
+    bool createTables();
+    std::optional<qint64> number(const char *sql);
     bool run(const QString &sql);
     QSqlQuery *query(const char *sql, const QVariantList &values);
     QVector<Event> readEvents(QSqlQuery *query);
