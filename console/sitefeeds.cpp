@@ -8,6 +8,7 @@
 #include <QtCore/QFile>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -166,64 +167,78 @@ bool SiteFeeds::add(const SiteEntries &entries, const QVector<Credentials> &user
                     const NutTimes &times, const PromTimes &promTimes)
 {
     for (const ServerEntry &entry : entries.servers) {
-        NutTls tls;
-        const auto user =
-            std::find_if(users.cbegin(), users.cend(),
-                         [&entry](const Credentials &one) { return one.host == entry.host; });
-        const bool hasUser = user != users.cend();
-        // Who names authorities wants them to be asked.
-        tls.required = entry.tls.value_or((hasUser && !entry.host.isLoopback()) ||
-                                          !entry.authorities.path.isEmpty());
-        tls.requiredForPasswords = entry.tls.value_or(true);
-        if (!readAuthorities(entry.authorities, &tls.authorities, error))
+        if (!addServer(entry, users, times, error))
             return false;
-        servers.push_back(std::make_unique<Server>());
-        Server *server = servers.back().get();
-        server->entry = entry;
-        server->link = std::make_unique<NutServerFeed>(entry.host, tls, times);
-        if (hasUser && !server->link->session().setUser(user->user, user->password)) {
-            *error = QStringLiteral("the user of %1 has characters that no server takes")
-                         .arg(entry.title());
-            return false;
-        }
-        // Events keep the address, whatever the section is called later.
-        const QString address = entry.host.toString();
-        const QString source = entry.title();
-        server->link->setTitle(source);
-        site->addServer(address, source);
-        connect(server->link.get(), &NutServerFeed::userChecked, this,
-                [this, source](const QString &name, CommandOutcome outcome, const QString &text) {
-                    if (outcome != CommandOutcome::Failed)
-                        takeUser(source, name, outcome == CommandOutcome::Done ? QString() : text);
-                });
-        for (const UpsEntry &ups : entry.upses)
-            addUps(server, ups, false);
-        connect(server->link.get(), &NutServerFeed::lost, this,
-                [this, server, source, address](const QString &reason) {
-                    // A single UPS gives the reason itself.
-                    if (site->isGrowing() || site->count() > 1)
-                        site->setProblem(source, reason);
-                    // Named UPSes are without communication themselves.
-                    if (server->entry.upses.isEmpty() && ++server->losses == lossesBeforeNews)
-                        site->missServer(address, reason);
-                });
-        connect(server->link.get(), &NutServerFeed::reached, this, [this, server, source, address] {
-            site->meetServer(address);
-            if (!server->entry.all)
-                site->setProblem(source, QString());
-            showUnseen(server);
-        });
-        if (!entry.all)
-            continue;
-        site->setGrowing(true);
-        connect(server->link.get(), &NutServerFeed::found, this,
-                [this, server](const QVector<NutUps> &all) { takeFound(server, all); });
     }
     for (const PromEntry &entry : entries.prometheus) {
         if (!addPrometheus(entry, promTimes, error))
             return false;
     }
     return true;
+}
+
+bool SiteFeeds::addServer(const ServerEntry &entry, const QVector<Credentials> &users,
+                          const NutTimes &times, QString *error)
+{
+    const auto user = std::find_if(users.cbegin(), users.cend(), [&entry](const Credentials &one) {
+        return one.host == entry.host;
+    });
+    const bool hasUser = user != users.cend();
+    NutTls tls;
+    // Who names authorities wants them to be asked.
+    tls.required = entry.tls.value_or((hasUser && !entry.host.isLoopback()) ||
+                                      !entry.authorities.path.isEmpty());
+    tls.requiredForPasswords = entry.tls.value_or(true);
+    if (!readAuthorities(entry.authorities, &tls.authorities, error))
+        return false;
+    servers.push_back(std::make_unique<Server>());
+    Server *server = servers.back().get();
+    server->entry = entry;
+    server->link = std::make_unique<NutServerFeed>(entry.host, tls, times);
+    if (hasUser && !server->link->session().setUser(user->user, user->password)) {
+        *error =
+            QStringLiteral("the user of %1 has characters that no server takes").arg(entry.title());
+        return false;
+    }
+    server->link->setTitle(entry.title());
+    // Events keep the address, whatever the section is called later.
+    site->addServer(entry.host.toString(), entry.title());
+    for (const UpsEntry &ups : entry.upses)
+        addUps(server, ups, false);
+    follow(server);
+    return true;
+}
+
+void SiteFeeds::follow(Server *server)
+{
+    const NutServerFeed *link = server->link.get();
+    const QString address = server->entry.host.toString();
+    const QString source = server->entry.title();
+    connect(link, &NutServerFeed::userChecked, this,
+            [this, source](const QString &name, CommandOutcome outcome, const QString &text) {
+                if (outcome != CommandOutcome::Failed)
+                    takeUser(source, name, outcome == CommandOutcome::Done ? QString() : text);
+            });
+    connect(link, &NutServerFeed::lost, this,
+            [this, server, source, address](const QString &reason) {
+                // A single UPS gives the reason itself.
+                if (site->isGrowing() || site->count() > 1)
+                    site->setProblem(source, reason);
+                // Named UPSes are without communication themselves.
+                if (server->entry.upses.isEmpty() && ++server->losses == lossesBeforeNews)
+                    site->missServer(address, reason);
+            });
+    connect(link, &NutServerFeed::reached, this, [this, server, source, address] {
+        site->meetServer(address);
+        if (!server->entry.all)
+            site->setProblem(source, QString());
+        showUnseen(server);
+    });
+    if (!server->entry.all)
+        return;
+    site->setGrowing(true);
+    connect(link, &NutServerFeed::found, this,
+            [this, server](const QVector<NutUps> &all) { takeFound(server, all); });
 }
 
 bool SiteFeeds::addPrometheus(const PromEntry &entry, const PromTimes &times, QString *error)
@@ -317,7 +332,7 @@ void SiteFeeds::showUnseen(Server *server)
     int count = 0;
     if (!unknown.isEmpty()) {
         const QSet<QString> names(unknown.cbegin(), unknown.cend());
-        for (const UpsEntry &ups : server->entry.upses) {
+        for (const UpsEntry &ups : std::as_const(server->entry.upses)) {
             if (!names.contains(ups.upsName))
                 continue;
             first = first ? first : &ups;

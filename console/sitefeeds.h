@@ -70,6 +70,9 @@ private:
         std::unique_ptr<PromSource> link;
     };
 
+    bool addServer(const ServerEntry &entry, const QVector<Credentials> &users,
+                   const NutTimes &times, QString *error);
+    void follow(Server *server);
     bool addPrometheus(const PromEntry &entry, const PromTimes &times, QString *error);
     void addUps(Server *server, const UpsEntry &ups, bool begin);
     void takeUser(const QString &server, const QString &user, const QString &problem);
