@@ -47,9 +47,9 @@ QString iconFor(Severity severity)
 
 } // namespace
 
-Notifier::Notifier(SiteModel *watched, QObject *parent)
+Notifier::Notifier(SiteModel *watchedSite, QObject *parent)
     : QObject(parent)
-    , site(watched)
+    , site(watchedSite)
 {
     connect(site, &SiteModel::changed, this, &Notifier::look);
     const auto noteServer = [this](const QString &name, const QString &reason, bool isMissed) {

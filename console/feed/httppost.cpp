@@ -106,11 +106,11 @@ void HttpPool::drop(QTcpSocket *socket)
     socket->deleteLater();
 }
 
-HttpPost::HttpPost(const HttpRequest &wanted, int msecs, int mostBodyBytes, QObject *parent,
+HttpPost::HttpPost(const HttpRequest &wantedRequest, int msecs, int mostBodyBytes, QObject *parent,
                    HttpPool *usedPool)
     : QObject(parent)
-    , request(wanted)
-    , host(wanted.url.host())
+    , request(wantedRequest)
+    , host(wantedRequest.url.host())
     , mostBytes(mostBodyBytes)
     , pool(usedPool)
 {

@@ -227,7 +227,11 @@ struct Tables
     };
 
     Tables();
+    static std::vector<Value> valuesOf(VariableNames *names);
+    static std::vector<Phases> phasesOf(VariableNames *names);
+    static std::vector<StatusRule> rules();
 
+    // In the order in which their names get numbers.
     VariableNames names;
     std::vector<Value> values;
     std::vector<Phases> phases;
@@ -238,27 +242,47 @@ struct Tables
     Alternatives manufacturer, model, serial, firmware, batteryDate;
 };
 
-Tables::Tables()
+std::vector<Tables::Value> Tables::valuesOf(VariableNames *names)
 {
-    const auto of = [this](const char *text) { return alternativesOf(text, &names); };
+    const auto of = [names](const char *text) { return alternativesOf(text, names); };
+    std::vector<Value> values;
     for (const ValueRow &row : valueTable)
         values.push_back({row.quantity, of(row.value), of(row.minimum), of(row.maximum),
                           of(row.nominal), of(row.low), of(row.high)});
-    for (const PhaseRow &row : phaseTable)
-        phases.push_back({row.quantity, phaseVariablesOf(row.names, &names)});
-    for (const StatusRow &row : statusTable)
-        statuses.push_back(ruleOf(row));
-    nominalPower = of("ups.power.nominal");
-    nominalRealPower = of("ups.realpower.nominal");
-    numbers = names.count();
-    alarm = of("ups.alarm");
-    status = of("ups.status");
-    manufacturer = of("ups.mfr|device.mfr");
-    model = of("ups.model|device.model");
-    serial = of("ups.serial|device.serial");
-    firmware = of("ups.firmware|ups.firmware.aux");
-    batteryDate = of("battery.date|battery.mfr.date");
+    return values;
 }
+
+std::vector<Tables::Phases> Tables::phasesOf(VariableNames *names)
+{
+    std::vector<Phases> phases;
+    for (const PhaseRow &row : phaseTable)
+        phases.push_back({row.quantity, phaseVariablesOf(row.names, names)});
+    return phases;
+}
+
+std::vector<StatusRule> Tables::rules()
+{
+    std::vector<StatusRule> rules;
+    for (const StatusRow &row : statusTable)
+        rules.push_back(ruleOf(row));
+    return rules;
+}
+
+Tables::Tables()
+    : values(valuesOf(&names))
+    , phases(phasesOf(&names))
+    , statuses(rules())
+    , nominalPower(alternativesOf("ups.power.nominal", &names))
+    , nominalRealPower(alternativesOf("ups.realpower.nominal", &names))
+    , numbers(names.count())
+    , alarm(alternativesOf("ups.alarm", &names))
+    , status(alternativesOf("ups.status", &names))
+    , manufacturer(alternativesOf("ups.mfr|device.mfr", &names))
+    , model(alternativesOf("ups.model|device.model", &names))
+    , serial(alternativesOf("ups.serial|device.serial", &names))
+    , firmware(alternativesOf("ups.firmware|ups.firmware.aux", &names))
+    , batteryDate(alternativesOf("battery.date|battery.mfr.date", &names))
+{}
 
 const Tables &tables()
 {

@@ -237,10 +237,12 @@ void NutSession::expectOk(const char *line, const QByteArray &argument, void (Nu
             return;
         }
         // A server's own words might be what it was just sent.
-        const QString code = answer.problem();
-        const bool known = code == QLatin1String("ACCESS-DENIED");
+        const bool known = answer.problem() == QLatin1String("ACCESS-DENIED");
+        const QString reason =
+            known ? wordsFor(answer.problem()) : QStringLiteral("the server refuses the login");
+        // Ends the answer too.
         link.close();
-        lose(known ? wordsFor(code) : QStringLiteral("the server refuses the login"));
+        lose(reason);
     });
 }
 
@@ -281,7 +283,7 @@ void NutSession::takeAnswer(int id, const NutReader &answer)
     Job *job = find(id);
     if (!job)
         return;
-    const QString code = answer.problem();
+    const QString &code = answer.problem();
     if (job->probes) {
         if (code == QLatin1String("VAR-NOT-SUPPORTED"))
             finish(id, CommandOutcome::Done, QString());

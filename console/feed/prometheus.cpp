@@ -75,6 +75,21 @@ const PromDialect *dialectOf(const QString &name)
     return dialect ? dialect : PromDialect::find(PromServer().dialect);
 }
 
+/// What there is instead of the job; @p statuses are the metrics of UPSes in each job.
+QString wordsForNoJob(const QHash<QString, QStringList> &statuses)
+{
+    QStringList withUpses;
+    for (auto one = statuses.cbegin(); one != statuses.cend(); ++one) {
+        if (!one->isEmpty())
+            withUpses += one.key();
+    }
+    if (!withUpses.isEmpty())
+        return QStringLiteral("there is no such job, but UPSes in the job ") + fewOf(withUpses);
+    return statuses.isEmpty()
+               ? QStringLiteral("the server has no targets")
+               : QStringLiteral("there is no such job; the jobs are ") + fewOf(statuses.keys());
+}
+
 } // namespace
 
 std::optional<QUrl> PromServer::parseUrl(const QString &text, QString *error)
@@ -407,7 +422,8 @@ void PromSource::explainNothing()
         return;
     explainedAt = round;
     QStringList metrics{QStringLiteral("up")};
-    for (const QString &name : PromDialect::names())
+    const QStringList dialects = PromDialect::names();
+    for (const QString &name : dialects)
         metrics += PromDialect::find(name)->statusMetric;
     query(QStringLiteral("count by (job, __name__) ({__name__=~%1}) or "
                          "label_replace(count by (job) (up{job=%2} == 0),\"%3\",\"%4\",\"\",\"\")")
@@ -447,28 +463,16 @@ void PromSource::takeJobs(const PromAnswer &answer)
     if (!answer.succeeded)
         return reportNothing(QString());
     const auto job = statuses.constFind(server.job);
-    if (job == statuses.constEnd()) {
-        QStringList withUpses;
-        for (auto one = statuses.cbegin(); one != statuses.cend(); ++one) {
-            if (!one->isEmpty())
-                withUpses += one.key();
-        }
-        if (!withUpses.isEmpty())
-            return reportNothing(QStringLiteral("there is no such job, but UPSes in the job ") +
-                                 fewOf(withUpses));
-        return reportNothing(statuses.isEmpty()
-                                 ? QStringLiteral("the server has no targets")
-                                 : QStringLiteral("there is no such job; the jobs are ") +
-                                       fewOf(statuses.keys()));
-    }
+    if (job == statuses.constEnd())
+        return reportNothing(wordsForNoJob(statuses));
     if (job->contains(dialect->statusMetric))
         return reportNothing(QStringLiteral("no status flag is set"));
     if (!job->isEmpty()) {
-        QStringList dialects;
-        for (const QString &name : PromDialect::names()) {
-            if (job->contains(PromDialect::find(name)->statusMetric))
-                dialects += name;
-        }
+        QStringList dialects = PromDialect::names();
+        const auto isUnused = [&job](const QString &name) {
+            return !job->contains(PromDialect::find(name)->statusMetric);
+        };
+        dialects.erase(std::remove_if(dialects.begin(), dialects.end(), isUnused), dialects.end());
         return reportNothing(QStringLiteral("the job has %1, which is the dialect %2")
                                  .arg(fewOf(*job), fewOf(dialects)));
     }
@@ -596,11 +600,11 @@ void PromSource::report(const QString &newProblem, bool isLost)
     Q_EMIT problemChanged(newProblem, isLost);
 }
 
-PromFeed::PromFeed(PromSource *usedSource, const QString &instanceLabel, const QString &upsLabel)
+PromFeed::PromFeed(PromSource *usedSource, const QString &instanceLabel, const QString &upsName)
     : source(usedSource)
     , place(instanceLabel)
-    , ups(upsLabel)
-    , id((upsLabel.isEmpty() ? instanceLabel : upsLabel + QLatin1Char('@') + instanceLabel) +
+    , ups(upsName)
+    , id((upsName.isEmpty() ? instanceLabel : upsName + QLatin1Char('@') + instanceLabel) +
          QStringLiteral(" (%1)").arg(usedSource->server.job))
 {}
 

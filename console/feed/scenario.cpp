@@ -298,7 +298,7 @@ QHash<QString, QString> variablesOf(const Snapshot &snapshot)
                      QString::number(*snapshot.identity.nominalRealPower));
     QStringList words;
     for (int i = 0; i < nutTokenCount; ++i) {
-        const Token token = Token(1U << i);
+        const auto token = Token(1U << i);
         if (snapshot.tokens.testFlag(token))
             words += wordOf(token);
     }

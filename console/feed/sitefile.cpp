@@ -89,7 +89,7 @@ private:
             return {};
         case Line::Kind::Section: {
             const int here = number;
-            const QString reason = end();
+            QString reason = end();
             if (!reason.isEmpty())
                 return reason;
             begin = number = here;

@@ -17,7 +17,7 @@ bool isNamed(const QString &host, const QString &pattern)
     const QString rest = pattern.mid(1);
     const int dot = int(host.indexOf(QLatin1Char('.')));
     return pattern.startsWith(QLatin1String("*.")) && rest.count(QLatin1Char('.')) > 1 && dot > 0 &&
-           host.mid(dot).compare(rest, Qt::CaseInsensitive) == 0;
+           QStringView(host).mid(dot).compare(rest, Qt::CaseInsensitive) == 0;
 }
 
 } // namespace
