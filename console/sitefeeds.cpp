@@ -93,12 +93,19 @@ bool namesUpses(const Options &options, const SiteEntries &entries, QString *err
 
 using ReadFile = std::optional<QByteArray> (*)(const QString &, int, QString *);
 
+/// Begins @p reason with the line that names @p file, where there is one.
+void addPlace(const NamedFile &file, QString *reason)
+{
+    if (!file.place.isEmpty())
+        *reason = file.place + QStringLiteral(": ") + *reason;
+}
+
 /// Reads what @p file names; a reason why not begins with the line that names it.
 std::optional<QByteArray> readNamed(const NamedFile &file, ReadFile read, QString *error)
 {
     std::optional<QByteArray> text = read(file.path, mostSiteBytes, error);
-    if (!text && !file.place.isEmpty())
-        *error = file.place + QStringLiteral(": ") + *error;
+    if (!text)
+        addPlace(file, error);
     return text;
 }
 
@@ -254,10 +261,17 @@ bool SiteFeeds::addPrometheus(const PromEntry &entry, const PromTimes &times, QS
     server.dialect = entry.dialect;
     server.upsLabel = entry.label;
     server.place = entry.place;
+    server.dialectPlace = entry.dialectPlace;
+    server.labelPlace = entry.labelPlace;
     if (!entry.auth.path.isEmpty()) {
         const std::optional<QByteArray> text = readNamed(entry.auth, readPrivateFile, error);
         if (!text || !server.takeSecrets(*text, entry.auth.path, error))
             return false;
+        if (server.wouldLeak()) {
+            *error = PromServer::leakWords();
+            addPlace(entry.auth, error);
+            return false;
+        }
     }
     site->setGrowing(true);
     auto added = std::make_unique<Source>();
@@ -271,10 +285,14 @@ bool SiteFeeds::addPrometheus(const PromEntry &entry, const PromTimes &times, QS
     sources.push_back(std::move(added));
     Source *source = sources.back().get();
     PromSource *link = source->link.get();
-    site->addServer(link->name());
+    // Events keep the name, wherever the server is later.
+    source->title = entry.name.isEmpty()
+                        ? link->name()
+                        : QStringLiteral("%1 (%2)").arg(link->name(), url->authority());
+    site->addServer(link->name(), source->title);
     connect(
-        link, &PromSource::problemChanged, this, [this, link](const QString &text, bool isLost) {
-            site->setProblem(link->name(), text, isLost ? Severity::Unknown : Severity::Warning);
+        link, &PromSource::problemChanged, this, [this, source](const QString &text, bool isLost) {
+            site->setProblem(source->title, text, isLost ? Severity::Unknown : Severity::Warning);
         });
     connect(link, &PromSource::found, this,
             [this, source](PromFeed *feed) { addPromFeed(source, feed); });
@@ -321,7 +339,7 @@ void SiteFeeds::showUnseen(Source *source)
     // Where the server has no UPS at all, it has a problem of its own.
     const bool any = !source->unseen.isEmpty() && source->hasUpses;
     const int first = any ? *std::min_element(source->unseen.cbegin(), source->unseen.cend()) : 0;
-    showUnseen(source->link->name(), any ? &source->entry.upses.at(first) : nullptr,
+    showUnseen(source->title, any ? &source->entry.upses.at(first) : nullptr,
                int(source->unseen.size()), &source->unseenPlace);
 }
 

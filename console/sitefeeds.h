@@ -61,6 +61,7 @@ private:
     struct Source
     {
         PromEntry entry;
+        QString title; // for the screen
         bool isFirst = false;
         bool hasUpses = false;
         int losses = 0;

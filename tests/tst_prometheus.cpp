@@ -51,14 +51,15 @@ PromTimes shortTimes()
     PromTimes times;
     times.refresh = 50;
     times.answer = 2000;
+    times.connections.settle = 0;
     return times;
 }
 
 /// Asks a server, which answers "body", over connections that are kept.
 struct Asker
 {
-    explicit Asker(int idle = HttpPool::usualIdle, int age = HttpPool::usualAge)
-        : pool(idle, age)
+    explicit Asker(int settle = 0, int idle = HttpPoolTimes().idle, int age = HttpPoolTimes().age)
+        : pool(HttpPoolTimes{settle, idle, age})
     {
         web.onQuery = [](const QByteArray &) { return qMakePair(200, QByteArray("body")); };
     }
@@ -203,6 +204,7 @@ private Q_SLOTS:
     void keptConnections_data();
     void keptConnections();
     void keptConnectionsTakeNothing();
+    void keptConnectionsSettle();
     void keptConnectionsEnd();
     void keptConnectionsAreBounded();
     void refreshesShareConnections();
@@ -510,9 +512,11 @@ void PrometheusTest::nothingMatches_data()
     QTest::addColumn<QByteArrayList>("jobs"); // and metrics
     QTest::addColumn<QByteArrayList>("metrics");
     QTest::addColumn<QString>("why");
+    QTest::addColumn<int>("line"); // of the job, or of the dialect
     const auto rows = [](const char *name, const QByteArrayList &jobs,
-                         const QByteArrayList &metrics,
-                         const char *why) { QTest::newRow(name) << jobs << metrics << text(why); };
+                         const QByteArrayList &metrics, const char *why, int line = 12) {
+        QTest::newRow(name) << jobs << metrics << text(why) << line;
+    };
     rows("no targets", {}, {}, ": the server has no targets");
     rows("other jobs", {"node up", "b up", "c up", "d up", "e up", "f up"}, {},
          ": there is no such job; the jobs are b, c, d, e and 2 more");
@@ -520,13 +524,15 @@ void PrometheusTest::nothingMatches_data()
          ": there is no such job, but UPSes in the job power");
     rows("no flag", {"nut up", "nut network_ups_tools_ups_status"}, {}, ": no status flag is set");
     rows("another dialect", {"nut up", "nut nut_ups_status"}, {},
-         ": the job has nut_ups_status, which is the dialect nut");
+         ": the job has nut_ups_status, which is the dialect nut", 13);
     rows("unknown dialect", {"nut up"}, {"apc_ups_load", "apc_ups_Status", "battery_charge"},
          ": the job has no status of the known dialects (network_ups_tools, nut, nutwg); it has "
-         "apc_ups_Status");
+         "apc_ups_Status",
+         13);
     rows("no status", {"nut up"}, {"apc_ups_load", "battery_charge"},
          ": the job has no status of the known dialects (network_ups_tools, nut, nutwg); it has "
-         "apc_ups_load, battery_charge");
+         "apc_ups_load, battery_charge",
+         13);
     rows("no UPS", {"nut up"}, {},
          ": the job has no status of the known dialects (network_ups_tools, nut, nutwg); none of "
          "its metrics is named after a UPS");
@@ -539,6 +545,7 @@ void PrometheusTest::nothingMatches()
     QFETCH(QByteArrayList, jobs);
     QFETCH(QByteArrayList, metrics);
     QFETCH(QString, why);
+    QFETCH(int, line);
     FakeWeb web;
     web.onQuery = [&](const QByteArray &query) {
         QByteArrayList rows;
@@ -556,12 +563,14 @@ void PrometheusTest::nothingMatches()
     };
     PromServer server = web.server();
     server.place = text("site.ini:12");
+    server.dialectPlace = text("site.ini:13");
     PromSource source(server, shortTimes());
     Watch watch(&source);
     source.start();
-    QTRY_COMPARE(watch.problem,
-                 text("nothing matches network_ups_tools_ups_status{job=\"nut\"} (site.ini:12)") +
-                     why);
+    QTRY_COMPARE(
+        watch.problem,
+        text("nothing matches network_ups_tools_ups_status{job=\"nut\"} (site.ini:%1)").arg(line) +
+            why);
     QVERIFY(watch.feeds.isEmpty());
 }
 
@@ -647,11 +656,13 @@ void PrometheusTest::missingLabels()
                                                    : QByteArrayList{}));
         return qMakePair(200, vectorOf({}));
     };
-    PromSource source(web.server(), shortTimes());
+    PromServer server = web.server();
+    server.labelPlace = text("site.ini:7");
+    PromSource source(server, shortTimes());
     Watch watch(&source);
     source.start();
     QTRY_COMPARE(watch.problem,
-                 text("several UPSes have no label 'ups' and are shown as one, at i"));
+                 text("several UPSes have no label 'ups' and are shown as one, at i (site.ini:7)"));
     QVERIFY(!watch.of("i (nut)").isLost());
     several = false;
     QTRY_VERIFY(watch.problem.isEmpty());
@@ -1030,6 +1041,27 @@ void PrometheusTest::keptConnectionsTakeNothing()
     QCOMPARE(asker.connections(), 2);
 }
 
+/// What comes late must not meet the next question: a connection rests before it is used again.
+void PrometheusTest::keptConnectionsSettle()
+{
+    constexpr int hour = 3600000;
+    Asker asker(hour);
+    QCOMPARE(asker.ask(), text("200 body"));
+    QCOMPARE(asker.ask(), text("200 body"));
+    QCOMPARE(asker.connections(), 2);
+    QCOMPARE(asker.pool.count(), 2);
+    asker.web.clients().first()->write("HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nother");
+    QTRY_COMPARE(asker.pool.count(), 1);
+    // Then it is as good as a new one.
+    Asker brief(1);
+    QTRY_VERIFY2(
+        [&brief] {
+            const int before = brief.connections();
+            return brief.ask() == text("200 body") && brief.connections() == before;
+        }(),
+        qPrintable(QString::number(brief.connections())));
+}
+
 /// A connection that the server closes meanwhile costs nobody an answer; one that it closes in
 /// earnest does.
 void PrometheusTest::keptConnectionsEnd()
@@ -1071,17 +1103,18 @@ void PrometheusTest::keptConnectionsAreBounded()
     Asker asker;
     asker.web.answers = false;
     int answers = 0;
-    for (int i = 0; i < 4; ++i)
+    constexpr int many = HttpPool::mostIdle + 2;
+    for (int i = 0; i < many; ++i)
         asker.post([&answers](const QString &) { ++answers; });
-    QTRY_COMPARE(asker.web.waiting(), 4);
+    QTRY_COMPARE(asker.web.waiting(), many);
     for (QTcpSocket *socket : asker.web.clients())
         socket->write("HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx");
-    QTRY_COMPARE(answers, 4);
+    QTRY_COMPARE(answers, many);
     QCOMPARE(asker.pool.count(), HttpPool::mostIdle);
-    Asker brief(1, HttpPool::usualAge);
+    Asker brief(0, 1);
     QCOMPARE(brief.ask(), text("200 body"));
     QTRY_COMPARE(brief.pool.count(), 0);
-    Asker old(HttpPool::usualIdle, 0);
+    Asker old(0, HttpPoolTimes().idle, 0);
     QCOMPARE(old.ask(), text("200 body"));
     QCOMPARE(old.ask(), text("200 body"));
     QCOMPARE(old.connections(), 2);
@@ -1182,7 +1215,7 @@ void PrometheusTest::sendsSecretsOnlyWhereTheyAreSafe()
     PromSource leaking(server, shortTimes());
     Watch watch(&leaking);
     leaking.start();
-    QTRY_COMPARE(watch.problem, text("a password needs https, except on this machine"));
+    QTRY_COMPARE(watch.problem, text("a password or token needs https, except on this machine"));
     server.url = QUrl(text("https://192.0.2.1:9090"));
     QVERIFY(!server.wouldLeak());
 }

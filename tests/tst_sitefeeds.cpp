@@ -77,6 +77,13 @@ QByteArray urlOf(const FakeWeb &web, const char *prefix = "")
     return web.server(prefix).url.toEncoded();
 }
 
+/// How the server of the section @p name is called on screen.
+QString titleOf(const char *name, const FakeWeb &web)
+{
+    return QStringLiteral("Prometheus %1 (%2)")
+        .arg(QLatin1String(name), web.server().url.authority());
+}
+
 PromTimes shortPromTimes()
 {
     PromTimes times;
@@ -419,10 +426,11 @@ void SiteFeedsTest::causeBesideTheImages()
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
     QStringList lines;
     QVERIFY(takeImages(&fed.site, &lines) == LiveScreenshots::OfNoUps);
-    QCOMPARE(lines, QStringList(QStringLiteral(
-                        "no UPS is reached: Prometheus p: nothing matches "
-                        "network_ups_tools_ups_status{job=\"nut\"} (site.ini:1): the job has "
-                        "nut_ups_status, which is the dialect nut")));
+    QCOMPARE(lines,
+             QStringList(QStringLiteral("no UPS is reached: %1: nothing matches "
+                                        "network_ups_tools_ups_status{job=\"nut\"} (site.ini:1): "
+                                        "the job has nut_ups_status, which is the dialect nut")
+                             .arg(titleOf("p", web))));
     QCOMPARE(fed.site.at(0)->snapshot().reason, QStringLiteral("its exporter cannot be scraped"));
 }
 
@@ -703,6 +711,9 @@ void SiteFeedsTest::filesMustBeThere_data()
         << prometheus + "auth = /etc/hostname\n"
         << QStringLiteral(
                ":3: cannot use /etc/hostname: others may read it: change its mode to 600");
+    QTest::newRow("user of Prometheus in the clear")
+        << QByteArray("[prometheus p]\nauth = SECRETS\nurl = http://host\n")
+        << QStringLiteral(":2: a password or token needs https, except on this machine");
     QTest::newRow("credentials") << "[console]\n# Ours.\ncredentials = /no/file\n" + server
                                  << QStringLiteral(":3: ") + missing;
 }
@@ -715,9 +726,14 @@ void SiteFeedsTest::filesMustBeThere()
     QFETCH(QString, problem);
     const QTemporaryDir directory;
     const QString path = directory.filePath(QStringLiteral("site.ini"));
+    QFile secrets(directory.filePath(QStringLiteral("secrets")));
+    QVERIFY(secrets.open(QIODevice::WriteOnly));
+    QVERIFY(secrets.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+    secrets.write("user = u\npassword = p\n");
+    secrets.close();
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(config);
+    file.write(config.replace("SECRETS", secrets.fileName().toUtf8()));
     file.close();
     SiteEntries entries;
     QVector<Credentials> users;
@@ -868,7 +884,7 @@ void SiteFeedsTest::nameThatPrometheusLacks()
                 "\nsite = Hall\n[ups u2@p]\nname = Two\n[ups u3@p]\nname = Three\n");
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
     SiteModel &site = fed.site;
-    const QString line = QStringLiteral("Prometheus p has no UPS '%1'%2");
+    const QString line = titleOf("p", web) + QStringLiteral(" has no UPS '%1'%2");
     QTRY_COMPARE(site.problems().value(QStringLiteral("site.ini:4")).text,
                  line.arg(QStringLiteral("u2"), QStringLiteral(" and 1 more that are named")));
     QCOMPARE(site.problems().size(), 1);
@@ -888,6 +904,8 @@ void SiteFeedsTest::twoPrometheusOnOneHost()
     FakeWeb two;
     publish(&one, {"u@i"});
     publish(&two, {"u@i", "v@i"});
+    const QString titleOfOne = titleOf("a", one);
+    const QString titleOfTwo = titleOf("b", two);
     FedSite fed("[prometheus a]\nurl = " + urlOf(one, "/a") +
                 "\n[prometheus b]\nurl = " + urlOf(two) + "\n");
     QVERIFY2(fed.error.isEmpty(), qPrintable(fed.error));
@@ -899,19 +917,17 @@ void SiteFeedsTest::twoPrometheusOnOneHost()
     QVERIFY(fed.feeds.promFeed(first->id()) != fed.feeds.promFeed(second->id()));
     QTRY_VERIFY(!first->snapshot().isLost() && !second->snapshot().isLost());
     one.vanish();
-    QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus a")).text,
-                 QStringLiteral("connection refused"));
+    QTRY_COMPARE(site.problems().value(titleOfOne).text, QStringLiteral("connection refused"));
     QTRY_VERIFY(first->snapshot().isServerLost);
     QVERIFY(!second->snapshot().isLost());
     QVERIFY(site.hasServer(first->snapshot().server));
     two.onQuery = [](const QByteArray &) { return qMakePair(401, QByteArray("no")); };
-    QTRY_COMPARE(site.problems().value(QStringLiteral("Prometheus b")).text,
+    QTRY_COMPARE(site.problems().value(titleOfTwo).text,
                  QStringLiteral("it wants a user or a token (HTTP 401): set 'auth' in its section "
                                 "(site.ini:3)"));
-    QCOMPARE(site.problems().value(QStringLiteral("Prometheus a")).text,
-             QStringLiteral("connection refused"));
+    QCOMPARE(site.problems().value(titleOfOne).text, QStringLiteral("connection refused"));
     publish(&two, {"u@i", "v@i"});
-    QTRY_COMPARE(site.problems().keys(), QStringList(QStringLiteral("Prometheus a")));
+    QTRY_COMPARE(site.problems().keys(), QStringList(titleOfOne));
 }
 
 KIV_TEST_MAIN(SiteFeedsTest)

@@ -99,6 +99,8 @@ void SiteFileTest::prometheus()
     QCOMPARE(one.label, QStringLiteral("rack_1"));
     QCOMPARE(one.site, QStringLiteral("Hall"));
     QCOMPARE(one.place, QStringLiteral("f.ini:5")); // the job's
+    QCOMPARE(one.labelPlace, QStringLiteral("f.ini:3"));
+    QCOMPARE(one.dialectPlace, QStringLiteral("f.ini:1")); // the section's
     QCOMPARE(one.upses.size(), 2);
     QCOMPARE(one.upses.at(0).upsName, QStringLiteral("u1"));
     QCOMPARE(one.upses.at(0).name, QStringLiteral("Left"));

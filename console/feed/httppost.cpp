@@ -43,12 +43,12 @@ std::optional<qint64> sizeOf(const QByteArray &text, int base)
 
 } // namespace
 
-HttpPool::HttpPool(int idleMsecs, int mostMsecs, QObject *parent)
+HttpPool::HttpPool(const HttpPoolTimes &usedTimes, QObject *parent)
     : QObject(parent)
-    , oldest(mostMsecs)
+    , times(usedTimes)
 {
     patience.setSingleShot(true);
-    patience.setInterval(idleMsecs);
+    patience.setInterval(times.idle);
     connect(&patience, &QTimer::timeout, this, [this] {
         while (!idle.empty())
             drop(idle.back().socket);
@@ -59,18 +59,18 @@ HttpPool::~HttpPool() = default;
 
 HttpPool::Connection HttpPool::take()
 {
-    while (!idle.empty()) {
-        const Connection latest = idle.back();
-        const bool isGood = latest.socket->state() == QAbstractSocket::ConnectedState &&
-                            latest.socket->bytesAvailable() == 0 && latest.age.elapsed() < oldest;
+    while (!idle.empty() && idle.front().rest.elapsed() >= times.settle) {
+        const Connection first = idle.front();
+        const bool isGood = first.socket->state() == QAbstractSocket::ConnectedState &&
+                            first.socket->bytesAvailable() == 0 && first.age.elapsed() < times.age;
         if (!isGood) {
-            drop(latest.socket);
+            drop(first.socket);
             continue;
         }
-        idle.pop_back();
-        latest.socket->disconnect(this);
-        latest.socket->setParent(nullptr);
-        return latest;
+        idle.erase(idle.begin());
+        first.socket->disconnect(this);
+        first.socket->setParent(nullptr);
+        return first;
     }
     return {};
 }
@@ -80,6 +80,7 @@ void HttpPool::give(const Connection &connection)
     QTcpSocket *socket = connection.socket;
     socket->setParent(this);
     idle.push_back(connection);
+    idle.back().rest.start();
     if (idle.size() > std::size_t(mostIdle) || socket->state() != QAbstractSocket::ConnectedState ||
         socket->bytesAvailable() > 0) {
         drop(socket);
@@ -212,7 +213,7 @@ void HttpPost::release()
     if (!pool || !isClean)
         return;
     socket->disconnect(this);
-    pool->give({socket, age});
+    pool->give({socket, age, {}});
     socket = nullptr;
 }
 

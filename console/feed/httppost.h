@@ -25,6 +25,16 @@ struct HttpRequest
     QList<QSslCertificate> authorities; ///< of https; empty: the system's
 };
 
+/// How long an HttpPool keeps a connection; in milliseconds.
+struct HttpPoolTimes
+{
+    /// So long nothing may come behind an answer. Before, what comes late could be taken for the
+    /// answer to the next question.
+    int settle = 1000;
+    int idle = 30000; ///< all are closed after so long without a question
+    int age = 300000; ///< of a connection, so that a certificate is checked again now and then
+};
+
 /// Connections to one server that wait for the next question, since a TLS handshake costs more than
 /// a small answer. One on which anything comes meanwhile is closed.
 class HttpPool : public QObject
@@ -32,23 +42,19 @@ class HttpPool : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int mostIdle = 2;
-    static constexpr int usualIdle = 30000;
-    static constexpr int usualAge = 300000;
+    static constexpr int mostIdle = 4;
 
-    /// Closes all after @p idleMsecs without a question, and each that was opened @p mostMsecs ago,
-    /// so that a certificate is checked again from time to time.
-    explicit HttpPool(int idleMsecs = usualIdle, int mostMsecs = usualAge,
-                      QObject *parent = nullptr);
+    explicit HttpPool(const HttpPoolTimes &times = HttpPoolTimes(), QObject *parent = nullptr);
     ~HttpPool() override;
 
     struct Connection
     {
         QTcpSocket *socket = nullptr; ///< null: none
         QElapsedTimer age;            ///< since it was opened
+        QElapsedTimer rest;           ///< since its last answer
     };
 
-    /// A connection that is open and checked; the caller's from now on.
+    /// A connection that is open, checked and settled; the caller's from now on.
     Connection take();
     /// Takes over @p connection, whose answer was read to its end, or closes it.
     void give(const Connection &connection);
@@ -58,8 +64,8 @@ public:
 private:
     void drop(QTcpSocket *socket);
 
-    const int oldest;
-    std::vector<Connection> idle; // the sockets are children
+    const HttpPoolTimes times;
+    std::vector<Connection> idle; // the longest first; the sockets are children
     QTimer patience;
 };
 

@@ -154,6 +154,11 @@ bool PromServer::wouldLeak() const
            !NutHost{url.host(), 1}.isLoopback();
 }
 
+QString PromServer::leakWords()
+{
+    return QStringLiteral("a password or token needs https, except on this machine");
+}
+
 PromSource::PromSource(const PromServer &usedServer, const PromTimes &usedTimes, QObject *parent)
     : QObject(parent)
     , server(usedServer)
@@ -163,6 +168,7 @@ PromSource::PromSource(const PromServer &usedServer, const PromTimes &usedTimes,
     , shownName(usedServer.name.isEmpty() ? usedServer.url.toString(QUrl::StripTrailingSlash)
                                           : usedServer.name)
     , upsLabel(usedServer.upsLabel.isEmpty() ? dialect->upsLabel : usedServer.upsLabel)
+    , pool(usedTimes.connections)
 {
     timer.setInterval(times.refresh);
     connect(&timer, &QTimer::timeout, this, &PromSource::refresh);
@@ -207,7 +213,7 @@ HttpPost *PromSource::get(const QString &path, QList<QPair<QString, QString>> it
 {
     if (server.wouldLeak()) {
         PromAnswer refused;
-        refused.problem = QStringLiteral("a password needs https, except on this machine");
+        refused.problem = PromServer::leakWords();
         QMetaObject::invokeMethod(
             this, [=] { answer(refused); }, Qt::QueuedConnection);
         return nullptr;
@@ -461,12 +467,12 @@ void PromSource::takeJobs(const PromAnswer &answer)
         return reportPresent();
     }
     if (!answer.succeeded)
-        return reportNothing(QString());
+        return reportNothing(QString(), server.place);
     const auto job = statuses.constFind(server.job);
     if (job == statuses.constEnd())
-        return reportNothing(wordsForNoJob(statuses));
+        return reportNothing(wordsForNoJob(statuses), server.place);
     if (job->contains(dialect->statusMetric))
-        return reportNothing(QStringLiteral("no status flag is set"));
+        return reportNothing(QStringLiteral("no status flag is set"), server.place);
     if (!job->isEmpty()) {
         QStringList dialects = PromDialect::names();
         const auto isUnused = [&job](const QString &name) {
@@ -474,7 +480,8 @@ void PromSource::takeJobs(const PromAnswer &answer)
         };
         dialects.erase(std::remove_if(dialects.begin(), dialects.end(), isUnused), dialects.end());
         return reportNothing(QStringLiteral("the job has %1, which is the dialect %2")
-                                 .arg(fewOf(*job), fewOf(dialects)));
+                                 .arg(fewOf(*job), fewOf(dialects)),
+                             server.dialectPlace);
     }
     // Perhaps a dialect that is not known here.
     query(QStringLiteral("count by (__name__) ({job=%1,__name__=~%2})")
@@ -491,19 +498,23 @@ void PromSource::takeMetrics(const PromAnswer &answer)
     const QString known = QStringLiteral("the job has no status of the known dialects (%1); ")
                               .arg(PromDialect::names().join(QStringLiteral(", ")));
     if (!answer.succeeded)
-        return reportNothing(known + QStringLiteral("what it has cannot be read"));
+        return reportNothing(known + QStringLiteral("what it has cannot be read"),
+                             server.dialectPlace);
     if (names.isEmpty())
-        return reportNothing(known + QStringLiteral("none of its metrics is named after a UPS"));
+        return reportNothing(known + QStringLiteral("none of its metrics is named after a UPS"),
+                             server.place);
     // Those that look like a status say most.
     QStringList statuses = names.filter(QStringLiteral("status"), Qt::CaseInsensitive);
-    reportNothing(known + QStringLiteral("it has ") + fewOf(statuses.isEmpty() ? names : statuses));
+    reportNothing(known + QStringLiteral("it has ") + fewOf(statuses.isEmpty() ? names : statuses),
+                  server.dialectPlace);
 }
 
-void PromSource::reportNothing(const QString &why)
+/// @p place is of what does not fit.
+void PromSource::reportNothing(const QString &why, const QString &place)
 {
     QString text = QStringLiteral("nothing matches ") + status();
-    if (!server.place.isEmpty())
-        text += QStringLiteral(" (%1)").arg(server.place);
+    if (!place.isEmpty())
+        text = reasonAt(text, place);
     // By now something may match.
     if (match != Match::Statuses)
         nothing = why.isEmpty() ? text : text + QStringLiteral(": ") + why;
@@ -529,12 +540,14 @@ void PromSource::lookForLabels()
               for (const PromSeries &series : answer.series)
                   instances += series.labels.at(0);
               instances.removeDuplicates();
-              unlabelled = instances.isEmpty() || match != Match::Statuses
-                               ? QString()
-                               : QStringLiteral("several UPSes have no label '%1' and are shown "
-                                                "as one, at ")
-                                         .arg(upsLabel) +
-                                     fewOf(instances);
+              unlabelled.clear();
+              if (!instances.isEmpty() && match == Match::Statuses) {
+                  unlabelled = QStringLiteral("several UPSes have no label '%1' and are shown as "
+                                              "one, at %2")
+                                   .arg(upsLabel, fewOf(instances));
+                  if (!server.labelPlace.isEmpty())
+                      unlabelled = reasonAt(unlabelled, server.labelPlace);
+              }
               reportPresent();
           });
 }

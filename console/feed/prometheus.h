@@ -28,13 +28,18 @@ struct PromServer
     bool hasSecrets() const;
     /// Whether secrets would leave this machine in the clear.
     bool wouldLeak() const;
+    /// Why not.
+    static QString leakWords();
 
     QUrl url;
     QString name; ///< for the screen; empty: the address
     QString job = QStringLiteral("nut");
     QString dialect = QStringLiteral("network_ups_tools");
-    QString upsLabel;                   ///< names the UPS; empty: as the dialect does
-    QString place;                      ///< the file and line that name the job; may be empty
+    QString upsLabel; ///< names the UPS; empty: as the dialect does
+    // Files and lines that name them, or the server; may be empty.
+    QString place; ///< of the job
+    QString dialectPlace;
+    QString labelPlace;
     QList<QSslCertificate> authorities; ///< empty: the system's
     QString user;
     QString password;
@@ -47,6 +52,7 @@ struct PromTimes
     int refresh = 10000;
     int answer = 8000;
     int stale = 150000; ///< a status that was scraped longer ago is none
+    HttpPoolTimes connections;
 };
 
 class PromFeed;
@@ -107,7 +113,7 @@ private:
     void takeJobs(const PromAnswer &answer);
     void takeMetrics(const PromAnswer &answer);
     void lookForLabels();
-    void reportNothing(const QString &why);
+    void reportNothing(const QString &why, const QString &place);
     void askForValues(PromFeed *feed);
     void takeValues(PromFeed *feed, const PromAnswer &answer);
     void loseAll(const QString &reason);

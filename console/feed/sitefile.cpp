@@ -249,7 +249,7 @@ private:
         section = Section::Prometheus;
         prometheus = PromEntry();
         prometheus.name = plainText(subject, longestText);
-        prometheus.place = place();
+        prometheus.place = prometheus.dialectPlace = prometheus.labelPlace = place();
         if (sources.size() >= mostServers)
             return QStringLiteral("more than %1 servers").arg(mostServers);
         return nameOfServer();
@@ -343,6 +343,7 @@ private:
             if (!isLabelName(value))
                 return QStringLiteral("label has letters, digits and '_'");
             prometheus.label = value;
+            prometheus.labelPlace = place();
         } else if (key == QLatin1String("site")) {
             return takeText(value, &prometheus.site);
         } else if (key == QLatin1String("dialect")) {
@@ -350,6 +351,7 @@ private:
                 return QStringLiteral("dialect is one of ") +
                        PromDialect::names().join(QStringLiteral(", "));
             prometheus.dialect = value;
+            prometheus.dialectPlace = place();
         } else {
             return unknownKey(key, QStringLiteral("auth, ca, dialect, job, label, site and url"));
         }

@@ -56,7 +56,10 @@ struct PromEntry
     QString label;           ///< names the UPSes; empty: that of the dialect
     QString site;            ///< the group of its UPSes; empty: the instance of each
     QVector<UpsEntry> upses; ///< those with a custom name or group
-    QString place;           ///< "file:line" of the job, or of the section; may be empty
+    // "file:line" of a key, or of the section; may be empty.
+    QString place; ///< of the job
+    QString dialectPlace;
+    QString labelPlace;
 };
 
 /// A user of one server. Never print it.
