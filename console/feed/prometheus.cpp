@@ -613,11 +613,11 @@ void PromSource::report(const QString &newProblem, bool isLost)
     Q_EMIT problemChanged(newProblem, isLost);
 }
 
-PromFeed::PromFeed(PromSource *usedSource, const QString &instanceLabel, const QString &upsName)
+PromFeed::PromFeed(PromSource *usedSource, const QString &instance, const QString &upsLabel)
     : source(usedSource)
-    , place(instanceLabel)
-    , ups(upsName)
-    , id((upsName.isEmpty() ? instanceLabel : upsName + QLatin1Char('@') + instanceLabel) +
+    , place(instance)
+    , ups(upsLabel)
+    , id((upsLabel.isEmpty() ? instance : upsLabel + QLatin1Char('@') + instance) +
          QStringLiteral(" (%1)").arg(usedSource->server.job))
 {}
 
