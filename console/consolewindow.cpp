@@ -41,12 +41,15 @@
 #include <QtGui/QScreen>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QComboBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollArea>
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace {
 
@@ -117,7 +120,16 @@ QPixmap tabFace(Pictogram image, const QString &name, bool chosen, QSize size, b
     const int textHeight = QFontMetrics(font).height();
     const int above = size.height() - textHeight - 2;
     const int side = std::max(std::min({Theme::px(tabPictogram), above - 6, size.width() - 8}), 8);
-    painter.drawPixmap((size.width() - side) / 2, (above - side) / 2,
+    // A badge is on the drawing's upper right corner, and leaves the most of a small drawing.
+    const QFontMetrics badgeMetrics(Theme::font(Theme::Small, true));
+    const int badgeHeight = badgeMetrics.height();
+    const int badgeWidth =
+        std::max(badgeMetrics.horizontalAdvance(badge) + badgeHeight / 2, badgeHeight);
+    const int left = (size.width() - side) / 2;
+    const int badgeLeft = left + side - std::min(badgeWidth / 2, side / 4);
+    const int excess =
+        badge.isEmpty() ? 0 : std::max(badgeLeft + badgeWidth - (size.width() - 6), 0);
+    painter.drawPixmap(std::max(left - excess, 0), (above - side) / 2,
                        pictogram(image, side, color, face.devicePixelRatio()));
     painter.setPen(color);
     painter.setFont(font);
@@ -130,16 +142,12 @@ QPixmap tabFace(Pictogram image, const QString &name, bool chosen, QSize size, b
     if (!badge.isEmpty()) {
         const SeverityLook look = lookOf(badgeSeverity, true);
         painter.setFont(Theme::font(Theme::Small, true));
-        const QFontMetrics metrics(painter.font());
-        const int height = metrics.height();
-        const int wide = std::max(metrics.horizontalAdvance(badge) + height / 2, height);
-        // On the drawing's upper right corner.
-        const int right = std::min((size.width() + side + wide) / 2, size.width() - 6);
-        const QRect plate(right - wide, std::max((above - side) / 2 - height / 4, 1), wide, height);
+        const QRect plate(badgeLeft - excess, std::max((above - side) / 2 - badgeHeight / 4, 1),
+                          badgeWidth, badgeHeight);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(railColor, 2));
         painter.setBrush(look.plate);
-        painter.drawRoundedRect(plate, height / 2.0, height / 2.0);
+        painter.drawRoundedRect(plate, badgeHeight / 2.0, badgeHeight / 2.0);
         painter.setPen(look.ink);
         painter.drawText(plate, Qt::AlignCenter, badge);
     }
@@ -187,6 +195,44 @@ ElementState batteryState(const Snapshot &snapshot)
 ElementState noState(const Snapshot &)
 {
     return {AlarmState::None, OperatingState::Unknown};
+}
+
+QRect placeIn(const QWidget *room, const QWidget *widget)
+{
+    return {widget->mapTo(room, QPoint()), widget->size()};
+}
+
+/// Where in @p room, within @p page, are controls that can be used now.
+std::vector<QRect> placesOfControls(const QWidget *room, const QRect &page)
+{
+    std::vector<QRect> places;
+    const QList<QWidget *> widgets = room->findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        const bool isControl = qobject_cast<const QAbstractButton *>(widget) ||
+                               qobject_cast<const QLineEdit *>(widget) ||
+                               qobject_cast<const QComboBox *>(widget);
+        if (!isControl || widget->focusPolicy() == Qt::NoFocus || !widget->isEnabled() ||
+            !widget->isVisibleTo(room))
+            continue;
+        const QRect place = placeIn(room, widget).intersected(page);
+        if (!place.isEmpty())
+            places.push_back(place);
+    }
+    return places;
+}
+
+qint64 areaOf(const QRect &place)
+{
+    return place.isEmpty() ? 0 : qint64(place.width()) * place.height();
+}
+
+/// How much of @p controls is below @p place.
+qint64 areaCovered(const QRect &place, const std::vector<QRect> &controls)
+{
+    qint64 area = 0;
+    for (const QRect &one : controls)
+        area += areaOf(one.intersected(place));
+    return area;
 }
 
 } // namespace
@@ -327,7 +373,10 @@ void ConsoleWindow::makeHeader()
     notice = new SignLabel(Theme::deepAccent(), this);
     notice->setObjectName(QStringLiteral("notice"));
     notice->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    notice->setAttribute(Qt::WA_TransparentForMouseEvents);
+    notice->setCursor(Qt::PointingHandCursor);
+    notice->setToolTip(tr("Press to close (Esc)"));
+    notice->setAccessibleDescription(notice->toolTip());
+    notice->installEventFilter(this);
     Theme::setText(notice, Theme::Large);
     notice->hide();
     banner = new Banner(this);
@@ -491,7 +540,7 @@ void ConsoleWindow::makeKeys()
                            {tr("Tab, Shift+Tab"), tr("Go to the next, the previous control")},
                            {tr("Space"), tr("Use the control in the frame")},
                            {tr("F11"), tr("Fill the screen, or not")},
-                           {tr("Esc"), tr("Close the drawer or this list")},
+                           {tr("Esc"), tr("Close this list, the drawer, a message")},
                            {tr("F1"), tr("Show this list")}},
                           this);
 }
@@ -503,6 +552,8 @@ void ConsoleWindow::escape()
     } else if (drawer->isChecked()) {
         drawer->setChecked(false);
         openDrawer(false);
+    } else if (notice->isVisible()) {
+        dropMessage();
     }
 }
 
@@ -731,16 +782,38 @@ void ConsoleWindow::showMessage()
         return;
     constexpr int mostLines = 6;
     notice->setMessage(message->text(), message->severity());
-    const QRect page = stack->geometry();
-    notice->setLines(std::min(notice->linesAt(page.width()), mostLines));
-    QRect place(page.left(), 0, page.width(), notice->minimumSizeHint().height());
-    place.moveBottom(page.bottom());
-    // What is pressed stays visible.
-    const QWidget *pressed = focusWidget();
-    if (pressed && place.intersects(QRect(pressed->mapTo(this, QPoint()), pressed->size())))
-        place.moveTop(page.top());
-    notice->setGeometry(place);
+    notice->setLines(std::min(notice->linesAt(stack->width()), mostLines));
+    notice->setGeometry(placeOfNotice(notice->minimumSizeHint().height()));
     notice->raise();
+}
+
+/// Where a notice covers the least of what can be pressed, and not at all what is pressed: at the
+/// bottom of the page rather than at its top, and there rather than between.
+QRect ConsoleWindow::placeOfNotice(int height) const
+{
+    const QWidget *room = tabs.at(std::size_t(stack->currentIndex())).room;
+    const QRect page(QPoint(), stack->size());
+    const std::vector<QRect> controls = placesOfControls(room, page);
+    std::vector<int> tops;
+    for (const QRect &place : controls) {
+        for (const int top : {place.top() - height, place.bottom() + 1}) {
+            if (top > 0 && top + height < page.height())
+                tops.push_back(top);
+        }
+    }
+    std::sort(tops.begin(), tops.end(), std::greater<int>());
+    tops.insert(tops.begin(), {page.height() - height, 0});
+    const QWidget *focused = focusWidget();
+    const QRect pressed = focused && room->isAncestorOf(focused) ? placeIn(room, focused) : QRect();
+    const auto coveredAt = [&](int top) {
+        const QRect place(0, top, page.width(), height);
+        const qint64 covered = areaCovered(place, controls);
+        return place.intersects(pressed) ? covered + areaOf(page) : covered;
+    };
+    const int best = *std::min_element(tops.begin(), tops.end(), [&](int one, int other) {
+        return coveredAt(one) < coveredAt(other);
+    });
+    return QRect(stack->x(), stack->y() + best, page.width(), height);
 }
 
 void ConsoleWindow::dropMessage()
@@ -765,6 +838,7 @@ QStringList ConsoleWindow::pageNames() const
 
 void ConsoleWindow::showPage(int index)
 {
+    const bool isOther = index != stack->currentIndex();
     tabs.at(std::size_t(index)).button->setChecked(true);
     stack->setCurrentIndex(index);
     if (fleet) {
@@ -775,6 +849,13 @@ void ConsoleWindow::showPage(int index)
     }
     // What it left out while nobody saw it.
     tabs.at(std::size_t(index)).page->refresh();
+    // Above another page only the end of a command is still wanted.
+    if (isOther && notice->isVisible()) {
+        if (message->severity())
+            showMessage();
+        else
+            dropMessage();
+    }
     keep("page", pageNames().at(index));
 }
 
@@ -885,6 +966,15 @@ bool ConsoleWindow::eventFilter(QObject *object, QEvent *event)
             if (tab.button == object)
                 drawTab(tab, event->type() == QEvent::Enter);
         }
+    }
+    if (object == notice) {
+        // What is below gets none of them.
+        if (event->type() == QEvent::MouseButtonRelease)
+            dropMessage();
+        if (event->type() == QEvent::MouseButtonPress ||
+            event->type() == QEvent::MouseButtonDblClick ||
+            event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::Wheel)
+            return true;
     }
     return QWidget::eventFilter(object, event);
 }

@@ -131,6 +131,7 @@ private:
                 ElementState (*state)(const Snapshot &));
     void showClock();
     void showMessage();
+    QRect placeOfNotice(int height) const;
     void dropMessage();
     void showResult(Command command, bool taken);
     void showRecord(const CommandRecord &record);

@@ -33,6 +33,7 @@ constexpr int mostPlaced = 500;
 constexpr int spacingUnits = 6;
 constexpr int signUnits = 22;
 constexpr int userUnits = 100;
+constexpr int filterUnits = 100;
 constexpr int rowUnits = 46;
 constexpr int clockMsecs = 5000;
 constexpr int readMsecs = 150;
@@ -455,21 +456,21 @@ void EventsPage::exportTo(const QString &file)
 void EventsPage::showStatus()
 {
     QString text;
-    if (!history)
-        text = noHistoryText();
-    else if (!notice.isEmpty())
+    if (!notice.isEmpty())
         text = notice;
-    else if (!history->status().line.isEmpty())
+    else if (history && !history->status().line.isEmpty())
         text = history->status().line;
-    else if (!allListed)
+    else if (history && !allListed)
         text = tr("The latest %1 events").arg(list->rowCount());
-    else
+    else if (history)
         text = list->rowCount() == 1 ? tr("1 event") : tr("%1 events").arg(list->rowCount());
     if (history && history->status().state == HistoryStatus::State::Temporary && notice.isEmpty())
         text += Theme::separator() + tr("until the console ends");
     status->setText(text);
     placeStatus();
+    // Without a history the list alone says so.
     view->setEmptyText(history ? tr("No events") : noHistoryText());
+    view->setAccessibleDescription(history ? QString() : noHistoryText());
 }
 
 /// Beside the buttons, or in a row of its own where the window is narrow.
@@ -485,6 +486,7 @@ void EventsPage::placeStatus()
         actionRow->setStretchFactor(user, beside ? 0 : 1);
         status->show();
     }
+    filterRow->setStretchFactor(search, beside ? 3 : 2);
     user->setMaximumWidth(beside ? Theme::px(userUnits) : QWIDGETSIZE_MAX);
     const int room = width() - 2 * Theme::px(Theme::margin) - layout()->contentsMargins().left() -
                      layout()->contentsMargins().right();
@@ -543,6 +545,10 @@ void EventsPage::applyScale()
                              static_cast<QWidget *>(period), static_cast<QWidget *>(search),
                              static_cast<QWidget *>(user)})
         control->setFixedHeight(Theme::touchSize());
+    // Their own least width follows the resolution of fonts; these texts do not.
+    for (QComboBox *box : {severity, ups, period})
+        box->setMinimumWidth(Theme::px(filterUnits));
+    search->setMinimumWidth(Theme::px(filterUnits));
     user->setMinimumWidth(Theme::px(userUnits));
     for (QLineEdit *edit : {search, user})
         edit->setTextMargins(Theme::px(4), 0, Theme::px(4), 0);

@@ -139,11 +139,22 @@ bool hasWholeRange(const OfferedSetting &setting)
            isWhole(setting.ranges.first().to);
 }
 
+/// Whether the server declares a number and says no more about it.
+bool takesAnyNumber(const OfferedSetting &setting)
+{
+    return setting.isNumber && setting.choices.isEmpty() && setting.ranges.isEmpty();
+}
+
 /// Whether the server says that the UPS takes @p value.
 bool permits(const OfferedSetting &setting, const QString &value)
 {
     if (!setting.choices.isEmpty())
         return setting.choices.contains(value);
+    if (takesAnyNumber(setting)) {
+        static const QRegularExpression anyNumber(
+            QRegularExpression::anchoredPattern(QStringLiteral(R"(-?[0-9]+(\.[0-9]+)?)")));
+        return anyNumber.match(value).hasMatch();
+    }
     if (setting.ranges.isEmpty())
         return setting.longest <= 0 || value.size() <= setting.longest;
     static const QRegularExpression plainNumber(
@@ -156,9 +167,11 @@ bool permits(const OfferedSetting &setting, const QString &value)
                        });
 }
 
-/// Such as "10 to 600"; empty where any number will do.
+/// Such as "10 to 600"; empty where any text will do.
 QString rangesOf(const OfferedSetting &setting)
 {
+    if (takesAnyNumber(setting))
+        return OfferPanel::tr("a number");
     constexpr int digits = 12;
     QStringList texts;
     for (const NumberRange &range : setting.ranges)

@@ -26,9 +26,12 @@
 
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QFontMetrics>
+#include <QtWidgets/QComboBox>
 #include <QtWidgets/QFocusFrame>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QScrollBar>
+#include <QtWidgets/QStyleOptionComboBox>
 
 namespace {
 
@@ -197,6 +200,8 @@ class ConsoleLayoutTest : public WidgetTest
     Q_OBJECT
 
 private Q_SLOTS:
+    // First, as in a new process: no window has set another scale yet.
+    void eventsOfASiteFit();
     void everythingHasItsRoom_data();
     void everythingHasItsRoom();
     void statesAreReadWhole();
@@ -274,6 +279,47 @@ void ConsoleLayoutTest::everythingHasItsRoom()
         }
     }
     QVERIFY2(problems.isEmpty(), qPrintable(QLatin1Char('\n') + problems.join(QLatin1Char('\n'))));
+}
+
+/// All filters and actions, on the smallest panel too.
+void ConsoleLayoutTest::eventsOfASiteFit()
+{
+    WatchedSite watched;
+    watched.site.add(QStringLiteral("Server room, left"));
+    ConsoleWindow window(&watched.site);
+    window.setHistory(watched.history.get());
+    window.resize(ConsoleWindow::leastSize);
+    window.showPage(int(window.pageNames().indexOf(QLatin1String("events"))));
+    window.show();
+    deliverAll();
+    const auto *stack = window.findChild<RotateStackedWidget *>(QStringLiteral("pages"));
+    const auto *room = qobject_cast<const QScrollArea *>(stack->currentWidget());
+    QVERIFY(room);
+    QVERIFY(!room->verticalScrollBar()->isVisible());
+    QVERIFY2(!room->horizontalScrollBar()->isVisible(),
+             qPrintable(textOf(room->widget()->rect()) + textOf(room->viewport()->rect())));
+    const auto *ups = window.findChild<QWidget *>(QStringLiteral("ups filter"));
+    QVERIFY(ups->isVisible());
+    // Their words are to be read.
+    for (const char *name : {"severity filter", "ups filter", "period filter"}) {
+        const auto *box = window.findChild<QComboBox *>(QLatin1String(name));
+        QStyleOptionComboBox option;
+        option.initFrom(box);
+        const int space =
+            box->style()
+                ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, box)
+                .width();
+        const int words = box->fontMetrics().horizontalAdvance(box->currentText());
+        QVERIFY2(
+            space >= words,
+            qPrintable(
+                QStringLiteral("%1: %2 for %3").arg(box->currentText()).arg(space).arg(words)));
+    }
+    const auto *search = window.findChild<QLineEdit *>(QStringLiteral("text filter"));
+    const QMargins inside = search->textMargins();
+    QVERIFY2(search->width() - inside.left() - inside.right() >
+                 search->fontMetrics().horizontalAdvance(search->placeholderText()),
+             qPrintable(textOf(search->geometry())));
 }
 
 /// What a UPS does is read without the tool tip, on the smallest panels too.

@@ -16,8 +16,15 @@
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtWidgets/QAbstractScrollArea>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QScroller>
+
+namespace {
+
+const QString longMessage(150, QLatin1Char('w'));
+
+} // namespace
 
 /// The pages as a user has them, through the window: by mouse, by keyboard and by touch. On a
 /// display of its own it runs once more under a window manager.
@@ -35,6 +42,9 @@ private Q_SLOTS:
     void switchByKeyboard();
     void drawerByTouch();
     void settingByTouchOfItsRow();
+    void noticeTakesItsPresses_data();
+    void noticeTakesItsPresses();
+    void noticeGoes();
     void flickScrolls_data();
     void flickScrolls();
     void flickOverASwitchScrollsOnly();
@@ -212,6 +222,71 @@ void ConsoleUseTest::drawerByTouch()
     QTRY_COMPARE(drawer->getState(), MetroNavdrawer::open);
     key(Qt::Key_Escape);
     QTRY_COMPARE(drawer->getState(), MetroNavdrawer::close);
+}
+
+void ConsoleUseTest::noticeTakesItsPresses_data()
+{
+    QTest::addColumn<bool>("byTouch");
+    QTest::newRow("mouse") << false;
+    QTest::newRow("touch") << true;
+}
+
+/// A press on a message closes it, and reaches nothing below.
+void ConsoleUseTest::noticeTakesItsPresses()
+{
+    QFETCH(bool, byTouch);
+    showPage(QStringLiteral("settings"));
+    deliverAll();
+    auto *notice = find<QLabel>("notice");
+    auto *button = find<SimpleSlideSwitch>("Page animation");
+    QVERIFY(button && button->isVisible());
+    int pressed = 0;
+    connect(button, &QAbstractButton::toggled, window.get(), [&] { ++pressed; });
+    const auto press = [&] {
+        if (byTouch)
+            touch(button);
+        else
+            click(button);
+    };
+    window->say(longMessage);
+    QVERIFY(notice->isVisible());
+    QCOMPARE(notice->cursor().shape(), Qt::PointingHandCursor);
+    QVERIFY(!notice->accessibleDescription().isEmpty());
+    // Wherever it is, here it is above a button.
+    notice->move(notice->x(), placeOf(button).y() - notice->height() / 2);
+    QVERIFY(notice->geometry().contains(placeOf(button)));
+    press();
+    QTRY_VERIFY(!notice->isVisible());
+    QCOMPARE(pressed, 0);
+    press();
+    QTRY_COMPARE(pressed, 1);
+}
+
+/// By Esc, after what Esc closes otherwise; and by another page, except the end of a command.
+void ConsoleUseTest::noticeGoes()
+{
+    const auto *notice = find<QLabel>("notice");
+    auto *drawer = find<MetroNavdrawer>("drawer");
+    window->grab();
+    touch(drawer);
+    QTRY_COMPARE(drawer->getState(), MetroNavdrawer::open);
+    window->say(longMessage);
+    QVERIFY(notice->isVisible());
+    key(Qt::Key_Escape);
+    QTRY_COMPARE(drawer->getState(), MetroNavdrawer::close);
+    QVERIFY(notice->isVisible());
+    key(Qt::Key_Escape);
+    QTRY_VERIFY(!notice->isVisible());
+    window->say(longMessage);
+    showPage(QStringLiteral("events"));
+    QVERIFY(!notice->isVisible());
+    window->say(longMessage, 15000, Severity::Critical);
+    showPage(QStringLiteral("control"));
+    QVERIFY(notice->isVisible());
+    // What fits into the strip covers nothing.
+    window->say(QStringLiteral("short"));
+    showPage(QStringLiteral("events"));
+    QVERIFY(find<QLabel>("message")->isVisible());
 }
 
 /// The images of such a switch are lower than a finger needs.

@@ -182,6 +182,8 @@ private Q_SLOTS:
     void typedNumberStays_data();
     void typedNumberStays();
     void numberSteps();
+    void numberWithoutARange_data();
+    void numberWithoutARange();
     void dangerousSetting();
     void editedValueStays();
     void asksForAUser();
@@ -834,6 +836,47 @@ void ControlPageTest::typedNumberStays()
 }
 
 /// Steps stay in the range.
+void ControlPageTest::numberWithoutARange_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("isNumber");
+    const auto row = [](const char *typed, bool isNumber) {
+        QTest::newRow(typed) << text(typed) << isNumber;
+    };
+    row("30", true);
+    row("030", true);
+    row("-2.5", true);
+    row("abc", false);
+    row("3 0", false);
+    row("1e2", false);
+    row("nan", false);
+    row("2.", false);
+    row("0x10", false);
+}
+
+/// What a server declares as a number takes nothing else, and a text takes everything.
+void ControlPageTest::numberWithoutARange()
+{
+    QFETCH(QString, typed);
+    QFETCH(bool, isNumber);
+    OfferedSetting delay;
+    delay.name = text("ups.delay.start");
+    delay.value = text("5");
+    delay.isNumber = true;
+    feed->offer.settings += delay;
+    show(feed.get());
+    QVERIFY2(note("ups.delay.start").endsWith(text("a number")),
+             qPrintable(note("ups.delay.start")));
+    type("ups.delay.start", typed.toLatin1().constData());
+    QCOMPARE(find<QLineEdit>("ups.delay.start")->text(), typed);
+    QCOMPARE(find<AeroButton>("set ups.delay.start")->isEnabled(), isNumber);
+    QCOMPARE(note("ups.delay.start").endsWith(text("only a number")), !isNumber);
+    QCOMPARE(find<QLineEdit>("ups.delay.start")->accessibleDescription(), note("ups.delay.start"));
+    type("ups.id", typed.toLatin1().constData());
+    QVERIFY(find<AeroButton>("set ups.id")->isEnabled());
+    QCOMPARE(note("ups.id"), text("ups.id"));
+}
+
 void ControlPageTest::numberSteps()
 {
     show(feed.get());

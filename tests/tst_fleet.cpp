@@ -7,6 +7,7 @@
 #include "nutmapping.h"
 #include "options.h"
 #include "screenshots.h"
+#include "severitylook.h"
 #include "theme.h"
 
 #include "testmain.h"
@@ -84,6 +85,7 @@ private Q_SLOTS:
     void countsInTheBanner();
     void pressOpensTheUps();
     void messageGoesWithItsUps();
+    void badgeLeavesTheDrawing();
     void everyTileByKeyboard();
     void upsesFoundLater();
     void problemsOfServers();
@@ -422,6 +424,42 @@ void FleetTest::messageGoesWithItsUps()
         QVERIFY(!notice->isVisible());
         QCOMPARE(window.findChild<QLabel *>(QStringLiteral("upsName"))->text(),
                  site->at(i + 3)->title());
+    }
+}
+
+/// How many are not in order stands beside the tab's drawing, of which the most shows.
+void FleetTest::badgeLeavesTheDrawing()
+{
+    for (const int bad : {17, 150}) {
+        const auto site = siteOf(200);
+        ConsoleWindow window(site.get());
+        window.resize(ConsoleWindow::leastSize);
+        window.showPage(1);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto *tab = window.findChild<MetroTabicon *>(QStringLiteral("Fleet"));
+        const QColor plate = lookOf(Severity::Critical, true).plate;
+        // The light pixels above the name, at the left of the plate.
+        const auto drawn = [&] {
+            const QImage image = tab->grab().toImage();
+            const int above = image.height() - QFontMetrics(Theme::font(Theme::Small)).height() - 4;
+            int count = 0;
+            for (int x = 0; x < image.width(); ++x) {
+                for (int y = 0; y < above; ++y) {
+                    if (image.pixelColor(x, y) == plate)
+                        return count;
+                    count += image.pixelColor(x, y).green() > 120 ? 1 : 0;
+                }
+            }
+            return count;
+        };
+        const int whole = drawn();
+        QVERIFY(whole > 20);
+        for (int i = 0; i < bad; ++i)
+            site->at(i)->take(ups(site->at(i)->id(), "OB LB"));
+        QTRY_VERIFY(tab->accessibleName().contains(QString::number(bad)));
+        QVERIFY2(drawn() * 10 >= whole * 6,
+                 qPrintable(QStringLiteral("%1 of %2").arg(drawn()).arg(whole)));
     }
 }
 

@@ -114,6 +114,7 @@ private Q_SLOTS:
     void exportsWhatIsListed();
     void readerCannotAcknowledge();
     void withoutHistory();
+    void noticeLeavesTheButtons();
     void statusIsWhole_data();
     void statusIsWhole();
     void tenThousandEventsScroll();
@@ -445,9 +446,35 @@ void HistoryPagesTest::withoutHistory()
     QCOMPARE(played.list()->rowCount(), 0);
     QVERIFY(!played.find<QPushButton>("acknowledge all")->isEnabled());
     QVERIFY(!played.find<QPushButton>("export events")->isEnabled());
-    QCOMPARE(played.find<QLabel>("events status")->text(),
+    // The list says so, and nothing else.
+    QCOMPARE(played.find<QListView>("events list")->accessibleDescription(),
              QStringLiteral("Screenshots show no history"));
+    QCOMPARE(played.find<QLabel>("events status")->text(), QString());
     QCOMPARE(played.find<MetroTabicon>("Events")->accessibleName(), QStringLiteral("Events"));
+}
+
+/// A long message is above the page, and its buttons and filters are still to be pressed.
+void HistoryPagesTest::noticeLeavesTheButtons()
+{
+    PlayedSite played;
+    played.happen(QStringLiteral("one"), Severity::Warning, start);
+    QTRY_COMPARE(played.list()->rowCount(), 1);
+    played.window->resize(800, 480);
+    played.showPage("events");
+    played.find<QListView>("events list")->setCurrentIndex(played.list()->index(0));
+    played.window->say(QString(150, QLatin1Char('w')));
+    const auto *notice = played.find<QLabel>("notice");
+    QVERIFY(notice->isVisible());
+    for (const char *name : {"acknowledge", "acknowledge all", "export events", "user",
+                             "severity filter", "period filter", "text filter"}) {
+        const auto *control = played.find<QWidget>(name);
+        QVERIFY2(control->isVisible() && control->isEnabled(), name);
+        const QRect place(control->mapTo(played.window.get(), QPoint()), control->size());
+        QVERIFY2(!place.intersects(notice->geometry()), name);
+    }
+    // Nor the latest events.
+    const auto *view = played.find<QListView>("events list");
+    QVERIFY(notice->y() > view->mapTo(played.window.get(), view->rect().center()).y());
 }
 
 void HistoryPagesTest::statusIsWhole_data()

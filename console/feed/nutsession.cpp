@@ -31,7 +31,7 @@ QString wordsFor(const QString &code)
         {"READONLY", "the UPS does not let this be set"},
         {"INVALID-VALUE", "the UPS does not take this value"},
         {"TOO-LONG", "the value is too long for the UPS"},
-        {"INVALID-ARGUMENT", "the UPS refuses it as an invalid argument"},
+        {"INVALID-ARGUMENT", "the argument is invalid"},
         {"DRIVER-NOT-CONNECTED", "the UPS's driver is not running"},
         {"DATA-STALE", "the UPS's driver gives no fresh data"},
         {"UNKNOWN-UPS", "the server knows no such UPS"},
