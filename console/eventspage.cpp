@@ -486,7 +486,7 @@ void EventsPage::placeStatus()
         actionRow->setStretchFactor(user, beside ? 0 : 1);
         status->show();
     }
-    filterRow->setStretchFactor(search, beside ? 3 : 2);
+    filterRow->setStretchFactor(search, beside ? 3 : 1);
     user->setMaximumWidth(beside ? Theme::px(userUnits) : QWIDGETSIZE_MAX);
     const int room = width() - 2 * Theme::px(Theme::margin) - layout()->contentsMargins().left() -
                      layout()->contentsMargins().right();
