@@ -694,6 +694,9 @@ void Host::changeParent()
     // Qt cannot move a widget from a slot that its own move calls.
     if (parentChanges > 0)
         return;
+    // Nor from one that its hiding calls, and a window without a size hides: a press ends then.
+    if (depth > 0 && widget->isWindow() && widget->size().isEmpty())
+        return;
     const Keeper keeper(keepers);
     const Keeper move(parentChanges);
     const bool inside = bytes.flag();
