@@ -288,10 +288,14 @@ void ConsoleLayoutTest::eventsOfASiteFit()
     watched.site.add(QStringLiteral("Server room, left"));
     ConsoleWindow window(&watched.site);
     window.setHistory(watched.history.get());
-    window.resize(ConsoleWindow::leastSize);
     window.showPage(int(window.pageNames().indexOf(QLatin1String("events"))));
     window.show();
-    deliverAll();
+    // Also after it was larger.
+    for (const QSize size : {ConsoleWindow::leastSize, QSize(3840, 2160), QSize(1920, 1080),
+                             ConsoleWindow::leastSize}) {
+        window.resize(size);
+        deliverAll();
+    }
     const auto *stack = window.findChild<RotateStackedWidget *>(QStringLiteral("pages"));
     const auto *room = qobject_cast<const QScrollArea *>(stack->currentWidget());
     QVERIFY(room);
