@@ -364,7 +364,9 @@ void Host::sendPlainEvent()
         QEvent::Leave,
         QEvent::Leave,
         QEvent::AcceptDropsChange,
-        QEvent::ThreadChange,
+        // Not ThreadChange: no widget leaves its thread, and Qt starts timers again for it, which
+        // then outlive a pressed button.
+        QEvent::EnterWhatsThisMode,
         QEvent::WinIdChange,
         QEvent::ScreenChangeInternal,
         QEvent::ContentsRectChange,
