@@ -835,7 +835,6 @@ void ControlPageTest::typedNumberStays()
              permitted ? QStringList{text("ups.delay.shutdown=") + typed} : QStringList());
 }
 
-/// Steps stay in the range.
 void ControlPageTest::numberWithoutARange_data()
 {
     QTest::addColumn<QString>("typed");
@@ -877,6 +876,7 @@ void ControlPageTest::numberWithoutARange()
     QCOMPARE(note("ups.id"), text("ups.id"));
 }
 
+/// Steps stay in the range.
 void ControlPageTest::numberSteps()
 {
     show(feed.get());
